@@ -1,0 +1,14 @@
+# One set of objects makes the shared library; the unit tests link the objects themselves, so that they also reach what the
+# library does not export. Each folder adds its own sources to urdimbre_objects.
+add_library(urdimbre_objects OBJECT)
+target_link_libraries(urdimbre_objects PRIVATE urdimbre_options PUBLIC Threads::Threads)
+target_include_directories(urdimbre_objects PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+target_compile_definitions(urdimbre_objects PRIVATE URDIMBRE_BUILDING)
+
+add_library(urdimbre SHARED)
+target_link_libraries(urdimbre PRIVATE urdimbre_objects $<BUILD_INTERFACE:urdimbre_options>)
+target_include_directories(urdimbre PUBLIC
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/urdimbre>)
+target_compile_features(urdimbre PUBLIC cxx_std_20)
+set_target_properties(urdimbre PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+add_library(Urdimbre::urdimbre ALIAS urdimbre)
