@@ -65,10 +65,10 @@ class CCoor3D : public CCoor2D<T> {
   T z = 0;  ///< height
 
   CCoor3D() = default;
-  CCoor3D(T x, T y, T z, int num) : z(z) {
-    this->x = x;
-    this->y = y;
-    this->num = num;
+  CCoor3D(T px, T py, T pz, int numero) : z(pz) {
+    this->x = px;
+    this->y = py;
+    this->num = numero;
   }
   CCoor3D(CCoor3D const&) = default;
   CCoor3D& operator=(CCoor3D const&) = default;

@@ -12,8 +12,8 @@ inline constexpr wchar_t kTextoComodin[] = L"_###COMODIN###";
 class URDIMBRE_API CInfoClasificacion {
  public:
   CInfoClasificacion() = default;
-  CInfoClasificacion(unsigned char tipo, double valor, CString const& texto)
-      : tipo(tipo), comodin(texto == CString(kTextoComodin)), valor(valor), texto(texto) {}
+  CInfoClasificacion(unsigned char clase, double cifra, CString const& nombre)
+      : tipo(clase), comodin(nombre == CString(kTextoComodin)), valor(cifra), texto(nombre) {}
 
   [[nodiscard]] unsigned char GetTipo() const { return tipo; }
   [[nodiscard]] double GetValor() const { return valor; }
