@@ -1,0 +1,34 @@
+#include "platform/Ficheros.h"
+
+#include "platform/Sistema.h"
+
+namespace {
+
+bool Informa(int codigo, char const* accion, CString const& path, CString* error) {
+  if (codigo != 0 && error != nullptr) {
+    error->Format("cannot %s %s: %s", accion, path.Utf8().c_str(), sistema::TextoError(codigo).Utf8().c_str());
+  }
+  return codigo == 0;
+}
+
+}  // namespace
+
+bool RenombraFichero(CString const& desde, CString const& hasta, CString* error) {
+  return Informa(sistema::Renombra(desde, hasta), "put a new file in the place of", hasta, error);
+}
+
+bool BorraFichero(CString const& path, CString* error) { return Informa(sistema::Borra(path), "delete", path, error); }
+
+bool CreaCarpeta(CString const& path, CString* error) {
+  for (int corte = path.Find(sistema::kSeparador, 1); corte != -1; corte = path.Find(sistema::kSeparador, corte + 1)) {
+    static_cast<void>(sistema::CreaCarpeta(path.Left(corte)));  // what matters is whether the last one comes to stand
+  }
+  return Informa(sistema::CreaCarpeta(path), "make the folder", path, error);
+}
+
+bool CarpetaEscribible(CString const& path, CString* error) {
+  CString prueba;
+  unsigned numero = 0;
+  const int codigo = sistema::CreaTemporal(path, L"urdimbre", nullptr, prueba, numero);
+  return Informa(codigo, "write in", path, error) && BorraFichero(prueba, error);
+}

@@ -1,0 +1,307 @@
+#include "platform/Manejadores.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Sistema.h"
+
+namespace {
+
+struct Objeto;
+using Puntero = std::shared_ptr<Objeto>;
+
+/// A thread that waits for one of several objects to be set.
+struct Espera {
+  std::condition_variable aviso;
+};
+
+enum class EClase { Evento, Hilo };
+
+struct Objeto {
+  EClase clase = EClase::Evento;
+  bool senalado = false;
+  bool manual = true;  // a thread, once it has ended, stays ended for all who wait
+  std::vector<Espera*> esperan;
+
+  // Of threads alone.
+  LPTHREAD_START_ROUTINE rutina = nullptr;
+  void* argumento = nullptr;
+  long numero = 0;  // in the system; 0 before the thread has begun
+  int prioridad = 0;
+  std::atomic<unsigned> suspensiones{0};  // changed with the table locked; the thread itself looks without
+  std::condition_variable reanuda;
+};
+
+/// All handles, and the one lock of everything here. Handles are few and waits are long, so there is nothing to gain
+/// from finer locks; and with a single one, waiting for all of several objects is one look at them.
+struct Tabla {
+  std::mutex cerrojo;
+  std::unordered_map<std::uintptr_t, Puntero> objetos;
+  std::uintptr_t ultimo = 0;
+};
+
+/// Never destroyed: threads that nobody waits for may outlive the program's static objects.
+Tabla& LaTabla() {
+  static Tabla& tabla = *new Tabla;
+  return tabla;
+}
+
+// The functions below are called with the table locked.
+
+HANDLE Registra(Puntero objeto) {
+  Tabla& tabla = LaTabla();
+  tabla.ultimo += 4;  // never a number twice, and never one that an array's index could be taken for
+  tabla.objetos.emplace(tabla.ultimo, std::move(objeto));
+  return reinterpret_cast<HANDLE>(tabla.ultimo);
+}
+
+Puntero Busca(HANDLE manejador) {
+  const auto lugar = LaTabla().objetos.find(reinterpret_cast<std::uintptr_t>(manejador));
+  return lugar == LaTabla().objetos.end() ? nullptr : lugar->second;
+}
+
+Puntero Busca(HANDLE manejador, EClase clase) {
+  Puntero objeto = Busca(manejador);
+  return objeto != nullptr && objeto->clase == clase ? objeto : nullptr;
+}
+
+void Senala(Objeto& objeto) {
+  objeto.senalado = true;
+  for (Espera* espera : objeto.esperan) {
+    espera->aviso.notify_one();
+  }
+}
+
+void Consume(Objeto& objeto) { objeto.senalado = objeto.senalado && objeto.manual; }
+
+/// What a wait for these objects returns now, or nothing when it has to go on.
+std::optional<unsigned long> Resultado(std::span<const Puntero> objetos, bool todos) {
+  const auto senalado = [](Puntero const& objeto) { return objeto->senalado; };
+  if (todos) {
+    if (!std::ranges::all_of(objetos, senalado)) {
+      return std::nullopt;
+    }
+    for (Puntero const& objeto : objetos) {
+      Consume(*objeto);
+    }
+    return WAIT_OBJECT_0;
+  }
+  const auto primero = std::ranges::find_if(objetos, senalado);
+  if (primero == objetos.end()) {
+    return std::nullopt;
+  }
+  Consume(**primero);
+  return WAIT_OBJECT_0 + static_cast<unsigned long>(primero - objetos.begin());
+}
+
+/// Stands still until every request has been taken back.
+void QuedaQuieto(Objeto& hilo, std::unique_lock<std::mutex>& cerrojo) {
+  hilo.reanuda.wait(cerrojo, [&] { return hilo.suspensiones.load(std::memory_order_relaxed) == 0; });
+}
+
+/// Takes a thread that waits off the objects it waited for, on every way out.
+class Apuntada {
+ public:
+  Apuntada(std::span<const Puntero> objetos, Espera& espera) : objetos_(objetos), espera_(espera) {
+    for (Puntero const& objeto : objetos_) {
+      objeto->esperan.push_back(&espera_);
+    }
+  }
+  Apuntada(Apuntada const&) = delete;
+  Apuntada& operator=(Apuntada const&) = delete;
+  ~Apuntada() {
+    for (Puntero const& objeto : objetos_) {
+      std::erase(objeto->esperan, &espera_);
+    }
+  }
+
+ private:
+  std::span<const Puntero> objetos_;
+  Espera& espera_;
+};
+
+// The functions above are called with the table locked.
+
+/// The object of the thread that runs, null in threads not made here.
+struct EsteHilo {
+  Puntero objeto;
+
+  /// Sets the handle once the thread's own objects are gone: CorreHilo makes this one first, so it goes last.
+  ~EsteHilo() {
+    if (objeto == nullptr) {
+      return;
+    }
+    const std::scoped_lock cerrojo(LaTabla().cerrojo);
+    suspension::peticiones.fetch_sub(objeto->suspensiones.exchange(0), std::memory_order_relaxed);
+    objeto->numero = 0;
+    Senala(*objeto);
+  }
+};
+thread_local EsteHilo esteHilo;
+
+void EmpiezaHilo(Objeto& hilo) {
+  std::unique_lock cerrojo(LaTabla().cerrojo);
+  hilo.numero = sistema::NumeroHilo();
+  if (hilo.prioridad != 0) {
+    sistema::PonPrioridad(hilo.numero, hilo.prioridad);
+  }
+  QuedaQuieto(hilo, cerrojo);
+}
+
+void CorreHilo(void* dato) {
+  const std::unique_ptr<Puntero> recado(static_cast<Puntero*>(dato));
+  esteHilo.objeto = *recado;
+  EmpiezaHilo(*esteHilo.objeto);
+  esteHilo.objeto->rutina(esteHilo.objeto->argumento);
+}
+
+Puntero BuscaHiloVivo(HANDLE manejador) {
+  Puntero hilo = Busca(manejador, EClase::Hilo);
+  return hilo != nullptr && !hilo->senalado ? hilo : nullptr;
+}
+
+bool PonEvento(HANDLE manejador, bool senalado) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  const Puntero evento = Busca(manejador, EClase::Evento);
+  if (evento == nullptr) {
+    return false;
+  }
+  if (senalado) {
+    Senala(*evento);
+  } else {
+    evento->senalado = false;
+  }
+  return true;
+}
+
+constexpr unsigned long kFallo = 0xFFFFFFFF;
+
+}  // namespace
+
+std::atomic<unsigned> suspension::peticiones{0};
+
+void suspension::Espera() {
+  Objeto* const hilo = esteHilo.objeto.get();
+  if (hilo != nullptr && hilo->suspensiones.load(std::memory_order_relaxed) != 0) {
+    std::unique_lock cerrojo(LaTabla().cerrojo);
+    QuedaQuieto(*hilo, cerrojo);
+  }
+}
+
+HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t pila, LPTHREAD_START_ROUTINE rutina, void* argumento,
+                    unsigned long opciones, unsigned long* id) {
+  if (rutina == nullptr || sistema::Consulta(EOperacion::CreaHilo, L"") != 0) {
+    return nullptr;
+  }
+  const auto hilo = std::make_shared<Objeto>();
+  hilo->clase = EClase::Hilo;
+  hilo->rutina = rutina;
+  hilo->argumento = argumento;
+  hilo->suspensiones = (opciones & CREATE_SUSPENDED) != 0 ? 1 : 0;
+  const unsigned peticiones = hilo->suspensiones;
+  suspension::peticiones.fetch_add(peticiones, std::memory_order_relaxed);
+  auto recado = std::make_unique<Puntero>(hilo);
+  if (sistema::LanzaHilo(pila, CorreHilo, recado.get()) != 0) {
+    suspension::peticiones.fetch_sub(peticiones, std::memory_order_relaxed);
+    return nullptr;
+  }
+  static_cast<void>(recado.release());  // the thread's from here on
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  HANDLE const manejador = Registra(hilo);
+  if (id != nullptr) {
+    *id = static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(manejador));
+  }
+  return manejador;
+}
+
+bool SetThreadPriority(HANDLE manejador, int prioridad) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  const Puntero hilo = BuscaHiloVivo(manejador);
+  if (hilo == nullptr) {
+    return false;
+  }
+  hilo->prioridad = prioridad;  // a thread that has not begun takes it up when it does
+  return hilo->numero == 0 || sistema::PonPrioridad(hilo->numero, prioridad);
+}
+
+unsigned long SuspendThread(HANDLE manejador) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  const Puntero hilo = BuscaHiloVivo(manejador);
+  if (hilo == nullptr) {
+    return kFallo;
+  }
+  suspension::peticiones.fetch_add(1, std::memory_order_relaxed);
+  return hilo->suspensiones.fetch_add(1, std::memory_order_relaxed);
+}
+
+unsigned long ResumeThread(HANDLE manejador) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  const Puntero hilo = BuscaHiloVivo(manejador);
+  if (hilo == nullptr) {
+    return kFallo;
+  }
+  const unsigned habia = hilo->suspensiones.load(std::memory_order_relaxed);
+  if (habia != 0) {
+    suspension::peticiones.fetch_sub(1, std::memory_order_relaxed);
+    hilo->suspensiones.store(habia - 1, std::memory_order_relaxed);
+    hilo->reanuda.notify_all();
+  }
+  return habia;
+}
+
+HANDLE CreateEventW(SECURITY_ATTRIBUTES*, bool manual, bool senalado, wchar_t const* nombre) {
+  if (nombre != nullptr || sistema::Consulta(EOperacion::CreaEvento, L"") != 0) {
+    return nullptr;
+  }
+  auto evento = std::make_shared<Objeto>();
+  evento->senalado = senalado;
+  evento->manual = manual;
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  return Registra(std::move(evento));
+}
+
+bool SetEvent(HANDLE evento) { return PonEvento(evento, true); }
+
+bool ResetEvent(HANDLE evento) { return PonEvento(evento, false); }
+
+unsigned long WaitForSingleObject(HANDLE manejador, unsigned long milisegundos) {
+  return WaitForMultipleObjects(1, &manejador, false, milisegundos);
+}
+
+unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE const* manejadores, bool todos,
+                                     unsigned long milisegundos) {
+  if (cuantos == 0 || manejadores == nullptr) {
+    return WAIT_FAILED;
+  }
+  std::unique_lock cerrojo(LaTabla().cerrojo);
+  std::vector<Puntero> objetos;
+  for (HANDLE const manejador : std::span(manejadores, cuantos)) {
+    objetos.push_back(Busca(manejador));
+    if (objetos.back() == nullptr) {
+      return WAIT_FAILED;
+    }
+  }
+  Espera espera;
+  const Apuntada apuntada(objetos, espera);
+  std::optional<unsigned long> resultado;
+  const auto acaba = [&] { return (resultado = Resultado(objetos, todos)).has_value(); };
+  if (milisegundos >= INFINITE) {
+    espera.aviso.wait(cerrojo, acaba);
+  } else {
+    espera.aviso.wait_for(cerrojo, std::chrono::milliseconds(milisegundos), acaba);
+  }
+  return resultado.value_or(WAIT_TIMEOUT);
+}
+
+bool CloseHandle(HANDLE manejador) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  return LaTabla().objetos.erase(reinterpret_cast<std::uintptr_t>(manejador)) != 0;
+}

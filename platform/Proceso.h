@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdio>
+
+#include "platform/Exporta.h"
+
+/// The process as its own program sees it.
+
+/// Physical memory that the process holds now, and the most that it has held, in bytes; 0 when the system does not
+/// tell.
+[[nodiscard]] URDIMBRE_API unsigned long long MemoriaResidente();
+[[nodiscard]] URDIMBRE_API unsigned long long MemoriaResidenteMaxima();
+
+/// Whether a standard stream (stdout, stderr) is a terminal, and how many columns it has then, 80 when it does not
+/// tell.
+[[nodiscard]] URDIMBRE_API bool EsTerminal(std::FILE* salida);
+[[nodiscard]] URDIMBRE_API unsigned ColumnasTerminal(std::FILE* salida);
+
+/// From here on the first request to end the process (Ctrl-C, a polite kill, a closed terminal) only makes
+/// Interrumpido() true, and a second one ends it at once; and a reader that goes away, or a file over the allowed size,
+/// is a failed write instead of the end of the process.
+URDIMBRE_API void PonManejadorInterrupcion();
+
+/// Whether the process has been asked to end. Cheap; from any thread.
+[[nodiscard]] URDIMBRE_API bool Interrumpido();
+
+/// Takes note that the request has been dealt with, for a program that goes on after it.
+URDIMBRE_API void OlvidaInterrupcion();

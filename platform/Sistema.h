@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdarg>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/CString.h"
+#include "platform/IVigilante.h"
+
+/// The seam between the framework layer and the operating system: the few operations that it is built on, one
+/// implementation a system. Internal: programs use the classes made from it.
+///
+/// Where an int is returned it is 0, or the failure's number (that of std::errc). The guard is asked first in every one
+/// that has an EOperacion. Interrupted calls are made again.
+namespace sistema {
+
+using Descriptor = std::ptrdiff_t;
+inline constexpr Descriptor kSinFichero = -1;
+
+/// Asks the guard, if there is one: 0, or the number of the failure that the operation is to simulate.
+int Consulta(EOperacion operacion, CString const& path);
+/// Bytes that the guard grants to one transfer.
+std::size_t Concedidos(EOperacion operacion, CString const& path, std::size_t bytes);
+
+/// `flags` are those of CFile. A folder is refused.
+int Abre(CString const& path, unsigned flags, Descriptor& fichero);
+/// One transfer at the file's position. A write moves at least a byte or fails.
+int Lee(Descriptor fichero, CString const& path, void* destino, std::size_t cuantos, std::size_t& movidos);
+int Escribe(Descriptor fichero, CString const& path, void const* origen, std::size_t cuantos, std::size_t& movidos);
+int Posiciona(Descriptor fichero, CString const& path, long long posicion);
+int Longitud(Descriptor fichero, CString const& path, long long& bytes);
+int Sincroniza(Descriptor fichero, CString const& path);
+/// The descriptor is given back also on failure.
+int Cierra(Descriptor fichero, CString const& path);
+
+/// Makes a file that must not exist. A private one is for this user alone, another gets the permissions of `modelo` if
+/// that file exists, and those of any new file if not.
+int CreaExclusivo(CString const& path, CString const* modelo);
+/// The same under a new name, "FOLDER/PREFIXnumber.tmp", until one is free; the number is never 0.
+int CreaTemporal(CString const& carpeta, CString const& prefijo, CString const* modelo, CString& path,
+                 unsigned& numero);
+int Renombra(CString const& desde, CString const& hasta);
+int Borra(CString const& path);
+int CreaCarpeta(CString const& path);
+/// Makes a rename in the folder last through a loss of power. Best effort.
+void SincronizaCarpeta(CString const& carpeta);
+
+/// A value of the environment; empty when it is not set.
+CString Entorno(char const* nombre);
+/// The system's folder for temporary files.
+CString CarpetaTemporal();
+/// A number that other processes and earlier calls are unlikely to have.
+unsigned NumeroAlAzar();
+inline constexpr wchar_t kSeparador = L'/';
+
+/// The text of a failure.
+CString TextoError(int codigo);
+
+/// Formats like printf with a decimal point whatever the locale; false when the C library refuses the format.
+bool Formatea(std::wstring& salida, wchar_t const* formato, va_list argumentos);
+bool Formatea(std::string& salida, char const* formato, va_list argumentos);
+/// The real number that a text begins with, likewise.
+double ConvierteReal(wchar_t const* texto);
+std::wstring DesdeUtf8(std::string_view texto);
+std::string AUtf8(std::wstring_view texto);
+
+/// Starts a detached thread with a stack of so many bytes, 0 for the system's.
+int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento);
+/// The calling thread's number in the system.
+long NumeroHilo();
+/// Sets a living thread's priority, -15 to 15.
+bool PonPrioridad(long hilo, int prioridad);
+
+}  // namespace sistema
