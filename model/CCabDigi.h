@@ -78,7 +78,7 @@ class CCabDigi : public CTipoDat {
   [[nodiscard]] virtual bool DentroCursor(CMaximas<double> const& cursor) const = 0;
 
   /// Applies a map to every point, or its inverse: a matrix of order 3 or 4, or a transformation. False, with nothing
-  /// changed, when the map has no inverse or the matrix another order.
+  /// changed, for a matrix of another order and when the inverse is wanted of a map that has none.
   virtual bool Helmert(CMatrizCuadrada const& matriz) = 0;
   virtual bool Helmert(CTransformacion const& mapa) = 0;
   virtual bool HelmertInverso(CMatrizCuadrada const& matriz) = 0;

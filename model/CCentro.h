@@ -39,7 +39,8 @@ class URDIMBRE_API CCentro {
     return true;
   }
 
-  /// The sphere through four points. False, with the radius left at 0.0, when they are coplanar. No height is changed.
+  /// The sphere through four points. False, with the radius left at 0.0, when they are exactly coplanar. The number
+  /// field of the centre is kept; no height is changed.
   bool Centro4P(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& d);
 
  private:

@@ -1,8 +1,48 @@
 #include "model/CCoor3D.h"
 
+#include <algorithm>
 #include <cmath>
 
+#include "model/Binario.h"
+#include "model/CMatrizCuadrada.h"
+
 namespace Meseta47 {
+
+namespace {
+
+CCoor3D<double> Media(std::vector<CCoor3D<double>> const& puntos) {
+  // Relative to the first point, so that coordinates far from the origin lose nothing in the sums.
+  CCoor3D<double> const& base = puntos.front();
+  double x = 0, y = 0, z = 0;
+  for (CCoor3D<double> const& p : puntos) {
+    x += p.x - base.x;
+    y += p.y - base.y;
+    z += p.z - base.z;
+  }
+  const double n = static_cast<double>(puntos.size());
+  return CCoor3D<double>(base.x + x / n, base.y + y / n, base.z + z / n, 0);
+}
+
+CMatrizCuadrada Covarianza(std::vector<CCoor3D<double>> const& puntos, CCoor3D<double> const& media) {
+  CMatrizCuadrada m(3);
+  for (std::size_t i = 0; i < 3; ++i) m(i, i) = 0;
+  for (CCoor3D<double> const& p : puntos) {
+    const double d[3] = {p.x - media.x, p.y - media.y, p.z - media.z};
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t j = 0; j < 3; ++j) m(i, j) += d[i] * d[j];
+    }
+  }
+  return m;
+}
+
+/// The direction, with the sense that makes its last component other than 0 positive: z as a rule.
+CCoor3D<double> HaciaArriba(CMatrizCuadrada const& vectores, std::size_t columna) {
+  const CCoor3D<double> v(vectores(0, columna), vectores(1, columna), vectores(2, columna), 0);
+  const double sentido = v.z != 0 ? v.z : (v.y != 0 ? v.y : v.x);
+  return sentido < 0 ? v * -1.0 : v;
+}
+
+}  // namespace
 
 template <class T>
 bool CCoor3D<T>::Normaliza() {
@@ -58,6 +98,48 @@ double CCoor3D<T>::DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espac
   if (parametro != nullptr) *parametro = t;
   const double fx = ex - t * dx, fy = ey - t * dy, fz = ez - t * dz;
   return std::sqrt(fx * fx + fy * fy + fz * fz);
+}
+
+template <class T>
+bool CCoor3D<T>::CalcularPlano(std::vector<CCoor3D<double>> const& puntos, double& emc, std::vector<double>& residuos,
+                               double& residuoMaximo, CCoor3D<double>& normal, double& termino,
+                               int minimo) requires std::is_same_v<T, double> {
+  if (puntos.size() < static_cast<std::size_t>(std::max(minimo, 3))) return false;
+  const CCoor3D<double> media = Media(puntos);
+  std::vector<double> valores;
+  CMatrizCuadrada vectores(3);
+  Covarianza(puntos, media).Autovalores(valores, vectores);
+  // The eigenvalues are squared extents, right to some units in the last place of the greatest: a strip narrower than a
+  // ten-millionth of its length cannot be told from a line.
+  if (!(valores[1] > 1e-14 * valores[2])) return false;
+
+  normal = HaciaArriba(vectores, 0);
+  termino = -(normal.x * media.x + normal.y * media.y + normal.z * media.z);
+  residuos.clear();
+  residuoMaximo = 0;
+  double suma2 = 0;
+  for (CCoor3D<double> const& p : puntos) {
+    const double d = normal.x * (p.x - media.x) + normal.y * (p.y - media.y) + normal.z * (p.z - media.z);
+    residuos.push_back(d);
+    residuoMaximo = std::max(residuoMaximo, std::abs(d));
+    suma2 += d * d;
+  }
+  emc = std::sqrt(suma2 / static_cast<double>(puntos.size()));
+  return true;
+}
+
+template <class T>
+bool CCoor3D<T>::Write(CFile* fichero, CDataSemilla const&, int, CTipoFichero, int, short int) const {
+  const T valores[3] = {this->x, this->y, z};
+  return Escribe(*fichero, valores);
+}
+
+template <class T>
+bool CCoor3D<T>::Read(CFile* fichero, double factor, CTipoFichero) {
+  T valores[3];
+  if (!Lee(*fichero, valores)) return false;
+  Actualiza(valores[0] * factor, valores[1] * factor, valores[2] * factor);
+  return true;
 }
 
 template class CCoor3D<int>;

@@ -16,6 +16,8 @@ class CLinea : public CEntidadDigi<T> {
  public:
   CLinea() : CLinea(CString()) {}
   explicit CLinea(CString const& elCodigo) : CLinea(ENTIDAD_LINEA, elCodigo) {}
+  /// A list of points of another kind than a line, such as the place of a text; a set of points is none.
+  explicit CLinea(CTipoDat const& dato) : CLinea(dato.GetTipo(), dato.GetCodigo()) { NoEsSet(); }
   CLinea(CLinea const& o);
   CLinea(CLinea&& o) noexcept;
   CLinea& operator=(CLinea const&) = default;
@@ -81,14 +83,17 @@ class CLinea : public CEntidadDigi<T> {
   bool Arco(CCoor3D<T> const& p1, CCoor3D<T> const& p2, CCoor3D<T> const& p3, double flecha) override;
   bool Arco(CCoor3D<T> const& centro, double radio, double desde, double hasta, double flecha) override;
   int BorraPuntosDobles(int espacio) override;
+  /// Keeps of the points those whose mark is set; there are as many marks as points. Returns how many went.
+  virtual int Filtra(std::vector<bool> const& quedan);
 
  protected:
   CLinea(CTipoEntidad elTipo, CString const& elCodigo) : CEntidadDigi<T>(elTipo, elCodigo) {}
 
   /// The points after the head, and what derived kinds keep beside them.
   virtual bool WriteDigi(CFile* fichero, CTipoFichero tipo) const;
-  /// Keeps of the points those whose mark is set; there are as many marks as points.
-  virtual void Filtra(std::vector<bool> const& quedan);
+  /// Reads what CLinea::WriteDigi wrote. False on a short read or an unknown version.
+  static bool LeePuntos(CFile& fichero, double factor, unsigned short version, CTipoFichero tipo,
+                        std::vector<CCoor3D<T>>& leidos);
 
   std::vector<CCoor3D<T>> puntos;
 
@@ -97,6 +102,11 @@ class CLinea : public CEntidadDigi<T> {
   void Transforma(Mapa const& mapa);
   template <class Mapa>
   [[nodiscard]] bool Toca(Mapa const& mapa, CMaximas<double> const& cursor) const;
+  bool Anade(std::vector<CCoor3D<double>> const& nuevos);
+  // Sets of points alone carry that kind: a copy of the base of one is a line.
+  void NoEsSet() {
+    if (this->tipo == ENTIDAD_SETPUNTOS) this->tipo = ENTIDAD_LINEA;
+  }
 };
 
 extern template class URDIMBRE_API CLinea<int>;

@@ -127,4 +127,7 @@ class CMaximas {
   }
 };
 
+extern template class URDIMBRE_API CMaximas<int>;
+extern template class URDIMBRE_API CMaximas<double>;
+
 }  // namespace Meseta47

@@ -44,7 +44,7 @@ class URDIMBRE_API CObjetoFichero {
   [[nodiscard]] virtual CMaximas<double> GetMaximasDouble() const = 0;
   virtual void SetMaximasDouble(CMaximas<double> const& m) = 0;
 
-  /// Sets the level and returns the one it replaces. A value beyond the known ones is kept as 0.
+  /// Sets the level and returns the one it replaces. A value outside the known ones is kept as 0.
   virtual CNivelMensajes Mensajes(CNivelMensajes nivel);
   [[nodiscard]] CNivelMensajes Mensajes() const { return nivelMensajes; }
 

@@ -11,18 +11,19 @@ class URDIMBRE_API CRango {
  public:
   double ValorMin, ValorMax;
 
-  /// The first two are the values that stand for "no limit set" at each end, the last two the limits that hold while
-  /// none is set.
+  /// The first two are the values that stand for "no limit" at each end, the last two the limits that hold while none
+  /// is set.
   CRango(double sinMin, double sinMax, double menor, double mayor)
-      : ValorMin(menor), ValorMax(mayor), marcaMin(sinMin), marcaMax(sinMax) {}
+      : ValorMin(menor), ValorMax(mayor), marcaMin(sinMin), marcaMax(sinMax), libreMin(menor), libreMax(mayor) {}
 
+  /// Set a limit, or take it off with the value that stands for none.
   void SetValorMin(double v) {
-    ValorMin = v;
     puestoMin = v != marcaMin;
+    ValorMin = puestoMin ? v : libreMin;
   }
   void SetValorMax(double v) {
-    ValorMax = v;
     puestoMax = v != marcaMax;
+    ValorMax = puestoMax ? v : libreMax;
   }
 
   /// Non-zero when a limit was set.
@@ -33,7 +34,7 @@ class URDIMBRE_API CRango {
   [[nodiscard]] int EsValido(double a, double b) const { return EsValido(std::abs(a - b)); }
 
  private:
-  double marcaMin, marcaMax;
+  double marcaMin, marcaMax, libreMin, libreMax;
   bool puestoMin = false, puestoMax = false;
 };
 

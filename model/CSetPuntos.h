@@ -54,12 +54,13 @@ class CSetPuntos : public CLinea<T> {
   void swap(CEntidadDigi<OtraForma<T>>& o) override;
   void swap(CEntidadDigi<T>& o) override;
   CSetPuntos& operator<<(CCoor3D<T> const& p) override;
+  int BorraPunto(int primero, int cuantos) override;
   void Voltea() override;
   int BorraPuntosDobles(int espacio) override;
+  int Filtra(std::vector<bool> const& quedan) override;
 
  protected:
   bool WriteDigi(CFile* fichero, CTipoFichero tipo) const override;
-  void Filtra(std::vector<bool> const& quedan) override;
 
  private:
   static constexpr tipoAero3 kSinInfo{};
