@@ -67,9 +67,9 @@ double CCoor3D<T>::Pendiente(CCoor3D const& p) const {
 template <class T>
 std::int16_t CCoor3D<T>::CalculaLado(CCoor3D const& a, CCoor3D const& b,
                                      int plano) const requires std::is_same_v<T, int> {
-  const auto lado = [](std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by, std::int64_t px,
-                       std::int64_t py) {
-    const double doble = ProductoVectorial(bx - ax, by - ay, px - ax, py - ay);
+  const auto resta = [](T v, T w) { return static_cast<std::int64_t>(v) - static_cast<std::int64_t>(w); };
+  const auto lado = [&](T ax, T ay, T bx, T by, T px, T py) {
+    const double doble = ProductoVectorial(resta(bx, ax), resta(by, ay), resta(px, ax), resta(py, ay));
     return static_cast<std::int16_t>(doble > 0 ? 1 : (doble < 0 ? -1 : 0));
   };
   if (plano == 1) return lado(a.y, a.z, b.y, b.z, this->y, z);
@@ -78,8 +78,7 @@ std::int16_t CCoor3D<T>::CalculaLado(CCoor3D const& a, CCoor3D const& b,
 }
 
 template <class T>
-CCoor3D<T> CCoor3D<T>::ProyectaSobrePlano(CCoor3D<double> const& normal, double termino,
-                                          bool unitaria) const requires std::is_same_v<T, int> {
+CCoor3D<T> CCoor3D<T>::ProyectaSobrePlano(CCoor3D<double> const& normal, double termino, bool unitaria) const {
   const double norma2 = unitaria ? 1.0 : normal.Distancia2(CCoor3D<double>(), 1);
   if (norma2 == 0) return *this;
   const double paso = (normal.x * this->x + normal.y * this->y + normal.z * z + termino) / norma2;
@@ -89,10 +88,10 @@ CCoor3D<T> CCoor3D<T>::ProyectaSobrePlano(CCoor3D<double> const& normal, double 
 }
 
 template <class T>
-double CCoor3D<T>::DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espacio,
-                                   double* parametro) const requires std::is_same_v<T, double> {
-  const double dx = b.x - a.x, dy = b.y - a.y, dz = espacio == 0 ? 0.0 : b.z - a.z;
-  const double ex = this->x - a.x, ey = this->y - a.y, ez = espacio == 0 ? 0.0 : z - a.z;
+double CCoor3D<T>::DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espacio, double* parametro) const {
+  const auto resta = [](T v, T w) { return static_cast<double>(v) - static_cast<double>(w); };
+  const double dx = resta(b.x, a.x), dy = resta(b.y, a.y), dz = espacio == 0 ? 0.0 : resta(b.z, a.z);
+  const double ex = resta(this->x, a.x), ey = resta(this->y, a.y), ez = espacio == 0 ? 0.0 : resta(z, a.z);
   const double largo2 = dx * dx + dy * dy + dz * dz;
   const double t = largo2 == 0 ? 0.0 : (ex * dx + ey * dy + ez * dz) / largo2;
   if (parametro != nullptr) *parametro = t;

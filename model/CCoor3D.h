@@ -143,13 +143,11 @@ class CCoor3D : public CCoor2D<T> {
                                          int plano) const requires std::is_same_v<T, int>;
 
   /// Orthogonal projection on the plane normal . p + termino = 0. `unitaria` tells that the normal is one unit long.
-  [[nodiscard]] CCoor3D ProyectaSobrePlano(CCoor3D<double> const& normal, double termino,
-                                           bool unitaria) const requires std::is_same_v<T, int>;
+  [[nodiscard]] CCoor3D ProyectaSobrePlano(CCoor3D<double> const& normal, double termino, bool unitaria) const;
 
   /// Distance of this point to the line through `a` and `b`, in plan for `espacio` 0 and in space for 1; to `a` when
   /// both are one point. `parametro`, when given, takes where the foot stands: 0 at `a`, 1 at `b`.
-  [[nodiscard]] double DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espacio,
-                                       double* parametro) const requires std::is_same_v<T, double>;
+  [[nodiscard]] double DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espacio, double* parametro) const;
 
   /// Plane that fits the points best, by least squares of the orthogonal distances: a unit `normal` whose z is not
   /// negative, and `termino`, so that normal . p + termino = 0. Gives also the root mean square distance, the signed
