@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+
+#include "platform/Exporta.h"
+
+namespace Meseta47 {
+
+/// Pool of slots of one size, for elements that are made and destroyed by the million, one by one. A slot is asked for
+/// and given back in a few instructions and may be given back by another thread than the one that took it: it then
+/// returns to the thread that took it. Slots start at a multiple of 64 bytes plus `desfase`, so that an element can
+/// decide what of it shares a cache line.
+///
+/// One object a class of element, alive for the whole process. Thread-safe. Built with the address sanitizer it hands
+/// each request on to the system, so that a use after destruction is seen.
+class URDIMBRE_API CReserva {
+ public:
+  /// Slots for elements of `bytes` bytes, each starting `desfase` bytes (a multiple of 8, below 64) into a cache line.
+  CReserva(std::size_t bytes, std::size_t desfase);
+  ~CReserva();
+  CReserva(CReserva const&) = delete;
+  CReserva& operator=(CReserva const&) = delete;
+
+  struct CMonton;  ///< what one thread holds of the pool
+
+  /// A slot, uninitialised. Throws std::bad_alloc when the system has no memory. `mio` is a thread_local of the caller,
+  /// one a thread and pool, null at first.
+  [[nodiscard]] void* Pide(CMonton*& mio);
+  /// Gives a slot back, from any thread. `mio` as above: the caller's own, maybe null.
+  static void Devuelve(void* ranura, CMonton* mio) noexcept;
+  /// Returns to the system what the calling thread holds, when none of its slots is in use; else does nothing.
+  void Encoge(CMonton*& mio) noexcept;
+  /// The calling thread ends: its slots in use stay valid, and whoever comes next takes over the rest.
+  void Abandona(CMonton*& mio) noexcept;
+
+ private:
+  struct CHuerfanos;
+  std::size_t paso;  ///< bytes from slot to slot
+  std::size_t desfase;
+  CHuerfanos* huerfanos;  ///< heaps whose thread has ended with slots still in use
+};
+
+}  // namespace Meseta47

@@ -1,0 +1,176 @@
+#include "planar/CSetTriangulos2D.h"
+
+#include <algorithm>
+
+namespace Meseta47 {
+
+CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) { *this = o; }
+
+CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
+  nivel = o.nivel;
+  centro = o.centro;
+  maximas = o.maximas;
+  padre = o.padre;
+  hijos = o.hijos;
+  cerrado = o.cerrado;
+  primero = o.primero;
+  ultimo = o.ultimo;
+  actual = o.actual;
+  inicio = o.inicio;
+  cantidad = o.cantidad;
+  abiertos = o.abiertos;
+  return *this;
+}
+
+CSetTriangulos2D::~CSetTriangulos2D() {
+  clear();
+  delete[] hijos;
+}
+
+void CSetTriangulos2D::clear() {
+  for (CTriangulo2D* t = primero; t != nullptr;) {
+    CTriangulo2D* siguiente = t->Sig();
+    delete t;
+    t = siguiente;
+  }
+  primero = ultimo = actual = inicio = nullptr;
+  cantidad = 0;
+  abiertos.clear();
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].clear();
+}
+
+void CSetTriangulos2D::Vacia() {
+  clear();
+  delete[] hijos;
+  hijos = nullptr;
+  cerrado = false;
+}
+
+//        minX      cx      maxX
+//   maxY  +---------+---------+
+//         |    0    |    1    |
+//     cy  +---------+---------+
+//         |    2    |    3    |
+//   minY  +---------+---------+
+CMaximas<int> CSetTriangulos2D::CajaHijo(unsigned i) const {
+  CMaximas<int> caja;
+  const bool derecha = (i & 1U) != 0, arriba = i < 2;
+  caja.Minimo.x = derecha ? centro.x : maximas.Minimo.x;
+  caja.Maximo.x = derecha ? maximas.Maximo.x : centro.x;
+  caja.Minimo.y = arriba ? centro.y : maximas.Minimo.y;
+  caja.Maximo.y = arriba ? maximas.Maximo.y : centro.y;
+  return caja;
+}
+
+void CSetTriangulos2D::HazHijos() {
+  hijos = new CSetTriangulos2D[4];
+  for (unsigned i = 0; i < 4; ++i) {
+    hijos[i].nivel = nivel + 1;
+    hijos[i].padre = this;
+    hijos[i].maximas = CajaHijo(i);
+    hijos[i].centro = hijos[i].maximas.Centro(false);
+  }
+}
+
+void CSetTriangulos2D::EstableceDivisiones(CMaximas<int> const& caja, bool conHijos) {
+  maximas = caja;
+  centro = caja.Centro(false);
+  if (conHijos) HazHijos();
+}
+
+void CSetTriangulos2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
+  EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
+  if (hijos == nullptr) return;
+  for (const unsigned i : {0U, 1U, 3U, 2U}) hijos[i].EstableceDivisiones(n / 4, CajaHijo(i));
+}
+
+unsigned CSetTriangulos2D::CantidadNiveles() const {
+  unsigned mayor = nivel;
+  if (hijos != nullptr) {
+    for (unsigned i = 0; i < 4; ++i) mayor = std::max(mayor, hijos[i].CantidadNiveles());
+  }
+  return nivel == 0 ? mayor + 1 : mayor;
+}
+
+unsigned CSetTriangulos2D::Cantidad() const {
+  unsigned suma = cantidad;
+  if (cerrado || hijos == nullptr) return suma;
+  for (unsigned i = 0; i < 4; ++i) suma += hijos[i].Cantidad();
+  return suma;
+}
+
+CSetTriangulos2D* CSetTriangulos2D::GetNivel0() {
+  CSetTriangulos2D* raiz = this;
+  while (raiz->padre != nullptr) raiz = raiz->padre;
+  return raiz;
+}
+
+int CSetTriangulos2D::BuscaHijo(CCoor3D<int> const& p) const {
+  if (hijos == nullptr) return -1;
+  return (p.x < centro.x ? 0 : 1) + (p.y < centro.y ? 2 : 0);
+}
+
+int CSetTriangulos2D::BuscaHijo(CMaximas<int> const& caja) const {
+  if (hijos == nullptr) return -1;
+  const bool izquierda = caja.Maximo.x<centro.x, derecha = caja.Minimo.x> centro.x;
+  const bool abajo = caja.Maximo.y<centro.y, arriba = caja.Minimo.y> centro.y;
+  if (!(izquierda || derecha) || !(abajo || arriba)) return -1;
+  return (izquierda ? 0 : 1) + (abajo ? 2 : 0);
+}
+
+CTriangulo2D* CSetTriangulos2D::GetActual(bool conHijos) const {
+  for (CSetTriangulos2D const* s = this; s != nullptr; s = s->padre) {
+    if (s->cerrado) continue;
+    if (!conHijos || s->inicio != nullptr) return s->inicio;
+    if (s->hijos == nullptr) continue;
+    for (unsigned i = 0; i < 4; ++i) {
+      if (s->hijos[i].inicio != nullptr) return s->hijos[i].inicio;
+    }
+  }
+  return nullptr;
+}
+
+void CSetTriangulos2D::GetLados(CSetLados2D& lados) const {
+  if (!cerrado) {
+    for (CTriangulo2D const* t = primero; t != nullptr; t = t->Sig()) {
+      CLado2D suyos[3];
+      t->GetLados(suyos);
+      lados.lados.insert(lados.lados.end(), std::begin(suyos), std::end(suyos));
+    }
+  }
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].GetLados(lados);
+}
+
+void CSetTriangulos2D::GetTriangulosDePunto(CCoor3D<int> const* p, std::vector<CTriangulo2D*>& triangulos) const {
+  if (nivel != 0 && !maximas.Dentro(*p, 0)) return;
+  for (CTriangulo2D* t = primero; t != nullptr && t->GetMinX() <= p->x; t = t->Sig()) {
+    if (t->P1() == p || t->P2() == p || t->P3() == p) triangulos.push_back(t);
+  }
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].GetTriangulosDePunto(p, triangulos);
+}
+
+void CSetTriangulos2D::ComprobarPuntoNuevo(CCoor3D<int> const& p) {
+  for (CTriangulo2D* t = primero; t != nullptr; t = t->Sig()) t->Dentro(p);
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].ComprobarPuntoNuevo(p);
+}
+
+void CSetTriangulos2D::CompruebaLadosExteriores(CSetLados2D& lados) const {
+  for (CTriangulo2D const* t = primero; t != nullptr; t = t->Sig()) {
+    if (t->GetVecino12() == nullptr) lados.lados.emplace_back(t->P1(), t->P2());
+    if (t->GetVecino23() == nullptr) lados.lados.emplace_back(t->P2(), t->P3());
+    if (t->GetVecino31() == nullptr) lados.lados.emplace_back(t->P3(), t->P1());
+  }
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].GetLados(lados);
+}
+
+void CSetTriangulos2D::Lista() const {
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].Lista();
+}
+
+}  // namespace Meseta47

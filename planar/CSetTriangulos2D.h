@@ -1,0 +1,171 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "model/CMaximas.h"
+#include "planar/CSetLados2D.h"
+#include "planar/CTriangulo2D.h"
+
+class CFile;
+class CStdioFile;
+
+namespace Meseta47 {
+
+class CTIN;
+template <class T>
+class CDibujo;
+
+/// A cell of the quadtree of triangle lists. A triangle sits in the deepest set whose quadrant wholly holds the box of
+/// its circle, so what a set and its subtree hold can only be disturbed by a new point inside that quadrant: once the
+/// quadrant's last point is in, the set can be closed, cut off from the living mesh and written while the rest grows.
+///
+/// The set at level 0 also holds the open list, through which new triangles find their neighbours, and the start of the
+/// point location walk. A set owns its triangles. Only the inserting thread touches a set that is not closed; a closed
+/// set belongs to the worker that empties it.
+class URDIMBRE_API CSetTriangulos2D {
+ public:
+  static constexpr unsigned kCapacidad = 150;     ///< a leaf splits when it holds exactly this many triangles
+  static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
+  static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second phase
+
+  /// A triangle with a free side, its vertex numbers beside it: the search compares nothing else.
+  struct CAbierto {
+    CTriangulo2D* triangulo;
+    int n1, n2, n3;
+  };
+
+  // Close to a plain record; the tree's own invariants are kept by the operations.
+  std::uint32_t nivel = 0;
+  CCoor3D<int> centro;
+  CMaximas<int> maximas;
+  CSetTriangulos2D* padre = nullptr;
+  CSetTriangulos2D* hijos = nullptr;  ///< array of 4, owned; null on a leaf. 0: -x +y, 1: +x +y, 2: -x -y, 3: +x -y
+  bool cerrado = false;
+  CTriangulo2D *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
+  CTriangulo2D* actual = nullptr;                      ///< added or touched last
+  CTriangulo2D* inicio = nullptr;                      ///< where a walk starts
+  std::uint32_t cantidad = 0;                          ///< triangles in the own list
+  std::vector<CAbierto> abiertos;                      ///< level 0 only
+
+  // --- life ---
+  explicit CSetTriangulos2D(unsigned nivelInicial = 0) : nivel(nivelInicial) {}
+  /// Member by member: the copy shares the tree and the lists with the original, only the open list is its own. Whoever
+  /// copies must see to it that one of the two lets go of them before it is destroyed.
+  CSetTriangulos2D(CSetTriangulos2D const& o);
+  CSetTriangulos2D& operator=(CSetTriangulos2D const& o);
+  ~CSetTriangulos2D();
+  /// Destroys all triangles of the subtree and empties the lists; the children stay.
+  void clear();
+  /// Back to a root or leaf without triangles, children and closure, its level kept.
+  void Vacia();
+
+  // --- the tree ---
+  /// Sets the box and its centre; with `conHijos` makes the four children.
+  void EstableceDivisiones(CMaximas<int> const& caja, bool conHijos);
+  /// Divides in advance for `n` evenly spread triangles.
+  void EstableceDivisiones(unsigned n, CMaximas<int> const& caja);
+  /// Greatest level of the subtree, plus 1 when called at level 0.
+  [[nodiscard]] unsigned CantidadNiveles() const;
+  /// Triangles of the subtree; of the own list alone once closed.
+  [[nodiscard]] unsigned Cantidad() const;
+  [[nodiscard]] CSetTriangulos2D* GetNivel0();
+  /// Child that the point falls in, -1 on a leaf. A point on a centre line goes right or up.
+  [[nodiscard]] int BuscaHijo(CCoor3D<int> const& p) const;
+  /// Child that wholly holds the box, -1 on a leaf or when the box touches a centre line.
+  [[nodiscard]] int BuscaHijo(CMaximas<int> const& caja) const;
+
+  // --- filing ---
+  /// Files a copy of the triangle by the box of its circle, or by the box given, and links it to its neighbours.
+  void Inserta(CTriangulo2D const& t);
+  void Inserta(CTriangulo2D const& t, CMaximas<int> const& caja);
+  /// Appends to this set's list, whatever the name says, a copy of the triangle, linked; or the triangle itself, linked
+  /// on demand. The box is not used.
+  void InsertaOrdenado(CTriangulo2D const& t, CMaximas<int> const& caja);
+  void InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const& caja, bool enlaza);
+  /// Takes the triangle out of the list without destroying it.
+  void Borra(CTriangulo2D* t);
+
+  // --- searches ---
+  /// The triangle that has the side from `b` to `a` (against the direction given); `lado` takes which of its sides it
+  /// is (1, 2 or 3). While the open list holds anything it alone is searched, and a triangle whose last free side this
+  /// is leaves it. Null when there is none.
+  CTriangulo2D* GetContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
+  /// Finds and condemns the cavity of `p`: the triangles whose circles hold it. Their sides go to `lados`, the
+  /// triangles are destroyed and the rim is left in the open list. Called on the root. 0: done. 1: `p` lies outside
+  /// this set (never at level 0). 2: no start triangle, or its set is closed. 3: `p` falls on a vertex of the cavity.
+  /// 4: no circle holds `p`. 5: refused by `tolerancia`, the greatest height above the surface in scaled units (0:
+  /// any). After 1 to 5 the mesh is as it was; after 5 the point's number is not. `aceptados` counts the triangles
+  /// taken by the walk and those of the cavity, `rechazados` those that don't hold `p`. Costs about 20 circle tests
+  /// when `desde` is near `p`.
+  int Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
+                 int tolerancia);
+  /// Sides of all triangles of the subtree that are not in a closed set.
+  void GetLados(CSetLados2D& lados) const;
+  /// A triangle to start a walk from: the own one, a child's, an ancestor's; null at the end.
+  [[nodiscard]] CTriangulo2D* GetActual(bool conHijos) const;
+  /// Collects triangles of the subtree that have the point object as a vertex. The walk of a list stops at the first
+  /// triangle that lies wholly to the right of the point, although the list is not sorted by x: callers need triangles
+  /// near the point, not all of them, and stopping early is what makes this cheap.
+  void GetTriangulosDePunto(CCoor3D<int> const* p, std::vector<CTriangulo2D*>& triangulos) const;
+
+  // --- closing and emptying ---
+  /// Closes the set and its subtree and cuts their triangles off from the living mesh. Returns how many those are; 0
+  /// for a set closed already.
+  unsigned QuitaTrianguloActual();
+  /// Writes the triangles of a closed set as records of three point numbers, its own list first, then each child in
+  /// order; frees them and the children. False when the disk refused any of it: the rest is freed all the same.
+  bool Salva(CFile* fichero);
+  /// Cuts the triangles of a closed set with the levels at multiples of `equidistancia`, leaving out those with a side
+  /// whose squared plan length passes `lado2`; frees them and the children.
+  void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
+  /// Empties the set into a model whose points carry these numbers: a triangle goes in when no vertex belongs to the
+  /// frame and no side is longer in plan than `ladoMaximo` scaled units.
+  void RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero);
+
+  // --- diagnostics ---
+  /// Stamps every triangle of the subtree with the point's number.
+  void ComprobarPuntoNuevo(CCoor3D<int> const& p);
+  /// Appends the free sides of the own triangles and, deliberately less tidy, all sides of the children.
+  void CompruebaLadosExteriores(CSetLados2D& lados) const;
+  /// Walks the subtree.
+  void Lista() const;
+  /// Draws the tree: a ring with the code "LIMITE" around each set and, with `triangulos`, a ring around the box of
+  /// each own triangle, its code the level. Children always draw theirs.
+  void GraficoMaxMin(CDibujo<int>& dibujo, bool triangulos) const;
+
+ private:
+  /// Working lists of the search for a cavity, kept by the root from point to point, so that no insertion allocates
+  /// once the largest cavity has been seen.
+  struct CBorrador {
+    std::vector<CTriangulo2D*> cola;     ///< triangles still to be looked at, first come first served
+    std::vector<CTriangulo2D*> cavidad;  ///< condemned triangles, in the order in which they were found
+  };
+
+  struct CCaja {
+    int minX, minY, maxX, maxY;
+  };
+  static CCaja CajaDe(CTriangulo2D const& t);
+  static CCaja CajaDe(CMaximas<int> const& m) { return {m.Minimo.x, m.Minimo.y, m.Maximo.x, m.Maximo.y}; }
+  void Archiva(CTriangulo2D const& t, CCaja const& caja);
+  void HazHijos();
+  void Divide();
+  [[nodiscard]] int HijoAbiertoPara(CCaja const& caja) const;
+  [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
+  void Anexa(CTriangulo2D* t);
+  void EnlazaVecinos(CTriangulo2D* t);
+  void Abre(CTriangulo2D* t) { abiertos.push_back({t, t->N1(), t->N2(), t->N3()}); }
+  CTriangulo2D* BuscaEnAbiertos(int a, int b, int& lado);
+  CTriangulo2D* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
+
+  CTriangulo2D* PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados);
+  bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, CSetLados2D& lados, unsigned& aceptados,
+                    unsigned& rechazados);
+  [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, int tolerancia);
+  void BorraCavidad();
+
+  std::unique_ptr<CBorrador> borrador;  ///< level 0 only
+};
+
+}  // namespace Meseta47

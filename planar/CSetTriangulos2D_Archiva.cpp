@@ -1,0 +1,209 @@
+// Filing: where in the tree a triangle goes, how a full leaf splits, how a new triangle finds its neighbours, how a set
+// is closed.
+#include <algorithm>
+
+#include "planar/CSetTriangulos2D.h"
+
+namespace Meseta47 {
+
+CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
+  const double cx = t.centro.centro.x, cy = t.centro.centro.y, r = t.centro.radio;
+  return {Redondea(cx - r), Redondea(cy - r), Redondea(cx + r), Redondea(cy + r)};
+}
+
+void CSetTriangulos2D::Inserta(CTriangulo2D const& t) { Archiva(t, CajaDe(t)); }
+void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja) { Archiva(t, CajaDe(caja)); }
+
+/// Child that wholly holds the box, -1 when the box touches a centre line, when that child is closed, or on a leaf.
+int CSetTriangulos2D::HijoAbiertoPara(CCaja const& caja) const {
+  if (hijos == nullptr) return -1;
+  int hijo = 0;
+  if (caja.minX > centro.x) {
+    hijo = 1;
+  } else if (caja.maxX >= centro.x) {
+    return -1;
+  }
+  if (caja.maxY < centro.y) {
+    hijo += 2;
+  } else if (caja.minY <= centro.y) {
+    return -1;
+  }
+  return hijos[hijo].cerrado ? -1 : hijo;
+}
+
+void CSetTriangulos2D::Archiva(CTriangulo2D const& t, CCaja const& caja) {
+  for (CSetTriangulos2D* s = this;;) {
+    const int hijo = s->HijoAbiertoPara(caja);
+    if (hijo >= 0) {
+      s = &s->hijos[hijo];
+    } else if (s->hijos != nullptr || s->cantidad != kCapacidad || s->nivel >= kNivelMaximo) {
+      s->InsertaOrdenado(t, CMaximas<int>());
+      return;
+    } else {
+      s->Divide();
+    }
+  }
+}
+
+/// Gives a full leaf its children and moves down what fits in them. Nothing is linked anew, and a child that is filled
+/// past its capacity in this way stays a leaf.
+void CSetTriangulos2D::Divide() {
+  HazHijos();
+  for (CTriangulo2D* t = primero; t != nullptr;) {
+    CTriangulo2D* siguiente = t->sig;
+    if (const int hijo = HijoAbiertoPara(CajaDe(*t)); hijo >= 0) {
+      Borra(t);
+      t->BorraVecinos();
+      hijos[hijo].Anexa(t);
+    }
+    t = siguiente;
+  }
+}
+
+/// Appends at the tail.
+void CSetTriangulos2D::Anexa(CTriangulo2D* t) {
+  t->set = this;
+  ++cantidad;
+  t->ant = ultimo;
+  t->sig = nullptr;
+  if (ultimo != nullptr) {
+    ultimo->sig = t;
+  } else {
+    primero = t;
+  }
+  ultimo = actual = inicio = t;
+}
+
+void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D const& t, CMaximas<int> const& caja) {
+  InsertaOrdenado(new CTriangulo2D(t), caja, true);
+}
+
+void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bool enlaza) {
+  t->set = this;
+  CSetTriangulos2D* raiz = GetNivel0();
+  if (enlaza) raiz->EnlazaVecinos(t);
+  if (t->LadosLimite() != 0) raiz->Abre(t);
+  Anexa(t);
+}
+
+//       P3                 A side runs one way in this triangle and the other way in its neighbour. `lado` tells which
+//      /  \                side of the neighbour that is, so that the link is made on both.
+//    P1 -> P2
+//     b <- a   vecino12
+void CSetTriangulos2D::EnlazaVecinos(CTriangulo2D* t) {
+  const auto enlaza = [this, t](CCoor3D<int> const& a, CCoor3D<int> const& b) {
+    int lado = 0;
+    CTriangulo2D* vecino = GetContieneLado(a, b, lado);
+    if (vecino == nullptr) return vecino;
+    if (lado == 1) vecino->vecino12 = t;
+    if (lado == 2) vecino->vecino23 = t;
+    if (lado == 3) vecino->vecino31 = t;
+    return vecino;
+  };
+  if (CTriangulo2D* v = enlaza(*t->p1, *t->p2)) t->vecino12 = v;
+  if (CTriangulo2D* v = enlaza(*t->p2, *t->p3)) t->vecino23 = v;
+  if (CTriangulo2D* v = enlaza(*t->p3, *t->p1)) t->vecino31 = v;
+}
+
+CTriangulo2D* CSetTriangulos2D::GetContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado) {
+  if (cerrado) return nullptr;
+  CSetTriangulos2D* raiz = GetNivel0();
+  if (!raiz->abiertos.empty()) return raiz->BuscaEnAbiertos(a.num, b.num, lado);
+  return BuscaEnLista(a, b, lado);
+}
+
+/// No triangle of a closed set is in the list: closing takes them out.
+CTriangulo2D* CSetTriangulos2D::BuscaEnAbiertos(int a, int b, int& lado) {
+  for (auto it = abiertos.begin(); it != abiertos.end(); ++it) {
+    if (it->n1 == b && it->n2 == a) {
+      lado = 1;
+    } else if (it->n2 == b && it->n3 == a) {
+      lado = 2;
+    } else if (it->n3 == b && it->n1 == a) {
+      lado = 3;
+    } else {
+      continue;
+    }
+    CTriangulo2D* t = it->triangulo;
+    if (t->LadosLimite() < 2) abiertos.erase(it);  // the side about to be linked is its last free one
+    return t;
+  }
+  return nullptr;
+}
+
+CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado) {
+  if (cerrado || !maximas.Dentro(a, 0) || !maximas.Dentro(b, 0) || a.num == b.num) return nullptr;
+  CTriangulo2D* desde = actual;
+  if (desde == nullptr) {
+    // A third of the sum, not the mean: it only chooses the end to start from, and hosts rely on the order that
+    // follows.
+    const std::int64_t x = (static_cast<std::int64_t>(a.x) + b.x) / 3;
+    desde = x < centro.x ? primero : ultimo;
+  }
+  CTriangulo2D* adelante = desde;
+  CTriangulo2D* atras = desde != nullptr ? desde->ant : nullptr;
+  const auto tiene = [&](CTriangulo2D* t) {
+    lado = t->ContieneLado(b.num, a.num);
+    return lado != 0;
+  };
+  while (adelante != nullptr || atras != nullptr) {
+    if (adelante != nullptr) {
+      if (tiene(adelante)) return adelante;
+      adelante = adelante->sig;
+    }
+    if (atras != nullptr) {
+      if (tiene(atras)) return atras;
+      atras = atras->ant;
+    }
+  }
+  if (hijos == nullptr) return nullptr;
+  for (unsigned i = 0; i < 4; ++i) {
+    if (CTriangulo2D* t = hijos[i].BuscaEnLista(a, b, lado)) return t;
+  }
+  return nullptr;
+}
+
+void CSetTriangulos2D::Borra(CTriangulo2D* t) {
+  if (t->ant != nullptr) {
+    t->ant->sig = t->sig;
+  } else {
+    primero = t->sig;
+  }
+  if (t->sig != nullptr) {
+    t->sig->ant = t->ant;
+  } else {
+    ultimo = t->ant;
+  }
+  if (actual == t) actual = t->ant != nullptr ? t->ant : t->sig;
+  if (inicio == t) inicio = actual;
+  CSetTriangulos2D* raiz = GetNivel0();
+  if (raiz->inicio == t) {
+    raiz->inicio = actual;
+    for (CSetTriangulos2D* s = padre; raiz->inicio == nullptr && s != nullptr; s = s->padre) raiz->inicio = s->actual;
+  }
+  --cantidad;
+}
+
+unsigned CSetTriangulos2D::QuitaTrianguloActual() {
+  if (cerrado) return 0;
+  cerrado = true;
+  actual = inicio = nullptr;
+  CSetTriangulos2D* raiz = GetNivel0();
+  if (raiz->inicio != nullptr && raiz->inicio->set == this) {
+    raiz->inicio = nullptr;
+    for (CSetTriangulos2D* s = padre; s != nullptr; s = s->padre) {
+      if (s->actual == nullptr || s->cerrado) continue;
+      raiz->inicio = s->actual;
+      break;
+    }
+  }
+  std::erase_if(raiz->abiertos, [this](CAbierto const& a) { return a.triangulo->set == this; });
+  for (CTriangulo2D* t = primero; t != nullptr; t = t->sig) t->BorraMisVecinos();
+  unsigned cortados = cantidad;
+  if (hijos != nullptr) {
+    for (unsigned i = 0; i < 4; ++i) cortados += hijos[i].QuitaTrianguloActual();
+  }
+  return cortados;
+}
+
+}  // namespace Meseta47

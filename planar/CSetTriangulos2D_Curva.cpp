@@ -1,0 +1,103 @@
+// Contouring: each triangle of a closed set is cut with the levels, and what it gives is a heap of two-point segments.
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+#include "model/CDibujo.h"
+#include "model/COrdenaPunto.h"
+#include "planar/CSetTriangulos2D.h"
+
+namespace Meseta47 {
+
+namespace {
+
+void Segmento(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) {
+  CLinea<int> linea(L"nuevo");
+  linea << a;
+  linea << b;
+  curvas.Inserta(std::move(linea));
+}
+
+}  // namespace
+
+void CSetTriangulos2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) {
+  CSetTriangulos2D* susHijos = hijos;
+  CTriangulo2D* t = primero;
+  hijos = nullptr;
+  primero = ultimo = actual = nullptr;
+  while (t != nullptr) {
+    t->Curva(curvas, equidistancia, lado2);
+    CTriangulo2D* siguiente = t->sig;
+    delete t;
+    t = siguiente;
+  }
+  cantidad = 0;
+  if (susHijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) susHijos[i].Curva(curvas, equidistancia, lado2);
+  delete[] susHijos;
+}
+
+void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const {
+  if (!EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
+  if (p1->Distancia2(*p2, 0) > lado2 || p2->Distancia2(*p3, 0) > lado2 || p3->Distancia2(*p1, 0) > lado2) return;
+
+  std::vector<CCoor3D<int>> puntosCorte;
+  for (short lado = 0; lado < 3; ++lado) CortaLado(puntosCorte, lado, equidistancia);
+  const COrdenaPunto<int> orden(3);
+  std::stable_sort(puntosCorte.begin(), puntosCorte.end(),
+                   [&orden](CCoor3D<int> const& a, CCoor3D<int> const& b) { return orden(a, b) != 0; });
+
+  // A side that runs along a level is a piece of contour as it stands; its ends are then spent as cuts.
+  const std::array<CCoor3D<int> const*, 3> v{p1, p2, p3};
+  std::array<bool, 3> libre{true, true, true};
+  for (auto const& [i, j] : {std::pair<std::size_t, std::size_t>{0, 1}, {0, 2}, {1, 2}}) {
+    if (v[i]->z != v[j]->z || v[i]->z % equidistancia != 0) continue;
+    Segmento(curvas, *v[i], *v[j]);
+    libre[i] = libre[j] = false;
+  }
+  if (!libre[0] && !libre[1] && !libre[2]) return;
+
+  for (std::size_t i = 0; i < puntosCorte.size(); ++i) {
+    CCoor3D<int>& p = puntosCorte[i];
+    const bool gastado = (!libre[0] && p == *v[0]) || (!libre[1] && p == *v[1]) || (!libre[2] && p == *v[2]);
+    if (gastado || (i > 0 && p == puntosCorte[i - 1])) p.SetBorrado(true);
+  }
+  for (std::size_t i = 0; i < puntosCorte.size(); ++i) {
+    if (puntosCorte[i].EsBorrado()) continue;
+    for (std::size_t j = i + 1; j < puntosCorte.size(); ++j) {
+      if (puntosCorte[j].EsBorrado() || puntosCorte[j].z != puntosCorte[i].z) continue;
+      Segmento(curvas, puntosCorte[i], puntosCorte[j]);
+      puntosCorte[j].SetBorrado(true);
+      break;
+    }
+  }
+}
+
+void CTriangulo2D::CortaLado(std::vector<CCoor3D<int>>& puntosCorte, short lado, int equidistancia) const {
+  if (!EsValido()) return;
+  CCoor3D<int> const& a = lado == 0 ? *p1 : (lado == 1 ? *p2 : *p3);
+  CCoor3D<int> const& b = lado == 0 ? *p2 : (lado == 1 ? *p3 : *p1);
+  const auto anade = [&puntosCorte](CCoor3D<int> p) {
+    p.num = static_cast<int>(puntosCorte.size()) + 1;
+    puntosCorte.push_back(p);
+  };
+  const double dx = static_cast<double>(b.x) - a.x, dy = static_cast<double>(b.y) - a.y;
+  const double dz = static_cast<double>(b.z) - a.z;
+  const std::int64_t zMin = std::min(a.z, b.z), zMax = std::max(a.z, b.z);
+  std::int64_t nivel = zMin / equidistancia * equidistancia;  // towards zero
+  if (nivel == a.z && dz == 0) {
+    anade(a);
+    anade(b);
+    return;
+  }
+  if (nivel < zMin) nivel += equidistancia;
+  for (; nivel <= zMax; nivel += equidistancia) {
+    const double t = static_cast<double>(nivel) - a.z;
+    CCoor3D<int> corte;
+    corte.ActualizaXY(t * dx / dz + a.x, t * dy / dz + a.y);
+    corte.z = static_cast<int>(nivel);
+    anade(corte);
+  }
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,58 @@
+// What becomes of the triangles of a closed set: records in the spill file, or faces of a model.
+#include <vector>
+
+#include "model/CTIN.h"
+#include "planar/CSetTriangulos2D.h"
+#include "platform/CFile.h"
+
+namespace Meseta47 {
+
+bool CSetTriangulos2D::Salva(CFile* fichero) {
+  CSetTriangulos2D* susHijos = hijos;
+  CTriangulo2D* t = primero;
+  hijos = nullptr;
+  primero = ultimo = actual = inicio = nullptr;
+  bool bien = true;
+  if (cantidad != 0) {
+    // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
+    std::vector<std::int32_t> numeros;
+    numeros.reserve(std::size_t{3} * cantidad);
+    const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
+    while (t != nullptr) {
+      CTriangulo2D* siguiente = t->sig;
+      for (CCoor3D<int> const* p : {t->p1, t->p2, t->p3}) numeros.push_back(numero(p));
+      delete t;
+      t = siguiente;
+    }
+    bien = fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
+    cantidad = 0;
+  }
+  if (susHijos == nullptr) return bien;
+  for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero) && bien;
+  delete[] susHijos;
+  return bien;
+}
+
+void CSetTriangulos2D::RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero) {
+  const double lado2 = static_cast<double>(ladoMaximo) * ladoMaximo;
+  while (primero != nullptr) {
+    CTriangulo2D* t = primero;
+    Borra(t);
+    const bool delMarco = t->N1() < 0 || t->N2() < 0 || t->N3() < 0;
+    const bool largo = t->p1->Distancia2(*t->p2, 0) > lado2 || t->p2->Distancia2(*t->p3, 0) > lado2 ||
+                       t->p3->Distancia2(*t->p1, 0) > lado2;
+    if (!delMarco && !largo) {
+      const auto punto = [&tin](int n) { return tin.Punto(static_cast<unsigned>(n - 1)); };
+      CTriangulo cara(punto(t->N1()), punto(t->N2()), punto(t->N3()), -1, -1, -1);
+      if (cara.EsValido()) {
+        cara.ColocaPuntos(true);
+        tin.Inserta(cara, false, false, false);
+      }
+    }
+    delete t;
+  }
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) hijos[i].RellenaMDT(tin, ladoMaximo, fichero);
+}
+
+}  // namespace Meseta47

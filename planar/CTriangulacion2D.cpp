@@ -1,0 +1,154 @@
+#include "planar/CTriangulacion2D.h"
+
+#include <algorithm>
+
+#include "model/IPorcentaje.h"
+#include "platform/CSingleLock.h"
+#include "platform/CWinApp.h"
+#include "platform/Temporales.h"
+
+namespace Meseta47 {
+
+CTriangulacion2D::CTriangulacion2D(int, CDataSemilla const& laSemilla, CDataTriangulacion const& losDatos,
+                                   unsigned elIdentificador)
+    : semilla(laSemilla), datos(losDatos), identificador(elIdentificador) {}
+
+CTriangulacion2D::CTriangulacion2D(int, CDataSemilla const& laSemilla, unsigned elIdentificador)
+    : semilla(laSemilla), identificador(elIdentificador) {}
+
+CTriangulacion2D::CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentificador)
+    : mensajes(otra.mensajes),
+      cantidadPuntos(otra.cantidadPuntos),
+      duplicados(otra.duplicados),
+      semilla(otra.semilla),
+      paramCurvaB(otra.paramCurvaB),
+      paramPicoA(otra.paramPicoA),
+      paramPicoB(otra.paramPicoB),
+      maximas(otra.maximas),
+      datos(otra.datos),
+      reservado(otra.reservado),
+      identificador(elIdentificador) {
+  divisiones.Comparte(otra.divisiones);
+}
+
+CTriangulacion2D::~CTriangulacion2D() {
+  hiloSalva.Stop();
+  if (evento != nullptr) CloseHandle(evento);
+}
+
+void CTriangulacion2D::Clear() {
+  mensajes = MENSAJES_NORMALES;
+  cantidadPuntos = 0;
+  reservado = 0;
+  maximas.Borra();
+}
+
+CNivelMensajes CTriangulacion2D::Mensajes(CNivelMensajes nivel) {
+  const CNivelMensajes anterior = mensajes;
+  mensajes = nivel >= 4 ? MENSAJES_NINGUNO : nivel;
+  return anterior;
+}
+
+IPorcentaje* CTriangulacion2D::Progreso() const { return mensajes >= 1 ? BuscaPorcentaje() : nullptr; }
+
+/// Drops what an earlier run left: its worker, queue, seeds and mesh.
+void CTriangulacion2D::Prepara() {
+  hiloSalva.Stop();
+  if (evento != nullptr) CloseHandle(evento);
+  evento = nullptr;
+  setsCerrados.clear();
+  cerradosHasta.clear();
+  primerosPuntos.clear();
+  setRaiz.Vacia();
+  creados = condenados = 0;
+  resumen = CResumenPlano();
+}
+
+void CTriangulacion2D::BorraFicheroTemporal() {
+  if (ficheroTemporal == nullptr) return;
+  ficheroTemporal->Close();
+  ficheroTemporal.reset();
+  DeleteFileW(nombreTemporal);
+}
+
+void CTriangulacion2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
+  maximas = caja;
+  divisiones.EstableceDivisiones(n, caja);
+}
+
+void CTriangulacion2D::EstableceDivisiones(CDivisiones& celda, CSetTriangulos2D& set) {
+  set.EstableceDivisiones(celda.maximas, celda.hijos != nullptr);
+  celda.setAsociado = &set;
+  if (celda.hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) EstableceDivisiones(celda.hijos[i], set.hijos[i]);
+}
+
+void CTriangulacion2D::ColocaIndices(CCoor3D<int> const& p, short lista, unsigned entidad, unsigned punto,
+                                     bool registra) {
+  const bool primera = divisiones.ColocaIndices(p, lista, static_cast<int>(entidad), static_cast<int>(punto));
+  if (primera && registra) primerosPuntos.emplace_back(static_cast<unsigned>(lista), entidad, punto);
+}
+
+bool CTriangulacion2D::Inserta(CCoor3D<int> const& p, CCoor3DIntLista**, short lista, unsigned entidad, unsigned punto,
+                               CDivisiones** celda) {
+  CCoor3D<int> copia(p);
+  return Inserta(&copia, lista, entidad, punto, celda);
+}
+
+bool CTriangulacion2D::Inserta(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, CDivisiones** celda) {
+  p->num = static_cast<int>(++cantidadPuntos);
+  return divisiones.Inserta(*p, lista, static_cast<int>(entidad), static_cast<int>(punto), *celda);
+}
+
+void CTriangulacion2D::Salva(CDivisiones* celda) {
+  const unsigned triangulos = celda->setAsociado->QuitaTrianguloActual();
+  EncolaCerrado(celda->setAsociado, triangulos);
+}
+
+void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos) {
+  const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
+  const unsigned hechos = hiloSalva.Hechos();
+  const std::uint64_t liberados = hechos == 0 ? 0 : cerradosHasta[hechos - 1];
+  resumen.picoVivos = std::max(resumen.picoVivos, creados - condenados - liberados);
+  cerradosHasta.push_back(antes + triangulos);
+  {
+    CSingleLock cerrojo(&seccion, true);
+    setsCerrados.push_back(set);
+  }
+  aviso.fetch_add(1);
+  aviso.notify_one();
+}
+
+std::size_t CTriangulacion2D::Encolados() {
+  CSingleLock cerrojo(&seccion, true);
+  return setsCerrados.size();
+}
+
+void CTriangulacion2D::ImprimeLista(CDivisiones const& celda) const {
+  if (celda.hijos == nullptr) return;
+  for (unsigned i = 0; i < 4; ++i) ImprimeLista(celda.hijos[i]);
+}
+
+bool CTriangulacion2D::CompruebaTrianguloNuevo(CTriangulo2D& t, CCoor3D<int> const* p) {
+  std::vector<int> posicion(divisiones.CantidadNiveles());
+  for (CListaPuntos* lista = divisiones.PrimeraLista(posicion); lista != nullptr;
+       lista = divisiones.SiguienteLista(posicion)) {
+    for (CCoor3DIntLista* q = lista->primero; q != nullptr; q = q->Sig()) {
+      if (q == p) return true;
+      if (q == t.P1() || q == t.P2() || q == t.P3() || !t.Dentro(*q)) continue;
+      const auto numero = [](CCoor3D<int> const* v) { return v == nullptr ? 0 : v->num; };
+      CString texto;
+      texto.Format(L"error punto dentro %d %d %d %d\n", q->num, numero(t.P1()), numero(t.P2()), numero(t.P3()));
+      AfxMessageBox(texto);
+      std::vector<CTriangulo2D*> alrededor;
+      setRaiz.GetTriangulosDePunto(q, alrededor);
+      for (CTriangulo2D* otro : alrededor) {
+        if (otro->P1() != p && otro->P2() != p && otro->P3() != p) otro->Dentro(*p);  // leaves its stamp, no more
+      }
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace Meseta47

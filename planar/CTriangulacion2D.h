@@ -1,0 +1,218 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "model/CDataTriangulacion.h"
+#include "model/CDibujo.h"
+#include "model/CInfoClasificacion.h"
+#include "model/CNivelMensajes.h"
+#include "model/CPosicionEntidad.h"
+#include "model/Codigos.h"
+#include "planar/CDivisiones2D.h"
+#include "planar/CHiloSalvaTriangulosEnlazados.h"
+#include "planar/CPosicion.h"
+#include "planar/CResumenPlano.h"
+#include "planar/CSetTriangulos2D.h"
+#include "platform/CCriticalSection.h"
+#include "platform/CFile.h"
+#include "platform/CString.h"
+#include "platform/Manejadores.h"
+
+class CStdioFile;
+
+namespace Meseta47 {
+
+class CFiltroPuntos;
+class CIntensidadTipo;
+class CRango;
+class CRGBTipo;
+class CSetPuntosMdt;
+class CTIN;
+class IPorcentaje;
+
+/// Planar Delaunay triangulation of the points of drawings, or of a model, turned into a filtered terrain model.
+///
+/// Every graphic entity and point set contributes its vertices and nothing else: the edges of lines are not enforced.
+/// Space is divided in advance so that the last point of each cell is known; as soon as that point is in, the cell's
+/// triangles are final, leave the mesh and are written to a temporary file by a worker. Only the unfinished part of the
+/// mesh is in memory, below 40 bytes a point beyond the drawing for a cloud that comes in a spatial order.
+///
+/// A run works on the stored points themselves: it writes their numbers and keeps pointers to them, so a drawing must
+/// not move its points while one is on. Runs answer the codes of model/Codigos.h and report to the application's
+/// IPorcentaje. One object does one run at a time, for one thread; several objects may run side by side on their own
+/// drawings.
+class URDIMBRE_API CTriangulacion2D {
+ public:
+  using CDivisiones = CDivisiones2D;
+
+  // --- life ---
+  /// The first argument selects nothing. `identificador` goes into the name of the temporary file.
+  CTriangulacion2D(int, CDataSemilla const& laSemilla, CDataTriangulacion const& losDatos, unsigned elIdentificador);
+  CTriangulacion2D(int, CDataSemilla const& laSemilla, unsigned elIdentificador);
+  /// Takes the seed, the parameters, the counters and the division tree of another object. The tree is shared: this
+  /// object must not outlive the other, nor be used once the other has been filled anew. The mesh, the queue, the
+  /// worker and the file start empty.
+  CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentificador);
+  CTriangulacion2D& operator=(CTriangulacion2D const&) = delete;
+  virtual ~CTriangulacion2D();
+  /// Message level back to 3, counted points and extents to nothing. The divisions and the mesh stay until the next
+  /// run, which begins by dropping them.
+  void Clear();
+
+  // --- queries ---
+  /// Scaled units in a metre.
+  [[nodiscard]] double Precision() const { return semilla.Precision(); }
+  [[nodiscard]] CDataSemilla const& Semilla() const { return semilla; }
+  [[nodiscard]] CDataTriangulacion const& Data() const { return datos; }
+  /// What the last run counted.
+  [[nodiscard]] CResumenPlano const& Resumen() const { return resumen; }
+  [[nodiscard]] CNivelMensajes Mensajes() const { return mensajes; }
+  /// Sets the message level and returns the old one; 4 and above are stored as 0. At 0 a run asks for no progress
+  /// interface and cannot be cancelled.
+  CNivelMensajes Mensajes(CNivelMensajes nivel);
+
+  // --- runs ---
+  /// Triangulates `dibujo` and the further drawings into `tin`, whose points and triangles are replaced. Entities of
+  /// `dibujo` are put in a spatial order first. `ladoMaximo` is the greatest plan length of a side, in metres, 0 for
+  /// any; `vaciar` clears `dibujo` at the end and deletes the further drawings, which must then come from new, as soon
+  /// as their points are in the model (null pointers are left); `alturas` and `intensidades` filter triangles by the
+  /// absolute differences along their sides: scaled units and intensities. kHecho, kCancelado, kPocosPuntos,
+  /// kFicheroInaccesible, kFicheroInconsistente. Whatever the answer no temporary file stays, but for
+  /// kFicheroInconsistente when the system had no event left.
+  int Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros, bool vaciar,
+          CString* registro, CRango const* alturas, CRango const* intensidades);
+  /// As `Run`, in the order in which the entities stand, with the points of `extra` added at the end: those that lie
+  /// more than `tolerancia` metres above the surface found so far are left out; 0 leaves out none.
+  int RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra, double tolerancia,
+                   std::vector<CDibujo<int>*>* otros, bool vaciar, CString* registro);
+  /// Makes the triangles of `tin` anew from its own points, under its own maximum length. A maximum length whose square
+  /// passes 2147483647 scaled units leaves no triangle, and so does 0.
+  int Run(CTIN& tin, CString* registro);
+
+ protected:
+  // --- phases; each answers a run's code, kHecho to go on ---
+  /// Counts and measures the points that pass the filter, divides space, and records the last point of every cell and
+  /// the first of every leaf. The points of `extra` give no seeds.
+  int Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
+              std::vector<CPosicionEntidad> const* seleccion, CDibujo<int>* extra);
+  int Rellena(CTIN& tin);
+  /// One pass over one drawing: with `contar` it counts and measures, without it records, with seeds if `registra` says
+  /// so.
+  int Rellena(short lista, CDibujo<int> const& dibujo, CMaximas<int>& caja, unsigned& cuenta, unsigned& progreso,
+              unsigned total, bool contar, std::vector<CPosicionEntidad> const* seleccion, bool registra);
+  int Rellena(short lista, CTIN& tin, CMaximas<int>& caja, unsigned& cuenta, unsigned& progreso, unsigned total,
+              bool contar);
+  void EstableceDivisiones(unsigned n, CMaximas<int> const& caja);
+  void EstableceDivisiones(CDivisiones& celda, CSetTriangulos2D& set);
+  void ColocaIndices(CCoor3D<int> const& p, short lista, unsigned entidad, unsigned punto, bool registra);
+  /// Number a point and locate it in the divisions; true when it is the last of its leaf.
+  bool Inserta(CCoor3D<int> const& p, CCoor3DIntLista** nodo, short lista, unsigned entidad, unsigned punto,
+               CDivisiones** celda);
+  bool Inserta(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, CDivisiones** celda);
+
+  /// Inserts one stored point into the mesh. True: go on, the point is in or was rightly left out, in which case its
+  /// number is 0. False: the mesh can't take this point.
+  bool TriangulaPunto(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, unsigned& a, unsigned& b,
+                      bool salvar, bool curvar, int tolerancia, CInfoClasificacion* info,
+                      std::vector<CInfoClasificacion>* infos, unsigned short* intensidad,
+                      std::vector<unsigned short>* intensidades, CStdioFile* registro);
+  int InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo, int& contador, unsigned total, unsigned& a,
+                         unsigned& b, unsigned modo, std::vector<CPosicionEntidad> const* seleccion,
+                         std::vector<CInfoClasificacion>* infos, std::vector<unsigned short>* intensidades,
+                         int tolerancia, CStdioFile* registro);
+  int InsertaRestoPuntos(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b, CStdioFile* registro);
+
+  /// Builds the frame, opens the temporary file, starts the worker, inserts all points and sees the worker through.
+  /// `modo` is the worker's job. After kHecho the file of modes that have one is open and whole; after anything else it
+  /// is gone.
+  int EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, int* contador, CString* registro,
+                  unsigned modo, std::vector<CPosicionEntidad> const* seleccion, CInfoClasificacion const* infoA,
+                  CInfoClasificacion const* infoB, unsigned* cuenta, CDibujo<int>* extra, int tolerancia,
+                  CRango const* rango1, CRango const* rango2, CRango const* rango3, CRango const* rango4,
+                  std::vector<CPosicionEntidad>* salida);
+  int EnlazaLista(CTIN& tin, int contador, CString* registro);
+  /// Closes the set of a cell and queues it.
+  void Salva(CDivisiones* celda);
+  /// Copies the points of a drawing that are in the mesh, numbers included, to a point set; with the colours or the
+  /// intensities of their numbers.
+  int RegistraPuntos(CSetPuntosMdt& puntos, CDibujo<int> const& dibujo, unsigned long long& contador,
+                     unsigned long long total, std::vector<CPosicionEntidad> const* seleccion,
+                     std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades);
+
+  /// Turns the temporary file into a model, from the points of the drawings or from those that the model has.
+  int GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros, CTIN& tin, double ladoMaximo,
+                 bool vaciar, CString* registro, CDibujo<int> const* sinUso, CDibujo<int> const* anadido,
+                 CRango const* alturas, CRango const* intensidades);
+  int GenerarMDT(CTIN& tin, double ladoMaximo, CString* registro, CDibujo<int> const* sinUso);
+
+  /// Walks the division tree.
+  void ImprimeLista(CDivisiones const& celda) const;
+  /// Whether no point of the cells' lists lies in the circle of `t`, its vertices and `p` apart. The first that does is
+  /// shown in a message box.
+  bool CompruebaTrianguloNuevo(CTriangulo2D& t, CCoor3D<int> const* p);
+
+  /// Closes the temporary file, if any, and deletes it.
+  void BorraFicheroTemporal();
+
+  CDivisiones divisiones;                       ///< root of the division tree
+  CNivelMensajes mensajes = MENSAJES_NORMALES;  ///< progress is reported from 1 up
+  std::uint32_t cantidadPuntos = 0;  ///< points accepted by the filling; while linking, the last number given
+  std::uint32_t duplicados = 0;      ///< points that fell exactly on a vertex in plan
+  CDataSemilla semilla;
+  CSetTriangulos2D setRaiz{0};
+  CCoor3D<int> esquinas[4];                                       ///< corners of the frame, numbered -1 to -4
+  std::unique_ptr<CFile> ficheroTemporal;                         ///< finished triangles; null when none is open
+  std::vector<CPosicion> primerosPuntos;                          ///< first point of each leaf, in the order of filling
+  CDibujo<int> dibujoCurvas;                                      ///< where the contouring job leaves its segments
+  std::int32_t paramCurvaA = 0, paramCurvaB = 0, paramPicoA = 0;  ///< arguments left here for the worker's job
+  double paramPicoB = 0;
+  CMaximas<int> maximas;  ///< extents of the accepted points
+  CDataTriangulacion datos;
+  CHiloSalvaTriangulosEnlazados hiloSalva;
+  std::vector<CSetTriangulos2D*> setsCerrados;  ///< queue from the inserting thread to the worker; entries stay in it
+  CCriticalSection seccion;                     ///< guards the queue and the two flags
+  std::atomic<int> parar{0}, fin{0};            ///< stop at once; no more work will come
+  std::int32_t reservado = 0;                   ///< 0: kept for the hosts that copy it
+  CString nombreTemporal;                       ///< full path of the temporary file
+  std::uint32_t identificador;
+
+ private:
+  struct CTrabajo;  ///< arguments of a linking pass over drawings, and what it counts
+
+  [[nodiscard]] IPorcentaje* Progreso() const;
+  void Prepara();
+  [[nodiscard]] CTriangulo2D* TrianguloInicial(CCoor3D<int> const& p, CDivisiones* celda) const;
+  bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
+  void ConstruyeMarco();
+  [[nodiscard]] CString FormaNombreTemporal() const;
+  int AbreFicheroTemporal();
+  [[nodiscard]] CHiloSalvaTriangulosEnlazados::CCola Cola();
+  void PreparaCola();
+  int ArrancaHilo(unsigned modo);
+  void EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos);
+  [[nodiscard]] std::size_t Encolados();
+  void CierraRaiz();
+  void Alza(std::atomic<int>& bandera);
+  int InsertaSemillas(CTrabajo& trabajo);
+  int InsertaSemillas(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b);
+  int InsertaResto(CTrabajo& trabajo);
+  int Abandona(int codigo);
+  int ConcluyeFichero();
+  void PonClases(CDibujo<int>& dibujo, CTrabajo const& trabajo);
+  int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
+                         CRango const* intensidades);
+  int Concluye(int codigo, CDibujo<int>* porVaciar);
+
+  CSetLados2D ladosCavidad;                   ///< scratch of TriangulaPunto
+  std::vector<CTriangulo2D> abanico;          ///< scratch of TriangulaPunto
+  HANDLE evento = nullptr;                    ///< signalled while the worker lives
+  std::atomic<unsigned> aviso{0};             ///< grows with whatever the worker waits for
+  std::vector<std::uint64_t> cerradosHasta;   ///< triangles in the queue up to each entry
+  std::uint64_t creados = 0, condenados = 0;  ///< triangles ever made, and destroyed by a later point
+  CResumenPlano resumen;
+};
+
+}  // namespace Meseta47

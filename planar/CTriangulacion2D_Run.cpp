@@ -1,0 +1,86 @@
+// The runs: phases in order, and no temporary file left behind on any way out.
+#include <chrono>
+
+#include "model/CTIN.h"
+#include "model/IPorcentaje.h"
+#include "planar/CTriangulacion2D.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr int kOrdenEspacial = 7;  // sort key of entities: along a space-filling curve
+
+/// Adds to `segundos` how long `fase` takes, and hands its code on.
+template <class F>
+int Cronometra(double& segundos, F&& fase) {
+  const auto antes = std::chrono::steady_clock::now();
+  const int codigo = fase();
+  segundos += std::chrono::duration<double>(std::chrono::steady_clock::now() - antes).count();
+  return codigo;
+}
+
+}  // namespace
+
+int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
+                          bool vaciar, CString* registro, CRango const* alturas, CRango const* intensidades) {
+  dibujo.PonNumerosACero();
+  dibujo.Sort(kOrdenEspacial, true, -1);
+  double segundos = 0;
+  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, nullptr); });
+  resumen.segundosRellena = segundos;
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosEnlaza, [&] {
+    return EnlazaLista(dibujo, otros, nullptr, registro, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
+                       nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+  });
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosGenera, [&] {
+    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, registro, nullptr, nullptr, alturas, intensidades);
+  });
+  return Concluye(codigo, vaciar ? &dibujo : nullptr);
+}
+
+int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
+                                   double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
+                                   CString* registro) {
+  dibujo.PonNumerosACero();
+  extra.PonNumerosACero();
+  double segundos = 0;
+  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, &extra); });
+  resumen.segundosRellena = segundos;
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosEnlaza, [&] {
+    return EnlazaLista(dibujo, otros, nullptr, registro, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
+                       nullptr, nullptr, &extra, Trunca(tolerancia * Precision()), nullptr, nullptr, nullptr, nullptr,
+                       nullptr);
+  });
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosGenera, [&] {
+    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, registro, nullptr, &extra, nullptr, nullptr);
+  });
+  return Concluye(codigo, vaciar ? &dibujo : nullptr);
+}
+
+int CTriangulacion2D::Run(CTIN& tin, CString* registro) {
+  const double limite = tin.longitudMaxima / tin.semilla.Precision();
+  tin.LiberaTriangulos();
+  double segundos = 0;
+  int codigo = Cronometra(segundos, [&] { return Rellena(tin); });
+  resumen.segundosRellena = segundos;
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosEnlaza, [&] { return EnlazaLista(tin, 0, registro); });
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosGenera, [&] { return GenerarMDT(tin, limite, registro, nullptr); });
+  return Concluye(codigo, nullptr);
+}
+
+int CTriangulacion2D::Concluye(int codigo, CDibujo<int>* porVaciar) {
+  BorraFicheroTemporal();
+  if (codigo != kHecho) return codigo;
+  if (porVaciar != nullptr) porVaciar->Clear();
+  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(mensajes, 0);
+  return kHecho;
+}
+
+}  // namespace Meseta47
