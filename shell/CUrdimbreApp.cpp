@@ -1,0 +1,9 @@
+#include "shell/CUrdimbreApp.h"
+
+namespace {
+
+CUrdimbreApp laAplicacion;
+
+}  // namespace
+
+CUrdimbreApp& UrdimbreApp() { return laAplicacion; }
