@@ -1,0 +1,135 @@
+#include <algorithm>
+#include <atomic>
+
+#include "model/CAvance.h"
+#include "model/CTIN.h"
+#include "model/Codigos.h"
+#include "model/Reparto.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kPorBloque = 1 << 14;
+
+/// Shares out things in groups by a number below `grupos`, in two passes over all of them: in the first each is
+/// counted, in the second each gets its place. Any number of threads takes part in a pass; which place in its group a
+/// thing gets depends on them.
+class CReparteGrupos {
+ public:
+  explicit CReparteGrupos(std::size_t grupos) : lugar(grupos + 2) {}
+
+  void Cuenta(std::uint32_t grupo) { Atomico(grupo + 2).fetch_add(1, std::memory_order_relaxed); }
+  /// Between the two passes.
+  void Situa() {
+    for (std::size_t i = 2; i < lugar.size(); ++i) lugar[i] += lugar[i - 1];
+  }
+  /// Groups begin one slot behind their number, so that when all is placed the end of each has become the beginning of
+  /// the next.
+  std::uint32_t Coloca(std::uint32_t grupo) { return Atomico(grupo + 1).fetch_add(1, std::memory_order_relaxed); }
+
+  // After the second pass.
+  [[nodiscard]] std::uint32_t Desde(std::size_t grupo) const { return lugar[grupo]; }
+  [[nodiscard]] std::uint32_t Hasta(std::size_t grupo) const { return lugar[grupo + 1]; }
+  [[nodiscard]] std::size_t Grupos() const { return lugar.size() - 2; }
+
+ private:
+  std::atomic_ref<std::uint32_t> Atomico(std::size_t i) { return std::atomic_ref<std::uint32_t>(lugar[i]); }
+
+  std::vector<std::uint32_t> lugar;
+};
+
+/// A side as the point at its lower end knows it: the other end, and the triangle and side it is (3 * triangle + side).
+struct Cabo {
+  std::uint32_t otro, lado;
+
+  bool operator<(Cabo const& o) const { return otro != o.otro ? otro < o.otro : lado < o.lado; }
+};
+
+std::uint32_t Menor(Terna const& t, std::size_t lado) { return std::min(t[lado], t[(lado + 1) % 3]); }
+std::uint32_t Mayor(Terna const& t, std::size_t lado) { return std::max(t[lado], t[(lado + 1) % 3]); }
+
+/// Makes neighbours of the triangles that share a side. Sides of one triangle, and of three or more, have none.
+void EnlazaCabos(std::vector<Cabo>& cabos, VectorCrudo<Terna>& vecinos) {
+  std::sort(cabos.begin(), cabos.end());
+  for (std::size_t i = 0, j; i < cabos.size(); i = j) {
+    for (j = i + 1; j < cabos.size() && cabos[j].otro == cabos[i].otro;) ++j;
+    const bool pareja = j - i == 2;
+    for (std::size_t k = i; k < j; ++k) {
+      vecinos[cabos[k].lado / 3][cabos[k].lado % 3] = pareja ? cabos[i + j - 1 - k].lado / 3 : kSinTriangulo;
+    }
+  }
+}
+
+}  // namespace
+
+int CTIN::Sort(IPorcentaje* progreso, int, bool enlaza) {
+  constexpr std::uint64_t kMayorCantidad = kSinTriangulo / 3;  // sides are numbered too
+  if (Cantidad() > kMayorCantidad) return kFicheroInconsistente;
+  CAvance avance(progreso, nivelMensajes, enlaza ? 6 : 3);
+  return Ordena(avance) && (!enlaza || Enlaza(avance)) ? kHecho : kCancelado;
+}
+
+/// Groups by the first point, about two triangles each, and then orders every group: a pass over the triangles costs
+/// less than the comparisons of a sort.
+bool CTIN::Ordena(CAvance& avance) {
+  const std::vector<std::span<Terna const>> trozos = Trozos();
+  const auto enCadaTriangulo = [&trozos, &avance](auto hace) {
+    const auto enTrozos = [&](std::size_t desde, std::size_t) {
+      for (Terna const& t : trozos[desde]) hace(t);
+    };
+    return Reparte(trozos.size(), 1, enTrozos, avance.Pasada(trozos.size()));
+  };
+  CReparteGrupos grupos(puntos.size());
+  VectorCrudo<Terna> ordenados(Cantidad());
+  if (!enCadaTriangulo([&](Terna const& t) { grupos.Cuenta(t[0]); })) return false;
+  grupos.Situa();
+  if (!enCadaTriangulo([&](Terna const& t) { ordenados[grupos.Coloca(t[0])] = t; })) return false;
+  const auto ordena = [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t g = desde; g < hasta; ++g) {
+      std::sort(ordenados.begin() + grupos.Desde(g), ordenados.begin() + grupos.Hasta(g));
+    }
+  };
+  if (!Reparte(grupos.Grupos(), kPorBloque, ordena, avance.Pasada(grupos.Grupos()))) return false;
+  if (quitaRepetidos) ordenados.erase(std::unique(ordenados.begin(), ordenados.end()), ordenados.end());
+  triangulos.swap(ordenados);
+  relleno.Vacia();
+  VectorCrudo<Terna>().swap(vecinos);
+  enlazado = false;
+  return true;
+}
+
+/// Gathers the sides that have the same lower point, about six, and finds in that handful those whose other ends agree.
+bool CTIN::Enlaza(CAvance& avance) {
+  const std::size_t cuantos = triangulos.size();
+  CReparteGrupos grupos(puntos.size());
+  VectorCrudo<std::uint32_t> lados(3 * cuantos);
+  const auto enCadaLado = [&](auto hace) {
+    const auto enTriangulos = [&](std::size_t desde, std::size_t hasta) {
+      for (std::size_t i = desde; i < hasta; ++i) {
+        for (std::size_t s = 0; s < 3; ++s) hace(Menor(triangulos[i], s), static_cast<std::uint32_t>(3 * i + s));
+      }
+    };
+    return Reparte(cuantos, kPorBloque, enTriangulos, avance.Pasada(cuantos));
+  };
+  if (!enCadaLado([&](std::uint32_t punto, std::uint32_t) { grupos.Cuenta(punto); })) return false;
+  grupos.Situa();
+  if (!enCadaLado([&](std::uint32_t punto, std::uint32_t lado) { lados[grupos.Coloca(punto)] = lado; })) return false;
+  VectorCrudo<Terna> nuevos(cuantos);
+  const auto enlaza = [&](std::size_t desde, std::size_t hasta) {
+    std::vector<Cabo> cabos;
+    for (std::size_t g = desde; g < hasta; ++g) {
+      cabos.clear();
+      for (std::size_t k = grupos.Desde(g); k < grupos.Hasta(g); ++k) {
+        cabos.push_back({Mayor(triangulos[lados[k] / 3], lados[k] % 3), lados[k]});
+      }
+      EnlazaCabos(cabos, nuevos);
+    }
+  };
+  if (!Reparte(grupos.Grupos(), kPorBloque, enlaza, avance.Pasada(grupos.Grupos()))) return false;
+  vecinos.swap(nuevos);
+  enlazado = true;
+  return true;
+}
+
+}  // namespace Meseta47

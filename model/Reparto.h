@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+namespace Meseta47 {
+
+/// Shares out [0, total) in blocks of `bloque` items among NumeroProcesadores() threads, the caller's one among them:
+/// trabajo(first, last) is called once for every block, in no order, from several threads at once, and must not throw.
+/// Everything is done when this returns. Where the system refuses a thread, the others do its share.
+///
+/// `avisa`, when given, is called on the caller's thread between its blocks with the number of items begun; once it
+/// answers false no further block is begun. False when that happened.
+bool Reparte(std::size_t total, std::size_t bloque, std::function<void(std::size_t, std::size_t)> const& trabajo,
+             std::function<bool(std::size_t)> const& avisa = {});
+
+}  // namespace Meseta47
