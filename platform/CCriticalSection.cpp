@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <system_error>
+#include <thread>
 
 #include "platform/Sistema.h"
 
@@ -20,7 +21,15 @@ bool CCriticalSection::Lock(long long milisegundos) {
     cerrojo_.lock();
     return true;
   }
-  return cerrojo_.try_lock_for(std::chrono::milliseconds(milisegundos));
+  // Sections are short and such waits rare: looking again now and then keeps the lock itself a plain one.
+  const auto limite = std::chrono::steady_clock::now() + std::chrono::milliseconds(milisegundos);
+  while (!cerrojo_.try_lock()) {
+    if (std::chrono::steady_clock::now() >= limite) {
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
 }
 
 bool CCriticalSection::Unlock() {

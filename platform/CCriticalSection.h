@@ -18,5 +18,5 @@ class URDIMBRE_API CCriticalSection : public CSyncObject {
   bool Unlock() override;
 
  private:
-  std::recursive_timed_mutex cerrojo_;
+  std::recursive_mutex cerrojo_;
 };

@@ -53,7 +53,8 @@ CFile& CFile::operator=(CFile&& otro) noexcept {
 CFile::~CFile() { Close(); }
 
 bool CFile::Open(CString const& path, unsigned flags) {
-  if (IsOpen() && !Close()) {
+  const bool sabido = HayError();
+  if (IsOpen() && !Close() && !sabido) {
     return false;
   }
   path_ = path;
@@ -78,7 +79,7 @@ bool CFile::Close() {
 }
 
 unsigned CFile::LeeDelDisco(void* destino, unsigned cuantos) {
-  if (HayError()) {
+  if (HayError() || cuantos == 0) {
     return 0;
   }
   if (!IsOpen() || (flags_ & kAcceso) == modeWrite) {

@@ -44,8 +44,9 @@ class URDIMBRE_API CFile {
   /// Closes the file; a failure has nobody to go to here, so writers call Close().
   virtual ~CFile();
 
-  /// Opens a file with a sum of OpenFlags, at position 0, and forgets an earlier failure. A file still open is closed
-  /// first, and if that fails nothing is opened. A folder cannot be opened. False on failure.
+  /// Opens a file with a sum of OpenFlags, at position 0, and forgets a failure that earlier calls have told. A file
+  /// still open is closed first; should that fail as the first failure of all, nothing is opened and it is kept. A
+  /// folder cannot be opened. False on failure.
   bool Open(CString const& path, unsigned flags);
 
   /// Writes what is pending and closes. False when that, or anything before it, failed. Closing a file that is not open

@@ -34,8 +34,8 @@ int Sincroniza(Descriptor fichero, CString const& path);
 /// The descriptor is given back also on failure.
 int Cierra(Descriptor fichero, CString const& path);
 
-/// Makes a file that must not exist. A private one is for this user alone, another gets the permissions of `modelo` if
-/// that file exists, and those of any new file if not.
+/// Makes an empty file that must not exist: without a model for this user alone, with one it has the model's
+/// permissions, or those of any new file when the model does not exist.
 int CreaExclusivo(CString const& path, CString const* modelo);
 /// The same under a new name, "FOLDER/PREFIXnumber.tmp", until one is free; the number is never 0.
 int CreaTemporal(CString const& carpeta, CString const& prefijo, CString const* modelo, CString& path,

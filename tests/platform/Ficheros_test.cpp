@@ -1,0 +1,99 @@
+#include "platform/Ficheros.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+#include "support/FaultGuard.h"
+#include "support/ScratchFolder.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::StartsWith;
+
+TEST(RenameFile, ReplacesWhatStoodThere) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a.part"), "new");
+  PutBytes(folder.Path("a"), "old");
+  CString error;
+  EXPECT_TRUE(RenombraFichero(folder.Path("a.part"), folder.Path("a"), &error));
+  EXPECT_EQ(error, L"");
+  EXPECT_EQ(BytesOf(folder.Path("a")), "new");
+  EXPECT_FALSE(Exists(folder.Path("a.part")));
+}
+
+TEST(RenameFile, AFailureLeavesBothFilesAndTellsWhy) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a.part"), "new");
+  PutBytes(folder.Path("a"), "old");
+  FaultGuard guard;
+  guard.Refuse(EOperacion::Renombra);
+  CString error;
+  EXPECT_FALSE(RenombraFichero(folder.Path("a.part"), folder.Path("a"), &error));
+  EXPECT_EQ(error, L"cannot put a new file in the place of " + folder.Path("a") + L": Permission denied");
+  EXPECT_EQ(BytesOf(folder.Path("a")), "old");
+  EXPECT_EQ(BytesOf(folder.Path("a.part")), "new");
+}
+
+TEST(RenameFile, WhatIsNotThereCannotBeRenamed) {
+  ScratchFolder folder;
+  CString error;
+  EXPECT_FALSE(RenombraFichero(folder.Path("none"), folder.Path("a"), &error));
+  EXPECT_THAT(error.Utf8(), EndsWith("No such file or directory"));
+}
+
+TEST(DeleteNamedFile, TellsWhyItCannot) {
+  ScratchFolder folder;
+  CString error;
+  PutBytes(folder.Path("a"), "");
+  EXPECT_TRUE(BorraFichero(folder.Path("a"), &error));
+  EXPECT_FALSE(BorraFichero(folder.Path("a"), &error));
+  EXPECT_EQ(error, L"cannot delete " + folder.Path("a") + L": No such file or directory");
+}
+
+TEST(MakeFolder, MakesThoseAboveToo) {
+  ScratchFolder folder;
+  EXPECT_TRUE(CreaCarpeta(folder.Path("a/b/c")));
+  EXPECT_TRUE(std::filesystem::is_directory(folder.Path("a/b/c").Utf8()));
+  EXPECT_TRUE(CreaCarpeta(folder.Path("a/b/c"))) << "one that is there is all right";
+  EXPECT_TRUE(CreaCarpeta(folder.Path("a/b/c/")));
+}
+
+TEST(MakeFolder, AFileInTheWayIsAFailure) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a"), "");
+  CString error;
+  EXPECT_FALSE(CreaCarpeta(folder.Path("a"), &error));
+  EXPECT_THAT(error.Utf8(), StartsWith("cannot make the folder "));
+  EXPECT_FALSE(CreaCarpeta(folder.Path("a/b")));
+}
+
+TEST(WritableFolder, IsTriedAndLeftAsItWas) {
+  ScratchFolder folder;
+  CString error;
+  EXPECT_TRUE(CarpetaEscribible(folder.Path(), &error)) << error;
+  EXPECT_EQ(folder.Files(), 0u);
+}
+
+TEST(WritableFolder, WhatTakesNoFilesIsNamedWithTheReason) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("file"), "");
+  CString error;
+  EXPECT_FALSE(CarpetaEscribible(folder.Path("none"), &error));
+  EXPECT_EQ(error, L"cannot write in " + folder.Path("none") + L": No such file or directory");
+  EXPECT_FALSE(CarpetaEscribible(folder.Path("file")));
+  EXPECT_FALSE(CarpetaEscribible(L"/proc"));
+  FaultGuard guard;
+  guard.Refuse(EOperacion::CreaTemporal);
+  EXPECT_FALSE(CarpetaEscribible(folder.Path()));
+}
+
+TEST(FreeSpace, IsThatOfTheDiskUnderThePath) {
+  ScratchFolder folder;
+  const auto space = std::filesystem::space(folder.Path().Utf8());
+  const auto free = static_cast<double>(EspacioLibre(folder.Path()));
+  EXPECT_NEAR(free, static_cast<double>(space.available), 1e9) << "others may write meanwhile";
+  EXPECT_EQ(EspacioLibre(folder.Path("none")), -1);
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+#include "platform/Proceso.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+#include <vector>
+
+namespace {
+
+TEST(ProcessMemory, GrowsWithWhatIsHeldAndThePeakStays) {
+  const auto before = MemoriaResidente();
+  EXPECT_GT(before, 100'000u);
+  constexpr std::size_t kBytes = std::size_t{64} << 20;
+  {
+    const std::vector<char> held(kBytes, 'x');
+    EXPECT_GE(MemoriaResidente(), before + kBytes / 2) << held.size();
+  }
+  EXPECT_GE(MemoriaResidenteMaxima(), before + kBytes / 2);
+  EXPECT_GE(MemoriaResidenteMaxima(), MemoriaResidente());
+}
+
+TEST(Terminal, AFileIsNoneAndHasTheUsualColumns) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+  ASSERT_NE(file, nullptr);
+  EXPECT_FALSE(EsTerminal(file.get()));
+  EXPECT_EQ(ColumnasTerminal(file.get()), 80u);
+  EXPECT_FALSE(EsTerminal(nullptr));
+  EXPECT_EQ(ColumnasTerminal(nullptr), 80u);
+}
+
+// Handlers are for a whole process: each of these runs in one of its own.
+
+[[noreturn]] void ExitWith(bool good) { std::exit(good ? 0 : 1); }
+
+TEST(Interruption, TheFirstRequestIsNotedOnly) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  for (const int signal : {SIGINT, SIGTERM}) {
+    EXPECT_EXIT(
+        {
+          PonManejadorInterrupcion();
+          const bool before = Interrumpido();
+          std::raise(signal);
+          ExitWith(!before && Interrumpido());
+        },
+        testing::ExitedWithCode(0), "");
+  }
+}
+
+TEST(Interruption, TheSecondRequestEndsTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        PonManejadorInterrupcion();
+        std::raise(SIGTERM);
+        std::raise(SIGINT);
+        ExitWith(true);
+      },
+      testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(Interruption, ARequestThatHasBeenDealtWithIsForgotten) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        PonManejadorInterrupcion();
+        std::raise(SIGINT);
+        OlvidaInterrupcion();
+        const bool forgotten = !Interrumpido();
+        std::raise(SIGINT);
+        ExitWith(forgotten && Interrumpido());
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(Interruption, AReaderThatGoesAwayOrAFileTooLargeDoesNotEndTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        PonManejadorInterrupcion();
+        std::raise(SIGPIPE);
+        std::raise(SIGXFSZ);
+        ExitWith(!Interrumpido());
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+}  // namespace

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <random>
+#include <string>
+
+#include "platform/CString.h"
+
+/// A folder of its own for one test, gone with everything in it at the end.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("urdimbre-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
+  }
+  ScratchFolder(ScratchFolder const&) = delete;
+  ScratchFolder& operator=(ScratchFolder const&) = delete;
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+
+  [[nodiscard]] CString Path() const { return CString::DesdeUtf8(path_.string()); }
+  [[nodiscard]] CString Path(std::string const& name) const { return CString::DesdeUtf8((path_ / name).string()); }
+  [[nodiscard]] std::size_t Files() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::recursive_directory_iterator(path_), {}));
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// Whole files, past the classes under test.
+inline std::string BytesOf(CString const& path) {
+  std::ifstream file(path.Utf8(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+inline void PutBytes(CString const& path, std::string const& bytes) {
+  std::ofstream file(path.Utf8(), std::ios::binary);
+  file << bytes;
+  ASSERT_TRUE(file.good()) << path;
+}
+inline bool Exists(CString const& path) { return std::filesystem::exists(path.Utf8()); }
