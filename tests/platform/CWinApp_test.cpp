@@ -46,12 +46,12 @@ class Host : public CWinApp, public Progress {
     shown.Format(L"%s %u %u", text, type, id);
     return 7;
   }
-  CString TextoMensaje(unsigned id) const override { return id == 19020 ? L"Filling" : CWinApp::TextoMensaje(id); }
+  CString TextoMensaje(unsigned id) const override { return id == 900001 ? L"Filling" : CWinApp::TextoMensaje(id); }
   CString shown;
 };
 class Module : public CWinApp {
  public:
-  CString TextoMensaje(unsigned id) const override { return id == 19021 ? L"Linking" : CWinApp::TextoMensaje(id); }
+  CString TextoMensaje(unsigned id) const override { return id == 900002 ? L"Linking" : CWinApp::TextoMensaje(id); }
 };
 
 TEST(CWinApp, ItsOtherInterfacesAreReachedFromTheModule) {
@@ -82,9 +82,9 @@ TEST(CWinApp, AMessageThatNobodyShowsIsAccepted) {
 TEST(CWinApp, TextsAreLookedForInTheApplicationsThatWereReplaced) {
   const Module module;
   const Host host;
-  EXPECT_EQ(AfxGetApp()->TextoMensaje(19020), L"Filling");
-  EXPECT_EQ(AfxGetApp()->TextoMensaje(19021), L"Linking");
-  EXPECT_EQ(AfxGetApp()->TextoMensaje(1), L"");
+  EXPECT_EQ(AfxGetApp()->TextoMensaje(900001), L"Filling");
+  EXPECT_EQ(AfxGetApp()->TextoMensaje(900002), L"Linking");
+  EXPECT_EQ(AfxGetApp()->TextoMensaje(900003), L"");
 }
 
 TEST(CWinApp, SettingsAreThoseOfTheLastThatHasThem) {
