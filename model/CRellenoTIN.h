@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/Exporta.h"
+
 namespace Meseta47 {
 
 /// Point indices of a triangle.
@@ -14,7 +16,7 @@ using Terna = std::array<std::uint32_t, 3>;
 
 /// Triangles as they come, from any number of threads: each thread fills pieces of its own, and takes the lock only
 /// for a new piece. Pieces never move.
-class CRellenoTIN {
+class URDIMBRE_API CRellenoTIN {
  public:
   CRellenoTIN();
   CRellenoTIN(CRellenoTIN const& otro);
