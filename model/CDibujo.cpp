@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <type_traits>
 #include <utility>
 
 #include "model/Hilbert.h"
@@ -42,13 +40,14 @@ bool Elige(CLinea<T> const& e, int tipo) {
   return tipo == 0 || (tipo == 1 && !e.EsSetPuntos()) || (tipo == 2 && e.EsSetPuntos());
 }
 
-/// Place of a box on the Hilbert curve that begins at the lower left corner of the whole; empty boxes come last.
+/// Place of a box on the Hilbert curve that begins at the lower left corner of the whole. Empty boxes, marked first,
+/// come behind every place.
 template <class T>
-std::uint64_t LugarEnHilbert(CMaximas<T> const& caja, CMaximas<T> const& todo) {
-  if (caja.EstanVacias(true)) return std::numeric_limits<std::uint64_t>::max();
+std::pair<bool, std::uint64_t> LugarEnHilbert(CMaximas<T> const& caja, CMaximas<T> const& todo) {
+  if (caja.EstanVacias(true)) return {true, 0};
   const CCoor3D<T> centro = caja.Centro(false);
-  return Hilbert(static_cast<std::uint32_t>(static_cast<std::int64_t>(centro.x) - todo.Minimo.x),
-                 static_cast<std::uint32_t>(static_cast<std::int64_t>(centro.y) - todo.Minimo.y));
+  return {false, Hilbert(static_cast<std::uint32_t>(static_cast<std::int64_t>(centro.x) - todo.Minimo.x),
+                         static_cast<std::uint32_t>(static_cast<std::int64_t>(centro.y) - todo.Minimo.y))};
 }
 
 /// Sorts some of the entities by their keys, within the places that these entities hold.
@@ -195,7 +194,7 @@ void CDibujo<T>::Sort(int clave, bool ascendente, short int tipo) {
   if (clave == 7) {
     CMaximas<T> todo;
     for (CEntidad const& e : entidades) todo.Nuevo(e->maximas);
-    std::vector<std::uint64_t> lugares;
+    std::vector<std::pair<bool, std::uint64_t>> lugares;
     for (const std::size_t i : puestos) lugares.push_back(LugarEnHilbert(entidades[i]->maximas, todo));
     OrdenaPuestos(entidades, puestos, lugares, ascendente);
   } else if (clave == 3) {

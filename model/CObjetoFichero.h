@@ -31,6 +31,7 @@ class URDIMBRE_API CObjetoFichero {
   virtual ~CObjetoFichero() = default;
 
   /// Copies the name, the level and the counts. The kind of an object is not changed by what is assigned to it.
+  /// Derived classes say `using CObjetoFichero::operator=`, or their own assignment would hide it.
   virtual CObjetoFichero& operator=(CObjetoFichero const& o);
 
   /// Counts the items anew. The base has none and leaves the counts as they are.

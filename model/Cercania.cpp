@@ -28,6 +28,7 @@ double DistanciaASegmento(CCoor3D<double> const& p, CCoor3D<double> const& a, CC
 }
 
 bool SegmentoTocaCaja(CCoor3D<double> const& a, CCoor3D<double> const& b, CMaximas<double> const& caja) {
+  if (caja.EstanVacias(true)) return false;
   double desde = 0, hasta = 1;
   Recorta(a.x, b.x - a.x, caja.Minimo.x, caja.Maximo.x, desde, hasta);
   Recorta(a.y, b.y - a.y, caja.Minimo.y, caja.Maximo.y, desde, hasta);
