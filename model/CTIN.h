@@ -82,7 +82,10 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
   /// Triangles, those not sorted yet included.
   [[nodiscard]] std::uint64_t Cantidad() const { return triangulos.size() + relleno.Cantidad(); }
 
-  // The following speak of sorted triangles: `i` is below Cantidad() and nothing was inserted after Sort().
+  /// Whether no triangle was inserted after the last Sort().
+  [[nodiscard]] bool EstaOrdenado() const { return relleno.Cantidad() == 0; }
+
+  // The following speak of sorted triangles: EstaOrdenado(), and `i` is below Cantidad().
 
   /// Point indices of a triangle.
   [[nodiscard]] Terna const& Vertices(std::uint32_t i) const { return triangulos[i]; }
