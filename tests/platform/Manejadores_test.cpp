@@ -343,24 +343,32 @@ TEST(Suspension, OfOneWorkerLeavesTheOthersRunning) {
 }
 
 TEST(Suspension, CostsNothingOnceItIsOver) {
+  const unsigned before = suspension::peticiones;
   {
     Counter worker;
     SuspendThread(worker.thread);
-    EXPECT_EQ(suspension::peticiones, 1u);
+    EXPECT_EQ(suspension::peticiones, before + 1);
   }
-  EXPECT_EQ(suspension::peticiones, 0u);
+  EXPECT_EQ(suspension::peticiones, before);
+  FaultGuard guard;
+  guard.Refuse(EOperacion::CreaHilo);
   std::function<void()> body = [] {};
-  WaitForSingleObject(Handle{Start(body, CREATE_SUSPENDED)}, 0);
-  EXPECT_EQ(suspension::peticiones, 1u) << "nobody can resume that thread now; it waits for ever, and is known to";
+  EXPECT_EQ(Start(body, CREATE_SUSPENDED), nullptr);
+  EXPECT_EQ(suspension::peticiones, before) << "a thread that was never made has nothing to wait for";
 }
 
 TEST(Suspension, OfAThreadThatEndsWithoutLookingIsForgotten) {
   const unsigned before = suspension::peticiones;
   const Handle go{CreateEventW(nullptr, true, false, nullptr)};
-  std::function<void()> body = [&] { WaitForSingleObject(go, INFINITE); };
+  std::atomic<bool> running{false};
+  std::function<void()> body = [&] {
+    running = true;
+    WaitForSingleObject(go, INFINITE);
+  };
   const Handle thread{Start(body)};
-  // Only once it runs: a thread that has not begun would stand still before its first step.
-  std::this_thread::sleep_for(20ms);
+  while (!running) {  // one that has not begun would stand still before its first step
+    std::this_thread::yield();
+  }
   SuspendThread(thread);
   SetEvent(go);
   EXPECT_EQ(WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);

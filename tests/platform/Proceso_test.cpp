@@ -85,4 +85,18 @@ TEST(Interruption, AReaderThatGoesAwayOrAFileTooLargeDoesNotEndTheProcess) {
       testing::ExitedWithCode(0), "");
 }
 
+TEST(Interruption, AClosedTerminalIsARequestUnlessTheProgramIsToOutliveIt) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  for (const bool outlives : {false, true}) {
+    EXPECT_EXIT(
+        {
+          std::signal(SIGHUP, outlives ? SIG_IGN : SIG_DFL);
+          PonManejadorInterrupcion();
+          std::raise(SIGHUP);
+          ExitWith(Interrumpido() != outlives);
+        },
+        testing::ExitedWithCode(0), "");
+  }
+}
+
 }  // namespace
