@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/CFile.h"
+
+namespace Meseta47::host {
+
+/// A file in the making. It is written as NAME.part and takes its name in one step in commit(): until then whatever
+/// stands under that name is untouched, and without a commit() nothing is left behind. A symbolic link keeps pointing
+/// to the file that is replaced, and a replaced file's permissions stay.
+///
+/// Every failure, a full disk included, is a FileError that names the file and the cause. Used by one thread at a time.
+class OutputFile {
+ public:
+  /// Opens NAME.part, over one that an interrupted run left. Throws when the name is a folder or a device, or when the
+  /// folder cannot be written.
+  explicit OutputFile(std::string name);
+  OutputFile(OutputFile const&) = delete;
+  OutputFile& operator=(OutputFile const&) = delete;
+  ~OutputFile();
+
+  /// Writes at the position, which advances.
+  void write(void const* data, std::size_t bytes);
+  void write(std::string_view text) { write(text.data(), text.size()); }
+
+  /// Moves the position, from the start of the file, to write over what stands there.
+  void seek(std::uint64_t position);
+  [[nodiscard]] std::uint64_t position() const { return file_.GetPosition(); }
+
+  /// Hands everything to the disk and gives the file its name. Nothing may be written afterwards.
+  void commit();
+
+  [[nodiscard]] std::string const& name() const { return name_; }
+
+ private:
+  [[noreturn]] void fail(std::string_view what, std::string_view cause);
+  void discard();
+
+  std::string name_;    // as the user gave it
+  std::string target_;  // with symbolic links resolved
+  std::string part_;
+  CFile file_;
+  bool pending_ = false;  // a .part of ours stands on the disk
+};
+
+}  // namespace Meseta47::host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <vector>
+
+#include "host/las/ByteSource.h"
+#include "host/las/LasHeader.h"
+#include "host/las/LasVlr.h"
+
+namespace Meseta47::host {
+
+/// The header of a LAS file, once every claim that it makes has been checked against the file. Throws FileError with
+/// the first that does not hold.
+[[nodiscard]] LasHeader readCheckedHeader(ByteSource& source);
+
+/// The variable length records of a file with such a header, each within the file; compressed points are refused.
+[[nodiscard]] std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader const& header);
+
+/// The error for a point that the file should hold and does not. `found` is what there is of it.
+[[noreturn]] void failAtCutPoint(ByteSource const& source, LasHeader const& header, std::uint64_t point,
+                                 std::uint64_t found);
+
+}  // namespace Meseta47::host

@@ -1,0 +1,90 @@
+#include "host/las/LasReader.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/FileError.h"
+#include "host/las/LasBytes.h"
+#include "host/las/LasCheck.h"
+#include "host/las/LasCodec.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+constexpr std::size_t kLargestBlock = std::size_t{8} << 20;
+constexpr std::string_view kProjection = "LASF_Projection";
+
+}  // namespace
+
+LasReader::LasReader(std::unique_ptr<ByteSource> source)
+    : source_(std::move(source)), header_(readCheckedHeader(*source_)), vlrs_(readCheckedVlrs(*source_, header_)) {}
+
+std::size_t LasReader::extraBytes() const { return header_.recordLength - lasRecordLength(header_.pointFormat); }
+
+std::vector<std::uint8_t> LasReader::vlrData(LasVlr const& vlr) const {
+  std::vector<std::uint8_t> data(vlr.dataLength);
+  if (source_->read(vlr.dataStart, data) != data.size()) {
+    throw FileError(name(), "became shorter while it was read: wait until it is written");
+  }
+  return data;
+}
+
+LasVlr const* LasReader::find(std::string_view user, unsigned record) const {
+  const auto found = std::find_if(vlrs_.begin(), vlrs_.end(), [&](LasVlr const& v) { return v.is(user, record); });
+  return found == vlrs_.end() ? nullptr : &*found;
+}
+
+std::string LasReader::wkt() const {
+  LasVlr const* const vlr = find(kProjection, 2112);
+  if (vlr == nullptr) {
+    return {};
+  }
+  const std::vector<std::uint8_t> data = vlrData(*vlr);
+  return loadText(data.data(), data.size());
+}
+
+std::optional<GeoKeys> LasReader::geoKeys() const {
+  LasVlr const* const directory = find(kProjection, 34735);
+  if (directory == nullptr) {
+    return std::nullopt;
+  }
+  GeoKeys keys;
+  const auto shorts = vlrData(*directory);
+  keys.directory.resize(shorts.size() / sizeof(std::uint16_t));
+  std::copy_n(shorts.data(), keys.directory.size() * sizeof(std::uint16_t),
+              reinterpret_cast<std::uint8_t*>(keys.directory.data()));
+  if (LasVlr const* const vlr = find(kProjection, 34736); vlr != nullptr) {
+    const auto doubles = vlrData(*vlr);
+    keys.doubles.resize(doubles.size() / sizeof(double));
+    std::copy_n(doubles.data(), keys.doubles.size() * sizeof(double),
+                reinterpret_cast<std::uint8_t*>(keys.doubles.data()));
+  }
+  if (LasVlr const* const vlr = find(kProjection, 34737); vlr != nullptr) {
+    const auto text = vlrData(*vlr);
+    keys.ascii = loadText(text.data(), text.size());
+  }
+  return keys;
+}
+
+std::size_t LasReader::readRecords(std::size_t max) {
+  const std::uint64_t left = header_.pointCount - next_;
+  const std::size_t fitting = kLargestBlock / header_.recordLength;
+  const auto count = static_cast<std::size_t>(std::min<std::uint64_t>({left, max, fitting}));
+  raw_.resize(count * header_.recordLength);
+  const std::size_t got = source_->read(header_.offsetToPoints + next_ * header_.recordLength, raw_);
+  if (got < raw_.size()) {
+    failAtCutPoint(*source_, header_, next_ + got / header_.recordLength, got % header_.recordLength);
+  }
+  next_ += count;
+  return count;
+}
+
+std::size_t LasReader::readBatch(std::vector<LasPoint>& points, std::size_t max) {
+  const std::size_t count = readRecords(max);
+  points.resize(count);
+  decodeLasPoints(header_.pointFormat, raw_.data(), header_.recordLength, points);
+  return count;
+}
+
+}  // namespace Meseta47::host

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/las/ByteSource.h"
+#include "host/las/LasHeader.h"
+#include "host/las/LasPoint.h"
+#include "host/las/LasVlr.h"
+
+namespace Meseta47::host {
+
+/// Reads a LAS file: versions 1.0 to 1.4, point formats 0 to 10, extra bytes, both kinds of variable length records.
+///
+/// The constructor checks the file against its header, so that afterwards every count and place lies within the file;
+/// whatever does not is a FileError. A file without points is a valid empty cloud. Used by one thread at a time.
+class LasReader {
+ public:
+  /// Points of a batch when the caller has no wish: 1.25 MiB of the shortest records.
+  static constexpr std::size_t kBatch = 65536;
+
+  explicit LasReader(std::unique_ptr<ByteSource> source);
+  explicit LasReader(std::string const& path) : LasReader(std::make_unique<FileSource>(path)) {}
+
+  [[nodiscard]] LasHeader const& header() const { return header_; }
+  [[nodiscard]] std::string const& name() const { return source_->name(); }
+  [[nodiscard]] std::uint64_t fileSize() const { return source_->size(); }
+
+  /// Bytes of a record beyond those of its format.
+  [[nodiscard]] std::size_t extraBytes() const;
+
+  /// The variable length records in the order of the file, extended ones last.
+  [[nodiscard]] std::vector<LasVlr> const& vlrs() const { return vlrs_; }
+  [[nodiscard]] std::vector<std::uint8_t> vlrData(LasVlr const& vlr) const;
+
+  /// The reference system as well known text; empty when the file has none.
+  [[nodiscard]] std::string wkt() const;
+  /// The reference system as GeoTIFF keys; none when the file has no directory of them.
+  [[nodiscard]] std::optional<GeoKeys> geoKeys() const;
+
+  /// Replaces `points` by the next ones in the order of the file, up to `max` and to 8 MiB of records, and returns how
+  /// many: 0 only after the last one. Throws FileError when the file has become shorter since it was opened.
+  std::size_t readBatch(std::vector<LasPoint>& points, std::size_t max = kBatch);
+
+  /// The same without decoding: afterwards the records stand in rawRecords().
+  std::size_t readRecords(std::size_t max = kBatch);
+
+  /// The records of the last batch as the file holds them, recordLength bytes each.
+  [[nodiscard]] std::span<std::uint8_t const> rawRecords() const { return raw_; }
+
+  /// Makes a point the next one to be read; the number of points means the end.
+  void seek(std::uint64_t point) { next_ = std::min(point, header_.pointCount); }
+  [[nodiscard]] std::uint64_t position() const { return next_; }
+
+ private:
+  [[nodiscard]] LasVlr const* find(std::string_view user, unsigned record) const;
+
+  std::unique_ptr<ByteSource> source_;
+  LasHeader header_;
+  std::vector<LasVlr> vlrs_;
+  std::vector<std::uint8_t> raw_;
+  std::uint64_t next_ = 0;
+};
+
+}  // namespace Meseta47::host
