@@ -66,6 +66,21 @@ class CDibujo : public CObjetoFichero {
   /// drawing. Deleted entities are not looked at. Returns 1. O(n log n).
   int BorraDuplicadas(bool puntos, bool enPlano);
 
+  /// Joins lines end to end into the longest ones that they can make; rings close. What comes out depends on the lines
+  /// alone, not on their order nor on their sense: open lines begin at their lower end, rings at their lowest point and
+  /// go on to the lower side, and the lines follow each other by their points, behind all other entities. A joint is
+  /// one point where its heights agree, two where they differ.
+  ///
+  /// It looks at `cuantas` entities from `primera` on (0: all), at those that are lines, not deleted and not closed.
+  /// `mismoCodigo` joins only lines of one code; otherwise the first of the codes is kept. `mismaAltura` joins ends at
+  /// one place in space; otherwise in plan. `cruces` goes on where more than two ends meet, in such a way that lines
+  /// touch there and do not cross, as straight as that allows; otherwise lines end there. Of what was joined, and of
+  /// nothing else, lines with fewer points than `minimo` or more than `maximo` (0: any number) leave the drawing.
+  /// `quitaDobles` first takes out repeated points, lines that are left with a single place, and lines that follow the
+  /// points of another of their code in either sense. Returns the number of joints. O(n log n) on the points.
+  int Junta(int primera, int cuantas, bool mismoCodigo, bool mismaAltura, bool cruces, int minimo, int maximo,
+            bool quitaDobles);
+
   /// Appends the entities of another drawing: copies, or the entities themselves when it is moved in. With `convierte`
   /// they are brought to the precision and origin of this one; without, the integers are taken as they are. `tipo`
   /// chooses: 0 all, 1 lines, 2 sets of points. Returns how many came.

@@ -2,6 +2,7 @@
 #include <numeric>
 
 #include "model/CDibujo.h"
+#include "model/Codigos.h"
 
 namespace Meseta47 {
 
@@ -89,7 +90,7 @@ int CDibujo<T>::BorraDuplicadas(bool puntos, bool enPlano) {
   VaciaRepetidas(std::move(lineas), enPlano);
   std::erase_if(entidades, [](CEntidad const& e) { return !e->EsBorrado() && e->NPuntos() == 0; });
   ActualizaCantidades();
-  return 1;
+  return kHecho;
 }
 
 template int CDibujo<int>::BorraDuplicadas(bool puntos, bool enPlano);

@@ -65,7 +65,7 @@ struct CCabecera {
   CReserva::CMonton* dueno;
 };
 
-CReserva::CMonton* Dueno(void* ranura) {
+[[maybe_unused]] CReserva::CMonton* Dueno(void* ranura) {
   const auto bloque = reinterpret_cast<std::uintptr_t>(ranura) & ~(static_cast<std::uintptr_t>(kBloque) - 1);
   return reinterpret_cast<CCabecera*>(bloque)->dueno;
 }
