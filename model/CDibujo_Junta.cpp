@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numeric>
 #include <utility>
@@ -132,7 +133,8 @@ class CJuntador {
  private:
   void NumeraCodigos(bool mismoCodigo) {
     codigos.assign(lineas.size(), 0);
-    if (!mismoCodigo) return;
+    const auto otro = [&](CLinea<int> const* l) { return l->GetCodigo() != lineas.front()->GetCodigo(); };
+    if (!mismoCodigo || std::none_of(lineas.begin(), lineas.end(), otro)) return;
     std::vector<std::uint32_t> orden(lineas.size());
     std::iota(orden.begin(), orden.end(), 0u);
     const auto codigo = [&](std::uint32_t i) -> CString const& { return lineas[i]->GetCodigo(); };
@@ -276,21 +278,49 @@ class CJuntador {
   int uniones = 0;
 };
 
+/// A line read in the sense that comes first; its first point stands beside it, where sorting looks most of the time.
+struct CLectura {
+  CCoor3D<int> const* primero;
+  int x, y, z;
+  std::uint32_t cual;
+  std::ptrdiff_t paso;  // to the next point: 1 or -1
+};
+
+CLectura Lee(CLinea<int> const& linea, std::uint32_t cual) {
+  CPuntos const& p = linea.Puntos();
+  const bool alReves = std::lexicographical_compare(p.rbegin(), p.rend(), p.begin(), p.end(),
+                                                    [](auto const& a, auto const& b) { return (a < b) != 0; });
+  CCoor3D<int> const& primero = alReves ? p.back() : p.front();
+  return {&primero, primero.x, primero.y, primero.z, cual, alReves ? -1 : 1};
+}
+
 /// Leaves of lines that follow the same points, in either sense, only the first one; the others are emptied.
 void VaciaRepetidas(std::vector<CLinea<int>*> const& lineas) {
-  std::vector<std::pair<CPuntos, CLinea<int>*>> vistas;
-  vistas.reserve(lineas.size());
-  for (CLinea<int>* linea : lineas) vistas.emplace_back(EnSuSentido(linea->Puntos()), linea);
-  const auto compara = [](auto const& a, auto const& b) {
-    const int orden = Compara(a.first, b.first);
-    return orden != 0 ? orden : a.second->GetCodigo().Compare(b.second->GetCodigo());
+  std::vector<CLectura> lecturas;
+  for (std::uint32_t i = 0; i < lineas.size(); ++i) {
+    if (lineas[i]->NPuntos() > 0) lecturas.push_back(Lee(*lineas[i], i));
+  }
+  const auto compara = [&](CLectura const& a, CLectura const& b) {
+    if (a.x != b.x) return a.x < b.x ? -1 : 1;
+    if (a.y != b.y) return a.y < b.y ? -1 : 1;
+    if (a.z != b.z) return a.z < b.z ? -1 : 1;
+    const int n = lineas[a.cual]->NPuntos(), m = lineas[b.cual]->NPuntos();
+    if (n != m) return n < m ? -1 : 1;
+    for (std::ptrdiff_t i = 1; i < n; ++i) {
+      CCoor3D<int> const &p = a.primero[i * a.paso], &q = b.primero[i * b.paso];
+      if (p != q) return p < q ? -1 : 1;
+    }
+    return lineas[a.cual]->GetCodigo().Compare(lineas[b.cual]->GetCodigo());
   };
-  std::stable_sort(vistas.begin(), vistas.end(), [&](auto const& a, auto const& b) { return compara(a, b) < 0; });
-  for (std::size_t i = 1, primera = 0; i < vistas.size(); ++i) {
-    if (compara(vistas[primera], vistas[i]) != 0) {
+  std::sort(lecturas.begin(), lecturas.end(), [&](CLectura const& a, CLectura const& b) {
+    const int orden = compara(a, b);
+    return orden != 0 ? orden < 0 : a.cual < b.cual;
+  });
+  for (std::size_t i = 1, primera = 0; i < lecturas.size(); ++i) {
+    if (compara(lecturas[primera], lecturas[i]) != 0) {
       primera = i;
     } else {
-      vistas[i].second->Clear();
+      lineas[lecturas[i].cual]->Clear();
     }
   }
 }
