@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <iosfwd>
+#include <vector>
+
+#include "support/Mesh.h"
+
+namespace Meseta47::support {
+
+/// A triangle mesh as it stands in a file: vertices from 0, in the file's own coordinates.
+struct PlyMesh {
+  std::vector<std::array<double, 3>> vertices;
+  std::vector<Triangle> faces;
+};
+
+/// Reads a PLY of the form the program writes: binary little-endian, an element `vertex` with the doubles x, y, z and
+/// perhaps other numbers, then an element `face` with the single property `list uchar int vertex_indices`, three each.
+/// Throws std::runtime_error that says what is wrong, bytes after the last face and indices beyond the vertices
+/// included.
+[[nodiscard]] PlyMesh readPly(std::istream& in);
+[[nodiscard]] PlyMesh readPly(const std::filesystem::path& file);
+
+/// The mesh in integers, rounded to nearest: vertex 0 is point 1, `unitsPerMetre` is 1000 for millimetres, and `origin`
+/// is taken off first. Throws std::runtime_error when a coordinate does not fit.
+[[nodiscard]] Mesh scaled(const PlyMesh& ply, double unitsPerMetre, const std::array<double, 3>& origin = {0, 0, 0});
+
+}  // namespace Meseta47::support
