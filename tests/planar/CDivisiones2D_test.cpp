@@ -1,0 +1,239 @@
+#include "planar/CDivisiones2D.h"
+
+#include <gmock/gmock.h>
+
+#include "support/PlanarScene.h"
+
+namespace Meseta47 {
+namespace {
+
+using test::Box;
+using test::PlanOf;
+using testing::ElementsAre;
+
+CCoor3D<int> Place(int x, int y) { return CCoor3D<int>(x, y, 0, 0); }
+
+CDivisiones2D const& Child(CDivisiones2D const& cell, unsigned i) { return cell.hijos[i]; }
+
+/// Identity of the last point of a cell.
+std::tuple<int, int, int> LastOf(CDivisiones2D const& cell) {
+  return {cell.ultimaLista, cell.ultimaEntidad, cell.ultimoPuntoCelda};
+}
+
+/// A cell of four leaves, 0 to 100 each way.
+class CDivisiones2DTest : public testing::Test {
+ protected:
+  CDivisiones2DTest() { root.EstableceDivisiones(201, Box(0, 0, 100, 100)); }
+  CDivisiones2D root;
+};
+
+TEST_F(CDivisiones2DTest, ANewCellIsAnEmptyLeaf) {
+  const CDivisiones2D cell;
+  EXPECT_EQ(cell.nivel, 0U);
+  EXPECT_EQ(cell.hijos, nullptr);
+  EXPECT_EQ(cell.padre, nullptr);
+  EXPECT_EQ(LastOf(cell), std::tuple(-1, -1, -1));
+  EXPECT_EQ(cell.setAsociado, nullptr);
+}
+
+TEST_F(CDivisiones2DTest, TwoHundredPointsMakeASingleCell) {
+  CDivisiones2D cell;
+  cell.EstableceDivisiones(200, Box(0, 0, 100, 100));
+  EXPECT_EQ(cell.hijos, nullptr);
+  EXPECT_EQ(cell.CantidadNiveles(), 1U);
+  EXPECT_EQ(cell.centro.x, 50);
+}
+
+TEST_F(CDivisiones2DTest, TwoHundredAndOnePointsMakeFourCells) {
+  ASSERT_NE(root.hijos, nullptr);
+  EXPECT_EQ(root.CantidadNiveles(), 2U);
+  EXPECT_EQ(PlanOf(Child(root, 0).maximas), std::tuple(0, 50, 50, 100));
+  EXPECT_EQ(PlanOf(Child(root, 1).maximas), std::tuple(50, 50, 100, 100));
+  EXPECT_EQ(PlanOf(Child(root, 2).maximas), std::tuple(0, 0, 50, 50));
+  EXPECT_EQ(PlanOf(Child(root, 3).maximas), std::tuple(50, 0, 100, 50));
+  for (unsigned i = 0; i < 4; ++i) {
+    EXPECT_EQ(Child(root, i).nivel, 1U);
+    EXPECT_EQ(Child(root, i).padre, &root);
+    EXPECT_EQ(Child(root, i).hijos, nullptr);
+    EXPECT_GT(Child(root, i).maximas.Minimo.z, Child(root, i).maximas.Maximo.z) << "a cell has no heights";
+  }
+}
+
+TEST_F(CDivisiones2DTest, ACountIsSharedEvenlyAmongTheChildrenRoundedDown) {
+  CDivisiones2D one, two;
+  one.EstableceDivisiones(4 * 201 - 1, Box(0, 0, 100, 100));
+  two.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));
+  EXPECT_EQ(one.CantidadNiveles(), 2U);
+  EXPECT_EQ(two.CantidadNiveles(), 3U);
+}
+
+TEST_F(CDivisiones2DTest, NothingIsDividedAtLevelTwelve) {
+  CDivisiones2D eleventh, twelfth;
+  eleventh.nivel = 11;
+  twelfth.nivel = 12;
+  eleventh.EstableceDivisiones(1'000'000, Box(0, 0, 100, 100));
+  twelfth.EstableceDivisiones(1'000'000, Box(0, 0, 100, 100));
+  ASSERT_NE(eleventh.hijos, nullptr);
+  EXPECT_EQ(Child(eleventh, 0).nivel, 12U);
+  EXPECT_EQ(Child(eleventh, 0).hijos, nullptr);
+  EXPECT_EQ(twelfth.hijos, nullptr);
+}
+
+TEST_F(CDivisiones2DTest, DividingAgainDropsWhatWasThere) {
+  root.ColocaIndices(Place(10, 10), 0, 0, 0);
+  root.EstableceDivisiones(10, Box(0, 0, 10, 10));
+  EXPECT_EQ(root.hijos, nullptr);
+  EXPECT_EQ(LastOf(root), std::tuple(-1, -1, -1));
+  EXPECT_EQ(root.lista.Cantidad(), 0);
+}
+
+TEST_F(CDivisiones2DTest, PointsOnACentreLineGoRightOrUp) {
+  EXPECT_EQ(root.Hijo(Place(49, 50)), &root.hijos[0]);
+  EXPECT_EQ(root.Hijo(Place(50, 50)), &root.hijos[1]);
+  EXPECT_EQ(root.Hijo(Place(50, 49)), &root.hijos[3]);
+  EXPECT_EQ(root.Hijo(Place(49, 49)), &root.hijos[2]);
+}
+
+TEST_F(CDivisiones2DTest, RecordingTellsTheFirstPointOfALeaf) {
+  EXPECT_TRUE(root.ColocaIndices(Place(10, 10), 0, 0, 0));
+  EXPECT_FALSE(root.ColocaIndices(Place(20, 20), 0, 0, 1));
+  EXPECT_TRUE(root.ColocaIndices(Place(90, 90), 0, 0, 2)) << "the first of its leaf, though not of the root";
+}
+
+TEST_F(CDivisiones2DTest, EveryCellDownThePathHoldsTheLastPointAndTheCount) {
+  root.ColocaIndices(Place(10, 10), 0, 3, 4);
+  root.ColocaIndices(Place(20, 20), 1, 5, 6);
+  root.ColocaIndices(Place(90, 90), 2, 7, 8);
+  EXPECT_EQ(LastOf(root), std::tuple(2, 7, 8));
+  EXPECT_EQ(root.lista.Cantidad(), 3);
+  EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(1, 5, 6));
+  EXPECT_EQ(root.hijos[2].lista.Cantidad(), 2);
+  EXPECT_EQ(LastOf(root.hijos[1]), std::tuple(2, 7, 8));
+  EXPECT_EQ(LastOf(root.hijos[0]), std::tuple(-1, -1, -1));
+}
+
+TEST_F(CDivisiones2DTest, APointThatIsNotTheLastOfItsLeafGivesTheLeaf) {
+  root.ColocaIndices(Place(10, 10), 0, 0, 0);
+  root.ColocaIndices(Place(20, 20), 0, 0, 1);
+  CDivisiones2D* cell = nullptr;
+  EXPECT_FALSE(root.Inserta(Place(10, 10), 0, 0, 0, cell));
+  EXPECT_EQ(cell, &root.hijos[2]);
+}
+
+TEST_F(CDivisiones2DTest, TheLastPointOfALeafGivesTheLeaf) {
+  root.ColocaIndices(Place(10, 10), 0, 0, 0);
+  root.ColocaIndices(Place(20, 20), 0, 0, 1);
+  root.ColocaIndices(Place(90, 90), 0, 0, 2);
+  CDivisiones2D* cell = nullptr;
+  EXPECT_TRUE(root.Inserta(Place(20, 20), 0, 0, 1, cell));
+  EXPECT_EQ(cell, &root.hijos[2]);
+}
+
+TEST_F(CDivisiones2DTest, TheLastPointOfSeveralCellsGivesTheLargest) {
+  CDivisiones2D deep;
+  deep.EstableceDivisiones(16 * 201, Box(0, 0, 100, 100));
+  ASSERT_EQ(deep.CantidadNiveles(), 4U);
+  deep.ColocaIndices(Place(10, 10), 0, 0, 0);  // lower left of the lower left quadrant
+  deep.ColocaIndices(Place(30, 30), 0, 0, 1);  // upper right of it
+  deep.ColocaIndices(Place(90, 90), 0, 0, 2);
+  CDivisiones2D* cell = nullptr;
+  EXPECT_TRUE(deep.Inserta(Place(30, 30), 0, 0, 1, cell));
+  EXPECT_EQ(cell, &deep.hijos[2]) << "last of its leaf and of the quadrant above, not of the root";
+  EXPECT_TRUE(deep.Inserta(Place(90, 90), 0, 0, 2, cell));
+  EXPECT_EQ(cell, &deep);
+  EXPECT_TRUE(deep.Inserta(Place(10, 10), 0, 0, 0, cell));
+  EXPECT_EQ(cell->nivel, 2U) << "alone in a quarter of the quadrant, which it finishes with its leaf";
+}
+
+TEST_F(CDivisiones2DTest, ThreeNumbersTogetherIdentifyAPoint) {
+  root.ColocaIndices(Place(10, 10), 1, 2, 3);
+  CDivisiones2D* cell = nullptr;
+  EXPECT_FALSE(root.Inserta(Place(10, 10), 0, 2, 3, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), 1, 0, 3, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), 1, 2, 0, cell));
+  EXPECT_TRUE(root.Inserta(Place(10, 10), 1, 2, 3, cell));
+}
+
+TEST_F(CDivisiones2DTest, PruningRemovesChildrenThatAreAllEmptyAndOnlyThose) {
+  CDivisiones2D deep;
+  deep.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));  // two levels below the root
+  deep.ColocaIndices(Place(10, 10), 0, 0, 0);
+  deep.Comprimir();
+  ASSERT_NE(deep.hijos, nullptr) << "one of the four is filled, so all four stay";
+  EXPECT_EQ(deep.hijos[0].hijos, nullptr) << "its own four were empty";
+  EXPECT_EQ(deep.hijos[1].hijos, nullptr);
+  EXPECT_EQ(deep.hijos[3].hijos, nullptr);
+  ASSERT_NE(deep.hijos[2].hijos, nullptr);
+  EXPECT_EQ(deep.CantidadNiveles(), 3U);
+}
+
+TEST_F(CDivisiones2DTest, PruningZeroesEveryCounterAndKeepsTheLastPoints) {
+  root.ColocaIndices(Place(10, 10), 0, 1, 2);
+  root.Comprimir();
+  EXPECT_EQ(root.lista.Cantidad(), 0);
+  EXPECT_EQ(root.hijos[2].lista.Cantidad(), 0);
+  EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(0, 1, 2));
+}
+
+TEST_F(CDivisiones2DTest, PruningATreeWithoutPointsLeavesOneCell) {
+  root.Comprimir();
+  EXPECT_EQ(root.hijos, nullptr);
+  EXPECT_EQ(root.CantidadNiveles(), 1U);
+}
+
+TEST_F(CDivisiones2DTest, TheListsOfTheLeavesComeDepthFirstAndOnce) {
+  CDivisiones2D deep;
+  deep.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));
+  deep.ColocaIndices(Place(10, 10), 0, 0, 0);
+  deep.Comprimir();
+  std::vector<CListaPuntos const*> met;
+  std::vector<int> position(deep.CantidadNiveles());
+  for (CListaPuntos* list = deep.PrimeraLista(position); list != nullptr; list = deep.SiguienteLista(position)) {
+    met.push_back(list);
+  }
+  CDivisiones2D const* filled = deep.hijos[2].hijos;
+  EXPECT_THAT(met, ElementsAre(&deep.hijos[0].lista, &deep.hijos[1].lista, &filled[0].lista, &filled[1].lista,
+                               &filled[2].lista, &filled[3].lista, &deep.hijos[3].lista));
+}
+
+TEST_F(CDivisiones2DTest, ASingleCellGivesItsOwnListOnce) {
+  CDivisiones2D cell;
+  std::vector<int> position(cell.CantidadNiveles());
+  EXPECT_EQ(cell.PrimeraLista(position), &cell.lista);
+  EXPECT_EQ(cell.SiguienteLista(position), nullptr);
+}
+
+TEST_F(CDivisiones2DTest, TheIterationCanBeBegunAgain) {
+  std::vector<int> position(root.CantidadNiveles());
+  root.PrimeraLista(position);
+  root.SiguienteLista(position);
+  EXPECT_EQ(root.PrimeraLista(position), &root.hijos[0].lista);
+  EXPECT_EQ(root.SiguienteLista(position), &root.hijos[1].lista);
+}
+
+TEST_F(CDivisiones2DTest, ClearEmptiesTheListsOfTheLeaves) {
+  root.hijos[3].lista.Inserta(Place(60, 10));
+  root.hijos[0].lista.Inserta(Place(10, 60));
+  root.clear();
+  EXPECT_EQ(root.hijos[3].lista.primero, nullptr);
+  EXPECT_EQ(root.hijos[3].lista.Cantidad(), 0);
+  EXPECT_EQ(root.hijos[0].lista.Cantidad(), 0);
+  EXPECT_NE(root.hijos, nullptr);
+}
+
+TEST_F(CDivisiones2DTest, ASharedTreeStaysItsOwners) {
+  root.ColocaIndices(Place(10, 10), 0, 1, 2);
+  {
+    CDivisiones2D guest;
+    guest.Comparte(root);
+    EXPECT_EQ(guest.hijos, root.hijos);
+    EXPECT_EQ(PlanOf(guest.maximas), PlanOf(root.maximas));
+    EXPECT_EQ(guest.centro.x, 50);
+    EXPECT_EQ(LastOf(guest), LastOf(root));
+    EXPECT_EQ(guest.lista.Cantidad(), 1);
+  }
+  EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(0, 1, 2)) << "the guest took nothing with it";
+}
+
+}  // namespace
+}  // namespace Meseta47
