@@ -388,7 +388,7 @@ TEST(LasReaderError, DamagedHeadersNeverDoWorseThanAnError) {
   int refused = 0, read = 0;
   for (int round = 0; round < 20000; ++round) {
     Bytes damaged = whole;
-    for (unsigned i = random() % 4 + 1; i > 0; --i) {
+    for (auto i = random() % 4 + 1; i > 0; --i) {
       const std::size_t place = random() % 2 == 0 ? 90 + random() % 42 : random() % damaged.size();
       damaged[place] = static_cast<std::uint8_t>(random() % 3 == 0 ? 0xff : random());
     }

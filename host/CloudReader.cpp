@@ -1,0 +1,145 @@
+#include "host/CloudReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "host/FileError.h"
+#include "host/las/LasCodec.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+constexpr double kDegreesAStep = 0.006;
+
+bool isNamedLas(std::string const& path) {
+  std::string ending = path.substr(path.size() - std::min<std::size_t>(path.size(), 4));
+  std::transform(ending.begin(), ending.end(), ending.begin(),
+                 [](char c) { return c < 'a' ? static_cast<char>(c | 0x20) : c; });
+  return ending == ".las" || ending == ".laz";
+}
+
+bool isNoText(std::span<std::uint8_t const> start) {
+  return std::any_of(start.begin(), start.end(), [](unsigned c) { return c < 9 || (c > 13 && c < 32); });
+}
+
+enum class Kind { las, text };
+
+Kind kindOf(ByteSource& source) {
+  std::array<std::uint8_t, 4096> bytes{};
+  const auto start = std::span(bytes).first(source.read(0, bytes));
+  constexpr std::string_view magic = "LASF";
+  const bool begins = start.size() >= 4 && std::equal(magic.begin(), magic.end(), start.begin());
+  if (begins || isNamedLas(source.name())) {
+    return Kind::las;
+  }
+  if (isNoText(start)) {
+    throw FileError(source.name(), "is neither LAS nor text: give a LAS file, or text with x, y and z a line");
+  }
+  return Kind::text;
+}
+
+// Whether colours are 8-bit numbers, from a sample spread over the file.
+bool coloursAreBytes(LasReader& reader) {
+  constexpr std::uint64_t kPieces = 16;
+  constexpr std::size_t kPiece = 1024;
+  std::vector<LasPoint> points;
+  for (std::uint64_t i = 0; i < kPieces; ++i) {
+    const std::uint64_t count = reader.header().pointCount;
+    reader.seek(count <= kPieces * kPiece ? i * kPiece : count / kPieces * i);
+    reader.readBatch(points, kPiece);
+    if (std::any_of(points.begin(), points.end(), [](auto& p) { return (p.red | p.green | p.blue) > 255; })) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::uint8_t colour(unsigned stored, unsigned shift) {
+  return static_cast<std::uint8_t>(std::min(stored >> shift, 255U));
+}
+
+float degrees(LasPoint const& point, bool wholeDegrees) {
+  const double angle = point.scanAngle * kDegreesAStep;
+  return static_cast<float>(wholeDegrees ? std::round(angle) : angle);
+}
+
+}  // namespace
+
+CloudReader::CloudReader(std::string const& path) {
+  auto source = std::make_unique<FileSource>(path);
+  if (kindOf(*source) == Kind::text) {
+    text_ = std::make_unique<TextReader>(std::move(source));
+    return;
+  }
+  las_ = std::make_unique<LasReader>(std::move(source));
+  if (hasColour()) {
+    colourShift_ = coloursAreBytes(*las_) ? 0 : 8;
+    las_->seek(0);
+  }
+}
+
+std::string const& CloudReader::name() const { return las_ ? las_->name() : text_->name(); }
+
+bool CloudReader::hasColour() const { return las_ ? host::hasColour(las_->header().pointFormat) : text_->hasColour(); }
+
+std::optional<std::uint64_t> CloudReader::points() const {
+  return las_ ? std::optional(las_->header().pointCount) : std::nullopt;
+}
+
+std::optional<Extent> CloudReader::declaredExtent() const {
+  if (!las_ || las_->header().pointCount == 0) {
+    return std::nullopt;
+  }
+  const Extent extent{las_->header().min, las_->header().max};
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    if (!(extent.min[axis] <= extent.max[axis]) || !std::isfinite(extent.max[axis] - extent.min[axis])) {
+      return std::nullopt;
+    }
+  }
+  return extent;
+}
+
+int CloudReader::precision() const {
+  return las_ ? defaultPrecision(las_->header().scale, las_->header().offset)
+              : std::clamp(text_->decimals(), 0, kMostDecimals);
+}
+
+void CloudReader::rewind() { las_ ? las_->seek(0) : text_->rewind(); }
+
+std::size_t CloudReader::readBatch(std::vector<CloudPoint>& points, std::size_t max) {
+  if (text_) {
+    return text_->readBatch(points, max);
+  }
+  las_->readBatch(batch_, max);
+  convert(points);
+  return points.size();
+}
+
+void CloudReader::convert(std::vector<CloudPoint>& points) const {
+  const auto& [scale, offset] = std::tie(las_->header().scale, las_->header().offset);
+  const bool wholeDegrees = !isExtended(las_->header().pointFormat);
+  points.resize(batch_.size());
+  for (std::size_t i = 0; i < batch_.size(); ++i) {
+    LasPoint const& from = batch_[i];
+    CloudPoint& to = points[i];
+    to.x = from.x * scale[0] + offset[0];
+    to.y = from.y * scale[1] + offset[1];
+    to.z = from.z * scale[2] + offset[2];
+    to.intensity = from.intensity;
+    to.classification = from.classification;
+    to.returnNumber = from.returnNumber;
+    to.returns = from.returns;
+    to.r = colour(from.red, colourShift_);
+    to.g = colour(from.green, colourShift_);
+    to.b = colour(from.blue, colourShift_);
+    to.sourceId = from.sourceId;
+    to.scanAngle = degrees(from, wholeDegrees);
+    to.gpsTime = from.gpsTime;
+  }
+}
+
+}  // namespace Meseta47::host

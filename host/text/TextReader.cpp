@@ -1,0 +1,314 @@
+#include "host/text/TextReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <fmt/format.h>
+#include <limits>
+#include <utility>
+
+#include "host/FileError.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{1} << 20;
+constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t kQuoted = 60;  // of an offending text: a line for a person stays one line
+
+constexpr int kLargestExponent = 400;  // of a double, with room: zero may be written with any
+
+// Beyond this a double no longer holds a tenth of a millimetre.
+constexpr double kFarthest = 1e12;
+
+std::string_view trimmed(std::string_view text, std::string_view what = kBlanks) {
+  const std::size_t first = text.find_first_not_of(what);
+  return first == std::string_view::npos ? std::string_view()
+                                         : text.substr(first, text.find_last_not_of(what) + 1 - first);
+}
+
+std::string quoted(std::string_view text) {
+  std::string shown(text.substr(0, kQuoted));
+  std::replace_if(
+      shown.begin(), shown.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f || c >= 0x80; }, '?');
+  return '"' + shown + (text.size() > kQuoted ? "...\"" : "\"");
+}
+
+std::string lowered(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return lower;
+}
+
+std::optional<double> numberIn(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+  }
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+constexpr std::array<std::string_view, 8> kFieldNames{"x", "y", "z", "intensity", "class", "red", "green", "blue"};
+
+// Place in kFieldNames of what a column is called.
+std::optional<std::size_t> fieldNamed(std::string_view name) {
+  static constexpr std::pair<std::string_view, std::size_t> kNames[] = {
+      {"x", 0},        {"e", 0},         {"easting", 0},   {"east", 0},
+      {"y", 1},        {"n", 1},         {"northing", 1},  {"north", 1},
+      {"z", 2},        {"h", 2},         {"elevation", 2}, {"height", 2},
+      {"altitude", 2}, {"intensity", 3}, {"class", 4},     {"classification", 4},
+      {"r", 5},        {"red", 5},       {"g", 6},         {"green", 6},
+      {"b", 7},        {"blue", 7}};
+  const std::string wanted = lowered(name);
+  const auto* const found =
+      std::find_if(std::begin(kNames), std::end(kNames), [&](auto& n) { return n.first == wanted; });
+  return found == std::end(kNames) ? std::nullopt : std::optional(found->second);
+}
+
+// What begins like a number is meant as one, even where it is none: its line gets that message, and is no line of
+// names.
+bool beginsLikeNumber(std::string_view text) {
+  return text.empty() || std::string_view("0123456789+-.").find(text.front()) != std::string_view::npos;
+}
+
+bool isWholeNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+}  // namespace
+
+TextReader::TextReader(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
+  if (source_->size() == 0) {
+    throw FileError(name(), "the file is empty (0 bytes): copy it again");
+  }
+  settleColumns();
+}
+
+void TextReader::rewind() {
+  block_.clear();
+  cursor_ = 0;
+  position_ = firstPoint_;
+  line_ = firstPointLine_;
+}
+
+// Reads up to the first line of numbers, and leaves that one to be read.
+void TextReader::settleColumns() {
+  bool named = false;
+  bool counted = false;
+  for (;;) {
+    const auto line = nextMeaningfulLine();
+    if (!line) {
+      firstPoint_ = source_->size();
+      return;
+    }
+    chooseSeparator(*line);
+    split(*line);
+    if (!named && !counted && columns_.size() == 1 && isWholeNumber(columns_[0])) {
+      counted = true;
+    } else if (!named && !columns_.empty() && !beginsLikeNumber(columns_[0])) {
+      nameColumns(*line);
+      named = true;
+    } else {
+      if (!named) {
+        countColumns(*line);
+      }
+      firstPoint_ = position_ - block_.size() + static_cast<std::size_t>(line->data() - block_.data());
+      firstPointLine_ = line_ - 1;
+      return rewind();
+    }
+  }
+}
+
+void TextReader::chooseSeparator(std::string_view line) {
+  separator_ = line.find(';') != std::string_view::npos ? ';' : line.find(',') != std::string_view::npos ? ',' : ' ';
+}
+
+void TextReader::nameColumns(std::string_view line) {
+  columnOf_.fill(std::nullopt);
+  columnsNeeded_ = 0;
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    const auto field = fieldNamed(trimmed(columns_[column], " \t\"'/"));
+    if (!field) {
+      continue;
+    }
+    if (columnOf_[*field]) {
+      fail(line, fmt::format("two columns are named as {}: give one of them another name", kFieldNames[*field]));
+    }
+    columnOf_[*field] = column;
+    columnsNeeded_ = column + 1;
+  }
+  for (const Field field : {kX, kY, kZ}) {
+    if (!has(field)) {
+      fail(line,
+           fmt::format("stands where numbers or names of columns are expected, and names no column {}: begin with "
+                       "a line such as \"x,y,z,intensity,class\"",
+                       kFieldNames[field]));
+    }
+  }
+}
+
+void TextReader::countColumns(std::string_view line) {
+  if (columns_.size() < 3) {
+    fail(line, fmt::format("holds {} of the three numbers x, y and z", columns_.size()));
+  }
+  columnsNeeded_ = columns_.size() > 5 ? 3 : columns_.size();
+  for (std::size_t column = 0; column < columnsNeeded_; ++column) {
+    columnOf_[column] = column;
+  }
+}
+
+bool TextReader::refill() {
+  block_.erase(0, std::exchange(cursor_, 0));
+  const std::size_t kept = block_.size();
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, source_->size() - position_));
+  block_.resize(kept + wanted);
+  const std::size_t got =
+      source_->read(position_, std::span(reinterpret_cast<std::uint8_t*>(block_.data()) + kept, wanted));
+  block_.resize(kept + got);
+  position_ += got;
+  return got > 0;
+}
+
+// The next line without its end; it stays valid until the next call.
+std::optional<std::string_view> TextReader::nextLine() {
+  std::size_t end = block_.find('\n', cursor_);
+  while (end == std::string::npos) {
+    const std::size_t searched = block_.size() - cursor_;
+    if (searched >= kBlock) {
+      ++line_;
+      fail(std::string_view(block_).substr(cursor_), "is longer than any line of points: is this a text file?");
+    }
+    if (!refill()) {
+      break;
+    }
+    end = block_.find('\n', searched);
+  }
+  if (end == std::string::npos && cursor_ == block_.size()) {
+    return std::nullopt;
+  }
+  ++line_;
+  std::string_view line = std::string_view(block_).substr(cursor_, end == std::string::npos ? end : end - cursor_);
+  cursor_ += line.size() + (end == std::string::npos ? 0 : 1);
+  if (line.ends_with('\r')) {
+    line.remove_suffix(1);
+  }
+  return line;
+}
+
+std::optional<std::string_view> TextReader::nextMeaningfulLine() {
+  while (auto line = nextLine()) {
+    if (line_ == 1 && line->starts_with(kByteOrderMark)) {
+      line->remove_prefix(kByteOrderMark.size());
+    }
+    if (const auto text = trimmed(*line); !text.empty() && text.front() != '#') {
+      return text;
+    }
+  }
+  return std::nullopt;
+}
+
+std::size_t TextReader::split(std::string_view line) {
+  columns_.clear();
+  if (separator_ != ' ') {
+    for (std::size_t from = 0; from <= line.size();) {
+      const std::size_t end = std::min(line.find(separator_, from), line.size());
+      columns_.push_back(trimmed(line.substr(from, end - from)));
+      from = end + 1;
+    }
+    if (columns_.back().empty()) {
+      columns_.pop_back();  // many programs end each line with a separator
+    }
+    return columns_.size();
+  }
+  for (std::size_t from = 0; from < line.size();) {
+    const std::size_t end = std::min(line.find_first_of(kBlanks, from), line.size());
+    columns_.push_back(line.substr(from, end - from));
+    from = std::min(line.find_first_not_of(kBlanks, end), line.size());
+  }
+  return columns_.size();
+}
+
+std::size_t TextReader::readBatch(std::vector<CloudPoint>& points, std::size_t max) {
+  points.clear();
+  while (points.size() < max) {
+    const auto line = nextMeaningfulLine();
+    if (!line) {
+      break;
+    }
+    points.push_back(pointOf(*line));
+  }
+  return points.size();
+}
+
+CloudPoint TextReader::pointOf(std::string_view line) {
+  if (split(line) < columnsNeeded_) {
+    fail(line, fmt::format("has {} columns and {} are needed", columns_.size(), columnsNeeded_));
+  }
+  CloudPoint point;
+  point.x = coordinate(line, kX);
+  point.y = coordinate(line, kY);
+  point.z = coordinate(line, kZ);
+  point.intensity = static_cast<std::uint16_t>(whole(line, kIntensity, std::numeric_limits<std::uint16_t>::max()));
+  point.classification = static_cast<std::uint8_t>(whole(line, kClass, 255));
+  point.r = static_cast<std::uint8_t>(whole(line, kRed, 255));
+  point.g = static_cast<std::uint8_t>(whole(line, kGreen, 255));
+  point.b = static_cast<std::uint8_t>(whole(line, kBlue, 255));
+  return point;
+}
+
+double TextReader::number(std::string_view line, Field field) {
+  const std::string_view text = columns_[*columnOf_[field]];
+  const auto value = numberIn(text);
+  if (!value) {
+    fail(line, fmt::format("{} is no number for {}: numbers have a decimal point", quoted(text), kFieldNames[field]));
+  }
+  return *value;
+}
+
+double TextReader::coordinate(std::string_view line, Field field) {
+  const double value = number(line, field);
+  if (!(std::abs(value) <= kFarthest)) {
+    fail(line,
+         fmt::format("{} leads to no place on Earth as {}", quoted(columns_[*columnOf_[field]]), kFieldNames[field]));
+  }
+  takeDecimals(columns_[*columnOf_[field]]);
+  return value;
+}
+
+// A column that the file lacks is 0.
+unsigned TextReader::whole(std::string_view line, Field field, unsigned most) {
+  if (!has(field)) {
+    return 0;
+  }
+  const double value = std::round(number(line, field));
+  if (!(value >= 0 && value <= most)) {
+    fail(line, fmt::format("{} is not between 0 and {} for {}: if the column is something else, name the columns in a "
+                           "first line such as \"x,y,z,other\"",
+                           quoted(columns_[*columnOf_[field]]), most, kFieldNames[field]));
+  }
+  return static_cast<unsigned>(value);
+}
+
+void TextReader::takeDecimals(std::string_view text) {
+  const std::size_t point = text.find('.');
+  const std::size_t mantissa = std::min(text.find_first_of("eE"), text.size());
+  int decimals = point == std::string_view::npos ? 0 : static_cast<int>(mantissa - point - 1);
+  if (mantissa < text.size()) {
+    int exponent = 0;
+    const std::size_t digits = mantissa + (text.substr(mantissa + 1).starts_with('+') ? 2U : 1U);
+    std::from_chars(text.data() + digits, text.data() + text.size(), exponent);
+    decimals -= std::clamp(exponent, -kLargestExponent, kLargestExponent);
+  }
+  decimals_ = std::max(decimals_, decimals);
+}
+
+void TextReader::fail(std::string_view line, std::string_view what) const {
+  throw FileError(name(), fmt::format("line {}: {}: {}", withThousands(line_), quoted(line), what));
+}
+
+}  // namespace Meseta47::host

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/CloudPoint.h"
+#include "host/las/ByteSource.h"
+
+namespace Meseta47::host {
+
+/// Reads points from text, one a line: x, y, z and optionally intensity and class.
+///
+/// Columns stand apart by semicolons, else by commas, else by blanks and tabs: the first line of numbers settles it for
+/// the file, so that a decimal comma is an error and not two columns. Numbers have a decimal point. Text after a '#' at
+/// the start of a line is a comment; empty lines count for nothing; lines end in LF or CRLF.
+///
+/// A first line of names says which column is which: x, e, easting; y, n, northing; z, h, elevation, height, altitude;
+/// intensity; class, classification; r, g, b, red, green, blue (0 to 255). Other names are columns to pass over.
+/// Without it the columns are x, y, z, then intensity, then class; with more than five only x, y and z are taken, since
+/// the rest can be anything. A first line that is one whole number, the count of points that some programs put there,
+/// is passed over.
+///
+/// Whatever cannot be understood is a FileError with the number and the text of the line. Used by one thread at a time.
+class TextReader {
+ public:
+  static constexpr std::size_t kBatch = 65536;
+
+  explicit TextReader(std::unique_ptr<ByteSource> source);
+  explicit TextReader(std::string const& path) : TextReader(std::make_unique<FileSource>(path)) {}
+
+  /// Replaces `points` by the next ones in the order of the file and returns how many: 0 only at the end.
+  std::size_t readBatch(std::vector<CloudPoint>& points, std::size_t max = kBatch);
+
+  /// The next point to be read is the first one again.
+  void rewind();
+
+  /// The most decimals that a coordinate was written with, among the points read so far. "1.50" has two.
+  [[nodiscard]] int decimals() const { return decimals_; }
+
+  [[nodiscard]] bool hasIntensity() const { return has(kIntensity); }
+  [[nodiscard]] bool hasClass() const { return has(kClass); }
+  [[nodiscard]] bool hasColour() const { return has(kRed) && has(kGreen) && has(kBlue); }
+
+  [[nodiscard]] std::string const& name() const { return source_->name(); }
+
+ private:
+  enum Field { kX, kY, kZ, kIntensity, kClass, kRed, kGreen, kBlue, kFields };
+
+  [[nodiscard]] bool has(Field field) const { return columnOf_[field].has_value(); }
+  void settleColumns();
+  void chooseSeparator(std::string_view line);
+  void nameColumns(std::string_view line);
+  void countColumns(std::string_view line);
+  std::optional<std::string_view> nextLine();
+  std::optional<std::string_view> nextMeaningfulLine();
+  bool refill();
+  std::size_t split(std::string_view line);
+  CloudPoint pointOf(std::string_view line);
+  double number(std::string_view line, Field field);
+  double coordinate(std::string_view line, Field field);
+  unsigned whole(std::string_view line, Field field, unsigned most);
+  void takeDecimals(std::string_view text);
+  [[noreturn]] void fail(std::string_view line, std::string_view what) const;
+
+  std::unique_ptr<ByteSource> source_;
+  std::string block_;           // a piece of the file, from the last unread line on
+  std::size_t cursor_ = 0;      // of the next line in it
+  std::uint64_t position_ = 0;  // of what follows the block in the file
+  std::uint64_t line_ = 0;      // number of the last line given, from 1
+  std::uint64_t firstPoint_ = 0, firstPointLine_ = 0;
+  char separator_ = ' ';
+  std::array<std::optional<std::size_t>, kFields> columnOf_;
+  std::size_t columnsNeeded_ = 0;
+  std::vector<std::string_view> columns_;  // of the line at hand
+  int decimals_ = 0;
+};
+
+}  // namespace Meseta47::host

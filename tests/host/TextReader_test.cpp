@@ -1,0 +1,206 @@
+#include "host/text/TextReader.h"
+
+#include "tests/host/HostScenes.h"
+
+using namespace Meseta47::host;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+TextReader readerOf(std::string const& text) {
+  return TextReader(std::make_unique<MemorySource>("cloud.txt", Bytes(text.begin(), text.end())));
+}
+
+std::vector<CloudPoint> pointsOf(TextReader& reader, std::size_t batch = TextReader::kBatch) {
+  std::vector<CloudPoint> all, some;
+  while (reader.readBatch(some, batch) > 0) {
+    all.insert(all.end(), some.begin(), some.end());
+  }
+  return all;
+}
+
+std::vector<CloudPoint> pointsIn(std::string const& text) {
+  TextReader reader = readerOf(text);
+  return pointsOf(reader);
+}
+
+std::string errorOfReading(std::string const& text) {
+  return errorOf([&] { pointsIn(text); });
+}
+
+auto place(CloudPoint const& p) { return std::make_tuple(p.x, p.y, p.z); }
+
+MATCHER_P3(At, x, y, z, "") { return arg.x == x && arg.y == y && arg.z == z; }
+
+}  // namespace
+
+TEST(TextReader, BlanksTabsCommasAndSemicolonsSeparate) {
+  for (char const* text :
+       {"1 2 3\n4 5 6\n", "1\t2\t3\n4\t 5  6", "1,2,3\n4,5,6", "1, 2 ,3\n 4,5,\t6\n", "1;2;3\n4; 5; 6\n"}) {
+    EXPECT_THAT(pointsIn(text), ElementsAre(At(1, 2, 3), At(4, 5, 6))) << text;
+  }
+}
+
+TEST(TextReader, LinesOfWindowsAndALastLineWithoutEndAreRead) {
+  EXPECT_THAT(pointsIn("1 2 3\r\n\r\n4 5 6\r\n7 8 9"), ElementsAre(At(1, 2, 3), At(4, 5, 6), At(7, 8, 9)));
+}
+
+TEST(TextReader, CommentsEmptyLinesAndAByteOrderMarkCountForNothing) {
+  EXPECT_THAT(pointsIn("\xEF\xBB\xBF# made by hand\n\n  \n1 2 3\n#4 5 6\n  # 7\n"), ElementsAre(At(1, 2, 3)));
+}
+
+TEST(TextReader, SignsAndExponentsAreRead) {
+  EXPECT_THAT(pointsIn("+1.5 -2 3e2\n"), ElementsAre(At(1.5, -2.0, 300.0)));
+}
+
+TEST(TextReader, FourthAndFifthColumnsAreIntensityAndClass) {
+  const auto points = pointsIn("1 2 3 400 5\n1 2 3 65535 255\n");
+  EXPECT_EQ(points.at(0).intensity, 400);
+  EXPECT_EQ(points.at(0).classification, 5);
+  EXPECT_EQ(points.at(1).intensity, 65535);
+  EXPECT_EQ(points.at(1).classification, 255);
+}
+
+TEST(TextReader, WithMoreThanFiveUnnamedColumnsOnlyThePlaceIsTaken) {
+  const auto points = pointsIn("1 2 3 -900 5 6 whatever\n");
+  EXPECT_EQ(place(points.at(0)), std::make_tuple(1, 2, 3));
+  EXPECT_EQ(points.at(0).intensity, 0);
+}
+
+TEST(TextReader, AFirstLineOfNamesSaysWhichColumnIsWhich) {
+  const auto points =
+      pointsIn("Classification;\"Height\";name;Northing;EASTING;Intensity;R;G;B\n2;30.5;a b;20;10;77;1;2;3\n");
+  ASSERT_EQ(points.size(), 1U);
+  EXPECT_EQ(place(points[0]), std::make_tuple(10, 20, 30.5));
+  EXPECT_EQ(points[0].classification, 2);
+  EXPECT_EQ(points[0].intensity, 77);
+  EXPECT_EQ(points[0].b, 3);
+}
+
+TEST(TextReader, NamesMaySeparateOtherwiseThanNumbers) {
+  EXPECT_THAT(pointsIn("//X Y Z\n1,2,3\n"), ElementsAre(At(1, 2, 3)));
+  EXPECT_THAT(pointsIn("N,E,H\n1 2 3\n"), ElementsAre(At(2, 1, 3)));
+}
+
+TEST(TextReader, ACountOnTheFirstLineIsPassedOver) {
+  EXPECT_THAT(pointsIn("2\n1 2 3\n4 5 6\n"), ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+}
+
+TEST(TextReader, ASeparatorAtTheEndOfALineStartsNoColumn) {
+  EXPECT_THAT(pointsIn("1,2,3,\n4,5,6,\n"), ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+}
+
+TEST(TextReader, DecimalsAreThoseWritten) {
+  const auto decimals = [](std::string const& text) {
+    TextReader reader = readerOf(text);
+    pointsOf(reader);
+    return reader.decimals();
+  };
+  EXPECT_EQ(decimals("1 2 3\n"), 0);
+  EXPECT_EQ(decimals("1.50 2 3\n1 2.5 3\n"), 2);
+  EXPECT_EQ(decimals("1 2 3.125 400.00001\n"), 3) << "an intensity is no coordinate";
+  EXPECT_EQ(decimals("1.25e1 2 3\n"), 1);
+  EXPECT_EQ(decimals("1.5e-3 2 3\n"), 4);
+  EXPECT_EQ(decimals("0e-2147483648 0e-99999999999 3\n"), 400);
+}
+
+TEST(TextReader, RewindingGivesTheSamePointsAgain) {
+  TextReader reader = readerOf("# c\nn e h\n1.5 2 3\n4 5 6\n");
+  const auto once = pointsOf(reader, 1);
+  reader.rewind();
+  const auto again = pointsOf(reader);
+  ASSERT_EQ(once.size(), 2U);
+  ASSERT_EQ(again.size(), 2U);
+  EXPECT_EQ(place(once[1]), place(again[1]));
+}
+
+TEST(TextReader, LinesThatStraddleBlocksAreWhole) {
+  std::string text;
+  for (int i = 0; i < 200000; ++i) {  // 4 MB
+    text += std::to_string(i) + ".25 " + std::to_string(-i) + " 7\n";
+  }
+  const auto points = pointsIn(text);
+  ASSERT_EQ(points.size(), 200000U);
+  for (int i = 0; i < 200000; ++i) {
+    ASSERT_EQ(place(points[static_cast<std::size_t>(i)]), std::make_tuple(i + 0.25, -i, 7));
+  }
+}
+
+TEST(TextReader, NamesAloneAreAnEmptyCloud) {
+  EXPECT_TRUE(pointsIn("x y z\n").empty());
+  EXPECT_TRUE(pointsIn("# nothing\n").empty());
+}
+
+TEST(TextReaderError, AnEmptyFileIsSaidToBeEmpty) {
+  EXPECT_EQ(errorOfReading(""), "cloud.txt: the file is empty (0 bytes): copy it again");
+}
+
+TEST(TextReaderError, ABadLineIsNamedByItsNumberAndText) {
+  EXPECT_EQ(errorOfReading("# c\n1 2 3\n\n4 five 6\n"),
+            "cloud.txt: line 4: \"4 five 6\": \"five\" is no number for y: numbers have a decimal point");
+}
+
+TEST(TextReaderError, LineNumbersGoOnAfterARewind) {
+  TextReader reader = readerOf("# c\nx y z\n1 2 3\n4 5\n");
+  EXPECT_THAT(errorOf([&] { pointsOf(reader); }), HasSubstr("line 4"));
+  reader.rewind();
+  EXPECT_THAT(errorOf([&] { pointsOf(reader); }), HasSubstr("line 4"));
+}
+
+TEST(TextReaderError, AMissingColumnIsRefused) {
+  EXPECT_THAT(errorOfReading("1 2 3 4\n1 2 3\n"), HasSubstr("line 2: \"1 2 3\": has 3 columns and 4 are needed"));
+  EXPECT_THAT(errorOfReading("1 2\n"), HasSubstr("line 1: \"1 2\": holds 2 of the three numbers"));
+  EXPECT_THAT(errorOfReading("1,,3\n"), HasSubstr("line 1: \"1,,3\": \"\" is no number for y"));
+}
+
+TEST(TextReaderError, DecimalCommasAreNotTakenForColumns) {
+  EXPECT_THAT(errorOfReading("1,5;2,5;3,5\n"), HasSubstr("\"1,5\""));
+  EXPECT_THAT(errorOfReading("1,5 2,5 3,5\n"), StartsWith("cloud.txt: line 1: "));
+}
+
+TEST(TextReaderError, WhatIsNoPlaceOrNoNumberIsRefused) {
+  for (char const* x : {"nan", "inf", "-inf", "1e13", "1e999", "0x10", "1..2", "--1", "1d3"}) {
+    EXPECT_THAT(errorOfReading(std::string("0 0 0\n") + x + " 2 3\n"), HasSubstr("line 2")) << x;
+  }
+}
+
+TEST(TextReaderError, IntensityAndClassOutOfRangeSayHowToPassThemOver) {
+  EXPECT_THAT(errorOfReading("1 2 3 -5\n"),
+              AllOf(HasSubstr("\"-5\" is not between 0 and 65535"), HasSubstr("x,y,z,other")));
+  EXPECT_THAT(errorOfReading("1 2 3 5 256\n"), HasSubstr("\"256\" is not between 0 and 255 for class"));
+  EXPECT_EQ(errorOfReading("x y z other\n1 2 3 -5\n"), "");
+}
+
+TEST(TextReaderError, NamesWithoutAPlaceAreRefused) {
+  EXPECT_THAT(errorOfReading("x y intensity\n1 2 3\n"), HasSubstr("names no column z"));
+  EXPECT_THAT(errorOfReading("x y z easting\n1 2 3 4\n"), HasSubstr("two columns are named as x"));
+  EXPECT_THAT(errorOfReading("ncols 100\n"), HasSubstr("line 1: \"ncols 100\""));
+}
+
+TEST(TextReaderError, ALineWithoutEndIsNotSwallowedWhole) {
+  EXPECT_THAT(errorOfReading(std::string(3000000, '1')), AllOf(HasSubstr("line 1"), HasSubstr("longer than any line")));
+}
+
+TEST(TextReaderError, DamagedTextNeverDoesWorseThanAnError) {
+  constexpr unsigned kSeed = 7;
+  SCOPED_TRACE(kSeed);
+  std::mt19937 random(kSeed);
+  const std::string whole = "x,y,z,intensity,class\n1.5,2,3,4,5\n6,7e1,8,9,10\n# c\n11,12,13,14,15\n";
+  int refused = 0, read = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::string damaged = whole.substr(0, 1 + random() % whole.size());
+    for (auto i = random() % 3; i > 0; --i) {
+      constexpr std::string_view kTelling = "\n,; .e-#+";
+      const char other = static_cast<char>(random() % 256);
+      damaged[random() % damaged.size()] = random() % 2 == 0 ? kTelling[random() % kTelling.size()] : other;
+    }
+    const std::string error = errorOfReading(damaged);
+    EXPECT_EQ(error.find_first_of("\n\r\t"), std::string::npos) << error;
+    error.empty() ? ++read : ++refused;
+  }
+  EXPECT_GT(read, 0);
+  EXPECT_GT(refused, 0);
+}
