@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "host/generate/Noise.h"
+#include "host/generate/Paint.h"
+#include "host/generate/Scene.h"
+
+namespace Meseta47::host {
+
+/// Classes of the ASPRS list that the made-up land knows.
+enum class PointClass : std::uint8_t {
+  Ground = 2,
+  LowVegetation = 3,
+  MediumVegetation = 4,
+  HighVegetation = 5,
+  Building = 6,
+  LowNoise = 7,
+  Water = 9,
+  Road = 11,
+  BridgeDeck = 17,
+  HighNoise = 18
+};
+
+/// One return of a pulse.
+struct Echo {
+  double z = 0;
+  PointClass kind = PointClass::Ground;
+  Surface surface;
+  double shade = 1;
+};
+
+/// The returns of one pulse, from the highest down.
+class Echoes {
+ public:
+  static constexpr std::size_t kMost = 5;
+
+  void add(const Echo& echo) {
+    if (count < kMost) echoes[count++] = echo;
+  }
+  void keepFirst(std::size_t number) { count = number < count ? number : count; }
+  void clear() { count = 0; }
+  std::size_t size() const { return count; }
+  bool empty() const { return count == 0; }
+  const Echo& operator[](std::size_t i) const { return echoes[i]; }
+  const Echo* begin() const { return echoes.data(); }
+  const Echo* end() const { return echoes.data() + count; }
+
+ private:
+  std::array<Echo, kMost> echoes{};
+  std::size_t count = 0;
+};
+
+/// Lets one pulse fall on a place, metres from the land's centre, and gathers what comes back: nothing from still water
+/// seen askew, one return from open ground or a roof, several from a tree, now and then one from a bird or from
+/// nowhere. `lean` is the tangent of the pulse's angle from the plumb line. Heights carry the noise of the ranging.
+void echoesOf(Scene& scene, double x, double y, double lean, Random& random, Echoes& echoes);
+
+}  // namespace Meseta47::host
