@@ -10,6 +10,9 @@
 
 namespace Meseta47 {
 
+class CPosicionEntidad;
+class IPorcentaje;
+
 /// A drawing: lines and sets of points in scaled integers, and the seed that says what an integer stands for. It owns
 /// its entities; one keeps its place in memory, and so do its points, until it is taken out of the drawing.
 template <class T>
@@ -86,6 +89,23 @@ class CDibujo : public CObjetoFichero {
   /// chooses: 0 all, 1 lines, 2 sets of points. Returns how many came.
   unsigned int Suma(CDibujo const& otro, bool convierte, int tipo);
   unsigned int Suma(CDibujo&& otro, bool convierte, int tipo);
+
+  /// Gives the class of `info` to the points inside the outlines of a drawing: its closed lines, a ring in a ring being
+  /// a hole and its own line always inside. Larger outlines stand before smaller ones in it, as key 3 sorts them.
+  ///
+  /// A point takes the class when that of its own matches some of `incluidos` and none of `excluidos`, and when it is
+  /// low enough: no higher than `sobreContorno` above the highest vertex of the outline that holds it, and no higher
+  /// than `sobreTodos` above the highest of all; 2147483647 is no limit. Nothing is too low. Points of deleted entities
+  /// and those that have the class already stay as they are.
+  ///
+  /// With `seleccion`, only its points are looked at. `cantidad` grows by the points changed, and their places are
+  /// added to `clasificados`. `porcentaje` is asked now and then; the last three may be null. Returns 1, or 2 when
+  /// cancelled, with nothing changed. For each point, O(outlines around it and sides on its row).
+  int ClasificarPuntosSegunLimite(CDibujo const& limites, CInfoClasificacion const& info, unsigned int& cantidad,
+                                  std::vector<CInfoClasificacion> const& incluidos,
+                                  std::vector<CInfoClasificacion> const& excluidos, int sobreContorno, int sobreTodos,
+                                  std::vector<CPosicionEntidad> const* seleccion,
+                                  std::vector<CPosicionEntidad>* clasificados, IPorcentaje* porcentaje);
 
   void Clear() override;
   /// Counts entities, points and deleted entities into the three counts, in this order.
