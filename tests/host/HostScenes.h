@@ -77,7 +77,7 @@ inline LasPoint somePoint(int i) {
   LasPoint p;
   p.x = 1000 * i - 5;
   p.y = -77 * i;
-  p.z = i * i;
+  p.z = i % 1000 * (i % 1000);
   p.intensity = static_cast<std::uint16_t>(40000 + i);
   p.returnNumber = static_cast<std::uint8_t>(1 + i % 5);
   p.returns = 5;
