@@ -60,8 +60,8 @@ void RecorrePuntos(CDibujo<int> const& dibujo, CFiltroPuntos const& filtro,
   };
   for (unsigned e = 0; e < dibujo.Cantidad(); ++e) {
     CLinea<int> const& linea = dibujo[e];
-    if (!visita.Entidad(linea)) return;
     if (seleccion != nullptr && cursor >= seleccion->size()) return;
+    if (!visita.Entidad(linea)) return;
     if (seleccion != nullptr && !elegido(e)) continue;
     if (!filtro.AdmiteEntidad(linea)) {
       while (seleccion != nullptr && elegido(e)) ++cursor;

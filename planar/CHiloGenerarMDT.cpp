@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "model/CRango.h"
@@ -111,7 +112,12 @@ void CHiloGenerarMDT::Run() {
       bytes->fetch_add(leidos * kRegistro, std::memory_order_relaxed);
       leidos = 0;
     }
-    Procesa(numeros);
+    try {
+      Procesa(numeros);
+    } catch (std::bad_alloc const&) {
+      faltoMemoria = true;
+      break;
+    }
   }
   bytes->fetch_add(leidos * kRegistro, std::memory_order_relaxed);
   falloDeDisco = fichero->HayError();

@@ -53,6 +53,7 @@ class URDIMBRE_API CHiloGenerarMDT {
   double ladoMasLargo = 0;    ///< greatest squared length among the triangles that passed the ranges
   CResumenPlano rechazos;     ///< triangles left out, by filter
   bool falloDeDisco = false;  ///< the disk refused a record
+  bool faltoMemoria = false;  ///< some triangle could not be kept
 
  private:
   static unsigned long Rutina(void* yo);

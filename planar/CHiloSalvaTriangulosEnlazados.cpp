@@ -1,5 +1,7 @@
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 
+#include <new>
+
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CSingleLock.h"
 #include "platform/Manejadores.h"
@@ -30,6 +32,7 @@ bool CHiloSalvaTriangulosEnlazados::Empieza(unsigned elIndice, HANDLE* elEvento,
   cola = laCola;
   modo = elModo;
   hechos = 0;
+  faltoMemoria = false;
   return hilo != nullptr || Arranca(&Rutina, this);
 }
 
@@ -55,9 +58,13 @@ void CHiloSalvaTriangulosEnlazados::Run() {
     const unsigned visto = cola.aviso->load();
     const bool ultima = *cola.fin != 0;  // read before the queue: what was queued before the flag went up is not missed
     if (CSetTriangulos2D* set = Siguiente()) {
-      Trabaja(*set);
+      try {
+        Trabaja(*set);
+      } catch (std::bad_alloc const&) {
+        faltoMemoria = true;
+      }
       hechos.fetch_add(1, std::memory_order_release);
-      hechos.notify_all();
+      avance.SetEvent();
     } else if (ultima) {
       break;
     } else {
@@ -81,6 +88,11 @@ void CHiloSalvaTriangulosEnlazados::Trabaja(CSetTriangulos2D& set) {
   } else {
     set.Salva(fichero);  // a refusal of the disk stays with the file, and the driver asks for it at the end
   }
+}
+
+void CHiloSalvaTriangulosEnlazados::EsperaMasHechosQue(unsigned vistos) {
+  constexpr long long kMilisegundos = 40;
+  if (Hechos() == vistos) avance.Lock(kMilisegundos);
 }
 
 /// Sets come every few microseconds while points go in, so a short spin catches most of them; after it the thread

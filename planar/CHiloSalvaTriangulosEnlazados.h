@@ -6,6 +6,7 @@
 #include "model/CDibujo.h"
 #include "model/CHilo.h"
 #include "platform/CCriticalSection.h"
+#include "platform/CEvent.h"
 
 class CFile;
 
@@ -49,9 +50,11 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHilo {
 
   /// Sets done so far. Grows only.
   [[nodiscard]] unsigned Hechos() const { return hechos.load(std::memory_order_acquire); }
-  /// Waits until more than `vistos` sets are done.
-  void EsperaMasHechosQue(unsigned vistos) const { hechos.wait(vistos, std::memory_order_acquire); }
+  /// Waits until more than `vistos` sets are done, but no longer than it takes a person to miss an answer to Ctrl-C.
+  void EsperaMasHechosQue(unsigned vistos);
   [[nodiscard]] bool EstaEnMarcha() const { return hilo != nullptr; }
+  /// Whether some set could not be worked on for want of memory: the run has failed then.
+  [[nodiscard]] bool FaltoMemoria() const { return faltoMemoria; }
 
  private:
   bool Empieza(unsigned elIndice, HANDLE* elEvento, CCola const& laCola, unsigned elModo);
@@ -68,6 +71,8 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHilo {
   int equidistancia = 0;            ///< mode 1, scaled units
   double lado2 = 0;                 ///< mode 1, squared scaled units
   std::atomic<unsigned> hechos{0};  ///< index of the next entry of the queue
+  std::atomic<bool> faltoMemoria{false};
+  CEvent avance;  ///< set after each set done
   HANDLE* eventoSalida = nullptr;
 };
 

@@ -55,8 +55,9 @@ bool CListaPuntos::Salva(CFile* fichero) {
   constexpr std::int64_t kRegistro = 12;  // bytes: x, y, z
   bool bien = true;
   while (primero != nullptr) {
-    fichero->Seek((static_cast<std::int64_t>(primero->num) - 1) * kRegistro, CFile::begin);
-    bien = primero->Write(fichero, CDataSemilla(), 0, FICHERO_NATIVO, 0, 3) && bien;
+    // A point without a number has no place; Seek refuses it.
+    bien = fichero->Seek((static_cast<std::int64_t>(primero->num) - 1) * kRegistro, CFile::begin) >= 0 &&
+           primero->Write(fichero, CDataSemilla(), 0, FICHERO_NATIVO, 0, 3) && bien;
     CCoor3DIntLista* siguiente = primero->Sig();
     delete primero;
     primero = siguiente;

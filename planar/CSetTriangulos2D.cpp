@@ -125,7 +125,8 @@ CTriangulo2D* CSetTriangulos2D::GetActual(bool conHijos) const {
     if (!conHijos || s->inicio != nullptr) return s->inicio;
     if (s->hijos == nullptr) continue;
     for (unsigned i = 0; i < 4; ++i) {
-      if (s->hijos[i].inicio != nullptr) return s->hijos[i].inicio;
+      // Of a closed child only the mark may be read: the rest is the worker's.
+      if (!s->hijos[i].cerrado && s->hijos[i].inicio != nullptr) return s->hijos[i].inicio;
     }
   }
   return nullptr;

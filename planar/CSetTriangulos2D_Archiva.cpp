@@ -95,9 +95,10 @@ void CSetTriangulos2D::EnlazaVecinos(CTriangulo2D* t) {
     int lado = 0;
     CTriangulo2D* vecino = GetContieneLado(a, b, lado);
     if (vecino == nullptr) return vecino;
-    if (lado == 1) vecino->vecino12 = t;
-    if (lado == 2) vecino->vecino23 = t;
-    if (lado == 3) vecino->vecino31 = t;
+    CTriangulo2D*& suyo = lado == 1 ? vecino->vecino12 : (lado == 2 ? vecino->vecino23 : vecino->vecino31);
+    // Taken already where rounding has made a cavity that the point does not see whole: links stay mutual all the same.
+    if (suyo != nullptr) suyo->BorraVecino(vecino);
+    suyo = t;
     return vecino;
   };
   if (CTriangulo2D* v = enlaza(*t->p1, *t->p2)) t->vecino12 = v;

@@ -58,6 +58,7 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
                                     unsigned& aceptados, unsigned& rechazados) {
   auto& [cola, cavidad] = *borrador;
   const int primeraMarca = p.num - kSegundaMarca;
+  CSetTriangulos2D* raiz = GetNivel0();
   cavidad.clear();
   cola.assign(1, semilla);
   for (std::size_t i = 0; i < cola.size(); ++i) {
@@ -66,14 +67,14 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
     if (t != semilla) {
       if (marca == p.num) continue;
       if (marca == primeraMarca) {
-        Abre(t);
+        raiz->Abre(t);
         continue;
       }
     }
     if (t->Borrado()) continue;
     if (!t->Dentro(p)) {
       ++rechazados;
-      Abre(t);
+      raiz->Abre(t);
       continue;
     }
     const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };

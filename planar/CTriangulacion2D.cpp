@@ -51,16 +51,10 @@ CNivelMensajes CTriangulacion2D::Mensajes(CNivelMensajes nivel) {
 
 IPorcentaje* CTriangulacion2D::Progreso() const { return mensajes >= 1 ? BuscaPorcentaje() : nullptr; }
 
-/// Drops what an earlier run left: its worker, queue, seeds and mesh.
+/// Drops what an earlier run left.
 void CTriangulacion2D::Prepara() {
-  hiloSalva.Stop();
-  if (evento != nullptr) CloseHandle(evento);
-  evento = nullptr;
-  setsCerrados.clear();
-  cerradosHasta.clear();
+  PreparaEnlace();
   primerosPuntos.clear();
-  setRaiz.Vacia();
-  creados = condenados = 0;
   resumen = CResumenPlano();
 }
 
@@ -107,7 +101,7 @@ void CTriangulacion2D::Salva(CDivisiones* celda) {
 
 void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos) {
   const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
-  const unsigned hechos = hiloSalva.Hechos();
+  const unsigned hechos = hiloSalva.EstaEnMarcha() ? hiloSalva.Hechos() : 0;
   const std::uint64_t liberados = hechos == 0 ? 0 : cerradosHasta[hechos - 1];
   resumen.picoVivos = std::max(resumen.picoVivos, creados - condenados - liberados);
   cerradosHasta.push_back(antes + triangulos);

@@ -113,8 +113,8 @@ class URDIMBRE_API CTriangulacion2D {
                CDivisiones** celda);
   bool Inserta(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, CDivisiones** celda);
 
-  /// Inserts one stored point into the mesh. True: go on, the point is in or was rightly left out, in which case its
-  /// number is 0. False: the mesh can't take this point.
+  /// Inserts one stored point into the mesh. True: go on, the point is in or was left out, its number 0 where it was a
+  /// duplicate or above the tolerance. False: the mesh can't take this point.
   bool TriangulaPunto(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, unsigned& a, unsigned& b,
                       bool salvar, bool curvar, int tolerancia, CInfoClasificacion* info,
                       std::vector<CInfoClasificacion>* infos, unsigned short* intensidad,
@@ -180,10 +180,12 @@ class URDIMBRE_API CTriangulacion2D {
   std::uint32_t identificador;
 
  private:
+  class CGuarda;    ///< cleans up when an exception leaves a run
   struct CTrabajo;  ///< arguments of a linking pass over drawings, and what it counts
 
   [[nodiscard]] IPorcentaje* Progreso() const;
   void Prepara();
+  void PreparaEnlace();
   [[nodiscard]] CTriangulo2D* TrianguloInicial(CCoor3D<int> const& p, CDivisiones* celda) const;
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
   void ConstruyeMarco();

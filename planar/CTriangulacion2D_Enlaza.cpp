@@ -77,6 +77,7 @@ CString CTriangulacion2D::FormaNombreTemporal() const {
 }
 
 int CTriangulacion2D::AbreFicheroTemporal() {
+  nombreTemporal = FormaNombreTemporal();
   ficheroTemporal = std::make_unique<CFile>();
   if (ficheroTemporal->Open(nombreTemporal, kAbrirNuevo)) return kHecho;
   ficheroTemporal.reset();
@@ -86,6 +87,17 @@ int CTriangulacion2D::AbreFicheroTemporal() {
 
 CHiloSalvaTriangulosEnlazados::CCola CTriangulacion2D::Cola() {
   return {&setsCerrados, &seccion, &parar, &fin, &aviso};
+}
+
+/// Drops what an earlier linking left: its worker, queue and mesh.
+void CTriangulacion2D::PreparaEnlace() {
+  hiloSalva.Stop();
+  if (evento != nullptr) CloseHandle(evento);
+  evento = nullptr;
+  setsCerrados.clear();
+  cerradosHasta.clear();
+  setRaiz.Vacia();
+  creados = condenados = 0;
 }
 
 void CTriangulacion2D::PreparaCola() {
@@ -115,6 +127,7 @@ int CTriangulacion2D::Abandona(int codigo) {
 int CTriangulacion2D::ConcluyeFichero() {
   resumen.duplicados = duplicados;
   resumen.enlazados = cerradosHasta.empty() ? 0 : cerradosHasta.back();
+  if (hiloSalva.FaltoMemoria()) return Abandona(kFicheroInconsistente);
   if (ficheroTemporal == nullptr || ficheroTemporal->Flush()) return kHecho;
   return Abandona(kFicheroInaccesible);
 }
@@ -187,7 +200,8 @@ int CTriangulacion2D::InsertaResto(CTrabajo& t) {
   if (t.otros != nullptr) {
     for (CDibujo<int> const* otro : *t.otros) {
       if (codigo != kHecho) return codigo;
-      codigo = inserta(lista++, *otro, nullptr, 0);
+      if (otro != nullptr) codigo = inserta(lista, *otro, nullptr, 0);
+      ++lista;
     }
   }
   if (codigo == kHecho && t.extra != nullptr) codigo = inserta(lista, *t.extra, nullptr, t.tolerancia);
@@ -209,8 +223,8 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
     trabajo.intensidades.resize(cantidadPuntos);
   }
 
+  PreparaEnlace();
   ConstruyeMarco();
-  nombreTemporal = FormaNombreTemporal();
   if (modo != CHiloSalvaTriangulosEnlazados::CURVA) {
     if (const int codigo = AbreFicheroTemporal(); codigo != kHecho) return codigo;
   }
@@ -264,8 +278,8 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeEnlaza);
   if (cantidadPuntos < kMinimoPuntos) return kPocosPuntos;
 
+  PreparaEnlace();
   ConstruyeMarco();
-  nombreTemporal = FormaNombreTemporal();
   if (const int codigo = AbreFicheroTemporal(); codigo != kHecho) return codigo;
   PreparaCola();  // an event that could not be made hinders nothing here
   if (const int codigo = ArrancaHilo(CHiloSalvaTriangulosEnlazados::SALVA); codigo != kHecho) return codigo;

@@ -60,7 +60,8 @@ class CLectores {
 
   [[nodiscard]] bool TodoLeido() const {
     return bytes == longitud / kRegistro * kRegistro &&
-           std::none_of(hilos.begin(), hilos.end(), [](CHiloGenerarMDT const& h) { return h.falloDeDisco; });
+           std::none_of(hilos.begin(), hilos.end(),
+                        [](CHiloGenerarMDT const& h) { return h.falloDeDisco || h.faltoMemoria; });
   }
   [[nodiscard]] std::vector<CHiloGenerarMDT> const& Hilos() const { return hilos; }
 
@@ -112,6 +113,7 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
   if (const int codigo = registra(dibujo); codigo != kHecho) return codigo;
   if (otros != nullptr) {
     for (CDibujo<int>*& otro : *otros) {
+      if (otro == nullptr) continue;
       if (const int codigo = registra(*otro); codigo != kHecho) return codigo;
       if (!vaciar) continue;
       delete otro;
@@ -133,7 +135,7 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
   tin.SetPuntosMdt(puntos);
 
   const double lado = ladoMaximo * Precision();
-  const double lado2 = lado > 0 ? lado * lado : std::numeric_limits<double>::max();
+  const double lado2 = lado * lado > 0 ? lado * lado : std::numeric_limits<double>::max();
   return GeneraDesdeFichero(tin, mapa, lado2, alturas, intensidades);
 }
 

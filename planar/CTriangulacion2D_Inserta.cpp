@@ -73,7 +73,7 @@ CTriangulo2D* CTriangulacion2D::TrianguloInicial(CCoor3D<int> const& p, CDivisio
   if (!set->cerrado) {
     if (set->inicio != nullptr) return set->inicio;
     for (unsigned i = 0; set->hijos != nullptr && i < 4; ++i) {
-      if (set->hijos[i].inicio != nullptr) return set->hijos[i].inicio;
+      if (!set->hijos[i].cerrado && set->hijos[i].inicio != nullptr) return set->hijos[i].inicio;
     }
   }
   return set->padre != nullptr ? set->padre->GetActual(true) : nullptr;

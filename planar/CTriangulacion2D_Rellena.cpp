@@ -103,7 +103,7 @@ int CTriangulacion2D::Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<in
   CMaximas<int> caja;
   unsigned cuenta = 0, progreso = 0, total = dibujo.Cantidad();
   if (otros != nullptr) {
-    for (CDibujo<int> const* otro : *otros) total += otro->Cantidad();
+    for (CDibujo<int> const* otro : *otros) total += otro != nullptr ? otro->Cantidad() : 0;
   }
   if (extra != nullptr) total += extra->Cantidad();
   total *= 2;  // a first estimate of the work
@@ -114,7 +114,8 @@ int CTriangulacion2D::Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<in
     if (otros != nullptr) {
       for (CDibujo<int> const* otro : *otros) {
         if (codigo != kHecho) return codigo;
-        codigo = Rellena(lista++, *otro, caja, cuenta, progreso, total, contar, nullptr, true);
+        if (otro != nullptr) codigo = Rellena(lista, *otro, caja, cuenta, progreso, total, contar, nullptr, true);
+        ++lista;
       }
     }
     if (codigo == kHecho && extra != nullptr) {

@@ -1,5 +1,6 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
 #include <chrono>
+#include <exception>
 
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
@@ -20,11 +21,36 @@ int Cronometra(double& segundos, F&& fase) {
   return codigo;
 }
 
+/// Further drawings may hold the numbers of an earlier run; a point that this one does not reach must not keep them.
+void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {
+  if (otros == nullptr) return;
+  for (CDibujo<int>* otro : *otros) {
+    if (otro != nullptr) otro->PonNumerosACero();
+  }
+}
+
 }  // namespace
+
+/// When an exception (no memory, a host's own) leaves a run, the worker is stopped and the temporary file deleted.
+class CTriangulacion2D::CGuarda {
+ public:
+  explicit CGuarda(CTriangulacion2D& suRun) : run(suRun) {}
+  CGuarda(CGuarda const&) = delete;
+  CGuarda& operator=(CGuarda const&) = delete;
+  ~CGuarda() {
+    if (std::uncaught_exceptions() > antes) run.Abandona(kCancelado);
+  }
+
+ private:
+  CTriangulacion2D& run;
+  int antes = std::uncaught_exceptions();
+};
 
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
                           bool vaciar, CString* registro, CRango const* alturas, CRango const* intensidades) {
+  const CGuarda guarda(*this);
   dibujo.PonNumerosACero();
+  PonNumerosACero(otros);
   dibujo.Sort(kOrdenEspacial, true, -1);
   double segundos = 0;
   int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, nullptr); });
@@ -44,7 +70,9 @@ int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, st
 int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
                                    double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
                                    CString* registro) {
+  const CGuarda guarda(*this);
   dibujo.PonNumerosACero();
+  PonNumerosACero(otros);
   extra.PonNumerosACero();
   double segundos = 0;
   int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, &extra); });
@@ -64,7 +92,9 @@ int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoM
 
 int CTriangulacion2D::Run(CTIN& tin, CString* registro) {
   const double limite = tin.longitudMaxima / tin.semilla.Precision();
+  const CGuarda guarda(*this);
   tin.LiberaTriangulos();
+  for (CPuntoTIN& p : tin.puntos) p.num = 0;
   double segundos = 0;
   int codigo = Cronometra(segundos, [&] { return Rellena(tin); });
   resumen.segundosRellena = segundos;

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "model/CReserva.h"
+#include "model/CirculoExacto.h"
 
 namespace Meseta47 {
 
@@ -62,6 +63,10 @@ void CTriangulo2D::Recalcula() {
   }
   centro.Centro3P(*p1, *p2, *p3);
   if (EsValido()) CalculaIndices(0);
+}
+
+bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
+  return LadoDelCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)) >= 0;
 }
 
 void CTriangulo2D::CalculaIndices(int eje) {

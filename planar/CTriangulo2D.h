@@ -19,7 +19,7 @@ class CDibujo;
 ///
 /// A plain record of fixed size without a virtual table. Elements come from a pool: any thread may destroy what another
 /// made. One thread at a time may touch a triangle and its neighbours.
-class URDIMBRE_API CTriangulo2D {
+class URDIMBRE_API CTriangulo2D final {
  public:
   // --- life ---
   CTriangulo2D() = default;
@@ -145,6 +145,7 @@ class URDIMBRE_API CTriangulo2D {
   /// The same question without a trace.
   [[nodiscard]] bool EnCirculo(int px, int py) const {
     const double cx = centro.centro.x, cy = centro.centro.y, r = centro.radio;
+    if (r > kRadioDudoso) return EnCirculoEnorme(px, py);
     const double x = px, y = py;
     if (cx - r > x || x > cx + r || cy - r > y || y > cy + r) return false;
     const double dx = cx - x, dy = cy - y;
@@ -170,10 +171,15 @@ class URDIMBRE_API CTriangulo2D {
  private:
   friend class CSetTriangulos2D;
 
+  /// Scaled units: from here on the squared distances to the centre of a circle are rounded more coarsely than the
+  /// tolerance of their comparison (2 r 1e-7 against r^2 2^-53), and only the vertices can tell.
+  static constexpr double kRadioDudoso = 0x1p27;
+
   static constexpr unsigned kMascaraMarca = 0x3000;
   static constexpr unsigned kMarcaBorrado = 0x1000;
   static constexpr unsigned kMascaraIndices = 0x0FFF;
 
+  [[nodiscard]] bool EnCirculoEnorme(int px, int py) const;
   void Recalcula();
   void CalculaIndices(int eje);
   bool SetPunto(CCoor3D<int>*& mio, CCoor3D<int> const* otro1, CCoor3D<int> const* otro2, CCoor3D<int>* p);

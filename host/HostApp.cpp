@@ -1,0 +1,71 @@
+#include "host/HostApp.h"
+
+#include <fmt/format.h>
+
+#include "host/Failure.h"
+#include "model/Codigos.h"
+#include "platform/Ficheros.h"
+#include "platform/Proceso.h"
+#include "platform/Temporales.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+std::string tempFolder() {
+  wchar_t folder[MAX_PATH];
+  const unsigned long length = GetTempPathW(MAX_PATH, folder);
+  return length != 0 && length < MAX_PATH ? CString(folder).Utf8() : ".";
+}
+
+}  // namespace
+
+HostApp::HostApp(CommonOptions const& options) : CWinApp(L"urdimbre"), bar_(options.quiet) {
+  PonProcesadores(options.threads);
+  PonCarpetaTemporal(CString::DesdeUtf8(options.tempDir));
+  PonManejadorInterrupcion();
+}
+
+int HostApp::Porcentaje(int, unsigned long long valor, unsigned long long total, bool) {
+  if (Interrumpido()) return 0;
+  bar_.step(valor, total);
+  return 1;
+}
+
+void HostApp::Fase(int, unsigned mensaje) { bar_.phase(TextoMensaje(mensaje).Utf8()); }
+
+void HostApp::Mensaje(int, CString* texto, int) { messages_.push_back(texto->Utf8()); }
+
+void HostApp::step(unsigned long long value, unsigned long long total) {
+  if (Interrumpido()) throw Cancelled();
+  bar_.step(value, total);
+}
+
+void requireTempSpace(std::uint64_t bytes) {
+  const std::string folder = tempFolder();
+  const double megabytes = static_cast<double>(bytes) / 1e6;
+  CString why;
+  if (!CarpetaEscribible(CString::DesdeUtf8(folder), &why)) {
+    throw Failure(fmt::format("temporary folder {}: {}; the run needs {:.1f} MB there: name another with --temp-dir",
+                              folder, why.Utf8(), megabytes));
+  }
+  const long long room = EspacioLibre(CString::DesdeUtf8(folder));
+  if (room >= 0 && static_cast<std::uint64_t>(room) < bytes) {
+    throw Failure(
+        fmt::format("temporary folder {}: {:.1f} MB free, but the run needs {:.1f} MB there: make room or name "
+                    "another with --temp-dir",
+                    folder, static_cast<double>(room) / 1e6, megabytes));
+  }
+}
+
+void requireDone(int code, std::string const& what) {
+  if (code == kHecho) return;
+  if (code == kCancelado) throw Cancelled();
+  if (code == kPocosPuntos) {
+    throw Failure(fmt::format("{}: fewer than 3 points are left after the filters; a surface needs 3", what));
+  }
+  throw Failure(
+      fmt::format("{}: {} (code {})", what, AfxGetApp()->TextoMensaje(static_cast<unsigned>(code)).Utf8(), code));
+}
+
+}  // namespace Meseta47::host

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/ProgressBar.h"
+#include "model/IPorcentaje.h"
+#include "platform/CWinApp.h"
+
+namespace Meseta47::host {
+
+/// The options that every verb takes.
+struct CommonOptions {
+  bool quiet = false;
+  bool json = false;
+  unsigned threads = 0;  ///< 0: all processors
+  std::string tempDir;   ///< empty: the system's
+};
+
+/// The program's application object. It shows the library's progress, and its own, in one bar; a Ctrl-C becomes the
+/// answer 0 that cancels a run.
+class HostApp : public CWinApp, public IPorcentaje {
+ public:
+  explicit HostApp(CommonOptions const& options);
+
+  // --- the library's progress ---
+  int Porcentaje(int nivel, unsigned long long valor, unsigned long long total, bool) override;
+  void Fase(int nivel, unsigned mensaje) override;
+  void Cierra(int, int) override {}
+  void Amplia(int, int) override {}
+  void Abre(int, int, int) override {}
+  void Mensaje(int nivel, CString* texto, int) override;
+
+  // --- the program's own phases ---
+  void phase(std::string const& name) { bar_.phase(name); }
+  /// Throws Cancelled after a Ctrl-C.
+  void step(unsigned long long value, unsigned long long total);
+  /// Takes the bar off the screen.
+  void clearProgress() { bar_.clear(); }
+  /// What the library had to say besides its codes.
+  [[nodiscard]] std::vector<std::string> const& messages() const { return messages_; }
+
+ private:
+  ProgressBar bar_;
+  std::vector<std::string> messages_;
+};
+
+/// The folder for temporary files, which must be there, writable, and have room for `bytes`. Throws Failure naming it
+/// and the need.
+void requireTempSpace(std::uint64_t bytes);
+
+/// Turns a code of the library into the exception that it stands for; nothing for success. `what` is the file or the
+/// work.
+void requireDone(int code, std::string const& what);
+
+}  // namespace Meseta47::host

@@ -1,0 +1,169 @@
+#include "host/LoadedCloud.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <limits>
+
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/PointStream.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+using Groups = std::vector<std::vector<std::string>>;
+
+constexpr double kFrameMargin = 1.2;  // a run builds a square frame that much wider than the points
+constexpr double kInt32 = 2147483647.0;
+
+/// Some point does not fit 32 bits on the seed that was tried.
+struct OutOfRange {};
+
+struct Survey {
+  Extent extent;
+  int decimals = std::numeric_limits<int>::min();
+  std::uint64_t points = 0;
+};
+
+Survey survey(Groups const& groups, bool believe) {
+  Survey result;
+  for (auto const& files : groups) {
+    for (std::string const& file : files) {
+      PointStream stream(file);
+      if (const auto extent = stream.extent(believe)) result.extent.include(*extent);
+      result.decimals = std::max(result.decimals, stream.decimals());
+      result.points += stream.count();
+    }
+  }
+  return result;
+}
+
+/// The extent that takes part: what of it lies within the bounds.
+Extent within(Extent extent, LoadOptions const& options) {
+  if (!options.bounds) return extent;
+  extent.min[0] = std::max(extent.min[0], options.bounds->minX);
+  extent.min[1] = std::max(extent.min[1], options.bounds->minY);
+  extent.max[0] = std::min(extent.max[0], options.bounds->maxX);
+  extent.max[1] = std::min(extent.max[1], options.bounds->maxY);
+  return extent;
+}
+
+CDataSemilla seedFor(Extent const& extent, int precision) {
+  const auto middle = [&extent](std::size_t i) {
+    const double value = (extent.min[i] + extent.max[i]) / 2;
+    return std::isfinite(value) && std::abs(value) < 1e15 ? std::floor(value) : 0.0;
+  };
+  return {static_cast<char>(precision), middle(0), middle(1), 0.0};
+}
+
+/// Half the side of the frame, or the greatest height, whichever is more: it must fit 32 bits once scaled.
+double reach(Extent const& extent) {
+  const double side = std::max(extent.max[0] - extent.min[0], extent.max[1] - extent.min[1]);
+  return std::max({side * kFrameMargin / 2 + 1, std::abs(extent.min[2]), std::abs(extent.max[2])});
+}
+
+void requireFit(Extent const& extent, int precision, std::string const& what) {
+  const double farthest = reach(extent);
+  if (extent.isEmpty() || farthest * std::pow(10.0, precision) <= kInt32) return;
+  const int fitting = static_cast<int>(std::floor(std::log10(kInt32 / farthest)));
+  throw Failure(
+      fmt::format("{}: an extent of {:g} by {:g} by {:g} does not fit 32-bit coordinates at precision {}: "
+                  "--precision {} would fit, or take a part of it with --bounds",
+                  what, extent.max[0] - extent.min[0], extent.max[1] - extent.min[1], extent.max[2] - extent.min[2],
+                  precision, fitting));
+}
+
+bool fits(WidePoint const& p) {
+  return std::all_of(p.position.begin(), p.position.end(), [](std::int64_t v) {
+    return v >= std::numeric_limits<std::int32_t>::min() && v <= std::numeric_limits<std::int32_t>::max();
+  });
+}
+
+/// The bounds in scaled integers, so that points of every file meet the same limits.
+class BoundsFilter {
+ public:
+  BoundsFilter(LoadOptions const& options, CDataSemilla const& seed) : active_(options.bounds.has_value()) {
+    if (!active_) return;
+    const double units = seed.Precision();
+    const Bounds& b = *options.bounds;
+    minX_ = (b.minX - seed.origen[0]) * units - kSlack;
+    minY_ = (b.minY - seed.origen[1]) * units - kSlack;
+    maxX_ = (b.maxX - seed.origen[0]) * units + kSlack;
+    maxY_ = (b.maxY - seed.origen[1]) * units + kSlack;
+  }
+  [[nodiscard]] bool admits(WidePoint const& p) const {
+    if (!active_) return true;
+    const auto x = static_cast<double>(p.position[0]), y = static_cast<double>(p.position[1]);
+    return x >= minX_ && x <= maxX_ && y >= minY_ && y <= maxY_;
+  }
+
+ private:
+  static constexpr double kSlack = 1e-4;  // of a unit: what taking the origin off may have rounded
+  bool active_;
+  double minX_ = 0, minY_ = 0, maxX_ = 0, maxY_ = 0;
+};
+
+struct Reading {
+  CDataSemilla seed;
+  BoundsFilter bounds;
+  std::uint64_t total;
+  std::uint64_t done = 0;
+  HostApp& app;
+};
+
+LoadedCloud readGroup(std::vector<std::string> const& files, Reading& reading) {
+  LoadedCloud cloud{reading.seed, {}, 0};
+  std::vector<WidePoint> batch;
+  for (std::string const& file : files) {
+    PointStream stream(file);
+    cloud.points.reserve(cloud.points.size() + stream.count());
+    while (stream.next(reading.seed, batch)) {
+      cloud.pointsRead += batch.size();
+      reading.done += batch.size();
+      reading.app.step(reading.done, std::max(reading.total, reading.done));
+      for (WidePoint const& wide : batch) {
+        if (!reading.bounds.admits(wide)) continue;
+        if (!fits(wide)) throw OutOfRange{};
+        CCoor3D<int>& p =
+            cloud.points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
+                                      static_cast<int>(wide.position[2]), 0);
+        p.intensidad = wide.intensity;
+        p.clasificacion = wide.classification;
+      }
+    }
+  }
+  return cloud;
+}
+
+std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, LoadOptions const& options, HostApp& app) {
+  const Extent extent = within(found.extent, options);
+  const int precision = options.precision.value_or(found.decimals);
+  requireFit(extent, precision, groups[0][0]);
+  const CDataSemilla seed = seedFor(extent, precision);
+  Reading reading{seed, BoundsFilter(options, seed), found.points, 0, app};
+  std::vector<LoadedCloud> clouds;
+  for (auto const& files : groups) clouds.push_back(readGroup(files, reading));
+  return clouds;
+}
+
+}  // namespace
+
+std::vector<LoadedCloud> loadClouds(Groups const& groups, LoadOptions const& options, HostApp& app) {
+  app.phase("Reading");
+  try {
+    return readAll(groups, survey(groups, true), options, app);
+  } catch (OutOfRange const&) {
+    // Some file declares less than it holds. What the points themselves say decides.
+  }
+  const Survey measured = survey(groups, false);
+  try {
+    return readAll(groups, measured, options, app);
+  } catch (OutOfRange const&) {
+    throw Failure(fmt::format("{}: the coordinates do not fit 32 bits at precision {}: give a lower --precision",
+                              groups[0][0], options.precision.value_or(measured.decimals)));
+  }
+}
+
+}  // namespace Meseta47::host

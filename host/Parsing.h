@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace Meseta47::host {
+
+/// A closed interval given as MIN:MAX, where either may be left out.
+struct Limits {
+  double min, max;
+};
+/// Throws UsageError, naming the option, for what is no interval or one that ends before it begins.
+Limits parseLimits(std::string const& option, std::string const& text, double lowest, double highest);
+
+/// Classes given as 2,9,17-20; each from 0 to 255. Throws UsageError.
+std::array<bool, 256> parseClasses(std::string const& option, std::string const& text);
+
+/// A box in plan given as XMIN,YMIN,XMAX,YMAX, in the units of the input.
+struct Bounds {
+  double minX, minY, maxX, maxY;
+  [[nodiscard]] bool contains(double x, double y) const { return x >= minX && x <= maxX && y >= minY && y <= maxY; }
+};
+Bounds parseBounds(std::string const& text);
+
+}  // namespace Meseta47::host

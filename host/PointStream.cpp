@@ -1,0 +1,84 @@
+#include "host/PointStream.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Meseta47::host {
+
+namespace {
+
+constexpr double kFarthest = 9e15;  // beyond it a scaled coordinate is no whole number in a double any more
+
+std::int64_t toWhole(double v) { return std::llround(std::clamp(v, -kFarthest, kFarthest)); }
+
+/// From the integers of a LAS file to those of a seed, on one axis.
+class AxisMap {
+ public:
+  AxisMap(double scale, double offset, double origin, double units)
+      : factor_(scale * units), shift_((offset - origin) * units) {
+    const double factor = std::round(factor_), shift = std::round(shift_);
+    // What is left of a whole number after such products is below a thousandth; what is not one is a tenth at least.
+    whole_ = factor >= 1 && factor < 1e6 && std::abs(factor_ - factor) <= 1e-9 * factor &&
+             std::abs(shift_ - shift) <= 1e-3 && std::abs(shift) < kFarthest;
+    wholeFactor_ = whole_ ? static_cast<std::int64_t>(factor) : 0;
+    wholeShift_ = whole_ ? static_cast<std::int64_t>(shift) : 0;
+  }
+
+  [[nodiscard]] std::int64_t operator()(std::int32_t v) const {
+    return whole_ ? v * wholeFactor_ + wholeShift_ : toWhole(v * factor_ + shift_);
+  }
+
+ private:
+  double factor_, shift_;
+  bool whole_;
+  std::int64_t wholeFactor_, wholeShift_;
+};
+
+}  // namespace
+
+Extent const& PointStream::measure() {
+  if (found_) return *found_;
+  found_.emplace();
+  while (reader_.readBatch(text_) != 0) {
+    measured_ += text_.size();
+    for (CloudPoint const& p : text_) found_->include(p.x, p.y, p.z);
+  }
+  reader_.rewind();
+  return *found_;
+}
+
+int PointStream::decimals() {
+  if (!reader_.isLas()) measure();
+  return reader_.precision();
+}
+
+std::optional<Extent> PointStream::extent(bool believe) {
+  if (believe) {
+    if (const auto declared = reader_.declaredExtent()) return declared;
+  }
+  Extent const& found = measure();
+  return measured_ == 0 ? std::nullopt : std::optional(found);
+}
+
+bool PointStream::next(CDataSemilla const& seed, std::vector<WidePoint>& points) {
+  points.clear();
+  const double units = seed.Precision();
+  if (LasReader* las = reader_.las(); las != nullptr) {
+    if (las->readBatch(las_) == 0) return false;
+    const auto map = [&](std::size_t axis) {
+      return AxisMap(las->header().scale[axis], las->header().offset[axis], seed.origen[axis], units);
+    };
+    const AxisMap x = map(0), y = map(1), z = map(2);
+    points.reserve(las_.size());
+    for (LasPoint const& p : las_) points.push_back({{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification});
+    return true;
+  }
+  if (reader_.readBatch(text_) == 0) return false;
+  const auto scaled = [&](double v, std::size_t axis) { return toWhole((v - seed.origen[axis]) * units); };
+  for (CloudPoint const& p : text_) {
+    points.push_back({{scaled(p.x, 0), scaled(p.y, 1), scaled(p.z, 2)}, p.intensity, p.classification});
+  }
+  return true;
+}
+
+}  // namespace Meseta47::host

@@ -1,0 +1,319 @@
+// urdimbre tin: clouds in, a triangulated terrain model out.
+#include <filesystem>
+#include <fmt/format.h>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/LoadedCloud.h"
+#include "host/SpatialOrder.h"
+#include "host/Stopwatch.h"
+#include "host/verbs/Verbs.h"
+#include "model/CModeloDigital.h"
+#include "model/CRango.h"
+#include "planar/CTriangulacion2D.h"
+#include "platform/Ficheros.h"
+#include "platform/Proceso.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+constexpr double kLargest = 2147483647.0;  // what a range takes for no limit
+constexpr double kAnything = std::numeric_limits<double>::infinity();
+
+struct TinOptions {
+  std::vector<std::string> inputs;
+  std::string output;
+  double maxSide = 0;
+  std::string slope, z, heightDifference, intensityDifference, classes, excludedClasses, bounds;
+  int precision = -1;
+  bool hasPrecision = false;
+  std::string update;
+  double tolerance = 0;
+  std::string order = "hilbert";
+};
+
+struct Seconds {
+  double read = 0, order = 0, fill = 0, link = 0, generate = 0, write = 0, total = 0;
+};
+
+struct TinSummary {
+  std::uint64_t pointsRead = 0;
+  CResumenPlano run;
+  std::uint64_t vertices = 0, triangles = 0;
+  std::size_t rings = 0;
+  Seconds seconds;
+};
+
+int formatOf(std::string const& output) {
+  const std::string extension = std::filesystem::path(output).extension().string();
+  if (extension == ".ply") return FORMATO_PLY;
+  if (extension == ".obj") return FORMATO_OBJ;
+  if (extension == ".2dm") return FORMATO_2DM;
+  if (extension == ".xml") return FORMATO_LANDXML;
+  if (extension == ".urd") return FORMATO_NATIVO;
+  throw UsageError(
+      fmt::format("{}: no format has the extension \"{}\": use .ply, .obj, .2dm, .xml (LandXML) or .urd (native)",
+                  output, extension));
+}
+
+std::optional<Limits> limitsOf(std::string const& option, std::string const& text) {
+  if (text.empty()) return std::nullopt;
+  return parseLimits(option, text, 0, kLargest);
+}
+
+/// A range on differences along the sides of triangles, from limits in units of the input.
+std::optional<CRango> rangeOf(std::optional<Limits> const& limits, double scale) {
+  if (!limits) return std::nullopt;
+  CRango range(kLargest, kLargest, -2147483648.0, kLargest);
+  range.SetValorMin(limits->min * scale);
+  range.SetValorMax(limits->max * scale);
+  return range;
+}
+
+/// The table of the classes whose answer is `wanted`.
+CDigiTab classTable(std::array<bool, 256> const& classes) {
+  CDigiTab table;
+  for (unsigned c = 0; c < classes.size(); ++c) {
+    if (classes[c])
+      table.Inserta(CElementoDigiTab(ENTIDAD_LINEA, CString(std::to_string(c).c_str()), 70, 70, 70, 0, 0, L"", 1),
+                    false);
+  }
+  return table;
+}
+
+CDataTriangulacion filtersOf(TinOptions const& options) {
+  CDataTriangulacion data;
+  if (!options.z.empty()) {
+    const Limits z = parseLimits("--z", options.z, -kAnything, kAnything);
+    data.zMin = z.min;
+    data.zMax = z.max;
+  }
+  if (!options.slope.empty()) {
+    const Limits slope = parseLimits("--slope", options.slope, -1, 90);
+    data.pendienteMin = slope.min;
+    data.pendienteMax = slope.max;
+  }
+  if (!options.classes.empty()) data.incluidos = classTable(parseClasses("--class", options.classes));
+  if (!options.excludedClasses.empty()) {
+    data.excluidos = classTable(parseClasses("--exclude-class", options.excludedClasses));
+  }
+  return data;
+}
+
+/// The cloud as a drawing, its points in the order asked for. The cloud is emptied.
+CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
+  if (hilbert) {
+    applyOrder(cloud.points, hilbertOrder(cloud.points));
+    app.step(1, 1);
+  }
+  CSetPuntos<int> set(L"CLOUD");
+  set.CLinea<int>::Asigna(std::move(cloud.points));
+  CDibujo<int> drawing(cloud.seed);
+  drawing.tipoNube = 1;
+  drawing.Inserta(std::move(set));
+  return drawing;
+}
+
+/// What the spill file will take: about two triangles a point, 12 bytes each.
+std::uint64_t spillBytes(std::uint64_t points) { return 12 * (2 * points + 2); }
+
+/// Says why there is no surface; the run itself went well.
+void requireTriangles(TinSummary const& summary, std::string const& what) {
+  if (summary.triangles != 0) return;
+  const std::uint64_t distinct = summary.run.aceptados - summary.run.duplicados;
+  if (distinct < 3) {
+    throw Failure(fmt::format("{}: only {} distinct plan positions among {} points; a surface needs 3", what, distinct,
+                              summary.run.aceptados));
+  }
+  const std::uint64_t rejected =
+      summary.run.porPendiente + summary.run.porAltura + summary.run.porIntensidad + summary.run.porLongitud;
+  if (rejected == 0)
+    throw Failure(fmt::format("{}: all points lie on one line in plan; there is no surface over it", what));
+  throw Failure(
+      fmt::format("{}: the filters reject all {} triangles (slope {}, height difference {}, intensity difference "
+                  "{}, longest side {}): widen them",
+                  what, rejected, summary.run.porPendiente, summary.run.porAltura, summary.run.porIntensidad,
+                  summary.run.porLongitud));
+}
+
+nlohmann::ordered_json toJson(TinSummary const& s) {
+  return {{"points_read", s.pointsRead},
+          {"points_accepted", s.run.aceptados},
+          {"duplicates", s.run.duplicados},
+          {"refused", s.run.rechazados},
+          {"vertices", s.vertices},
+          {"triangles", s.triangles},
+          {"rejected",
+           {{"slope", s.run.porPendiente},
+            {"height_difference", s.run.porAltura},
+            {"intensity_difference", s.run.porIntensidad},
+            {"max_side", s.run.porLongitud}}},
+          {"rings", s.rings},
+          {"linked_triangles", s.run.enlazados},
+          {"peak_live_triangles", s.run.picoVivos},
+          {"seconds",
+           {{"read", s.seconds.read},
+            {"order", s.seconds.order},
+            {"fill", s.seconds.fill},
+            {"link", s.seconds.link},
+            {"generate", s.seconds.generate},
+            {"write", s.seconds.write},
+            {"total", s.seconds.total}}},
+          {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+}
+
+void printSummary(TinSummary const& s, std::string const& output) {
+  const auto n = [](std::uint64_t value) { return withThousands(value); };
+  fmt::print("{}: {} triangles over {} points, {} of outline\n", output, n(s.triangles), n(s.vertices),
+             s.rings == 1 ? "1 ring" : fmt::format("{} rings", n(s.rings)));
+  fmt::print("points     {} read, {} accepted, {} duplicate, {} refused\n", n(s.pointsRead), n(s.run.aceptados),
+             n(s.run.duplicados), n(s.run.rechazados));
+  fmt::print("rejected   {} by slope, {} by height difference, {} by intensity difference, {} by longest side\n",
+             n(s.run.porPendiente), n(s.run.porAltura), n(s.run.porIntensidad), n(s.run.porLongitud));
+  fmt::print(
+      "alive      {} of {} triangles at most at once ({:.1f} %)\n", n(s.run.picoVivos), n(s.run.enlazados),
+      100.0 * static_cast<double>(s.run.picoVivos) / static_cast<double>(std::max<std::uint64_t>(s.run.enlazados, 1)));
+  fmt::print(
+      "seconds    read {:.2f}, order {:.2f}, fill {:.2f}, link {:.2f}, generate {:.2f}, write {:.2f}, total {:.2f}\n",
+      s.seconds.read, s.seconds.order, s.seconds.fill, s.seconds.link, s.seconds.generate, s.seconds.write,
+      s.seconds.total);
+  fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
+}
+
+/// Adds to `sum` how long `work` takes.
+template <class F>
+auto timed(double& sum, F&& work) {
+  struct Adder {
+    double& sum;
+    Stopwatch watch;
+    ~Adder() { sum += watch.seconds(); }
+  } adder{sum, {}};
+  return work();
+}
+
+void writeModel(CModeloDigital& model, std::string const& output) {
+  const int format = formatOf(output);
+  const CString path = CString::DesdeUtf8(output);
+  CDataExportarMDT how(format);
+  how.nombre = CString::DesdeUtf8(std::filesystem::path(output).stem().string());
+  const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
+  if (code == kFicheroInaccesible) {
+    const long long room = EspacioLibre(CString::DesdeUtf8(output));
+    throw Failure(fmt::format("{}: could not be written{}: is the folder there, writable, and with room enough?",
+                              output,
+                              room < 0 ? "" : fmt::format(" ({:.1f} MB free there)", static_cast<double>(room) / 1e6)));
+  }
+  requireDone(code, output);
+}
+
+void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
+  const Stopwatch whole;
+  formatOf(options.output);
+  const CDataTriangulacion filters = filtersOf(options);
+  LoadOptions load;
+  if (options.hasPrecision) load.precision = options.precision;
+  if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
+  const std::string what =
+      options.inputs.size() == 1 ? options.inputs[0] : fmt::format("{} files", options.inputs.size());
+  const auto heightLimits = limitsOf("--height-difference", options.heightDifference);
+  const auto intensityLimits = limitsOf("--intensity-difference", options.intensityDifference);
+
+  TinSummary summary;
+  std::vector<std::vector<std::string>> groups{options.inputs};
+  if (!options.update.empty()) groups.push_back({options.update});
+  std::vector<LoadedCloud> clouds = timed(summary.seconds.read, [&] { return loadClouds(groups, load, app); });
+  const CDataSemilla seed = clouds[0].seed;
+  std::uint64_t points = 0;
+  for (LoadedCloud const& cloud : clouds) {
+    summary.pointsRead += cloud.pointsRead;
+    points += cloud.points.size();
+  }
+  clouds.resize(2);
+  const bool hilbert = options.order == "hilbert";
+  if (hilbert) app.phase("Ordering");
+  CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(clouds[0], hilbert, app); });
+  CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
+  requireTempSpace(spillBytes(points));
+
+  const auto heights = rangeOf(heightLimits, seed.Precision());
+  const auto intensities = rangeOf(intensityLimits, 1);
+  auto tin = std::make_unique<CTIN>(0, 0, seed);
+  CTriangulacion2D triangulation(0, seed, filters, 1);
+  const int code = options.update.empty()
+                       ? triangulation.Run(drawing, *tin, options.maxSide, nullptr, true, nullptr,
+                                           heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
+                       : triangulation.RunActualiza(drawing, *tin, options.maxSide, extra, options.tolerance, nullptr,
+                                                    true, nullptr);
+  if (code == kFicheroInaccesible || code == kFicheroInconsistente) requireTempSpace(spillBytes(points));
+  requireDone(code, what);
+  extra.Clear();
+
+  summary.run = triangulation.Resumen();
+  summary.triangles = tin->Cantidad();
+  summary.rings = tin->Limite().size();
+  summary.seconds.fill = summary.run.segundosRellena;
+  summary.seconds.link = summary.run.segundosEnlaza;
+  summary.seconds.generate = summary.run.segundosGenera;
+  requireTriangles(summary, what);
+  summary.vertices = tin->puntos.size();
+  CModeloDigital model(tin.release());
+  timed(summary.seconds.write, [&] { writeModel(model, options.output); });
+  summary.seconds.total = whole.seconds();
+
+  app.clearProgress();
+  for (std::string const& message : app.messages()) fmt::print(stderr, "urdimbre: {}\n", message);
+  if (common.json) {
+    fmt::print("{}\n", toJson(summary).dump(2));
+  } else if (!common.quiet) {
+    printSummary(summary, options.output);
+  }
+}
+
+}  // namespace
+
+void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
+  auto options = std::make_shared<TinOptions>();
+  CLI::App* verb = program.add_subcommand("tin", "Make a triangulated terrain model of clouds");
+  TinOptions& o = *options;
+  verb->add_option("IN", o.inputs,
+                   "LAS files, or text files with x y z [intensity] [class]; together they are one cloud")
+      ->required();
+  verb->add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
+      ->required();
+  verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
+      ->capture_default_str()
+      ->check(CLI::NonNegativeNumber);
+  verb->add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
+  verb->add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
+  auto* height = verb->add_option("--height-difference", o.heightDifference,
+                                  "MIN:MAX difference of height along each side, in units of the input (default: any)");
+  auto* intensity = verb->add_option("--intensity-difference", o.intensityDifference,
+                                     "MIN:MAX difference of intensity along each side (default: any)");
+  verb->add_option("--class", o.classes, "Classes to take, such as 2,9 or 2-5 (default: all)");
+  verb->add_option("--exclude-class", o.excludedClasses, "Classes to leave out (default: none)");
+  verb->add_option("--bounds", o.bounds, "XMIN,YMIN,XMAX,YMAX: take only the points in this box, limits included");
+  auto* precision = verb->add_option("--precision", o.precision,
+                                     "Decimals kept of a coordinate (default: what the files' scales need)")
+                        ->check(CLI::Range(-3, 7));
+  auto* tolerance =
+      verb->add_option("--tolerance", o.tolerance,
+                       "With --update: the most that an added point may lie above the surface, in units of "
+                       "the input; 0 is any")
+          ->capture_default_str()
+          ->check(CLI::NonNegativeNumber);
+  auto* update = verb->add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
+  tolerance->needs(update);
+  update->excludes(height)->excludes(intensity);
+  verb->add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"hilbert", "file"}));
+  verb->callback([options, precision, &common, &chosen] {
+    options->hasPrecision = precision->count() != 0;
+    chosen = [options, &common](HostApp& app) { runTin(*options, common, app); };
+  });
+}
+
+}  // namespace Meseta47::host
