@@ -58,6 +58,14 @@ void requireTempSpace(std::uint64_t bytes) {
   }
 }
 
+void failOnTempSpace(std::uint64_t bytes) {
+  requireTempSpace(bytes);
+  throw Failure(
+      fmt::format("temporary folder {}: the disk refused what the run needs there, {:.1f} MB: make room, lift the "
+                  "limit on file sizes, or name another with --temp-dir",
+                  tempFolder(), static_cast<double>(bytes) / 1e6));
+}
+
 void requireDone(int code, std::string const& what) {
   if (code == kHecho) return;
   if (code == kCancelado) throw Cancelled();

@@ -51,6 +51,10 @@ class HostApp : public CWinApp, public IPorcentaje {
 /// and the need.
 void requireTempSpace(std::uint64_t bytes);
 
+/// The disk of that folder refused a run that had been promised room enough. Throws the same Failure, or one that says
+/// so.
+[[noreturn]] void failOnTempSpace(std::uint64_t bytes);
+
 /// Turns a code of the library into the exception that it stands for; nothing for success. `what` is the file or the
 /// work.
 void requireDone(int code, std::string const& what);

@@ -25,9 +25,9 @@ struct Entero128 {
     const std::uint64_t medio = a1 * b0 + (a0 * b0 >> 32), cruce = a0 * b1 + (medio & kMitad);
     return {bajo * o.bajo, a1 * b1 + (medio >> 32) + (cruce >> 32) + bajo * o.alto + alto * o.bajo};
   }
-  [[nodiscard]] int SignoPropio() const {
-    if (alto >> 63 != 0) return -1;
-    return (alto | bajo) != 0 ? 1 : 0;
+  [[nodiscard]] double Valor() const {
+    if (alto >> 63 != 0) return -(Entero128(0) - *this).Valor();
+    return static_cast<double>(alto) * 0x1p64 + static_cast<double>(bajo);
   }
 };
 
@@ -46,27 +46,25 @@ Entero128 CuadradoExacto(CVector u) { return Entero128(u.x) * Entero128(u.x) + E
 
 }  // namespace
 
-// The sign of the lifted determinant |u|^2 (v x w) + |v|^2 (w x u) + |w|^2 (u x v) of the vectors from p to the three
-// points, for a triangle that turns counter-clockwise. Differences stay below 2^32, so it stays below 2^134. An
-// estimate in doubles is off by less than 2^86: past twice that its sign is certain, and below it arithmetic modulo
-// 2^128 holds the true value.
-int LadoDelCirculo(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& p) {
-  const auto desdeP = [&p](CCoor3D<int> const& q) {
-    return CVector{static_cast<std::int64_t>(q.x) - p.x, static_cast<std::int64_t>(q.y) - p.y};
+// The lifted determinant |u|^2 (v x w) + |v|^2 (w x u) + |w|^2 (u x v) of the vectors from p to the three points is the
+// excess times twice the area of the triangle, with the other sign. Differences stay below 2^32, so it stays below
+// 2^134, and an estimate in doubles is off by less than 2^86. Past twice that the excess is far from 0, and below it
+// arithmetic modulo 2^128 holds the true value.
+double ExcesoSobreCirculo(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& p) {
+  const auto desde = [](CCoor3D<int> const& o, CCoor3D<int> const& q) {
+    return CVector{static_cast<std::int64_t>(q.x) - o.x, static_cast<std::int64_t>(q.y) - o.y};
   };
-  const CVector u = desdeP(a), v = desdeP(b), w = desdeP(c);
-  const double giro = ProductoVectorial(static_cast<std::int64_t>(b.x) - a.x, static_cast<std::int64_t>(b.y) - a.y,
-                                        static_cast<std::int64_t>(c.x) - a.x, static_cast<std::int64_t>(c.y) - a.y);
-  if (giro == 0) return 0;
-  const double estimado = Cuadrado(u) * Cruz(v, w) + Cuadrado(v) * Cruz(w, u) + Cuadrado(w) * Cruz(u, v);
-  constexpr double kSeguro = 0x1p87;
-  int signo = estimado > 0 ? 1 : -1;
-  if (std::abs(estimado) <= kSeguro) {
-    signo = (CuadradoExacto(u) * CruzExacta(v, w) + CuadradoExacto(v) * CruzExacta(w, u) +
-             CuadradoExacto(w) * CruzExacta(u, v))
-                .SignoPropio();
+  const CVector ab = desde(a, b), ac = desde(a, c);
+  const double area2 = ProductoVectorial(ab.x, ab.y, ac.x, ac.y);
+  if (area2 == 0) return 0;
+  const CVector u = desde(p, a), v = desde(p, b), w = desde(p, c);
+  double determinante = Cuadrado(u) * Cruz(v, w) + Cuadrado(v) * Cruz(w, u) + Cuadrado(w) * Cruz(u, v);
+  if (std::abs(determinante) <= 0x1p87) {
+    determinante = (CuadradoExacto(u) * CruzExacta(v, w) + CuadradoExacto(v) * CruzExacta(w, u) +
+                    CuadradoExacto(w) * CruzExacta(u, v))
+                       .Valor();
   }
-  return giro > 0 ? signo : -signo;
+  return -determinante / area2;
 }
 
 }  // namespace Meseta47

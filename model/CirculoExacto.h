@@ -5,10 +5,10 @@
 
 namespace Meseta47 {
 
-/// Where `p` lies with respect to the circle through `a`, `b` and `c` in plan: 1 inside, 0 on it, -1 outside; 0 too
-/// when the three are collinear. Exact for all 32-bit coordinates, whichever way the three turn. Some 100 ns: for
-/// circles so large that doubles cannot tell.
-[[nodiscard]] URDIMBRE_API int LadoDelCirculo(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c,
-                                              CCoor3D<int> const& p);
+/// Squared distance of `p` from the centre of the circle through `a`, `b` and `c`, less the squared radius, in plan:
+/// negative inside. Found from the points alone and rounded once where it is small, however large the circle; 0 when
+/// the three are collinear. For the circles so large that a centre kept in doubles cannot tell.
+[[nodiscard]] URDIMBRE_API double ExcesoSobreCirculo(CCoor3D<int> const& a, CCoor3D<int> const& b,
+                                                     CCoor3D<int> const& c, CCoor3D<int> const& p);
 
 }  // namespace Meseta47

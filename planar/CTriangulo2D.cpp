@@ -66,7 +66,7 @@ void CTriangulo2D::Recalcula() {
 }
 
 bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
-  return LadoDelCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)) >= 0;
+  return SignoCuadrado(ExcesoSobreCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)), centro.radio) < 1;
 }
 
 void CTriangulo2D::CalculaIndices(int eje) {

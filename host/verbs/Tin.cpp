@@ -209,6 +209,34 @@ void writeModel(CModeloDigital& model, std::string const& output) {
   requireDone(code, output);
 }
 
+/// The points of a base that are neither in the model nor on a plan position of it.
+std::vector<CCoor3D<int>> missingFrom(CTIN const& tin, CLinea<int> const& base) {
+  const auto before = [](CCoor3D<int> const& a, CCoor3D<int> const& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; };
+  std::vector<CCoor3D<int>> missing;
+  for (CCoor3D<int> const& p : base.Puntos()) {
+    if (p.num == 0 && !std::binary_search(tin.puntos.begin(), tin.puntos.end(), p, before)) missing.push_back(p);
+  }
+  return missing;
+}
+
+/// An update leaves out points of the base too: the first point of each cell goes in while there is hardly a surface
+/// yet, and stands too high above it as a rule. The base is no news, and all of it belongs to the model: what is
+/// missing is given once more, behind the rest, where the tolerance does not count. `again` takes how many points that
+/// were.
+int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, double maxSide, CDibujo<int>& added,
+              double tolerance, std::uint64_t& again) {
+  constexpr int kRounds = 3;  // the divisions follow the count of points, and new ones may have new first points
+  for (int round = 0;; ++round) {
+    const int code = triangulation.RunActualiza(base, tin, maxSide, added, tolerance, nullptr, false, nullptr);
+    if (code != kHecho || round == kRounds) return code;
+    CSetPuntos<int> missing(L"CLOUD");
+    missing.CLinea<int>::Asigna(missingFrom(tin, base[0]));
+    if (missing.NPuntos() == 0) return code;
+    again += static_cast<std::uint64_t>(missing.NPuntos());
+    base.Inserta(std::move(missing));
+  }
+}
+
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   formatOf(options.output);
@@ -242,16 +270,19 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   const auto intensities = rangeOf(intensityLimits, 1);
   auto tin = std::make_unique<CTIN>(0, 0, seed);
   CTriangulacion2D triangulation(0, seed, filters, 1);
+  std::uint64_t again = 0;
   const int code = options.update.empty()
                        ? triangulation.Run(drawing, *tin, options.maxSide, nullptr, true, nullptr,
                                            heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
-                       : triangulation.RunActualiza(drawing, *tin, options.maxSide, extra, options.tolerance, nullptr,
-                                                    true, nullptr);
-  if (code == kFicheroInaccesible || code == kFicheroInconsistente) requireTempSpace(spillBytes(points));
+                       : runUpdate(triangulation, drawing, *tin, options.maxSide, extra, options.tolerance, again);
+  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spillBytes(points));
   requireDone(code, what);
+  drawing.Clear();
   extra.Clear();
 
   summary.run = triangulation.Resumen();
+  summary.run.aceptados -= again;
+  summary.run.rechazados -= std::min(again, summary.run.rechazados);
   summary.triangles = tin->Cantidad();
   summary.rings = tin->Limite().size();
   summary.seconds.fill = summary.run.segundosRellena;

@@ -35,8 +35,9 @@ expect "the order of the file gives the same mesh up to cocircular points" "$("$
 for format in obj 2dm xml urd; do
   "$urdimbre" --quiet tin scan.las -o "a.$format"
   [ -s "a.$format" ] || fail "no a.$format"
-  "$urdimbre" --quiet --threads 4 tin scan.las -o "b.$format"
-  cmp "a.$format" "b.$format" || fail "$format: 4 threads give other bytes"
+  mkdir -p four
+  "$urdimbre" --quiet --threads 4 tin scan.las -o "four/a.$format"
+  cmp "a.$format" "four/a.$format" || fail "$format: 4 threads give other bytes"
   pass
 done
 expect "OBJ faces" "$(grep -c '^f ' a.obj)" "$triangles"
