@@ -1,12 +1,14 @@
 #include "model/CTIN.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kTrozo = 1 << 16;
+constexpr std::size_t kTrozo = 1 << 16;  // triangles that a thread takes at a time
+constexpr int kFormaRica = 3;            // the least state that selects points with survey data
 
 /// Which side of a triangle runs between two points, whatever its direction; -1 when none does.
 std::int16_t LadoEntre(Terna const& t, std::uint32_t a, std::uint32_t b) {
@@ -21,9 +23,13 @@ std::int16_t LadoEntre(Terna const& t, std::uint32_t a, std::uint32_t b) {
 
 CTIN::CTIN(int, int forma, CDataSemilla const& laSemilla)
     : CObjetoFichero(OBJETO_TIN),
-      puntos(0, forma >= 3),
-      estado(static_cast<unsigned char>(forma >= 3 ? forma : 0)),
+      puntos(0, forma >= kFormaRica),
+      estado(static_cast<unsigned char>(forma >= kFormaRica ? forma : 0)),
       semilla(laSemilla) {}
+
+CTIN::CTIN(CTIN const& otro) = default;
+CTIN& CTIN::operator=(CTIN const& otro) = default;
+CTIN::~CTIN() = default;
 
 void CTIN::SetPuntosMdt(CSetPuntosMdt& nuevos) {
   LiberaTriangulos();
@@ -33,16 +39,22 @@ void CTIN::SetPuntosMdt(CSetPuntosMdt& nuevos) {
 
 bool CTIN::Inserta(CTriangulo& triangulo, bool, bool unico, bool) {
   if (unico) quitaRepetidos = true;  // asked for by single threads only
-  Terna terna;
-  CPuntoTIN const* const vertices[] = {triangulo.P1, triangulo.P2, triangulo.P3};
-  for (std::size_t i = 0; i < 3; ++i) {
-    const auto indice = static_cast<std::size_t>(vertices[i] - puntos.begin());
-    if (vertices[i] == nullptr || indice >= puntos.size()) return false;
-    terna[i] = static_cast<std::uint32_t>(indice);
-  }
+  const Terna terna{Indice(triangulo.P1), Indice(triangulo.P2), Indice(triangulo.P3)};
+  if (std::max({terna[0], terna[1], terna[2]}) >= puntos.size()) return false;
   relleno.Inserta(terna);
   return true;
 }
+
+/// A number beyond the last point for one that is not of this model.
+std::uint32_t CTIN::Indice(CPuntoTIN const* punto) const {
+  constexpr std::less<CPuntoTIN const*> antes;
+  const bool mio = !antes(punto, puntos.begin()) && antes(punto, puntos.end());
+  return mio ? static_cast<std::uint32_t>(punto - puntos.begin()) : kSinTriangulo;
+}
+
+std::uint64_t CTIN::Cantidad() const { return triangulos.size() + relleno.Cantidad(); }
+
+bool CTIN::EstaOrdenado() const { return relleno.Cantidad() == 0; }
 
 void CTIN::LiberaTriangulos() {
   relleno.Vacia();
@@ -72,7 +84,7 @@ void CTIN::ActualizaCantidades() {
 void CTIN::Clear() {
   LiberaTriangulos();
   puntos.clear();
-  estado = 0;
+  if (estado < kFormaRica) estado = 0;
   longitudMaxima = 0;
   CObjetoFichero::Clear();
 }

@@ -40,9 +40,9 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
   /// An empty model. The first integer selects nothing; a `forma` of 3 or above becomes the state and selects the
   /// richer form of the points.
   CTIN(int, int forma, CDataSemilla const& laSemilla);
-  CTIN(CTIN const&) = default;
-  CTIN& operator=(CTIN const&) = default;
-  ~CTIN() override = default;
+  CTIN(CTIN const& otro);
+  CTIN& operator=(CTIN const& otro);
+  ~CTIN() override;
 
   // --- filling
 
@@ -80,10 +80,10 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
   [[nodiscard]] CPuntoTIN const* Punto(unsigned int i) const { return puntos.at(i); }
 
   /// Triangles, those not sorted yet included.
-  [[nodiscard]] std::uint64_t Cantidad() const { return triangulos.size() + relleno.Cantidad(); }
+  [[nodiscard]] std::uint64_t Cantidad() const;
 
   /// Whether no triangle was inserted after the last Sort().
-  [[nodiscard]] bool EstaOrdenado() const { return relleno.Cantidad() == 0; }
+  [[nodiscard]] bool EstaOrdenado() const;
 
   // The following speak of sorted triangles: EstaOrdenado(), and `i` is below Cantidad().
 
@@ -118,6 +118,7 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
  private:
   friend class CModeloDigital;  // reads and writes triangles and outline as they stand
 
+  [[nodiscard]] std::uint32_t Indice(CPuntoTIN const* punto) const;
   [[nodiscard]] std::vector<std::span<Terna const>> Trozos() const;
   bool Ordena(CAvance& avance);
   bool Enlaza(CAvance& avance);
