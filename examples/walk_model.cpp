@@ -1,5 +1,5 @@
-// A drawing made in code, triangulated with a progress object of our own, and a walk over the finished model: its triangles,
-// their neighbours and the rings of its outline.
+// A drawing made in code, triangulated with a progress object of our own, and a walk over the finished model: its
+// triangles, their neighbours and the rings of its outline.
 #include <cmath>
 #include <cstdio>
 
