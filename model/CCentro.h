@@ -30,12 +30,15 @@ class URDIMBRE_API CCentro {
     const double dbx = static_cast<double>(bx), dby = static_cast<double>(by);
     const double dcx = static_cast<double>(cx), dcy = static_cast<double>(cy);
     const double b2 = dbx * dbx + dby * dby, c2 = dcx * dcx + dcy * dcy;
-    const double inverso = 0.5 / area2;
-    const double ux = (dcy * b2 - dby * c2) * inverso, uy = (dbx * c2 - dcx * b2) * inverso;
+    const double ux = (dcy * b2 - dby * c2) / (2 * area2), uy = (dbx * c2 - dcx * b2) / (2 * area2);
     centro.x = a.x + ux;
     centro.y = a.y + uy;
-    radio2 = ux * ux + uy * uy;
-    radio = std::sqrt(radio2);
+    PonRadio(ux, uy);
+    // Below this the numerators are exact. Above it they lose the low bits, and with them what tells the points of one
+    // circle from others: triangles with a short side would each have a centre of their own.
+    // The areas of figures as wide as the range do not fit the arithmetic that mends this.
+    constexpr double kExacto = 0x1p34, kCabe = 0x1p60;
+    if ((b2 > kExacto || c2 > kExacto) && std::abs(area2) < kCabe) Afina(a, b, c);
     return true;
   }
 
@@ -44,6 +47,12 @@ class URDIMBRE_API CCentro {
   bool Centro4P(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& d);
 
  private:
+  void PonRadio(double x, double y) {
+    radio2 = x * x + y * y;
+    radio = std::sqrt(radio2);
+  }
+  /// Takes the rounding of the numerators out of the circle through three points.
+  void Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c);
   void Degenera() {
     centro.x = centro.y = centro.z = 0;
     radio = radio2 = 0;

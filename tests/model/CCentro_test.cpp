@@ -73,6 +73,41 @@ TEST(CCentro, CollinearPointsHaveNoCircle) {
   ExpectDegenerate(c);
 }
 
+TEST(CCentro, AShortSideFarFromTheFirstPointCostsNoPrecision) {
+  // Points of one circle, two of them 128 units apart: their numerators have more bits than a double.
+  CCentro c;
+  ASSERT_TRUE(c.Centro3P(P(-900711, 771052), P(-973471, -676872), P(-973544, -676767)));
+  EXPECT_EQ(c.centro.x, 0.0);
+  EXPECT_EQ(c.centro.y, 0.0);
+  EXPECT_EQ(c.radio, 1185665.0);
+  EXPECT_EQ(c.radio2, 1185665.0 * 1185665.0);
+}
+
+TEST(CCentro, AllTrianglesOfOneCircleHaveItsCentreToTheLastBit) {
+  // 5^2 13^2 17^2 29^2 37^2 is the square of the radius: what these points have in common.
+  const std::vector<Point> points{P(1185665, 0),      P(0, 1185665),      P(-1185665, 0),      P(0, -1185665),
+                                  P(-900711, 771052), P(955929, -701428), P(853479, -823028),  P(1154844, 268583),
+                                  P(12415, 1185600),  P(-7852, -1185639), P(-42585, -1184900), P(120479, 1179528)};
+  for (Point const& p : points) {
+    for (Point const& q : points) {
+      for (Point const& r : points) {
+        CCentro c;
+        if (!c.Centro3P(p, q, r)) continue;
+        EXPECT_EQ(c.centro, CCoor3D<double>());
+        EXPECT_EQ(c.radio, 1185665.0);
+      }
+    }
+  }
+}
+
+TEST(CCentro, CentresBetweenUnitsAreRoundedOnce) {
+  CCentro c;
+  ASSERT_TRUE(c.Centro3P(P(1'000'000, 0), P(-999'999, 0), P(0, 1'000'001)));
+  EXPECT_EQ(c.centro.x, 0.5);
+  const double y = (1'000'001.0 * 1'000'001 - 1e6 * 999'999) / (2 * 1'000'001.0);
+  EXPECT_DOUBLE_EQ(c.centro.y, y);
+}
+
 TEST(CCentro, OneUnitOffALineAcrossTheRangeIsACircle) {
   CCentro c;
   ASSERT_TRUE(c.Centro3P(P(kLeast, kLeast), P(0, 1), P(kGreatest, kGreatest)));

@@ -1,0 +1,216 @@
+// How a triangle, and a set of them, is cut with contour levels.
+#include <gmock/gmock.h>
+#include <limits>
+
+#include "model/CDibujo.h"
+#include "planar/CSetTriangulos2D.h"
+#include "support/PlanarScene.h"
+
+namespace Meseta47 {
+namespace {
+
+using test::At;
+using test::Box;
+using test::Numbered;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+constexpr double kAnySide = std::numeric_limits<double>::max();
+
+using Place = std::tuple<int, int, int>;
+using Piece = std::pair<Place, Place>;
+
+Place PlaceOf(CCoor3D<int> const& p) { return {p.x, p.y, p.z}; }
+
+/// What a drawing holds: pieces of two points with the code that joining looks for, whichever way each runs.
+std::vector<Piece> PiecesOf(CDibujo<int> const& drawing) {
+  std::vector<Piece> pieces;
+  for (unsigned i = 0; i < drawing.Cantidad(); ++i) {
+    CLinea<int> const& line = drawing[i];
+    EXPECT_EQ(line.GetCodigo(), CString(L"nuevo"));
+    EXPECT_EQ(line.NPuntos(), 2);
+    const Place a = PlaceOf(line.Punto(0)), b = PlaceOf(line.Punto(1));
+    pieces.emplace_back(std::min(a, b), std::max(a, b));
+  }
+  return pieces;
+}
+
+std::vector<Piece> Contours(std::vector<At> const& places, int interval, double side2 = kAnySide) {
+  auto p = Numbered(places);
+  CDibujo<int> drawing;
+  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, interval, side2);
+  return PiecesOf(drawing);
+}
+
+class Cutter : public CTriangulo2D {
+ public:
+  using CTriangulo2D::CortaLado;
+  using CTriangulo2D::CTriangulo2D;
+};
+
+std::vector<CCoor3D<int>> Cuts(std::vector<At> const& places, short side, int interval) {
+  auto p = Numbered(places);
+  std::vector<CCoor3D<int>> cuts;
+  Cutter(&p[0], &p[1], &p[2]).CortaLado(cuts, side, interval);
+  return cuts;
+}
+
+TEST(CortaLado, CutsASideAtEveryLevelBetweenItsEnds) {
+  const auto cuts = Cuts({{0, 0, 5}, {100, 200, 25}, {100, 0, 7}}, 0, 10);
+  ASSERT_EQ(cuts.size(), 2U);
+  EXPECT_EQ(PlaceOf(cuts[0]), Place(25, 50, 10));
+  EXPECT_EQ(PlaceOf(cuts[1]), Place(75, 150, 20));
+  EXPECT_EQ(cuts[0].num, 1);
+  EXPECT_EQ(cuts[1].num, 2);
+}
+
+TEST(CortaLado, LevelsRiseWhicheverWayTheSideRuns) {
+  const auto cuts = Cuts({{0, 0, 25}, {100, 200, 5}, {100, 0, 7}}, 0, 10);
+  ASSERT_EQ(cuts.size(), 2U);
+  EXPECT_EQ(PlaceOf(cuts[0]), Place(75, 150, 10));
+  EXPECT_EQ(PlaceOf(cuts[1]), Place(25, 50, 20));
+}
+
+TEST(CortaLado, TheSidesAreCountedFromTheFirstVertex) {
+  const std::vector<At> places{{0, 0, 0}, {0, 100, 20}, {100, 0, 4}};
+  EXPECT_EQ(PlaceOf(Cuts(places, 0, 10)[1]), Place(0, 50, 10));
+  EXPECT_EQ(PlaceOf(Cuts(places, 1, 10)[0]), Place(62, 38, 10)) << "62.5 and 37.5, to the even integers";
+  EXPECT_EQ(PlaceOf(Cuts(places, 2, 4)[0]), Place(0, 0, 0));
+}
+
+TEST(CortaLado, EndsOnALevelAreCuts) {
+  const auto cuts = Cuts({{0, 0, 10}, {100, 0, 30}, {0, 50, 7}}, 0, 10);
+  ASSERT_EQ(cuts.size(), 3U);
+  EXPECT_EQ(PlaceOf(cuts[0]), Place(0, 0, 10));
+  EXPECT_EQ(PlaceOf(cuts[2]), Place(100, 0, 30));
+}
+
+TEST(CortaLado, ASideThatLiesOnALevelGivesBothItsEnds) {
+  std::vector<CCoor3D<int>> cuts = Cuts({{0, 0, 20}, {100, 0, 20}, {0, 50, 7}}, 0, 10);
+  ASSERT_EQ(cuts.size(), 2U);
+  EXPECT_EQ(PlaceOf(cuts[0]), Place(0, 0, 20));
+  EXPECT_EQ(PlaceOf(cuts[1]), Place(100, 0, 20));
+  EXPECT_EQ(cuts[0].num, 1) << "numbered as cuts, whatever the vertices' numbers";
+  EXPECT_EQ(cuts[1].num, 2);
+}
+
+TEST(CortaLado, ALevelSideOffTheLevelsIsNotCut) {
+  EXPECT_THAT(Cuts({{0, 0, 21}, {100, 0, 21}, {0, 50, 7}}, 0, 10), IsEmpty());
+}
+
+TEST(CortaLado, BelowZeroTheFirstLevelIsTheLeastThatIsNotBelowTheSide) {
+  std::vector<int> levels;
+  for (CCoor3D<int> const& cut : Cuts({{0, 0, -25}, {100, 0, 15}, {0, 50, 7}}, 0, 10)) levels.push_back(cut.z);
+  EXPECT_THAT(levels, ElementsAre(-20, -10, 0, 10));
+}
+
+TEST(CortaLado, ASideWhollyBelowZeroBetweenTwoLevelsIsNotCut) {
+  EXPECT_THAT(Cuts({{0, 0, -19}, {100, 0, -11}, {0, 50, -15}}, 0, 10), IsEmpty());
+}
+
+TEST(CortaLado, HeightsAtTheLimitsOfThirtyTwoBitsEndTheLevelsInTime) {
+  std::vector<CCoor3D<int>> cuts =
+      Cuts({{0, 0, 2'147'483'000}, {100, 0, 2'147'483'647}, {0, 50, 2'147'483'647}}, 0, 2'000'000'000);
+  EXPECT_THAT(cuts, IsEmpty());
+  cuts = Cuts({{0, 0, -2'147'483'648}, {100, 0, 2'147'483'647}, {0, 50, 0}}, 0, 1'000'000'000);
+  EXPECT_EQ(cuts.size(), 5U);
+}
+
+TEST(CortaLado, CollinearPointsAreNotCut) {
+  EXPECT_THAT(Cuts({{0, 0, 0}, {100, 0, 100}, {200, 0, 200}}, 0, 10), IsEmpty());
+}
+
+TEST(Curva, JoinsTheCutsOfOneLevel) {
+  EXPECT_THAT(
+      Contours({{0, 0, 0}, {0, 100, 20}, {100, 0, 20}}, 10),
+      UnorderedElementsAre(Piece(Place(0, 50, 10), Place(50, 0, 10)), Piece(Place(0, 100, 20), Place(100, 0, 20))));
+}
+
+TEST(Curva, AFlatTriangleOnALevelGivesItsThreeSides) {
+  EXPECT_THAT(Contours({{0, 0, 20}, {0, 100, 20}, {100, 0, 20}}, 10),
+              UnorderedElementsAre(Piece(Place(0, 0, 20), Place(0, 100, 20)), Piece(Place(0, 0, 20), Place(100, 0, 20)),
+                                   Piece(Place(0, 100, 20), Place(100, 0, 20))));
+}
+
+TEST(Curva, AFlatTriangleOffTheLevelsGivesNothing) {
+  EXPECT_THAT(Contours({{0, 0, 21}, {0, 100, 21}, {100, 0, 21}}, 10), IsEmpty());
+}
+
+TEST(Curva, AVertexOnALevelWithTheOthersToOneSideGivesNoPiece) {
+  EXPECT_THAT(Contours({{0, 0, 10}, {0, 100, 15}, {100, 0, 17}}, 10), IsEmpty());
+}
+
+TEST(Curva, AVertexOnALevelBetweenTheOthersIsOneEndOfThePiece) {
+  EXPECT_THAT(Contours({{0, 0, 10}, {0, 100, 5}, {100, 0, 15}}, 10),
+              ElementsAre(Piece(Place(0, 0, 10), Place(50, 50, 10))));
+}
+
+TEST(Curva, ASideOnALevelIsGivenOnceAndItsEndsAreSpent) {
+  EXPECT_THAT(Contours({{0, 0, 10}, {0, 100, 10}, {100, 0, 15}}, 10),
+              ElementsAre(Piece(Place(0, 0, 10), Place(0, 100, 10))));
+}
+
+TEST(Curva, ASideOnALevelBelowZeroIsFoundToo) {
+  EXPECT_THAT(Contours({{0, 0, -10}, {0, 100, -10}, {100, 0, -15}}, 10),
+              ElementsAre(Piece(Place(0, 0, -10), Place(0, 100, -10))));
+}
+
+TEST(Curva, ALevelSideLeavesTheOtherLevelsOfTheTriangle) {
+  EXPECT_THAT(
+      Contours({{0, 0, 10}, {0, 100, 10}, {100, 0, 30}}, 10),
+      UnorderedElementsAre(Piece(Place(0, 0, 10), Place(0, 100, 10)), Piece(Place(50, 0, 20), Place(50, 50, 20))));
+}
+
+TEST(Curva, TwoVerticesOnDifferentLevels) {
+  EXPECT_THAT(Contours({{0, 0, 0}, {0, 100, 10}, {100, 0, 20}}, 10),
+              ElementsAre(Piece(Place(0, 100, 10), Place(50, 0, 10))));
+}
+
+TEST(Curva, ASideLongerInPlanThanTheLimitLeavesTheTriangleOut) {
+  const std::vector<At> places{{0, 0, 0}, {0, 60, 20}, {80, 0, 20}};  // 60, 80 and 100
+  EXPECT_EQ(Contours(places, 10, 100.0 * 100).size(), 2U) << "a side of the limit passes";
+  EXPECT_THAT(Contours(places, 10, 99.0 * 99), IsEmpty());
+}
+
+TEST(Curva, WithALimitOfZeroNoTrianglePasses) {
+  EXPECT_THAT(Contours({{0, 0, 0}, {0, 1, 20}, {1, 0, 20}}, 10, 0), IsEmpty());
+}
+
+TEST(Curva, TrianglesAtTheFrameGiveNothing) {
+  auto p = Numbered({{0, 0, 0}, {0, 100, 20}, {100, 0, 20}});
+  p[1].num = -2;
+  CDibujo<int> drawing;
+  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(drawing.Cantidad(), 0U);
+}
+
+TEST(Curva, InvalidTrianglesGiveNothing) {
+  EXPECT_THAT(Contours({{0, 0, 0}, {50, 0, 10}, {100, 0, 20}}, 10), IsEmpty());
+  EXPECT_THAT(Contours({{0, 0, 20}, {0, 0, 20}, {100, 0, 20}}, 10), IsEmpty());
+  CDibujo<int> drawing;
+  CTriangulo2D().Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(drawing.Cantidad(), 0U);
+}
+
+TEST(Curva, ASetGivesThePiecesOfItsSubtreeAndIsEmptied) {
+  auto p = Numbered({{10, 10, 0}, {10, 20, 20}, {20, 10, 20}, {490, 10, 5}, {490, 30, 15}, {510, 10, 5}});
+  CSetTriangulos2D root(0);
+  root.EstableceDivisiones(Box(0, 0, 1000, 1000), true);
+  root.Inserta(CTriangulo2D(&p[0], &p[1], &p[2]));
+  root.Inserta(CTriangulo2D(&p[3], &p[4], &p[5]));
+  root.QuitaTrianguloActual();
+  CDibujo<int> drawing;
+  root.Curva(drawing, 10, kAnySide);
+  EXPECT_THAT(PiecesOf(drawing),
+              ElementsAre(Piece(Place(490, 20, 10), Place(500, 20, 10)), Piece(Place(10, 20, 20), Place(20, 10, 20)),
+                          Piece(Place(10, 15, 10), Place(15, 10, 10))));
+  EXPECT_EQ(root.hijos, nullptr);
+  EXPECT_EQ(root.primero, nullptr);
+  EXPECT_EQ(root.Cantidad(), 0U);
+  root.Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(drawing.Cantidad(), 3U) << "a second time finds nothing";
+}
+
+}  // namespace
+}  // namespace Meseta47
