@@ -48,9 +48,16 @@ double Determinante(double a1, double b1, double c1, double a2, double b2, doubl
 
 }  // namespace
 
-void* CTriangulo2D::operator new(std::size_t) { return Reserva().Pide(parte.monton); }
-void CTriangulo2D::operator delete(void* sitio) noexcept {
-  if (sitio != nullptr) CReserva::Devuelve(sitio, parte.monton);
+// What derives from it and is larger does not fit a slot.
+void* CTriangulo2D::operator new(std::size_t bytes) {
+  return bytes == sizeof(CTriangulo2D) ? Reserva().Pide(parte.monton) : ::operator new(bytes);
+}
+void CTriangulo2D::operator delete(void* sitio, std::size_t bytes) noexcept {
+  if (bytes != sizeof(CTriangulo2D)) {
+    ::operator delete(sitio);
+  } else if (sitio != nullptr) {
+    CReserva::Devuelve(sitio, parte.monton);
+  }
 }
 void CTriangulo2D::EncogeReserva() noexcept { Reserva().Encoge(parte.monton); }
 
@@ -66,7 +73,7 @@ void CTriangulo2D::Recalcula() {
 }
 
 bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
-  return SignoCuadrado(ExcesoSobreCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)), centro.radio) < 1;
+  return ExcesoSobreCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)) <= 0;
 }
 
 void CTriangulo2D::CalculaIndices(int eje) {

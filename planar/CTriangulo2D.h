@@ -19,7 +19,7 @@ class CDibujo;
 ///
 /// A plain record of fixed size without a virtual table. Elements come from a pool: any thread may destroy what another
 /// made. One thread at a time may touch a triangle and its neighbours.
-class URDIMBRE_API CTriangulo2D final {
+class URDIMBRE_API CTriangulo2D {
  public:
   // --- life ---
   CTriangulo2D() = default;
@@ -35,7 +35,7 @@ class URDIMBRE_API CTriangulo2D final {
   }
   static void* operator new(std::size_t bytes);
   static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
-  static void operator delete(void* sitio) noexcept;
+  static void operator delete(void* sitio, std::size_t bytes) noexcept;
   static void operator delete(void*, void*) noexcept {}
   /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
   static void EncogeReserva() noexcept;
@@ -171,8 +171,9 @@ class URDIMBRE_API CTriangulo2D final {
  private:
   friend class CSetTriangulos2D;
 
-  /// Scaled units: from here on the squared distances to the centre of a circle are rounded more coarsely than the
-  /// tolerance of their comparison (2 r 1e-7 against r^2 2^-53), and only the vertices can tell.
+  /// Scaled units: from here on the squared distances to a centre are rounded more coarsely than the tolerance of their
+  /// comparison (2 r 1e-7 against r^2 2^-53), and the tolerance itself spans whole triangles: the vertices tell,
+  /// exactly.
   static constexpr double kRadioDudoso = 0x1p27;
 
   static constexpr unsigned kMascaraMarca = 0x3000;

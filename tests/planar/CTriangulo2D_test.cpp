@@ -345,9 +345,16 @@ TEST(CTriangulo2D, ANeighbouringPositionOutsideTheCircleByLessThanTheToleranceIs
 TEST(CTriangulo2D, TheBoxOfTheCircleHasNoTolerance) {
   // Nothing with integer coordinates lies less than 1e-7 outside the box of this circle but for its own extremes, which
   // are on it: the test is that one unit outside the box is outside, however large the tolerance of the circle.
+  Scene s({{100'000'000, 0}, {-100'000'000, 0}, {0, 100'000'000}});
+  EXPECT_TRUE(s.t.Dentro(Query(100'000'000, 3)));
+  EXPECT_FALSE(s.t.Dentro(Query(100'000'001, 0)));
+}
+
+TEST(CTriangulo2D, ACircleTooLargeForDoublesIsJudgedByItsVertices) {
   Scene s({{2'000'000'000, 0}, {-2'000'000'000, 0}, {0, 2'000'000'000}});
-  EXPECT_TRUE(s.t.Dentro(Query(2'000'000'000, 3)));
-  EXPECT_FALSE(s.t.Dentro(Query(2'000'000'001, 0)));
+  EXPECT_TRUE(s.t.Dentro(Query(0, -2'000'000'000)));
+  EXPECT_FALSE(s.t.Dentro(Query(2'000'000'000, 3)));
+  EXPECT_TRUE(s.t.Dentro(Query(1'999'999'999, 3)));
 }
 
 TEST(CTriangulo2D, AVertexIsInside) {

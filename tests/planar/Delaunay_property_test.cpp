@@ -56,10 +56,17 @@ TEST_P(LinkedClouds, TileTheFrameWithUprightDelaunayTriangles) {
   EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Small, LinkedClouds, testing::ValuesIn(Feeds({3, 4, 5, 10, 50, 200, 201, 1'000})),
-                         FeedName);
-INSTANTIATE_TEST_SUITE_P(Large, LinkedClouds, testing::ValuesIn(Feeds(test::kLargeClouds)),
-                         FeedName);
+INSTANTIATE_TEST_SUITE_P(Small, LinkedClouds, testing::ValuesIn(Feeds({3, 4, 5, 10, 50, 200, 201, 1'000})), FeedName);
+std::vector<Feed> HugeFeeds() {
+  std::vector<Feed> feeds;
+  for (const support::Family kind : {support::Family::Uniform, support::Family::RegularGrid,
+                                     support::Family::JitteredGrid, support::Family::ScanLines}) {
+    feeds.push_back({HardCloud(kind, test::kHugeCloud, 0), Order::Hilbert});
+  }
+  return feeds;
+}
+INSTANTIATE_TEST_SUITE_P(Huge, LinkedClouds, testing::ValuesIn(HugeFeeds()), FeedName);
+INSTANTIATE_TEST_SUITE_P(Large, LinkedClouds, testing::ValuesIn(Feeds(test::kLargeClouds)), FeedName);
 
 }  // namespace
 }  // namespace Meseta47

@@ -20,7 +20,9 @@ inline constexpr bool kFullSize = false;
 inline constexpr bool kFullSize = true;
 #endif
 
-inline const std::vector<std::size_t> kLargeClouds =
-    kFullSize ? std::vector<std::size_t>{20'000, 200'000} : std::vector<std::size_t>{5'000};
+/// For every family, those on a line included, whose cavities grow with the cloud.
+inline const std::vector<std::size_t> kLargeClouds{5'000};
+/// For the families that fill the plane.
+inline constexpr std::size_t kHugeCloud = kFullSize ? 200'000 : 20'000;
 
 }  // namespace Meseta47::test
