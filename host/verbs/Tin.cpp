@@ -1,13 +1,11 @@
 // urdimbre tin: clouds in, a triangulated terrain model out.
 #include <filesystem>
 #include <fmt/format.h>
-#include <limits>
 #include <nlohmann/json.hpp>
 
+#include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
-#include "host/LoadedCloud.h"
-#include "host/SpatialOrder.h"
 #include "host/Stopwatch.h"
 #include "host/verbs/Verbs.h"
 #include "model/CModeloDigital.h"
@@ -21,18 +19,14 @@ namespace Meseta47::host {
 namespace {
 
 constexpr double kLargest = 2147483647.0;  // what a range takes for no limit
-constexpr double kAnything = std::numeric_limits<double>::infinity();
 
 struct TinOptions {
-  std::vector<std::string> inputs;
+  CloudOptions cloud;
   std::string output;
   double maxSide = 0;
-  std::string slope, z, heightDifference, intensityDifference, classes, excludedClasses, bounds;
-  int precision = -1;
-  bool hasPrecision = false;
+  std::string slope, heightDifference, intensityDifference;
   std::string update;
   double tolerance = 0;
-  std::string order = "hilbert";
 };
 
 struct Seconds {
@@ -73,52 +67,15 @@ std::optional<CRango> rangeOf(std::optional<Limits> const& limits, double scale)
   return range;
 }
 
-/// The table of the classes whose answer is `wanted`.
-CDigiTab classTable(std::array<bool, 256> const& classes) {
-  CDigiTab table;
-  for (unsigned c = 0; c < classes.size(); ++c) {
-    if (classes[c])
-      table.Inserta(CElementoDigiTab(ENTIDAD_LINEA, CString(std::to_string(c).c_str()), 70, 70, 70, 0, 0, L"", 1),
-                    false);
-  }
-  return table;
-}
-
 CDataTriangulacion filtersOf(TinOptions const& options) {
-  CDataTriangulacion data;
-  if (!options.z.empty()) {
-    const Limits z = parseLimits("--z", options.z, -kAnything, kAnything);
-    data.zMin = z.min;
-    data.zMax = z.max;
-  }
+  CDataTriangulacion data = filtersOf(options.cloud);
   if (!options.slope.empty()) {
     const Limits slope = parseLimits("--slope", options.slope, -1, 90);
     data.pendienteMin = slope.min;
     data.pendienteMax = slope.max;
   }
-  if (!options.classes.empty()) data.incluidos = classTable(parseClasses("--class", options.classes));
-  if (!options.excludedClasses.empty()) {
-    data.excluidos = classTable(parseClasses("--exclude-class", options.excludedClasses));
-  }
   return data;
 }
-
-/// The cloud as a drawing, its points in the order asked for. The cloud is emptied.
-CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
-  if (hilbert) {
-    applyOrder(cloud.points, hilbertOrder(cloud.points));
-    app.step(1, 1);
-  }
-  CSetPuntos<int> set(L"CLOUD");
-  set.CLinea<int>::Asigna(std::move(cloud.points));
-  CDibujo<int> drawing(cloud.seed);
-  drawing.tipoNube = 1;
-  drawing.Inserta(std::move(set));
-  return drawing;
-}
-
-/// What the spill file will take: about two triangles a point, 12 bytes each.
-std::uint64_t spillBytes(std::uint64_t points) { return 12 * (2 * points + 2); }
 
 /// Says why there is no surface; the run itself went well.
 void requireTriangles(TinSummary const& summary, std::string const& what) {
@@ -183,17 +140,6 @@ void printSummary(TinSummary const& s, std::string const& output) {
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
-/// Adds to `sum` how long `work` takes.
-template <class F>
-auto timed(double& sum, F&& work) {
-  struct Adder {
-    double& sum;
-    Stopwatch watch;
-    ~Adder() { sum += watch.seconds(); }
-  } adder{sum, {}};
-  return work();
-}
-
 void writeModel(CModeloDigital& model, std::string const& output) {
   const int format = formatOf(output);
   const CString path = CString::DesdeUtf8(output);
@@ -241,16 +187,13 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   const Stopwatch whole;
   formatOf(options.output);
   const CDataTriangulacion filters = filtersOf(options);
-  LoadOptions load;
-  if (options.hasPrecision) load.precision = options.precision;
-  if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
-  const std::string what =
-      options.inputs.size() == 1 ? options.inputs[0] : fmt::format("{} files", options.inputs.size());
+  const LoadOptions load = loadOptionsOf(options.cloud);
+  const std::string what = options.cloud.what();
   const auto heightLimits = limitsOf("--height-difference", options.heightDifference);
   const auto intensityLimits = limitsOf("--intensity-difference", options.intensityDifference);
 
   TinSummary summary;
-  std::vector<std::vector<std::string>> groups{options.inputs};
+  std::vector<std::vector<std::string>> groups{options.cloud.inputs};
   if (!options.update.empty()) groups.push_back({options.update});
   std::vector<LoadedCloud> clouds = timed(summary.seconds.read, [&] { return loadClouds(groups, load, app); });
   const CDataSemilla seed = clouds[0].seed;
@@ -260,7 +203,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
     points += cloud.points.size();
   }
   clouds.resize(2);
-  const bool hilbert = options.order == "hilbert";
+  const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");
   CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(clouds[0], hilbert, app); });
   CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
@@ -309,26 +252,17 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<TinOptions>();
   CLI::App* verb = program.add_subcommand("tin", "Make a triangulated terrain model of clouds");
   TinOptions& o = *options;
-  verb->add_option("IN", o.inputs,
-                   "LAS files, or text files with x y z [intensity] [class]; together they are one cloud")
-      ->required();
+  addCloudOptions(*verb, o.cloud);
   verb->add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
       ->required();
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(CLI::NonNegativeNumber);
   verb->add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
-  verb->add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
   auto* height = verb->add_option("--height-difference", o.heightDifference,
                                   "MIN:MAX difference of height along each side, in units of the input (default: any)");
   auto* intensity = verb->add_option("--intensity-difference", o.intensityDifference,
                                      "MIN:MAX difference of intensity along each side (default: any)");
-  verb->add_option("--class", o.classes, "Classes to take, such as 2,9 or 2-5 (default: all)");
-  verb->add_option("--exclude-class", o.excludedClasses, "Classes to leave out (default: none)");
-  verb->add_option("--bounds", o.bounds, "XMIN,YMIN,XMAX,YMAX: take only the points in this box, limits included");
-  auto* precision = verb->add_option("--precision", o.precision,
-                                     "Decimals kept of a coordinate (default: what the files' scales need)")
-                        ->check(CLI::Range(-3, 7));
   auto* tolerance =
       verb->add_option("--tolerance", o.tolerance,
                        "With --update: the most that an added point may lie above the surface, in units of "
@@ -338,13 +272,8 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto* update = verb->add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
   tolerance->needs(update);
   update->excludes(height)->excludes(intensity);
-  verb->add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
-      ->capture_default_str()
-      ->check(CLI::IsMember({"hilbert", "file"}));
-  verb->callback([options, precision, &common, &chosen] {
-    options->hasPrecision = precision->count() != 0;
-    chosen = [options, &common](HostApp& app) { runTin(*options, common, app); };
-  });
+  verb->callback(
+      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runTin(*options, common, app); }; });
 }
 
 }  // namespace Meseta47::host

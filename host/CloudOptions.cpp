@@ -1,0 +1,76 @@
+#include "host/CloudOptions.h"
+
+#include <fmt/format.h>
+#include <limits>
+
+#include "host/SpatialOrder.h"
+
+namespace Meseta47::host {
+
+std::string CloudOptions::what() const {
+  return inputs.size() == 1 ? inputs[0] : fmt::format("{} files", inputs.size());
+}
+
+void addCloudOptions(CLI::App& verb, CloudOptions& o) {
+  verb.add_option("IN", o.inputs,
+                  "LAS files, or text files with x y z [intensity] [class]; together they are one cloud")
+      ->required();
+  verb.add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
+  verb.add_option("--class", o.classes, "Classes to take, such as 2,9 or 2-5 (default: all)");
+  verb.add_option("--exclude-class", o.excludedClasses, "Classes to leave out (default: none)");
+  verb.add_option("--bounds", o.bounds, "XMIN,YMIN,XMAX,YMAX: take only the points in this box, limits included");
+  o.precisionOption = verb.add_option("--precision", o.precision,
+                                      "Decimals kept of a coordinate (default: what the files' scales need)")
+                          ->check(CLI::Range(-3, 7));
+  verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"hilbert", "file"}));
+}
+
+LoadOptions loadOptionsOf(CloudOptions const& options) {
+  LoadOptions load;
+  if (options.precisionOption->count() != 0) load.precision = options.precision;
+  if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
+  return load;
+}
+
+CDataTriangulacion filtersOf(CloudOptions const& options) {
+  constexpr double kAnything = std::numeric_limits<double>::infinity();
+  CDataTriangulacion data;
+  if (!options.z.empty()) {
+    const Limits z = parseLimits("--z", options.z, -kAnything, kAnything);
+    data.zMin = z.min;
+    data.zMax = z.max;
+  }
+  if (!options.classes.empty()) data.incluidos = classTable(parseClasses("--class", options.classes));
+  if (!options.excludedClasses.empty()) {
+    data.excluidos = classTable(parseClasses("--exclude-class", options.excludedClasses));
+  }
+  return data;
+}
+
+CDigiTab classTable(std::array<bool, 256> const& classes) {
+  CDigiTab table;
+  for (unsigned c = 0; c < classes.size(); ++c) {
+    if (classes[c]) {
+      const CString code(std::to_string(c).c_str());
+      table.Inserta(CElementoDigiTab(ENTIDAD_LINEA, code, 70, 70, 70, 0, 0, L"", 1), false);
+    }
+  }
+  return table;
+}
+
+CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
+  if (hilbert) {
+    applyOrder(cloud.points, hilbertOrder(cloud.points));
+    app.step(1, 1);
+  }
+  CSetPuntos<int> set(L"CLOUD");
+  set.CLinea<int>::Asigna(std::move(cloud.points));
+  CDibujo<int> drawing(cloud.seed);
+  drawing.tipoNube = 1;
+  drawing.Inserta(std::move(set));
+  return drawing;
+}
+
+}  // namespace Meseta47::host

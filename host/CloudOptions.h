@@ -1,0 +1,45 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "host/LoadedCloud.h"
+#include "model/CDataTriangulacion.h"
+#include "model/CDibujo.h"
+#include "model/CDigiTab.h"
+
+namespace Meseta47::host {
+
+/// What every verb that triangulates lets a user say about its points: the files, which points of them take part, and
+/// in which order.
+struct CloudOptions {
+  std::vector<std::string> inputs;
+  std::string z, classes, excludedClasses, bounds;
+  int precision = 0;
+  CLI::Option const* precisionOption = nullptr;  ///< to tell a given precision from the files' own
+  std::string order = "hilbert";
+
+  [[nodiscard]] bool hilbert() const { return order == "hilbert"; }
+  /// The inputs as a message names them.
+  [[nodiscard]] std::string what() const;
+};
+
+/// Adds these options to a verb. The object must outlive the parsing and the work.
+void addCloudOptions(CLI::App& verb, CloudOptions& options);
+
+/// Throw UsageError for what can't be understood.
+[[nodiscard]] LoadOptions loadOptionsOf(CloudOptions const& options);
+[[nodiscard]] CDataTriangulacion filtersOf(CloudOptions const& options);
+
+/// The table of the classes whose answer is true.
+[[nodiscard]] CDigiTab classTable(std::array<bool, 256> const& classes);
+
+/// The cloud as a drawing of one point set, along the Hilbert curve or in the order of the files. The cloud is emptied.
+[[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app);
+
+/// What the spill file of a run will take: about two triangles a point, 12 bytes each.
+[[nodiscard]] constexpr std::uint64_t spillBytes(std::uint64_t points) { return 12 * (2 * points + 2); }
+
+}  // namespace Meseta47::host
