@@ -91,6 +91,18 @@ class URDIMBRE_API CTriangulacion2D {
   /// Makes the triangles of `tin` anew from its own points, under its own maximum length. A maximum length whose square
   /// passes 2147483647 scaled units leaves no triangle, and so does 0.
   int Run(CTIN& tin, CString* registro);
+  /// Adds to `curvas` the contour lines of the surface of `dibujo` and the further drawings: lines "nuevo" at the
+  /// multiples of `equidistancia`, lowest level first, rings closed, the lines of a level as CDibujo::Junta puts them.
+  /// Both lengths are in the unit of the drawing. `equidistancia` must come to a scaled unit at least; triangles with a
+  /// side longer in plan than `ladoMaximo` take no part, so with 0 there is no line. Points go in as they stand,
+  /// without sorting and without resetting their numbers; the lines have the scaled units of `dibujo`, whatever the
+  /// seed of `curvas`.
+  ///
+  /// No triangle is kept: beyond the drawings and the segments, a run needs no more than its unfinished mesh. kHecho,
+  /// kCancelado, kPocosPuntos, kFicheroInconsistente. Cancelled among the levels, it leaves those that are done in
+  /// `curvas`; after any other code `curvas` is as it was. Joining takes O(n log n) on the segments.
+  int Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double ladoMaximo, double equidistancia,
+              std::vector<CDibujo<int>*>* otros);
 
  protected:
   // --- phases; each answers a run's code, kHecho to go on ---
@@ -207,6 +219,8 @@ class URDIMBRE_API CTriangulacion2D {
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
   int Concluye(int codigo, CDibujo<int>* porVaciar);
+  int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
+  int JuntaNiveles(CDibujo<int>& curvas);
 
   CSetLados2D ladosCavidad;                   ///< scratch of TriangulaPunto
   std::vector<CTriangulo2D> abanico;          ///< scratch of TriangulaPunto

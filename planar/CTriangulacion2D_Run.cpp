@@ -1,10 +1,9 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
 #include <chrono>
-#include <exception>
 
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
-#include "planar/CTriangulacion2D.h"
+#include "planar/GuardaDeRun.h"
 
 namespace Meseta47 {
 
@@ -30,21 +29,6 @@ void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {
 }
 
 }  // namespace
-
-/// When an exception (no memory, a host's own) leaves a run, the worker is stopped and the temporary file deleted.
-class CTriangulacion2D::CGuarda {
- public:
-  explicit CGuarda(CTriangulacion2D& suRun) : run(suRun) {}
-  CGuarda(CGuarda const&) = delete;
-  CGuarda& operator=(CGuarda const&) = delete;
-  ~CGuarda() {
-    if (std::uncaught_exceptions() > antes) run.Abandona(kCancelado);
-  }
-
- private:
-  CTriangulacion2D& run;
-  int antes = std::uncaught_exceptions();
-};
 
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
                           bool vaciar, CString* registro, CRango const* alturas, CRango const* intensidades) {
