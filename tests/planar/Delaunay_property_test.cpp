@@ -3,6 +3,7 @@
 
 #include "model/Codigos.h"
 #include "support/MeshOracle.h"
+#include "support/PlanarFeeds.h"
 #include "support/PlanarRun.h"
 #include "support/PlanarSizes.h"
 
@@ -10,63 +11,70 @@ namespace Meseta47 {
 namespace {
 
 using support::Family;
-using support::HardCloud;
+using test::EveryFeed;
+using test::Feed;
 using test::LinkCloud;
 using test::Linked;
-using test::Order;
 using test::QuietApp;
 
-struct Feed {
-  HardCloud cloud;
-  Order order;
-
-  [[nodiscard]] std::string Name() const {
-    return cloud.testName() + (order == Order::Hilbert ? "_Hilbert" : cloud.seed == 0 ? "_InFileOrder" : "_Shuffled");
-  }
-};
-std::ostream& operator<<(std::ostream& out, Feed const& feed) { return out << feed.Name(); }
-
-/// Every family in each size, shuffled, as its file would have it, and along a curve that fills the plane.
-std::vector<Feed> Feeds(std::vector<std::size_t> const& sizes) {
-  std::vector<Feed> feeds;
-  for (HardCloud const& cloud : support::hardClouds(sizes, 20'260)) feeds.push_back({cloud, Order::AsGiven});
-  for (HardCloud const& cloud : support::hardClouds(sizes, 0)) {
-    feeds.push_back({cloud, Order::AsGiven});
-    feeds.push_back({cloud, Order::Hilbert});
-  }
-  return feeds;
-}
-
-std::string FeedName(testing::TestParamInfo<Feed> const& feed) { return feed.param.Name(); }
-
-class LinkedClouds : public testing::TestWithParam<Feed> {};
-
-TEST_P(LinkedClouds, TileTheFrameWithUprightDelaunayTriangles) {
-  const QuietApp app;
-  SCOPED_TRACE(GetParam().cloud.recipe);
-  const Linked linked = LinkCloud(InOrder(GetParam().cloud.points(), GetParam().order));
-  ASSERT_EQ(linked.code, kHecho);
-  const support::MeshReport report = support::inspect(linked.mesh);
+void ExpectDelaunay(Linked const& linked, support::MeshReport const& report) {
   EXPECT_EQ(support::surfaceFaults(report), "");
   EXPECT_EQ(support::frameTilingFaults(linked.mesh, report), "");
-  EXPECT_EQ(linked.mesh.triangles.size(), 2 * support::distinctPositions(linked.mesh.points) + 2);
-  if (support::hasOrdinarySpread(GetParam().cloud.kind)) {
-    EXPECT_EQ(report.notDelaunay.count, 0U) << report.notDelaunay.first << ", deepest " << report.deepest;
-  }
+  EXPECT_EQ(report.notDelaunay.count, 0U) << report.notDelaunay.first << ", deepest " << report.deepest;
+  const std::size_t distinct = support::distinctPositions(linked.mesh.points);
+  EXPECT_EQ(linked.mesh.triangles.size(), 2 * distinct + 2);
+  EXPECT_EQ(linked.summary.enlazados, 2 * distinct + 2);
+  EXPECT_EQ(linked.summary.duplicados, linked.mesh.points.size() - distinct);
+}
+
+void Check(Feed const& feed) {
+  const QuietApp app;
+  SCOPED_TRACE(feed.Name());
+  const Linked linked = LinkCloud(feed.Points());
+  ASSERT_EQ(linked.code, kHecho);
+  const support::MeshReport report = support::inspect(linked.mesh);
+  ExpectDelaunay(linked, report);
+  EXPECT_EQ(linked.summary.aceptados, linked.mesh.points.size());
+  EXPECT_EQ(linked.summary.rechazados, 0U);
   EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Small, LinkedClouds, testing::ValuesIn(Feeds({3, 4, 5, 10, 50, 200, 201, 1'000})), FeedName);
-std::vector<Feed> HugeFeeds() {
-  std::vector<Feed> feeds;
-  for (const support::Family kind : {support::Family::Uniform, support::Family::RegularGrid,
-                                     support::Family::JitteredGrid, support::Family::ScanLines}) {
-    feeds.push_back({HardCloud(kind, test::kHugeCloud, 0), Order::Hilbert});
+class LinkedClouds : public testing::TestWithParam<Feed> {};
+
+TEST_P(LinkedClouds, OfEverySmallSizeTileTheFrameWithDelaunayTriangles) {
+  for (const std::size_t size : {3U, 4U, 5U, 10U, 50U, 200U, 201U, 1'000U}) {
+    Check({GetParam().family, GetParam().order, size});
   }
-  return feeds;
 }
-INSTANTIATE_TEST_SUITE_P(Huge, LinkedClouds, testing::ValuesIn(HugeFeeds()), FeedName);
-INSTANTIATE_TEST_SUITE_P(Large, LinkedClouds, testing::ValuesIn(Feeds(test::kLargeClouds)), FeedName);
+
+TEST_P(LinkedClouds, OfSomeThousandPointsTileTheFrameWithDelaunayTriangles) {
+  Check({GetParam().family, GetParam().order, 5'000});
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFamily, LinkedClouds, testing::ValuesIn(EveryFeed(0)),
+                         [](testing::TestParamInfo<Feed> const& feed) {
+                           const std::string name = feed.param.Name();
+                           return name.substr(0, name.rfind('_'));
+                         });
+
+class LargeClouds : public testing::TestWithParam<Family> {};
+
+TEST_P(LargeClouds, TileTheFrameWithDelaunayTriangles) {
+  Check({GetParam(), test::Order::Hilbert, test::kFullSize ? test::LargestSize(GetParam()) : 2'000});
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFamily, LargeClouds, testing::ValuesIn(support::kAllFamilies),
+                         [](testing::TestParamInfo<Family> const& family) { return support::name(family.param); });
+
+TEST(TinyClouds, OfFewerThanThreePointsAreTooFew) {
+  const QuietApp app;
+  for (const Family family : support::kAllFamilies) {
+    for (const std::size_t size : {0U, 1U, 2U}) {
+      EXPECT_EQ(LinkCloud(support::family(family, size, 1)).code, kPocosPuntos) << support::name(family) << ' ' << size;
+    }
+  }
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
 
 }  // namespace
 }  // namespace Meseta47

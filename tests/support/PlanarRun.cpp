@@ -1,11 +1,9 @@
 #include "support/PlanarRun.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "model/CSetPuntos.h"
 #include "model/Codigos.h"
-#include "model/Hilbert.h"
 
 namespace Meseta47::test {
 
@@ -60,17 +58,6 @@ CDibujo<int> DrawingOf(std::vector<support::Point> const& points) {
   CDibujo<int> drawing;
   drawing.Inserta(CloudOf(points));
   return drawing;
-}
-
-std::vector<support::Point> InOrder(std::vector<support::Point> points, Order order) {
-  if (order == Order::AsGiven) return points;
-  const auto place = [](support::Point const& p) {
-    const auto unsignedOf = [](std::int32_t v) { return static_cast<std::uint32_t>(v) ^ 0x80000000U; };
-    return Hilbert(unsignedOf(p.x), unsignedOf(p.y));
-  };
-  std::stable_sort(points.begin(), points.end(),
-                   [&](support::Point const& a, support::Point const& b) { return place(a) < place(b); });
-  return points;
 }
 
 Linked LinkCloud(std::vector<support::Point> const& points) {

@@ -135,10 +135,6 @@ class OpenTriangulation : public CTriangulacion2D {
 [[nodiscard]] CSetPuntos<int> CloudOf(std::vector<support::Point> const& points, wchar_t const* code = L"cloud");
 [[nodiscard]] CDibujo<int> DrawingOf(std::vector<support::Point> const& points);
 
-/// In which order the points of a cloud are fed.
-enum class Order { AsGiven, Hilbert };
-[[nodiscard]] std::vector<support::Point> InOrder(std::vector<support::Point> points, Order order);
-
 /// A linked cloud: what was spilled, its vertices named by the places of the points in the cloud, and what was counted.
 struct Linked {
   int code = 0;

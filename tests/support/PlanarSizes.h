@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <vector>
-
 /// How large the clouds of a test may be: checks of memory and of threads make a run ten times slower or more.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define URDIMBRE_SANITIZED 1
@@ -19,10 +16,5 @@ inline constexpr bool kFullSize = false;
 #else
 inline constexpr bool kFullSize = true;
 #endif
-
-/// For every family, those on a line included, whose cavities grow with the cloud.
-inline const std::vector<std::size_t> kLargeClouds{5'000};
-/// For the families that fill the plane.
-inline constexpr std::size_t kHugeCloud = kFullSize ? 200'000 : 20'000;
 
 }  // namespace Meseta47::test
