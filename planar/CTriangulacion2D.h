@@ -104,6 +104,30 @@ class URDIMBRE_API CTriangulacion2D {
   int Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double ladoMaximo, double equidistancia,
               std::vector<CDibujo<int>*>* otros);
 
+  // --- searches: runs that give points of the drawing a class, and make no model ---
+  /// Finds the points that stand above the ground, such as trees and buildings, and gives them the class of `info`.
+  /// Both lengths are in drawing units.
+  ///
+  /// A point is high when in one triangle it rises by more than `alturaMin` above each of the other two vertices, at
+  /// more than 0.785 of rise to run. Unless `unaPasada` is other than 0, a point is also high that lies above a high
+  /// neighbour across a side whose squared length in plan, in scaled units, is no greater than `distanciaMax` in scaled
+  /// units: first by two neighbours of one triangle, then by one. At last the points inside the outline of the high
+  /// ones and of those that had the class before, drawn with sides up to `distanciaMax`, take the class as well, when
+  /// they are no higher than `alturaMin` above it.
+  ///
+  /// Only points whose class the parameters include and do not exclude are changed, and only those of `dibujo`: the
+  /// points of `otros`, which may be null, are found and spread from, no more. `seleccion`, null for all, names the
+  /// points of `dibujo` that take part, ascending; the outline regards all. Points go in as they stand, without
+  /// sorting. `cantidad` receives how many were given the class. The classes depend on the mesh alone, not on the
+  /// number of threads.
+  ///
+  /// kHecho, kCancelado, kPocosPuntos, kFicheroInaccesible, kFicheroInconsistente. Cancelled, no point has changed;
+  /// when the outline fails, the points found have their class all the same. No temporary file stays. Beyond the mesh
+  /// it takes about 70 bytes a point, and one thread a processor; each pass reads the triangles from disk.
+  int RunPuntosAltos(CDibujo<int>& dibujo, double distanciaMax, double alturaMin, CInfoClasificacion const& info,
+                     int unaPasada, unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
+                     std::vector<CPosicionEntidad> const* seleccion);
+
  protected:
   // --- phases; each answers a run's code, kHecho to go on ---
   /// Counts and measures the points that pass the filter, divides space, and records the last point of every cell and
@@ -159,6 +183,11 @@ class URDIMBRE_API CTriangulacion2D {
                  bool vaciar, CString* registro, CDibujo<int> const* sinUso, CDibujo<int> const* anadido,
                  CRango const* alturas, CRango const* intensidades);
   int GenerarMDT(CTIN& tin, double ladoMaximo, CString* registro, CDibujo<int> const* sinUso);
+
+  /// The search of RunPuntosAltos in a mesh that EnlazaLista has left in the file.
+  int BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax, double alturaMin,
+                       CInfoClasificacion const& info, int unaPasada, unsigned int& cantidad,
+                       std::vector<CPosicionEntidad> const* seleccion);
 
   /// Walks the division tree.
   void ImprimeLista(CDivisiones const& celda) const;
