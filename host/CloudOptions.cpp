@@ -16,12 +16,15 @@ void addCloudOptions(CLI::App& verb, CloudOptions& o) {
                   "LAS files, or text files with x y z [intensity] [class]; together they are one cloud")
       ->required();
   verb.add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
+  addPointOptions(verb, o);
+}
+
+void addPointOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("--class", o.classes, "Classes to take, such as 2,9 or 2-5 (default: all)");
   verb.add_option("--exclude-class", o.excludedClasses, "Classes to leave out (default: none)");
   verb.add_option("--bounds", o.bounds, "XMIN,YMIN,XMAX,YMAX: take only the points in this box, limits included");
-  o.precisionOption = verb.add_option("--precision", o.precision,
-                                      "Decimals kept of a coordinate (default: what the files' scales need)")
-                          ->check(CLI::Range(-3, 7));
+  verb.add_option("--precision", o.precision, "Decimals kept of a coordinate (default: what the files' scales need)")
+      ->check(CLI::Range(-3, 7));
   verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
       ->capture_default_str()
       ->check(CLI::IsMember({"hilbert", "file"}));
@@ -29,7 +32,7 @@ void addCloudOptions(CLI::App& verb, CloudOptions& o) {
 
 LoadOptions loadOptionsOf(CloudOptions const& options) {
   LoadOptions load;
-  if (options.precisionOption->count() != 0) load.precision = options.precision;
+  load.precision = options.precision;
   if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
   return load;
 }
@@ -62,7 +65,9 @@ CDigiTab classTable(std::array<bool, 256> const& classes) {
 
 CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   if (hilbert) {
-    applyOrder(cloud.points, hilbertOrder(cloud.points));
+    const std::vector<std::uint32_t> order = hilbertOrder(cloud.points);
+    applyOrder(cloud.points, order);
+    if (!cloud.places.empty()) applyOrder(cloud.places, order);
     app.step(1, 1);
   }
   CSetPuntos<int> set(L"CLOUD");

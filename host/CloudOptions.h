@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,7 @@ namespace Meseta47::host {
 struct CloudOptions {
   std::vector<std::string> inputs;
   std::string z, classes, excludedClasses, bounds;
-  int precision = 0;
-  CLI::Option const* precisionOption = nullptr;  ///< to tell a given precision from the files' own
+  std::optional<int> precision;  ///< decimals; none for what the files need
   std::string order = "hilbert";
 
   [[nodiscard]] bool hilbert() const { return order == "hilbert"; }
@@ -28,6 +28,9 @@ struct CloudOptions {
 
 /// Adds these options to a verb. The object must outlive the parsing and the work.
 void addCloudOptions(CLI::App& verb, CloudOptions& options);
+/// Adds those of them that choose among the points of a file and say how they are linked: all but the files' names and
+/// the window of heights.
+void addPointOptions(CLI::App& verb, CloudOptions& options);
 
 /// Throw UsageError for what can't be understood.
 [[nodiscard]] LoadOptions loadOptionsOf(CloudOptions const& options);
@@ -36,7 +39,8 @@ void addCloudOptions(CLI::App& verb, CloudOptions& options);
 /// The table of the classes whose answer is true.
 [[nodiscard]] CDigiTab classTable(std::array<bool, 256> const& classes);
 
-/// The cloud as a drawing of one point set, along the Hilbert curve or in the order of the files. The cloud is emptied.
+/// The cloud as a drawing of one point set, along the Hilbert curve or in the order of the files. The cloud is left
+/// without points; its places, where it keeps them, come into the same order.
 [[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app);
 
 /// What the spill file of a run will take: about two triangles a point, 12 bytes each.

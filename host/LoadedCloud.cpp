@@ -108,30 +108,49 @@ class BoundsFilter {
 struct Reading {
   CDataSemilla seed;
   BoundsFilter bounds;
+  bool wayBack;
   std::uint64_t total;
   std::uint64_t done = 0;
   HostApp& app;
 };
 
+void append(LoadedCloud& cloud, WidePoint const& wide, Reading const& reading) {
+  const std::uint64_t place = cloud.pointsRead++;
+  if (reading.wayBack) cloud.classes.push_back(wide.classification);
+  if (!reading.bounds.admits(wide)) return;
+  if (!fits(wide)) throw OutOfRange{};
+  CCoor3D<int>& p = cloud.points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
+                                              static_cast<int>(wide.position[2]), 0);
+  p.intensidad = wide.intensity;
+  p.clasificacion = wide.classification;
+  if (reading.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
+}
+
+void reserve(LoadedCloud& cloud, std::uint64_t more, Reading const& reading) {
+  cloud.points.reserve(cloud.points.size() + more);
+  if (!reading.wayBack) return;
+  cloud.places.reserve(cloud.places.size() + more);
+  cloud.classes.reserve(cloud.classes.size() + more);
+}
+
+void requireCountable(LoadedCloud const& cloud, std::string const& file) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  if (cloud.pointsRead <= kMost) return;
+  throw Failure(fmt::format("{}: has more than the {} points that can be told apart in one run: split it into tiles",
+                            file, withThousands(kMost)));
+}
+
 LoadedCloud readGroup(std::vector<std::string> const& files, Reading& reading) {
-  LoadedCloud cloud{reading.seed, {}, 0};
+  LoadedCloud cloud{reading.seed, {}, 0, {}, {}};
   std::vector<WidePoint> batch;
   for (std::string const& file : files) {
     PointStream stream(file);
-    cloud.points.reserve(cloud.points.size() + stream.count());
+    reserve(cloud, stream.count(), reading);
     while (stream.next(reading.seed, batch)) {
-      cloud.pointsRead += batch.size();
+      for (WidePoint const& wide : batch) append(cloud, wide, reading);
       reading.done += batch.size();
       reading.app.step(reading.done, std::max(reading.total, reading.done));
-      for (WidePoint const& wide : batch) {
-        if (!reading.bounds.admits(wide)) continue;
-        if (!fits(wide)) throw OutOfRange{};
-        CCoor3D<int>& p =
-            cloud.points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
-                                      static_cast<int>(wide.position[2]), 0);
-        p.intensidad = wide.intensity;
-        p.clasificacion = wide.classification;
-      }
+      if (reading.wayBack) requireCountable(cloud, file);
     }
   }
   return cloud;
@@ -142,7 +161,7 @@ std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, Load
   const int precision = options.precision.value_or(found.decimals);
   requireFit(extent, precision, groups[0][0]);
   const CDataSemilla seed = seedFor(extent, precision);
-  Reading reading{seed, BoundsFilter(options, seed), found.points, 0, app};
+  Reading reading{seed, BoundsFilter(options, seed), options.wayBack, found.points, 0, app};
   std::vector<LoadedCloud> clouds;
   for (auto const& files : groups) clouds.push_back(readGroup(files, reading));
   return clouds;

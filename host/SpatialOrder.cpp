@@ -95,15 +95,19 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points)
   return order;
 }
 
-void applyOrder(std::vector<CCoor3D<int>>& points, std::vector<std::uint32_t> const& order) {
-  std::vector<CCoor3D<int>> ordered(points.size());
-  const unsigned parts = partsFor(points.size());
+template <class T>
+void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) {
+  std::vector<T> ordered(items.size());
+  const unsigned parts = partsFor(items.size());
   inParallel(parts, [&](unsigned part, unsigned) {
-    for (std::size_t i = points.size() * part / parts; i < points.size() * (part + 1) / parts; ++i) {
-      ordered[i] = points[order[i]];
+    for (std::size_t i = items.size() * part / parts; i < items.size() * (part + 1) / parts; ++i) {
+      ordered[i] = items[order[i]];
     }
   });
-  points.swap(ordered);
+  items.swap(ordered);
 }
+
+template void applyOrder(std::vector<CCoor3D<int>>& items, std::vector<std::uint32_t> const& order);
+template void applyOrder(std::vector<std::uint32_t>& items, std::vector<std::uint32_t> const& order);
 
 }  // namespace Meseta47::host

@@ -13,7 +13,11 @@ namespace Meseta47::host {
 /// the result does not depend on their number.
 std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points);
 
-/// Puts the points in that order: `points[i]` becomes the one that stood at `order[i]`.
-void applyOrder(std::vector<CCoor3D<int>>& points, std::vector<std::uint32_t> const& order);
+/// Puts the points, or what is kept beside them, in that order: `items[i]` becomes the one that stood at `order[i]`.
+template <class T>
+void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order);
+
+extern template void applyOrder(std::vector<CCoor3D<int>>& items, std::vector<std::uint32_t> const& order);
+extern template void applyOrder(std::vector<std::uint32_t>& items, std::vector<std::uint32_t> const& order);
 
 }  // namespace Meseta47::host

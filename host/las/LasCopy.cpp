@@ -22,13 +22,8 @@ void requireOneClassEach(LasReader const& reader, std::span<std::uint8_t const> 
                                                "meanwhile; run again",
                                                withThousands(header.pointCount), withThousands(classes.size())));
   }
-  const unsigned mask = lasClassMask(header.pointFormat);
-  const auto wide = std::find_if(classes.begin(), classes.end(), [&](unsigned c) { return (c & ~mask) != 0; });
-  if (wide != classes.end()) {
-    throw FileError(reader.name(),
-                    fmt::format("class {} does not fit point format {}, which ends at 31: choose a class "
-                                "from 0 to 31, or convert the file to format 6",
-                                *wide, header.pointFormat));
+  if (!classes.empty()) {
+    requireClassFits(reader.name(), header.pointFormat, *std::max_element(classes.begin(), classes.end()));
   }
 }
 
@@ -54,6 +49,15 @@ void putClasses(std::span<std::uint8_t> records, LasHeader const& header, std::s
 }
 
 }  // namespace
+
+void requireClassFits(std::string const& file, unsigned pointFormat, unsigned wanted) {
+  if (wanted <= lasClassMask(pointFormat)) {
+    return;
+  }
+  throw FileError(file, fmt::format("class {} does not fit point format {}, which ends at 31: choose a class from 0 to "
+                                    "31, or convert the file to format 6",
+                                    wanted, pointFormat));
+}
 
 bool copyWithClasses(std::string const& from, std::string const& to, std::span<std::uint8_t const> classes,
                      CopyProgress const& progress) {

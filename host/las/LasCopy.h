@@ -10,6 +10,9 @@ namespace Meseta47::host {
 /// Told of the points done and of all of them; false asks to stop.
 using CopyProgress = std::function<bool(std::uint64_t done, std::uint64_t points)>;
 
+/// Throws FileError for a class that points of the format cannot have: one above 31 in formats 0 to 5.
+void requireClassFits(std::string const& file, unsigned pointFormat, unsigned wanted);
+
 /// Writes a copy of a LAS file in which point i, in the order of the file, has the class `classes[i]`. Everything else
 /// is the same byte for byte: header, records before and after the points, order, extra bytes, and the flags that
 /// formats 0 to 5 keep beside the class. The two names may be one.

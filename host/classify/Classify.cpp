@@ -1,0 +1,144 @@
+#include "host/classify/Classify.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+
+#include "host/CloudReader.h"
+#include "host/Failure.h"
+#include "host/Stopwatch.h"
+#include "host/las/LasCopy.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+std::string const& inputOf(ClassifyOptions const& options) { return options.cloud.inputs.at(0); }
+
+void requireOutput(ClassifyOptions const& options) {
+  if (options.output.empty()) {
+    if (options.dryRun) return;
+    throw UsageError("nowhere to write: give -o OUT.las, or --dry-run to see what would change");
+  }
+  std::string extension = std::filesystem::path(options.output).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  if (extension == ".las") return;
+  throw UsageError(fmt::format("{}: the output is a copy of the LAS file with new classes: use .las", options.output));
+}
+
+/// Refuses before any work what the copy would refuse after it.
+void requireCopyable(std::string const& input, CloudSearch const& search) {
+  const CloudReader reader(input);
+  if (!reader.isLas()) {
+    throw Failure(
+        fmt::format("{}: is text, and only the classes of a LAS file can be changed: convert it to LAS", input));
+  }
+  requireClassFits(input, reader.las()->header().pointFormat, search.highestTarget());
+}
+
+/// The place of a profile: the searches keep theirs in sections of their own, side by side by their names.
+ProfilePlace placeOf(std::string const& profile, CloudSearch const& search) {
+  const bool plain = std::all_of(profile.begin(), profile.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+  });
+  if (!plain) {
+    throw UsageError(fmt::format("--profile {}: give a name of letters A to Z, digits, - and _", profile));
+  }
+  return {CString("classify ") + CString(search.name()), CString::DesdeUtf8(profile) + L"."};
+}
+
+LoadedCloud load(ClassifyOptions const& options, HostApp& app) {
+  LoadOptions how = loadOptionsOf(options.cloud);
+  how.wayBack = true;
+  return std::move(loadClouds({options.cloud.inputs}, how, app).front());
+}
+
+/// Runs the search and gives the classes of the drawing's points. Everything that the run holds is released with it.
+void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, std::string const& input, CloudSearch& search,
+               ClassifyReport& report) {
+  CTriangulacion2D triangulation(0, drawing.semilla, filters, 1);
+  double whole = 0;
+  const std::uint64_t spill = spillBytes(drawing.nPuntos);
+  requireTempSpace(spill);
+  const int code = timed(whole, [&] { return search.run(triangulation, drawing, report.found); });
+  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spill);
+  requireDone(code, input);
+  CResumenPlano const& run = triangulation.Resumen();
+  report.pointsAccepted = run.aceptados;
+  report.seconds.fill = run.segundosRellena;
+  report.seconds.link = run.segundosEnlaza;
+  report.seconds.search = std::max(0.0, whole - run.segundosRellena - run.segundosEnlaza);
+}
+
+void writeCopy(ClassifyOptions const& options, std::vector<std::uint8_t> const& classes, HostApp& app) {
+  app.phase("Writing");
+  copyWithClasses(inputOf(options), options.output, classes, [&app](std::uint64_t done, std::uint64_t points) {
+    app.step(done, points);
+    return true;
+  });
+}
+
+void keepProfile(ClassifyOptions const& options, CloudSearch const& search, ProfilePlace const& place,
+                 HostApp const& app) {
+  if (search.keep(place)) return;
+  throw Failure(
+      fmt::format("--profile {}: {} was written, but the parameters could not be kept in \"{}\": is its "
+                  "folder there and yours?",
+                  options.profile, options.output, app.FicheroPerfil().Utf8()));
+}
+
+}  // namespace
+
+void addClassifyOptions(CLI::App& verb, ClassifyOptions& o) {
+  verb.add_option("IN", o.cloud.inputs, "The cloud: a LAS file of any version and point format")
+      ->required()
+      ->expected(1);
+  verb.add_option("-o,--output", o.output,
+                  "The same file with the new classes; it may be IN, which is then replaced once the copy is whole");
+  addPointOptions(verb, o.cloud);
+  verb.get_option("--class")->description(
+      "Classes whose points take part and may be changed, such as 1,2 or 2-5; the search does not see the others "
+      "(default: all)");
+  verb.get_option("--exclude-class")
+      ->description("Classes whose points neither take part nor change, whatever --class says (default: none)");
+  verb.get_option("--bounds")
+      ->description("XMIN,YMIN,XMAX,YMAX: only the points in this box, limits included, take part and may be changed");
+  verb.get_option("--precision")
+      ->description(
+          "Decimals of a coordinate in the search (default: what the file's scale needs); the output keeps "
+          "all there are");
+  verb.add_flag("--dry-run", o.dryRun, "Search and tell what would change; write nothing");
+  verb.add_option("--profile", o.profile,
+                  "Take parameters that are not given from this named set, and keep there what was used");
+}
+
+ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, HostApp& app) {
+  const Stopwatch whole;
+  requireOutput(options);
+  const CDataTriangulacion filters = filtersOf(options.cloud);
+  const ProfilePlace place = placeOf(options.profile, search);
+  const bool hasProfile = !options.profile.empty();
+  search.settle(hasProfile ? &place : nullptr);
+  requireCopyable(inputOf(options), search);
+
+  ClassifyReport report;
+  LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, app); });
+  report.pointsRead = cloud.pointsRead;
+  search.requireSense(cloud.seed.Precision());
+  {
+    const bool hilbert = options.cloud.hilbert();
+    if (hilbert) app.phase("Ordering");
+    CDibujo<int> drawing = timed(report.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
+    runSearch(drawing, filters, inputOf(options), search, report);
+    report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
+  }
+  if (!options.dryRun) {
+    timed(report.seconds.write, [&] { writeCopy(options, cloud.classes, app); });
+    if (hasProfile) keepProfile(options, search, place, app);
+  }
+  report.seconds.total = whole.seconds();
+  return report;
+}
+
+}  // namespace Meseta47::host
