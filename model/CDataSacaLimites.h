@@ -4,11 +4,11 @@
 
 namespace Meseta47 {
 
-/// How the outline of a drawing is drawn.
+/// How the outline of a drawing is drawn. A new record sets no limit.
 class URDIMBRE_API CDataSacaLimites {
  public:
-  double distancia = 0;          ///< drawing units: greatest side inside the outline; 0 or below, no limit
-  double superficieMinima = -1;  ///< square drawing units: smaller outlines are left out; below 0, none is
+  double distancia = -1;         ///< drawing units: greatest side inside the outline; 0 lets none pass; below 0, any
+  double superficieMinima = -1;  ///< square drawing units: rings around less are left out; below 0, none is
 };
 
 }  // namespace Meseta47

@@ -1,0 +1,166 @@
+#include "planar/CTriangulacion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "model/CTIN.h"
+#include "model/Hilbert.h"
+#include "planar/CFiltroPuntos.h"
+#include "planar/CTriangulacion2D.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr wchar_t kCodigo[] = L"Limite";
+constexpr std::size_t kMinimoPuntos = 3;
+
+/// Lengths in metres come as decimal fractions that doubles do not have, and a side that is just as long as the limit
+/// belongs to the piece. A square of a side is a whole number, and below 2^40 no other one is as near.
+constexpr double kHolguraDecimal = 1 + 1e-12;
+
+/// Collects the positions of the points that pass a filter.
+struct CRecogida {
+  std::vector<CCoor3D<int>>& puntos;
+
+  bool Entidad(CLinea<int> const&) { return true; }
+  bool Entera(CLinea<int> const& e) {
+    puntos.reserve(puntos.size() + static_cast<std::size_t>(e.NPuntos()));
+    return false;
+  }
+  CPaso Punto(CLinea<int> const& e, unsigned, unsigned k) {
+    CCoor3D<int> const& p = e.Punto(static_cast<int>(k));
+    puntos.emplace_back(p.x, p.y, p.z, 0);
+    return CPaso::Sigue;
+  }
+};
+
+/// Place of a value in an interval, as 32 bits of a fraction of it: a number of its own for each integer.
+std::uint32_t Fraccion(int valor, int minimo, int maximo) {
+  const auto desde = static_cast<std::uint64_t>(static_cast<std::int64_t>(valor) - minimo);
+  const auto todo = static_cast<std::uint64_t>(static_cast<std::int64_t>(maximo) - minimo) + 1;
+  return static_cast<std::uint32_t>((desde << 32) / todo);
+}
+
+/// Puts the points along a Hilbert curve over their box, which links them fast, and leaves of each plan position the
+/// highest one. Cocircular points may be cut either way, by the order in which they come: an order of positions alone
+/// gives the same pieces however the drawing holds them.
+std::vector<CCoor3D<int>> EnOrden(std::vector<CCoor3D<int>> const& puntos, CMaximas<int> const& caja) {
+  struct CLugar {
+    std::uint64_t enLaCurva;
+    std::size_t indice;
+  };
+  std::vector<CLugar> lugares;
+  lugares.reserve(puntos.size());
+  for (CCoor3D<int> const& p : puntos) {
+    lugares.push_back(
+        {Hilbert(Fraccion(p.x, caja.Minimo.x, caja.Maximo.x), Fraccion(p.y, caja.Minimo.y, caja.Maximo.y)),
+         lugares.size()});
+  }
+  std::sort(lugares.begin(), lugares.end(), [&](CLugar const& a, CLugar const& b) {
+    return a.enLaCurva != b.enLaCurva ? a.enLaCurva < b.enLaCurva : puntos[a.indice].z > puntos[b.indice].z;
+  });
+  std::vector<CCoor3D<int>> ordenados;
+  ordenados.reserve(puntos.size());
+  for (std::size_t i = 0; i < lugares.size(); ++i) {
+    if (i == 0 || lugares[i].enLaCurva != lugares[i - 1].enLaCurva) ordenados.push_back(puntos[lugares[i].indice]);
+  }
+  return ordenados;
+}
+
+/// The phases of a run over one drawing. The end of the progress level is left to whoever asked for the outline.
+class CMalla : public CTriangulacion2D {
+ public:
+  using CTriangulacion2D::CTriangulacion2D;
+  CMalla(CMalla const&) = delete;
+  CMalla& operator=(CMalla const&) = delete;
+  ~CMalla() override {
+    hiloSalva.Stop();
+    BorraFicheroTemporal();
+  }
+
+  int Genera(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo) {
+    int codigo = Rellena(dibujo, nullptr, nullptr, nullptr);
+    if (codigo != kHecho) return codigo;
+    codigo = EnlazaLista(dibujo, nullptr, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
+                         nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+    if (codigo != kHecho) return codigo;
+    return GenerarMDT(dibujo, nullptr, tin, ladoMaximo, false, nullptr, nullptr, nullptr, nullptr, nullptr);
+  }
+};
+
+/// Every point, and the triangles of the slopes that the parameters keep.
+CDataTriangulacion SinElegirPuntos(CDataTriangulacion const& datos) {
+  CDataTriangulacion todos;
+  todos.pendienteMin = datos.pendienteMin;
+  todos.pendienteMax = datos.pendienteMax;
+  return todos;
+}
+
+CLinea<int> Linea(CTIN const& tin, std::vector<std::uint32_t> const& anillo) {
+  CLinea<int> linea{CString(kCodigo)};
+  linea.Reserva(anillo.size() + 1);
+  const auto anade = [&](std::uint32_t i) {
+    CPuntoTIN const& p = tin.puntos[i];
+    linea << CCoor3D<int>(p.x, p.y, p.z, 0);
+  };
+  for (const std::uint32_t i : anillo) anade(i);
+  anade(anillo.front());
+  return linea;
+}
+
+}  // namespace
+
+CTriangulacion::CTriangulacion(CDataSemilla const& laSemilla, CDataTriangulacion const& losDatos)
+    : CObjetoFichero(OBJETO_TRIANGULACION), semilla(laSemilla), datos(losDatos) {}
+
+void CTriangulacion::Clear() {
+  CObjetoFichero::Clear();
+  caja.Borra();
+}
+
+std::vector<CCoor3D<int>> CTriangulacion::PuntosDe(CDibujo<int> const& dibujo) const {
+  std::vector<CCoor3D<int>> puntos;
+  RecorrePuntos(dibujo, CFiltroPuntos(datos, semilla.Precision(), dibujo), nullptr, CRecogida{puntos});
+  return puntos;
+}
+
+int CTriangulacion::LimiteDibujo(CDibujo<int>& dibujo, CDibujo<int>& limites, CDataSacaLimites const* data, int sentido,
+                                 int soloExteriores) {
+  const CDataSacaLimites como = data != nullptr ? *data : CDataSacaLimites();
+  CMaximas<int> extension;
+  CTIN tin(0, 0, semilla);
+  {
+    std::vector<CCoor3D<int>> puntos = PuntosDe(dibujo);
+    for (CCoor3D<int> const& p : puntos) extension.Nuevo(p);
+    puntos = EnOrden(puntos, extension);
+    if (puntos.size() >= kMinimoPuntos && como.distancia != 0) {
+      CSetPuntos<int> nube;
+      nube.CLinea<int>::Asigna(std::move(puntos));
+      CDibujo<int> ordenado(semilla);
+      ordenado.Inserta(std::move(nube));
+      CMalla malla(0, semilla, SinElegirPuntos(datos), 0);
+      malla.Mensajes(nivelMensajes);
+      const double ladoMaximo = como.distancia > 0 ? como.distancia * kHolguraDecimal : 0;
+      if (const int codigo = malla.Genera(ordenado, tin, ladoMaximo); codigo != kHecho) return codigo;
+    }
+  }
+
+  const double dobleMinima = 2 * como.superficieMinima * semilla.Precision() * semilla.Precision();
+  for (std::size_t i = 0; i < tin.Limite().size(); ++i) {
+    if (soloExteriores != 0 && tin.EsHueco(i)) continue;
+    CLinea<int> linea = Linea(tin, tin.Limite()[i]);
+    if (std::abs(linea.DobleArea()) < dobleMinima) continue;
+    if (sentido != 1) linea.Voltea();
+    limites.Inserta(std::move(linea));
+  }
+  caja = CMaximas<double>(extension);
+  if (!caja.EstanVacias(true)) {
+    caja.Maximo = caja.Maximo / semilla.Precision();
+    caja.Minimo = caja.Minimo / semilla.Precision();
+  }
+  return kHecho;
+}
+
+}  // namespace Meseta47
