@@ -34,7 +34,7 @@ class URDIMBRE_API CTriangulacion : public CObjetoFichero {
   /// the parameters, triangles by their slopes. Progress goes to the application's IPorcentaje from a message level of
   /// 1 up, as three phases of the caller's work, which is left open. kHecho, kCancelado, or another code of a run; but
   /// for kHecho, `limites` stays as it was and so does the box, and no temporary file stays in any case. The cost of a
-  /// planar run: O(n log n), about 150 bytes a point at the peak.
+  /// planar run: O(n log n), about 170 bytes a point at the peak.
   int LimiteDibujo(CDibujo<int>& dibujo, CDibujo<int>& limites, CDataSacaLimites const* data, int sentido,
                    int soloExteriores);
 

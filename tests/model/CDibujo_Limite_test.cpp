@@ -66,6 +66,29 @@ TEST(ClasificarPuntosSegunLimite, ARingInARingIsAHoleAndAThirdOneAnIsland) {
   EXPECT_THAT(Classes(cloud), ElementsAre(6, 0, 6, 6, 6, 6));
 }
 
+TEST(ClasificarPuntosSegunLimite, TheRimOfAHoleIsInside) {
+  CDibujo<int> cloud = Cloud({P(10, 10), P(25, 10), P(40, 33), P(11, 11), P(39, 39)});
+  EXPECT_EQ(Classify(cloud, Drawing({Box(0, 0, 60, 60), Box(10, 10, 40, 40)})), 3);
+  EXPECT_THAT(Classes(cloud), ElementsAre(6, 6, 6, 0, 0));
+}
+
+TEST(ClasificarPuntosSegunLimite, RingsThatTouchInAVertexHoldWhatEachOfThemHolds) {
+  // Two boxes that meet in (20, 20), and in the first a hole that reaches its side in (20, 10).
+  const CDibujo<int> outlines =
+      Drawing({Box(0, 0, 20, 20), Box(20, 20, 40, 40), Line({P(20, 10), P(10, 15), P(10, 5), P(20, 10)})});
+  CDibujo<int> cloud = Cloud({P(20, 20), P(20, 10), P(19, 10), P(21, 21), P(19, 19), P(21, 19), P(19, 21), P(5, 10)});
+  Classify(cloud, outlines);
+  EXPECT_THAT(Classes(cloud), ElementsAre(6, 6, 0, 6, 6, 0, 0, 6));
+}
+
+TEST(ClasificarPuntosSegunLimite, RepeatedVerticesOfARingChangeNothing) {
+  const CLinea<int> ring =
+      Line({P(0, 0), P(0, 0), P(10, 0), P(10, 5), P(10, 5), P(10, 10), P(0, 10), P(0, 5), P(0, 5), P(0, 0)});
+  CDibujo<int> cloud = Cloud({P(5, 5), P(-5, 5), P(15, 5), P(0, 5), P(-5, 0), P(15, 10)});
+  EXPECT_EQ(Classify(cloud, Drawing({ring})), 2);
+  EXPECT_THAT(Classes(cloud), ElementsAre(6, 0, 0, 6, 0, 0));
+}
+
 TEST(ClasificarPuntosSegunLimite, ARowThroughVerticesIsCountedAsItCrosses) {
   // A crown: its points up on the row 10, its valleys down on the row 5.
   const CLinea<int> crown = Line({P(0, 0), P(40, 0), P(40, 10), P(30, 5), P(20, 10), P(10, 5), P(0, 10), P(0, 0)});
@@ -98,6 +121,18 @@ TEST(ClasificarPuntosSegunLimite, EverythingLowEnoughIsClassifiedAndNothingIsToo
   CDibujo<int> cloud = Cloud({P(5, 5, 120), P(5, 5, 121), P(5, 5, -100000), P(5, 5, 0)});
   EXPECT_EQ(Classify(cloud, Drawing({Box(0, 0, 10, 10, 100)}), 20), 3);
   EXPECT_THAT(Classes(cloud), ElementsAre(6, 0, 6, 6));
+}
+
+TEST(ClasificarPuntosSegunLimite, BelowZeroALimitAsksForLessThanTheHeightOfTheOutline) {
+  CDibujo<int> cloud = Cloud({P(5, 5, 80), P(5, 5, 81)});
+  EXPECT_EQ(Classify(cloud, Drawing({Box(0, 0, 10, 10, 100)}), -20), 1);
+  EXPECT_THAT(Classes(cloud), ElementsAre(6, 0));
+}
+
+TEST(ClasificarPuntosSegunLimite, OfOneRingTheHighestVertexCounts) {
+  const CLinea<int> slope = Line({P(0, 0, 10), P(10, 0, 10), P(10, 10, 90), P(0, 10, 90), P(0, 0, 10)});
+  CDibujo<int> cloud = Cloud({P(5, 1, 95), P(5, 1, 96)});
+  EXPECT_EQ(Classify(cloud, Drawing({slope}), 5, 5), 1) << "what is low beside the far side is low everywhere";
 }
 
 TEST(ClasificarPuntosSegunLimite, TheHeightOfTheInnermostOutlineCounts) {
@@ -138,6 +173,20 @@ TEST(ClasificarPuntosSegunLimite, OnlyIncludedClassesThatAreNotExcludedChange) {
                                               kNoLimit, kNoLimit, nullptr, nullptr, nullptr),
             1);
   EXPECT_EQ(count, 42u);
+}
+
+TEST(ClasificarPuntosSegunLimite, WithNothingIncludedOrEverythingExcludedNothingChanges) {
+  CDibujo<int> cloud = Cloud({P(1, 1)});
+  const CDibujo<int> outlines = Drawing({Box(0, 0, 10, 10)});
+  unsigned count = 3;
+  for (const auto& [included, excluded] :
+       {std::pair<std::vector<CInfoClasificacion>, std::vector<CInfoClasificacion>>{}, {{kAny}, {kAny}}}) {
+    EXPECT_EQ(cloud.ClasificarPuntosSegunLimite(outlines, kBuilding, count, included, excluded, kNoLimit, kNoLimit,
+                                                nullptr, nullptr, nullptr),
+              1);
+  }
+  EXPECT_EQ(count, 3u);
+  EXPECT_THAT(Classes(cloud), ElementsAre(0));
 }
 
 TEST(ClasificarPuntosSegunLimite, ASelectionRestrictsTheWorkAndPlacesThatAreNoneAreIgnored) {

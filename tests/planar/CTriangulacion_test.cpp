@@ -12,6 +12,7 @@
 #include "support/FaultGuard.h"
 #include "support/OutlineOracle.h"
 #include "support/PlanarRun.h"
+#include "support/Predicates.h"
 #include "support/Random.h"
 #include "support/ReferenceDelaunay.h"
 
@@ -342,6 +343,42 @@ TEST_P(OutlinesOfFamilies, AreTheRimOfTheTrianglesWithShortSides) {
   EXPECT_EQ(outlineFaults(rings, mesh, static_cast<support::Int128>(distance) * distance), "");
   EXPECT_THAT(rings, testing::Not(IsEmpty()));
   EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST_P(OutlinesOfFamilies, HoldWhatLiesInTheTrianglesAndNothingElse) {
+  const QuietApp app;
+  const auto points = GetParam().cloud.points();
+  CMaximas<int> box;
+  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
+  const double distance = std::max(box.Ancho(), box.Alto()) * GetParam().fraction / 10000;
+  CDibujo<int> drawing = DrawingOf(points), outlines(kMetres);
+  const CDataSacaLimites how = Within(distance);
+  ASSERT_EQ(CTriangulacion(kMetres, {}).LimiteDibujo(drawing, outlines, &how, 1, 0), kHecho);
+  outlines.Sort(3, true, -1);
+
+  const support::Mesh mesh = support::referenceDelaunay(points);
+  const auto triangles = support::withShortSides(mesh, static_cast<support::Int128>(distance * distance));
+  support::Random random(GetParam().cloud.seed);
+  std::vector<Point> places(points.begin(), points.begin() + 200);
+  for (int i = 0; i < 300; ++i) {
+    places.push_back({random.between(box.Minimo.x, box.Maximo.x), random.between(box.Minimo.y, box.Maximo.y), 0});
+  }
+  CDibujo<int> cloud = DrawingOf(places);
+  unsigned changed = 0;
+  constexpr int kNoLimit = 2147483647;
+  ASSERT_EQ(cloud.ClasificarPuntosSegunLimite(outlines, CInfoClasificacion(6, 0.0, L""), changed,
+                                              {CInfoClasificacion(0, 0.0, kTextoComodin)}, {}, kNoLimit, kNoLimit,
+                                              nullptr, nullptr, nullptr),
+            kHecho);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const bool held = std::any_of(triangles.begin(), triangles.end(), [&](support::Triangle const& t) {
+      const auto side = [&](std::size_t k) {
+        return support::orientation(mesh.at(t[k]), mesh.at(t[(k + 1) % 3]), places[i]);
+      };
+      return side(0) <= 0 && side(1) <= 0 && side(2) <= 0;  // clockwise, its sides included
+    });
+    EXPECT_EQ(cloud[0].Punto(static_cast<int>(i)).clasificacion == 6, held) << toText(places[i]);
+  }
 }
 
 /// Families without four cocircular points, which two right triangulations could cut each in its own way.
