@@ -1,6 +1,6 @@
 #include "planar/CFiltroPuntos.h"
 
-#include "model/CInfoClasificacion.h"
+#include "planar/CListasClases.h"
 
 namespace Meseta47 {
 
@@ -11,10 +11,6 @@ bool Casa(CLinea<int> const& e, CDigiTab const& codigos) {
     if (e.ComparaCodigo(codigos[i].GetCodigo())) return true;
   }
   return false;
-}
-
-CInfoClasificacion ClaseDeCodigo(CString const& codigo) {
-  return {static_cast<unsigned char>(_wtoi(codigo)), 0.0, CString(L"")};
 }
 
 }  // namespace
@@ -30,25 +26,8 @@ CFiltroPuntos::CFiltroPuntos(CDataTriangulacion const& losDatos, double escala, 
 }
 
 void CFiltroPuntos::PreparaClases() {
-  std::vector<CInfoClasificacion> incluidos, excluidos;
-  for (unsigned i = 0; i < datos.incluidos.Cantidad(); ++i) {
-    CString const& codigo = datos.incluidos[i].GetCodigo();
-    incluidos.push_back(codigo.Left(1) == L"*" ? CInfoClasificacion(0, 0.0, CString(kTextoComodin))
-                                               : ClaseDeCodigo(codigo));
-  }
-  for (unsigned i = 0; i < datos.excluidos.Cantidad(); ++i) {
-    excluidos.push_back(ClaseDeCodigo(datos.excluidos[i].GetCodigo()));
-  }
-  const auto alguna = [](std::vector<CInfoClasificacion> const& lista, unsigned char clase) {
-    for (CInfoClasificacion const& info : lista) {
-      if (info.Compara(clase)) return true;
-    }
-    return false;
-  };
-  for (unsigned c = 0; c < clases.size(); ++c) {
-    const auto clase = static_cast<unsigned char>(c);
-    clases[c] = !alguna(excluidos, clase) && alguna(incluidos, clase);
-  }
+  const CListasClases listas(datos);
+  for (unsigned c = 0; c < clases.size(); ++c) clases[c] = listas.Admite(static_cast<unsigned char>(c));
 }
 
 bool CFiltroPuntos::AdmiteEntidad(CLinea<int> const& e) const {

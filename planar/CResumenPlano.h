@@ -22,6 +22,8 @@ struct URDIMBRE_API CResumenPlano {
   std::uint64_t delMarco = 0;       ///< triangles with a corner of the frame
 
   double segundosRellena = 0, segundosEnlaza = 0, segundosGenera = 0;
+  double segundosBusca = 0;     ///< a search, from the registering of its points to the last class
+  double segundosContorno = 0;  ///< of these, the outline of what was found and the points inside it
 };
 
 }  // namespace Meseta47

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -25,6 +26,7 @@ class CStdioFile;
 
 namespace Meseta47 {
 
+class CBusquedaPuntos;
 class CFiltroPuntos;
 class CIntensidadTipo;
 class CRango;
@@ -248,6 +250,14 @@ class URDIMBRE_API CTriangulacion2D {
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
   int Concluye(int codigo, CDibujo<int>* porVaciar);
+  /// A search from its beginning to its end: `busca` is called once the mesh is in the file.
+  int RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
+                  std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca);
+  /// Collects, orders and renumbers the points of the mesh for a search.
+  int PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
+                      std::vector<CPosicionEntidad> const* seleccion, std::vector<CRGBTipo>* colores,
+                      std::vector<CIntensidadTipo>* intensidades);
+  void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
   int JuntaNiveles(CDibujo<int>& curvas);
 

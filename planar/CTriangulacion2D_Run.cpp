@@ -1,8 +1,7 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
-#include <chrono>
-
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
+#include "planar/Cronometra.h"
 #include "planar/GuardaDeRun.h"
 
 namespace Meseta47 {
@@ -10,15 +9,6 @@ namespace Meseta47 {
 namespace {
 
 constexpr int kOrdenEspacial = 7;  // sort key of entities: along a space-filling curve
-
-/// Adds to `segundos` how long `fase` takes, and hands its code on.
-template <class F>
-int Cronometra(double& segundos, F&& fase) {
-  const auto antes = std::chrono::steady_clock::now();
-  const int codigo = fase();
-  segundos += std::chrono::duration<double>(std::chrono::steady_clock::now() - antes).count();
-  return codigo;
-}
 
 /// Further drawings may hold the numbers of an earlier run; a point that this one does not reach must not keep them.
 void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {

@@ -1,0 +1,49 @@
+// The outline step that ends the searches: everything among the points found is found as well.
+#include "classification/BusquedaContorno.h"
+
+#include "model/CDataSacaLimites.h"
+#include "model/CDataTriangulacion.h"
+#include "model/Codigos.h"
+#include "planar/CTriangulacion.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr int kOrdenDeContornos = 3;  // sort key of entities: larger outlines before the smaller ones inside them
+
+/// Every point counts, whatever its height.
+CDataTriangulacion Todo() {
+  CDataTriangulacion datos;
+  datos.zMin = -2147483648.0;
+  datos.zMax = 2147483647.0;
+  datos.entero = 0;
+  datos.incluidos.Inserta(CElementoDigiTab(CTipoDat(ENTIDAD_LINEA, kCodigoTodos), 70, 70, 70, 0, 0, L"", 1), true);
+  datos.excluidos.clear();
+  return datos;
+}
+
+}  // namespace
+
+CDibujo<int> DibujoDeHallados(CDataSemilla const& semilla, std::vector<CCoor3D<int>>& puntos) {
+  CSetPuntos<int> set(L"nuevo");
+  set.swap(puntos);
+  CDibujo<int> dibujo(semilla);
+  dibujo.Inserta(std::move(set));
+  return dibujo;
+}
+
+int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites) {
+  if (const int codigo = nuevo.BorraDuplicadas(true, false); codigo != kHecho) return codigo;
+  if (nuevo.Cantidad() == 0) return kHecho;
+  CDataSacaLimites como;
+  como.distancia = distancia;
+  como.superficieMinima = -1.0;
+  CTriangulacion triangulacion(nuevo.semilla, Todo());
+  triangulacion.Mensajes(nivel);
+  const int codigo = triangulacion.LimiteDibujo(nuevo, limites, &como, 1, 0);
+  if (codigo == kHecho) limites.Sort(kOrdenDeContornos, true, -1);
+  return codigo;
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,72 @@
+// What all searches begin and end with.
+#include "classification/CBusquedaPuntos.h"
+#include "model/IPorcentaje.h"
+#include "planar/CFiltroPuntos.h"
+#include "planar/Cronometra.h"
+#include "planar/GuardaDeRun.h"
+#include "planar/PunteroDeRun.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr unsigned kMensajeRegistra = 19020;
+
+struct CBorraNumeros {
+  bool Entidad(CLinea<int> const&) { return true; }
+  bool Entera(CLinea<int> const&) { return false; }
+  CPaso Punto(CLinea<int> const& e, unsigned, unsigned k) {
+    PunteroDeRun(e, k)->num = 0;
+    return CPaso::Sigue;
+  }
+};
+
+}  // namespace
+
+/// The points of the further drawings that take part may hold numbers of an earlier run, and one that is not given
+/// another must not pass for a point of this one. The others keep theirs: they are not this search's.
+void CTriangulacion2D::BorraNumeros(std::vector<CDibujo<int>*> const& otros) const {
+  for (CDibujo<int> const* otro : otros) {
+    if (otro != nullptr) RecorrePuntos(*otro, CFiltroPuntos(datos, Precision(), *otro), nullptr, CBorraNumeros());
+  }
+}
+
+int CTriangulacion2D::RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
+                                  std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca) {
+  const CGuarda guarda(*this);
+  dibujo.PonNumerosACero();
+  if (otros != nullptr) BorraNumeros(*otros);
+  double segundos = 0;
+  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, seleccion, nullptr); });
+  resumen.segundosRellena = segundos;
+  if (codigo != kHecho) return codigo;
+  codigo = Cronometra(resumen.segundosEnlaza, [&] {
+    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, seleccion, nullptr,
+                       nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+  });
+  if (codigo != kHecho) return codigo;
+  return Concluye(Cronometra(resumen.segundosBusca, busca), nullptr);
+}
+
+int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo,
+                                      std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion,
+                                      std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades) {
+  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
+  busqueda.puntos.reserve(cantidadPuntos - duplicados, maximas.Minimo.x, maximas.Maximo.x);
+  divisiones.clear();  // before the points are held twice
+  unsigned long long contador = 0;
+  const auto registra = [&](CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
+    return RegistraPuntos(busqueda.puntos, d, contador, cantidadPuntos, elegidos, colores, intensidades);
+  };
+  if (const int codigo = registra(dibujo, seleccion); codigo != kHecho) return codigo;
+  if (otros != nullptr) {
+    for (CDibujo<int> const* otro : *otros) {
+      if (otro == nullptr) continue;
+      if (const int codigo = registra(*otro, nullptr); codigo != kHecho) return codigo;
+    }
+  }
+  busqueda.Renumera(cantidadPuntos);
+  return kHecho;
+}
+
+}  // namespace Meseta47

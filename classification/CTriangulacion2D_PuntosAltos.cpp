@@ -1,0 +1,241 @@
+// The search of high points: passes over the temporary file by one thread a processor, and the classes at the end.
+#include <optional>
+
+#include "classification/BusquedaContorno.h"
+#include "classification/CBusquedaPasadas.h"
+#include "classification/CBusquedaPuntos.h"
+#include "classification/CHiloBuscaPuntosAltos.h"
+#include "model/IPorcentaje.h"
+#include "planar/CListasClases.h"
+#include "planar/CTriangulacion2D.h"
+#include "planar/Cronometra.h"
+#include "platform/Procesadores.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr unsigned kMensajeBusca = 19045;
+constexpr unsigned long kMilisegundos = 40;  // between two progress steps while the threads work
+// Rise over run above which a side is steep: a plain ratio, so 0.785 passes where 45 degrees would ask for 1. Searches
+// have been tuned with it.
+constexpr double kPendiente = 0.7853981633974483;
+constexpr unsigned kPasadas = 3;
+
+struct CParametros {
+  int alturaMin, distanciaMax;  ///< scaled units
+  unsigned pasadas;
+};
+
+/// One thread a processor, or a single one for a file with fewer records than that.
+unsigned HilosPara(unsigned registros) {
+  const unsigned procesadores = NumeroProcesadores();
+  return registros / procesadores == 0 ? 1 : procesadores;
+}
+
+/// Handles of events, one a thread.
+class CEventos {
+ public:
+  CEventos(unsigned cuantos, bool senalados) {
+    for (unsigned k = 0; k < cuantos; ++k) eventos.push_back(CreateEventW(nullptr, true, senalados, nullptr));
+  }
+  CEventos(CEventos const&) = delete;
+  CEventos& operator=(CEventos const&) = delete;
+  ~CEventos() {
+    for (HANDLE evento : eventos) CloseHandle(evento);
+  }
+  HANDLE* operator[](unsigned k) { return &eventos[k]; }
+  /// True when all are set; with a time limit, false when it has run out.
+  bool EsperaTodos(unsigned long milisegundos) {
+    return WaitForMultipleObjects(static_cast<unsigned long>(eventos.size()), eventos.data(), true, milisegundos) ==
+           WAIT_OBJECT_0;
+  }
+
+ private:
+  std::vector<HANDLE> eventos;
+};
+
+/// The threads of a search, and what they share.
+class CBuscadores {
+ public:
+  CBuscadores(CFile& elFichero, CBusquedaPuntos& laBusqueda, CParametros const& losParametros,
+              std::vector<CCoor3D<int>>& losAltos, unsigned& laCantidad, IPorcentaje* elPorcentaje, int elNivel)
+      : fichero(elFichero),
+        busqueda(laBusqueda),
+        parametros(losParametros),
+        altos(losAltos),
+        cantidad(laCantidad),
+        porcentaje(elPorcentaje),
+        nivel(elNivel),
+        pasadas(losParametros.pasadas, elFichero.GetLength()),
+        registros(static_cast<unsigned>(pasadas.longitud / CBusquedaFichero::kBytes)),
+        cuantos(HilosPara(registros)),
+        eventosFin(cuantos, true),
+        eventosSigue(cuantos, false),
+        hilos(cuantos) {}
+  CBuscadores(CBuscadores const&) = delete;
+  CBuscadores& operator=(CBuscadores const&) = delete;
+  ~CBuscadores() {
+    for (CHiloBuscaPuntosAltos& hilo : hilos) hilo.Stop();
+  }
+
+  /// All passes. A run's code.
+  int Busca() {
+    int codigo = kHecho;
+    while (codigo == kHecho && pasadas.Quedan()) codigo = Pasada();
+    return codigo;
+  }
+
+ private:
+  int Pasada() {
+    fichero.Seek(0, CFile::begin);
+    cantidad = 0;
+    pasadas.Empieza();
+    terminados = 0;
+    leido = 0;
+    cancelado = false;
+    seccion.emplace();
+    if (const int codigo = Reparte(); codigo != kHecho) return codigo;
+    Espera();
+    eventosFin.EsperaTodos(INFINITE);
+    if (cancelado) return CuentaDondeQuedo();
+    for (CHiloBuscaPuntosAltos const& hilo : hilos) {
+      if (hilo.Codigo() != kHecho) return hilo.Codigo();
+    }
+    pasadas.Termina();
+    return kHecho;
+  }
+
+  int Reparte() {
+    const unsigned porHilo = registros / cuantos + 1;
+    for (unsigned k = 0; k < cuantos; ++k) {
+      CHiloBuscaPuntosAltos& hilo = hilos[k];
+      hilo.Start(k, eventosFin[k], eventosSigue[k], porcentaje, static_cast<unsigned>(nivel), pasadas.acumulado,
+                 fichero.GetFilePath(), &busqueda.puntos, &pasadas.pasada, &cantidad, &busqueda.tabla,
+                 parametros.alturaMin, parametros.distanciaMax, kPendiente, &altos, &pasadas.cambio, &pasadas.total,
+                 porHilo, &*seccion, &terminados, &leido, &cancelado);
+      if (hilo.Codigo() != kHecho) return hilo.Codigo();
+      SetEvent(*eventosSigue[k]);
+    }
+    return kHecho;
+  }
+
+  /// Reports until all threads are done. It sleeps between two reports, and is woken by the last thread.
+  void Espera() {
+    const std::atomic_ref<long> hechos(terminados);
+    const std::atomic_ref<unsigned> bytes(leido);
+    const std::atomic_ref<std::uint64_t> total(pasadas.total);
+    while (hechos < static_cast<long>(cuantos) && !cancelado) {
+      if (porcentaje != nullptr && porcentaje->Porcentaje(nivel, bytes + pasadas.acumulado, total, false) == 0) {
+        std::atomic_ref<bool>(cancelado).store(true);
+      } else {
+        eventosFin.EsperaTodos(porcentaje != nullptr ? kMilisegundos : INFINITE);
+      }
+    }
+  }
+
+  int CuentaDondeQuedo() {
+    const auto cuenta = [&](wchar_t const* formato, auto... valores) {
+      CString texto;
+      texto.Format(formato, valores...);
+      porcentaje->Mensaje(1, &texto, 1);
+    };
+    if (porcentaje != nullptr) {
+      cuenta(L"cantidad leida %u", leido);
+      cuenta(L"cont %llu total %llu", static_cast<unsigned long long>(pasadas.acumulado),
+             static_cast<unsigned long long>(pasadas.total));
+      for (unsigned k = 0; k < cuantos; ++k) {
+        cuenta(L"k=%u file=%llu limite=%llu", k, static_cast<unsigned long long>(hilos[k].Posicion()),
+               static_cast<unsigned long long>(hilos[k].Limite()));
+      }
+    }
+    return kCancelado;
+  }
+
+  CFile& fichero;
+  CBusquedaPuntos& busqueda;
+  CParametros parametros;
+  std::vector<CCoor3D<int>>& altos;
+  unsigned& cantidad;
+  IPorcentaje* porcentaje;
+  int nivel;
+  CBusquedaPasadas pasadas;
+  unsigned registros, cuantos;
+  std::optional<CCriticalSection> seccion;  // a new one for each pass, at the same place
+  long terminados = 0;
+  unsigned leido = 0;
+  bool cancelado = false;
+  CEventos eventosFin, eventosSigue;
+  std::vector<CHiloBuscaPuntosAltos> hilos;
+};
+
+/// The points that a search has found and whose class may be changed. Points that bear the class already join those
+/// found, to be outlined with them.
+std::vector<CPosicionEntidad> RecogeHallados(CDibujo<int> const& dibujo, CBusquedaPuntos& busqueda,
+                                             CListasClases const& clases, CInfoClasificacion const& info,
+                                             std::vector<CCoor3D<int>>& altos) {
+  std::vector<CPosicionEntidad> hallados;
+  for (unsigned e = 0; e < dibujo.Cantidad(); ++e) {
+    for (int j = 0; j < dibujo[e].NPuntos(); ++j) {
+      CCoor3D<int> const& p = dibujo[e].Punto(j);
+      if (info.Compara(p.clasificacion)) altos.push_back(p);
+      if (busqueda.EsHallado(p.num) && clases.Admite(p.clasificacion)) hallados.emplace_back(static_cast<int>(e), j);
+    }
+  }
+  return hallados;
+}
+
+void PonClase(CDibujo<int>& dibujo, std::vector<CPosicionEntidad> const& lugares, CInfoClasificacion const& info) {
+  const CInfoClasificacion clase(info.GetTipo(), 0.0, L"");
+  for (CPosicionEntidad const& lugar : lugares) {
+    dibujo[static_cast<unsigned>(lugar.entidad)].SetClasificacion(clase, lugar.punto);
+  }
+}
+
+}  // namespace
+
+int CTriangulacion2D::RunPuntosAltos(CDibujo<int>& dibujo, double distanciaMax, double alturaMin,
+                                     CInfoClasificacion const& info, int unaPasada, unsigned int& cantidad,
+                                     std::vector<CDibujo<int>*>* otros,
+                                     std::vector<CPosicionEntidad> const* seleccion) {
+  return RunBusqueda(dibujo, otros, seleccion, [&] {
+    return BuscaPuntosAltos(dibujo, otros, distanciaMax, alturaMin, info, unaPasada, cantidad, seleccion);
+  });
+}
+
+int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax,
+                                       double alturaMin, CInfoClasificacion const& info, int unaPasada,
+                                       unsigned int& cantidad, std::vector<CPosicionEntidad> const* seleccion) {
+  CBusquedaPuntos busqueda;
+  int codigo = PreparaBusqueda(busqueda, dibujo, otros, seleccion, nullptr, nullptr);
+  if (codigo != kHecho) return codigo;
+
+  IPorcentaje* porcentaje = Progreso();
+  if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
+  const CParametros parametros{Trunca(Precision() * alturaMin), Trunca(Precision() * distanciaMax),
+                               unaPasada != 0 ? 1 : kPasadas};
+  std::vector<CCoor3D<int>> altos;
+  altos.reserve(cantidadPuntos / 2);
+  codigo = CBuscadores(*ficheroTemporal, busqueda, parametros, altos, cantidad, porcentaje, mensajes).Busca();
+  if (codigo != kHecho) return codigo;
+
+  const CListasClases clases(datos);
+  const std::vector<CPosicionEntidad> hallados = RecogeHallados(dibujo, busqueda, clases, info, altos);
+  busqueda = CBusquedaPuntos();  // the outline needs the memory
+  cantidad = 0;
+  CDibujo<int> limites(dibujo.semilla);
+  codigo = Cronometra(resumen.segundosContorno, [&] {
+    CDibujo<int> nuevo = DibujoDeHallados(dibujo.semilla, altos);
+    return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites);
+  });
+  if (codigo == kCancelado) return codigo;
+  PonClase(dibujo, hallados, info);
+  cantidad = static_cast<unsigned>(hallados.size());
+  if (codigo != kHecho) return codigo;
+  return Cronometra(resumen.segundosContorno, [&] {
+    return dibujo.ClasificarPuntosSegunLimite(limites, info, cantidad, clases.incluidos, clases.excluidos,
+                                              parametros.alturaMin, parametros.alturaMin, nullptr, nullptr, nullptr);
+  });
+}
+
+}  // namespace Meseta47
