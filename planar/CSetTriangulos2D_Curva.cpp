@@ -13,6 +13,7 @@ namespace {
 
 void Segmento(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) {
   CLinea<int> linea(L"nuevo");
+  linea.Reserva(2);
   linea << a;
   linea << b;
   curvas.Inserta(std::move(linea));
@@ -24,7 +25,7 @@ void CSetTriangulos2D::Curva(CDibujo<int>& curvas, int equidistancia, double lad
   CSetTriangulos2D* susHijos = hijos;
   CTriangulo2D* t = primero;
   hijos = nullptr;
-  primero = ultimo = actual = nullptr;
+  primero = ultimo = actual = inicio = nullptr;
   while (t != nullptr) {
     t->Curva(curvas, equidistancia, lado2);
     CTriangulo2D* siguiente = t->sig;
@@ -81,20 +82,23 @@ void CTriangulo2D::CortaLado(std::vector<CCoor3D<int>>& puntosCorte, short lado,
     p.num = static_cast<int>(puntosCorte.size()) + 1;
     puntosCorte.push_back(p);
   };
-  const double dx = static_cast<double>(b.x) - a.x, dy = static_cast<double>(b.y) - a.y;
-  const double dz = static_cast<double>(b.z) - a.z;
-  const std::int64_t zMin = std::min(a.z, b.z), zMax = std::max(a.z, b.z);
-  std::int64_t nivel = zMin / equidistancia * equidistancia;  // towards zero
-  if (nivel == a.z && dz == 0) {
+  // Measured from the lower end whichever way the side runs, so that the two triangles of a side cut it at the very
+  // same points and no contour breaks there.
+  CCoor3D<int> const& bajo = b.z < a.z ? b : a;
+  CCoor3D<int> const& alto = b.z < a.z ? a : b;
+  const double dx = static_cast<double>(alto.x) - bajo.x, dy = static_cast<double>(alto.y) - bajo.y;
+  const double dz = static_cast<double>(alto.z) - bajo.z;
+  std::int64_t nivel = std::int64_t{bajo.z} / equidistancia * equidistancia;  // towards zero
+  if (nivel == bajo.z && dz == 0) {
     anade(a);
     anade(b);
     return;
   }
-  if (nivel < zMin) nivel += equidistancia;
-  for (; nivel <= zMax; nivel += equidistancia) {
-    const double t = static_cast<double>(nivel) - a.z;
+  if (nivel < bajo.z) nivel += equidistancia;
+  for (; nivel <= alto.z; nivel += equidistancia) {
+    const double t = static_cast<double>(nivel) - bajo.z;
     CCoor3D<int> corte;
-    corte.ActualizaXY(t * dx / dz + a.x, t * dy / dz + a.y);
+    corte.ActualizaXY(t * dx / dz + bajo.x, t * dy / dz + bajo.y);
     corte.z = static_cast<int>(nivel);
     anade(corte);
   }

@@ -1,10 +1,12 @@
 // How a triangle, and a set of them, is cut with contour levels.
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <limits>
 
 #include "model/CDibujo.h"
 #include "planar/CSetTriangulos2D.h"
 #include "support/PlanarScene.h"
+#include "support/Random.h"
 
 namespace Meseta47 {
 namespace {
@@ -117,6 +119,53 @@ TEST(CortaLado, HeightsAtTheLimitsOfThirtyTwoBitsEndTheLevelsInTime) {
   EXPECT_EQ(cuts.size(), 5U);
 }
 
+TEST(CortaLado, BothTrianglesOfASideCutItAtTheSamePoints) {
+  support::Random random(20'260);
+  for (const std::int32_t reach : {100, 1'000'000, 2'147'483'647}) {
+    for (int i = 0; i < 2'000; ++i) {
+      const auto any = [&] { return random.between(-std::int64_t{reach}, reach); };
+      const At a{any(), any(), any()}, b{any(), any(), any()}, left{any(), any(), 0}, right{any(), any(), 0};
+      const int interval = reach / 7 + 1;
+      const auto there = Cuts({a, b, left}, 0, interval), back = Cuts({b, a, right}, 0, interval);
+      ASSERT_EQ(there.size(), back.size());
+      for (std::size_t k = 0; k < there.size(); ++k) ASSERT_EQ(PlaceOf(there[k]), PlaceOf(back[k])) << i;
+    }
+  }
+}
+
+TEST(CortaLado, CutsOfBothSidesOfAVertexOnALevelAreTheVertex) {
+  const std::vector<At> places{{7, 3, 40}, {100, 77, 13}, {-31, 5, 95}};
+  EXPECT_EQ(PlaceOf(Cuts(places, 0, 40)[0]), Place(7, 3, 40));
+  EXPECT_EQ(PlaceOf(Cuts(places, 2, 40)[0]), Place(7, 3, 40));
+}
+
+TEST(CortaLado, ASideBelowZeroThatLiesOnALevelGivesBothItsEnds) {
+  const auto cuts = Cuts({{0, 0, -20}, {100, 0, -20}, {0, 50, 7}}, 0, 10);
+  ASSERT_EQ(cuts.size(), 2U);
+  EXPECT_EQ(PlaceOf(cuts[0]), Place(0, 0, -20));
+  EXPECT_EQ(PlaceOf(cuts[1]), Place(100, 0, -20));
+}
+
+TEST(CortaLado, ZeroIsALevel) {
+  EXPECT_EQ(PlaceOf(Cuts({{0, 0, -5}, {100, 0, 5}, {0, 50, 7}}, 0, 10)[0]), Place(50, 0, 0));
+}
+
+TEST(CortaLado, NumbersGoOnFromWhatTheListHolds) {
+  auto p = Numbered({{0, 0, 5}, {0, 100, 15}, {100, 0, 25}});
+  std::vector<CCoor3D<int>> cuts;
+  for (short side = 0; side < 3; ++side) Cutter(&p[0], &p[1], &p[2]).CortaLado(cuts, side, 10);
+  ASSERT_EQ(cuts.size(), 4U);
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(cuts[static_cast<std::size_t>(i)].num, i + 1);
+}
+
+TEST(CortaLado, ATriangleAtTheFrameIsCutAllTheSame) {
+  auto p = Numbered({{0, 0, 5}, {0, 100, 15}, {100, 0, 25}});
+  p[2].num = -1;
+  std::vector<CCoor3D<int>> cuts;
+  Cutter(&p[0], &p[1], &p[2]).CortaLado(cuts, 0, 10);
+  EXPECT_EQ(cuts.size(), 1U);
+}
+
 TEST(CortaLado, CollinearPointsAreNotCut) {
   EXPECT_THAT(Cuts({{0, 0, 0}, {100, 0, 100}, {200, 0, 200}}, 0, 10), IsEmpty());
 }
@@ -144,6 +193,65 @@ TEST(Curva, AVertexOnALevelWithTheOthersToOneSideGivesNoPiece) {
 TEST(Curva, AVertexOnALevelBetweenTheOthersIsOneEndOfThePiece) {
   EXPECT_THAT(Contours({{0, 0, 10}, {0, 100, 5}, {100, 0, 15}}, 10),
               ElementsAre(Piece(Place(0, 0, 10), Place(50, 50, 10))));
+}
+
+TEST(Curva, AVertexOnALevelGivesItsPieceBelowZeroToo) {
+  EXPECT_THAT(Contours({{0, 0, -10}, {0, 100, -15}, {100, 0, -5}}, 10),
+              ElementsAre(Piece(Place(0, 0, -10), Place(50, 50, -10))));
+}
+
+TEST(Curva, ASideOnALevelRunsFromTheEarlierVertexToTheLater) {
+  auto p = Numbered({{0, 100, 10}, {100, 0, 15}, {0, 0, 10}});
+  CDibujo<int> drawing;
+  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
+  ASSERT_EQ(drawing.Cantidad(), 1U);
+  EXPECT_EQ(PlaceOf(drawing[0].Punto(0)), Place(0, 100, 10)) << "P1, although it stands behind P3 in any order";
+  EXPECT_EQ(PlaceOf(drawing[0].Punto(1)), Place(0, 0, 10));
+}
+
+TEST(Curva, AFlatTriangleGivesItsSidesInOrder) {
+  auto p = Numbered({{0, 0, 20}, {0, 100, 20}, {100, 0, 20}});
+  CDibujo<int> drawing;
+  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
+  std::vector<std::pair<int, int>> sides;
+  for (unsigned i = 0; i < drawing.Cantidad(); ++i)
+    sides.emplace_back(drawing[i].Punto(0).num, drawing[i].Punto(1).num);
+  EXPECT_THAT(sides, ElementsAre(std::pair(1, 2), std::pair(1, 3), std::pair(2, 3)));
+}
+
+TEST(Curva, AFlatTriangleAtZeroAndBelowItGivesItsThreeSides) {
+  for (const int height : {0, -20}) {
+    EXPECT_EQ(Contours({{0, 0, height}, {0, 100, height}, {100, 0, height}}, 10).size(), 3U) << height;
+  }
+}
+
+TEST(Curva, CutsThatRoundToOnePointGiveNoPiece) {
+  EXPECT_THAT(
+      Contours({{0, 0, 9}, {0, 10, 100}, {10, 0, 100}}, 10),
+      testing::Not(testing::Contains(testing::Truly([](Piece const& piece) { return piece.first == piece.second; }))));
+  EXPECT_EQ(Contours({{0, 0, 9}, {0, 10, 100}, {10, 0, 100}}, 10).size(), 9U)
+      << "ten levels, the lowest of which cuts both sides a tenth of a unit from the vertex";
+}
+
+TEST(Curva, PiecesKeepNoMarkOfThePairing) {
+  auto p = Numbered({{0, 0, 5}, {0, 100, 15}, {100, 0, 25}});
+  CDibujo<int> drawing;
+  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
+  ASSERT_EQ(drawing.Cantidad(), 2U);
+  for (unsigned i = 0; i < 2; ++i) {
+    EXPECT_FALSE(drawing[i].Punto(0).EsBorrado());
+    EXPECT_FALSE(drawing[i].Punto(1).EsBorrado());
+    EXPECT_EQ(drawing[i].maximas.Minimo.z, drawing[i].maximas.Maximo.z);
+  }
+}
+
+TEST(Curva, EachSideIsHeldAgainstTheLimit) {
+  const std::vector<At> places{{0, 0, 0}, {0, 60, 20}, {80, 0, 20}};  // 60, 100 and 80
+  for (std::size_t turn = 0; turn < 3; ++turn) {
+    std::vector<At> turned = places;
+    std::rotate(turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(turn), turned.end());
+    EXPECT_THAT(Contours(turned, 10, 99.0 * 99), IsEmpty()) << turn;
+  }
 }
 
 TEST(Curva, ASideOnALevelIsGivenOnceAndItsEndsAreSpent) {
@@ -178,11 +286,13 @@ TEST(Curva, WithALimitOfZeroNoTrianglePasses) {
 }
 
 TEST(Curva, TrianglesAtTheFrameGiveNothing) {
-  auto p = Numbered({{0, 0, 0}, {0, 100, 20}, {100, 0, 20}});
-  p[1].num = -2;
-  CDibujo<int> drawing;
-  CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
-  EXPECT_EQ(drawing.Cantidad(), 0U);
+  for (std::size_t corner = 0; corner < 3; ++corner) {
+    auto p = Numbered({{0, 0, 0}, {0, 100, 20}, {100, 0, 20}});
+    p[corner].num = -2;
+    CDibujo<int> drawing;
+    CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
+    EXPECT_EQ(drawing.Cantidad(), 0U) << corner;
+  }
 }
 
 TEST(Curva, InvalidTrianglesGiveNothing) {
@@ -210,6 +320,42 @@ TEST(Curva, ASetGivesThePiecesOfItsSubtreeAndIsEmptied) {
   EXPECT_EQ(root.Cantidad(), 0U);
   root.Curva(drawing, 10, kAnySide);
   EXPECT_EQ(drawing.Cantidad(), 3U) << "a second time finds nothing";
+}
+
+TEST(Curva, ASetGivesUpItsChildrenAndEveryWayIntoItsList) {
+  auto p = Numbered({{10, 10, 0}, {10, 20, 20}, {20, 10, 20}, {490, 10, 5}, {490, 30, 15}, {510, 10, 5}});
+  CSetTriangulos2D root(0);
+  root.EstableceDivisiones(Box(0, 0, 1000, 1000), true);
+  root.Inserta(CTriangulo2D(&p[0], &p[1], &p[2]));
+  root.Inserta(CTriangulo2D(&p[3], &p[4], &p[5]));
+  CDibujo<int> drawing;
+  root.Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(root.hijos, nullptr);
+  EXPECT_EQ(root.primero, nullptr);
+  EXPECT_EQ(root.ultimo, nullptr);
+  EXPECT_EQ(root.actual, nullptr);
+  EXPECT_EQ(root.inicio, nullptr);
+  EXPECT_EQ(root.cantidad, 0U);
+}
+
+TEST(Curva, TheTrianglesOfASetLetGoOfTheirNeighbours) {
+  auto p = Numbered({{0, 0, 0}, {0, 100, 20}, {100, 0, 20}, {100, 100, 40}});
+  CTriangulo2D outside(&p[1], &p[3], &p[2]);
+  CSetTriangulos2D root(0);
+  root.EstableceDivisiones(Box(-1000, -1000, 1000, 1000), false);
+  root.Inserta(CTriangulo2D(&p[0], &p[1], &p[2]));
+  root.primero->SetVecino23(&outside);
+  outside.SetVecino31(root.primero);
+  CDibujo<int> drawing;
+  root.Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(outside.GetVecino31(), nullptr);
+}
+
+TEST(Curva, AnEmptySetGivesNothing) {
+  CSetTriangulos2D root(0);
+  CDibujo<int> drawing;
+  root.Curva(drawing, 10, kAnySide);
+  EXPECT_EQ(drawing.Cantidad(), 0U);
 }
 
 }  // namespace
