@@ -5,6 +5,7 @@
 
 #include "model/CDibujo.h"
 #include "planar/CSetTriangulos2D.h"
+#include "support/ExactInteger.h"
 #include "support/PlanarScene.h"
 #include "support/Random.h"
 
@@ -129,6 +130,24 @@ TEST(CortaLado, BothTrianglesOfASideCutItAtTheSamePoints) {
       const auto there = Cuts({a, b, left}, 0, interval), back = Cuts({b, a, right}, 0, interval);
       ASSERT_EQ(there.size(), back.size());
       for (std::size_t k = 0; k < there.size(); ++k) ASSERT_EQ(PlaceOf(there[k]), PlaceOf(back[k])) << i;
+    }
+  }
+}
+
+TEST(CortaLado, ACutOfTheWidestSideIsOffByAUnitAtMost) {
+  support::Random random(20'260);
+  for (int i = 0; i < 5'000; ++i) {
+    const auto any = [&] { return random.between(-2'147'483'648, 2'147'483'647); };
+    const At a{any(), any(), any()}, b{any(), any(), any()};
+    for (CCoor3D<int> const& cut : Cuts({a, b, {any(), any(), 0}}, 0, 400'000'000)) {
+      // Off by d along x, the point misses the side by d times the climb: exactly so in integers.
+      const auto misses = [&](std::int32_t at, std::int32_t from, std::int32_t to) {
+        const support::Int128 climb = support::Int128{b.z} - a.z;
+        const support::Int128 off =
+            (support::Int128{at} - from) * climb - (support::Int128{cut.z} - a.z) * (support::Int128{to} - from);
+        return (off < 0 ? -off : off) > (climb < 0 ? -climb : climb);
+      };
+      ASSERT_FALSE(misses(cut.x, a.x, b.x) || misses(cut.y, a.y, b.y)) << i;
     }
   }
 }

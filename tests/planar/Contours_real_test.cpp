@@ -1,0 +1,67 @@
+// Contours of real clouds, held against a plain contouring of the finished model in exact arithmetic.
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "host/HostApp.h"
+#include "host/LoadedCloud.h"
+#include "host/SpatialOrder.h"
+#include "model/Codigos.h"
+#include "support/ContourRun.h"
+#include "support/RealClouds.h"
+
+namespace Meseta47::host {
+namespace {
+
+using support::ContourRule;
+
+struct RealScene {
+  std::string name;
+  std::vector<std::string> files;
+  double interval;     ///< in the files' unit
+  double longestSide;  ///< in the files' unit
+};
+std::ostream& operator<<(std::ostream& out, RealScene const& scene) { return out << scene.name; }
+
+constexpr double kAnySide = 1e6;
+
+class RealContours : public testing::TestWithParam<RealScene> {};
+
+TEST_P(RealContours, AreThoseOfTheFinishedModel) {
+  RealScene const& scene = GetParam();
+  std::vector<std::string> paths;
+  for (std::string const& file : scene.files) {
+    const auto path = support::realCloud(file);
+    if (!path) GTEST_SKIP() << support::missingCloud(file);
+    paths.push_back(path->string());
+  }
+  CommonOptions options;
+  options.quiet = true;
+  HostApp app(options);
+  LoadedCloud cloud = std::move(loadClouds({paths}, LoadOptions(), app)[0]);
+  applyOrder(cloud.points, hilbertOrder(cloud.points));
+  const double scale = cloud.seed.Precision();
+  const ContourRule rule{static_cast<std::int32_t>(std::lround(scene.interval * scale)),
+                         std::llround(std::min(scene.longestSide * scale, 2147483647.0))};
+  const test::Contoured contoured = test::ContourCloud(std::move(cloud.points), rule);
+  ASSERT_EQ(contoured.code, kHecho);
+  EXPECT_GT(contoured.lines.size(), 10U);
+  EXPECT_EQ(FaultsOf(contoured), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, RealContours,
+                         testing::Values(RealScene{"Autzen", {"autzen_trim.las"}, 10, kAnySide},
+                                         RealScene{"AutzenGapped", {"autzen_trim.las"}, 5, 12},
+                                         RealScene{"Topography", {"Topography.las"}, 2, kAnySide},
+                                         RealScene{"TopographyGapped", {"Topography.las"}, 1, 6},
+                                         RealScene{"Megaplot", {"Megaplot.las"}, 2, kAnySide},
+                                         RealScene{"Building", {"sample_c.las"}, 0.5, kAnySide},
+                                         RealScene{"BuildingGapped", {"sample_c.las"}, 0.5, 2},
+                                         RealScene{"Slope", {"4_6_crop.las"}, 1, kAnySide},
+                                         RealScene{"City", {"isprs/samp12.las"}, 1, kAnySide},
+                                         RealScene{"Forest", {"bcts_1.las"}, 5, kAnySide},
+                                         RealScene{"ForestGapped", {"bcts_1.las"}, 5, 3},
+                                         RealScene{"ForestOfTwoTiles", {"bcts_1.las", "bcts_2.las"}, 10, kAnySide}),
+                         [](auto const& scene) { return scene.param.name; });
+
+}  // namespace
+}  // namespace Meseta47::host

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "support/Mesh.h"
+
+/// Contour lines the plain way, in exact arithmetic: each triangle of a finished mesh is told apart by where its
+/// vertices lie with respect to a level. The only rounding is that of a cut to whole units: to nearest, halves to even.
+namespace Meseta47::support {
+
+/// Two ends at one height, the smaller one first.
+struct ContourPiece {
+  Point a, b;
+
+  friend auto operator<=>(const ContourPiece&, const ContourPiece&) = default;
+};
+
+[[nodiscard]] inline ContourPiece pieceBetween(const Point& p, const Point& q) {
+  return p < q ? ContourPiece{p, q} : ContourPiece{q, p};
+}
+
+/// How a surface is contoured: the heights that are multiples of `interval` (above 0), over the triangles none of whose
+/// sides is longer in plan than `longestSide`.
+struct ContourRule {
+  std::int32_t interval = 1;
+  std::int64_t longestSide = std::int64_t{1} << 40;
+};
+
+/// A piece as a triangle gives it, and how far rounding has moved each coordinate of its ends: where it truly runs is
+/// `piece` less that.
+struct GivenPiece {
+  ContourPiece piece;
+  double movedAx = 0, movedAy = 0, movedBx = 0, movedBy = 0;
+};
+
+struct PlainContours {
+  /// What each triangle gives, sorted by the pieces: one that two triangles give stands twice.
+  std::vector<GivenPiece> given;
+  /// Where a side that bounds a single triangle meets a level, its ends included: sorted, without copies.
+  std::vector<Point> onOutline;
+
+  /// Every piece, with copies.
+  [[nodiscard]] std::vector<ContourPiece> pieces() const;
+  /// Every piece once.
+  [[nodiscard]] std::vector<ContourPiece> distinctPieces() const;
+};
+
+/// The triangles that take part: no corner of the frame, no side too long.
+[[nodiscard]] std::vector<Triangle> contoured(const Mesh& mesh, const ContourRule& rule);
+
+/// O(n log n) on the pieces and the triangles.
+[[nodiscard]] PlainContours plainContours(const Mesh& mesh, const ContourRule& rule);
+
+}  // namespace Meseta47::support
