@@ -2,14 +2,15 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "host/HostApp.h"
 #include "host/LoadedCloud.h"
 #include "host/SpatialOrder.h"
 #include "model/Codigos.h"
 #include "support/ContourRun.h"
+#include "support/PlanarRun.h"
+#include "support/PlanarSizes.h"
 #include "support/RealClouds.h"
 
-namespace Meseta47::host {
+namespace Meseta47 {
 namespace {
 
 using support::ContourRule;
@@ -24,6 +25,13 @@ std::ostream& operator<<(std::ostream& out, RealScene const& scene) { return out
 
 constexpr double kAnySide = 1e6;
 
+host::LoadedCloud Load(std::vector<std::string> const& paths) {
+  host::CommonOptions quiet;
+  quiet.quiet = true;
+  host::HostApp app(quiet);
+  return std::move(host::loadClouds({paths}, host::LoadOptions(), app)[0]);
+}
+
 class RealContours : public testing::TestWithParam<RealScene> {};
 
 TEST_P(RealContours, AreThoseOfTheFinishedModel) {
@@ -34,11 +42,9 @@ TEST_P(RealContours, AreThoseOfTheFinishedModel) {
     if (!path) GTEST_SKIP() << support::missingCloud(file);
     paths.push_back(path->string());
   }
-  CommonOptions options;
-  options.quiet = true;
-  HostApp app(options);
-  LoadedCloud cloud = std::move(loadClouds({paths}, LoadOptions(), app)[0]);
-  applyOrder(cloud.points, hilbertOrder(cloud.points));
+  host::LoadedCloud cloud = Load(paths);
+  const test::QuietApp app;
+  host::applyOrder(cloud.points, host::hilbertOrder(cloud.points));
   const double scale = cloud.seed.Precision();
   const ContourRule rule{static_cast<std::int32_t>(std::lround(scene.interval * scale)),
                          std::llround(std::min(scene.longestSide * scale, 2147483647.0))};
@@ -48,20 +54,22 @@ TEST_P(RealContours, AreThoseOfTheFinishedModel) {
   EXPECT_EQ(FaultsOf(contoured), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, RealContours,
-                         testing::Values(RealScene{"Autzen", {"autzen_trim.las"}, 10, kAnySide},
-                                         RealScene{"AutzenGapped", {"autzen_trim.las"}, 5, 12},
-                                         RealScene{"Topography", {"Topography.las"}, 2, kAnySide},
-                                         RealScene{"TopographyGapped", {"Topography.las"}, 1, 6},
-                                         RealScene{"Megaplot", {"Megaplot.las"}, 2, kAnySide},
-                                         RealScene{"Building", {"sample_c.las"}, 0.5, kAnySide},
-                                         RealScene{"BuildingGapped", {"sample_c.las"}, 0.5, 2},
-                                         RealScene{"Slope", {"4_6_crop.las"}, 1, kAnySide},
-                                         RealScene{"City", {"isprs/samp12.las"}, 1, kAnySide},
-                                         RealScene{"Forest", {"bcts_1.las"}, 5, kAnySide},
-                                         RealScene{"ForestGapped", {"bcts_1.las"}, 5, 3},
-                                         RealScene{"ForestOfTwoTiles", {"bcts_1.las", "bcts_2.las"}, 10, kAnySide}),
+std::vector<RealScene> Scenes() {
+  std::vector<RealScene> scenes{
+      {"Autzen", {"autzen_trim.las"}, 10, kAnySide},   {"AutzenGapped", {"autzen_trim.las"}, 5, 12},
+      {"Topography", {"Topography.las"}, 2, kAnySide}, {"TopographyGapped", {"Topography.las"}, 1, 6},
+      {"Megaplot", {"Megaplot.las"}, 2, kAnySide},     {"Building", {"sample_c.las"}, 0.5, kAnySide},
+      {"BuildingGapped", {"sample_c.las"}, 0.5, 2},    {"Slope", {"4_6_crop.las"}, 1, kAnySide},
+      {"City", {"isprs/samp12.las"}, 1, kAnySide}};
+  if (test::kFullSize) {
+    scenes.push_back({"Forest", {"bcts_1.las"}, 5, kAnySide});
+    scenes.push_back({"ForestGapped", {"bcts_1.las"}, 5, 3});
+    scenes.push_back({"ForestOfTwoTiles", {"bcts_1.las", "bcts_2.las"}, 10, kAnySide});
+  }
+  return scenes;
+}
+INSTANTIATE_TEST_SUITE_P(Each, RealContours, testing::ValuesIn(Scenes()),
                          [](auto const& scene) { return scene.param.name; });
 
 }  // namespace
-}  // namespace Meseta47::host
+}  // namespace Meseta47
