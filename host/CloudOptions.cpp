@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <limits>
 
+#include "host/FileError.h"
 #include "host/SpatialOrder.h"
 
 namespace Meseta47::host {
@@ -13,8 +14,21 @@ std::string CloudOptions::what() const {
 
 void addCloudOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("IN", o.inputs,
-                  "LAS files, or text files with x y z [intensity] [class]; together they are one cloud")
+                  "LAS files, text files with x y z [intensity] [class], and vector files with lines, polygons and "
+                  "points that have heights (.gpkg, .shp, .dxf, .geojson ...); together they are one cloud")
       ->required();
+  o.takesVectors = true;
+  verb.add_option("--code-field", o.codeField,
+                  "Field of a vector file that holds the code of a line or point (default: its layer is its code)");
+  verb.add_option("--code", o.codes, "A,B: of vector files, take only entities of these codes (default: all)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  verb.add_option("--without-z", o.withoutZ,
+                  "What becomes of lines and points without heights in vector files: refuse or skip")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"refuse", "skip"}));
+  verb.add_option("--a-srs", o.system,
+                  "Reference system of the input, such as EPSG:25830 (default: what the files say, which must be one)");
   verb.add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
   addPointOptions(verb, o);
 }
@@ -30,10 +44,34 @@ void addPointOptions(CLI::App& verb, CloudOptions& o) {
       ->check(CLI::IsMember({"hilbert", "file"}));
 }
 
+namespace {
+
+/// Vertices of survey lines are wanted whatever classes of the cloud are: they get the first that is let in.
+std::uint8_t admittedClass(CloudOptions const& options) {
+  std::array<bool, 256> in{}, out{};
+  if (!options.classes.empty()) in = parseClasses("--class", options.classes);
+  if (!options.excludedClasses.empty()) out = parseClasses("--exclude-class", options.excludedClasses);
+  for (unsigned c = 0; c < in.size(); ++c) {
+    if ((options.classes.empty() || in[c]) && !out[c]) return static_cast<std::uint8_t>(c);
+  }
+  return 0;
+}
+
+MapOptions mapOptionsOf(CloudOptions const& options) {
+  MapOptions map;
+  map.vectors = {options.codeField, options.codes, options.withoutZ == "skip"};
+  if (!options.system.empty()) map.system = ReferenceSystem::fromUser(options.system);
+  map.vertexClass = admittedClass(options);
+  return map;
+}
+
+}  // namespace
+
 LoadOptions loadOptionsOf(CloudOptions const& options) {
   LoadOptions load;
   load.precision = options.precision;
   if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
+  if (options.takesVectors) load.map = mapOptionsOf(options);
   return load;
 }
 
@@ -74,8 +112,20 @@ CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   set.CLinea<int>::Asigna(std::move(cloud.points));
   CDibujo<int> drawing(cloud.seed);
   drawing.tipoNube = 1;
+  drawing.Suma(std::move(cloud.lines), false, 0);
   drawing.Inserta(std::move(set));
   return drawing;
+}
+
+void LineCounts::add(LoadedCloud const& cloud) {
+  lines += cloud.lines.Cantidad();
+  points += cloud.linePoints;
+  withoutZ += cloud.withoutZ;
+}
+
+std::string LineCounts::text() const {
+  return fmt::format("{} lines and sets of points with {} points, {} geometries without heights left out",
+                     withThousands(lines), withThousands(points), withThousands(withoutZ));
 }
 
 }  // namespace Meseta47::host

@@ -20,13 +20,16 @@ struct CloudOptions {
   std::string z, classes, excludedClasses, bounds;
   std::optional<int> precision;  ///< decimals; none for what the files need
   std::string order = "hilbert";
+  bool takesVectors = false;  ///< addCloudOptions was called: the following count
+  std::string codeField, withoutZ = "refuse", system;
+  std::vector<std::string> codes;
 
   [[nodiscard]] bool hilbert() const { return order == "hilbert"; }
   /// The inputs as a message names them.
   [[nodiscard]] std::string what() const;
 };
 
-/// Adds these options to a verb. The object must outlive the parsing and the work.
+/// Adds these options to a verb, which then takes vector files too. The object must outlive the parsing and the work.
 void addCloudOptions(CLI::App& verb, CloudOptions& options);
 /// Adds those of them that choose among the points of a file and say how they are linked: all but the files' names and
 /// the window of heights.
@@ -39,9 +42,19 @@ void addPointOptions(CLI::App& verb, CloudOptions& options);
 /// The table of the classes whose answer is true.
 [[nodiscard]] CDigiTab classTable(std::array<bool, 256> const& classes);
 
-/// The cloud as a drawing of one point set, along the Hilbert curve or in the order of the files. The cloud is left
-/// without points; its places, where it keeps them, come into the same order.
+/// What was loaded as a drawing: lines and points of vector files as they came, and behind them the cloud as one point
+/// set, along the Hilbert curve or in the order of the files. The loaded cloud is left without points and lines; its
+/// places, where it keeps them, come into the same order.
 [[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app);
+
+/// How much of what was loaded came from vector files.
+struct LineCounts {
+  std::uint64_t lines = 0, points = 0, withoutZ = 0;
+
+  void add(LoadedCloud const& cloud);
+  [[nodiscard]] bool any() const { return lines + points + withoutZ != 0; }
+  [[nodiscard]] std::string text() const;
+};
 
 /// What the spill file of a run will take: about two triangles a point, 12 bytes each.
 [[nodiscard]] constexpr std::uint64_t spillBytes(std::uint64_t points) { return 12 * (2 * points + 2); }

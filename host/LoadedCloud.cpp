@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <limits>
 
+#include "host/CommonSystem.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/PointStream.h"
@@ -13,7 +14,13 @@ namespace Meseta47::host {
 
 namespace {
 
-using Groups = std::vector<std::vector<std::string>>;
+/// A file to be read. What vector files hold stands here from the start: it is little beside a cloud.
+struct Input {
+  std::string name;
+  std::optional<VectorContent> vector;
+};
+
+using Groups = std::vector<std::vector<Input>>;
 
 constexpr double kFrameMargin = 1.2;  // a run builds a square frame that much wider than the points
 constexpr double kInt32 = 2147483647.0;
@@ -27,15 +34,23 @@ struct Survey {
   std::uint64_t points = 0;
 };
 
+void include(Survey& result, Input const& input, bool believe) {
+  if (input.vector) {
+    result.extent.include(input.vector->extent);
+    result.decimals = std::max(result.decimals, input.vector->decimals);
+    result.points += input.vector->places;
+    return;
+  }
+  PointStream stream(input.name);
+  if (const auto extent = stream.extent(believe)) result.extent.include(*extent);
+  result.decimals = std::max(result.decimals, stream.decimals());
+  result.points += stream.count();
+}
+
 Survey survey(Groups const& groups, bool believe) {
   Survey result;
-  for (auto const& files : groups) {
-    for (std::string const& file : files) {
-      PointStream stream(file);
-      if (const auto extent = stream.extent(believe)) result.extent.include(*extent);
-      result.decimals = std::max(result.decimals, stream.decimals());
-      result.points += stream.count();
-    }
+  for (auto const& inputs : groups) {
+    for (Input const& input : inputs) include(result, input, believe);
   }
   return result;
 }
@@ -108,7 +123,7 @@ class BoundsFilter {
 struct Reading {
   CDataSemilla seed;
   BoundsFilter bounds;
-  bool wayBack;
+  LoadOptions const& options;
   std::uint64_t total;
   std::uint64_t done = 0;
   HostApp& app;
@@ -116,19 +131,19 @@ struct Reading {
 
 void append(LoadedCloud& cloud, WidePoint const& wide, Reading const& reading) {
   const std::uint64_t place = cloud.pointsRead++;
-  if (reading.wayBack) cloud.classes.push_back(wide.classification);
+  if (reading.options.wayBack) cloud.classes.push_back(wide.classification);
   if (!reading.bounds.admits(wide)) return;
   if (!fits(wide)) throw OutOfRange{};
   CCoor3D<int>& p = cloud.points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
                                               static_cast<int>(wide.position[2]), 0);
   p.intensidad = wide.intensity;
   p.clasificacion = wide.classification;
-  if (reading.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
+  if (reading.options.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
 }
 
 void reserve(LoadedCloud& cloud, std::uint64_t more, Reading const& reading) {
   cloud.points.reserve(cloud.points.size() + more);
-  if (!reading.wayBack) return;
+  if (!reading.options.wayBack) return;
   cloud.places.reserve(cloud.places.size() + more);
   cloud.classes.reserve(cloud.classes.size() + more);
 }
@@ -140,17 +155,61 @@ void requireCountable(LoadedCloud const& cloud, std::string const& file) {
                             file, withThousands(kMost)));
 }
 
-LoadedCloud readGroup(std::vector<std::string> const& files, Reading& reading) {
-  LoadedCloud cloud{reading.seed, {}, 0, {}, {}};
+void readCloud(LoadedCloud& cloud, std::string const& file, Reading& reading) {
   std::vector<WidePoint> batch;
-  for (std::string const& file : files) {
-    PointStream stream(file);
-    reserve(cloud, stream.count(), reading);
-    while (stream.next(reading.seed, batch)) {
-      for (WidePoint const& wide : batch) append(cloud, wide, reading);
-      reading.done += batch.size();
-      reading.app.step(reading.done, std::max(reading.total, reading.done));
-      if (reading.wayBack) requireCountable(cloud, file);
+  PointStream stream(file);
+  reserve(cloud, stream.count(), reading);
+  while (stream.next(reading.seed, batch)) {
+    for (WidePoint const& wide : batch) append(cloud, wide, reading);
+    reading.done += batch.size();
+    reading.app.step(reading.done, std::max(reading.total, reading.done));
+    if (reading.options.wayBack) requireCountable(cloud, file);
+  }
+}
+
+/// The places of an entity that are within the bounds, on the seed.
+std::vector<CCoor3D<int>> placesOf(VectorEntity const& entity, Reading const& reading) {
+  std::vector<CCoor3D<int>> points;
+  points.reserve(entity.places.size());
+  for (auto const& place : entity.places) {
+    const WidePoint wide = scaled(place, reading.seed);
+    if (!reading.bounds.admits(wide)) continue;
+    if (!fits(wide)) throw OutOfRange{};
+    points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
+                        static_cast<int>(wide.position[2]), 0);
+    points.back().clasificacion = reading.options.map->vertexClass;
+  }
+  return points;
+}
+
+void readVector(LoadedCloud& cloud, VectorContent const& content, Reading const& reading) {
+  for (VectorEntity const& entity : content.entities) {
+    std::vector<CCoor3D<int>> points = placesOf(entity, reading);
+    if (points.empty()) continue;
+    const CString code = CString::DesdeUtf8(entity.code);
+    if (entity.isLine) {
+      CLinea<int> line(code);
+      line.Asigna(std::move(points));
+      cloud.lines.Inserta(std::move(line));
+    } else {
+      CSetPuntos<int> set(code);
+      set.CLinea<int>::Asigna(std::move(points));
+      cloud.lines.Inserta(std::move(set));
+    }
+  }
+  cloud.pointsRead += content.places;
+  cloud.linePoints += content.places;
+  cloud.withoutZ += content.withoutZ;
+}
+
+LoadedCloud readGroup(std::vector<Input> const& inputs, Reading& reading) {
+  LoadedCloud cloud{reading.seed, {}, 0, {}, {}};
+  cloud.lines.semilla = reading.seed;
+  for (Input const& input : inputs) {
+    if (input.vector) {
+      readVector(cloud, *input.vector, reading);
+    } else {
+      readCloud(cloud, input.name, reading);
     }
   }
   return cloud;
@@ -159,18 +218,15 @@ LoadedCloud readGroup(std::vector<std::string> const& files, Reading& reading) {
 std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, LoadOptions const& options, HostApp& app) {
   const Extent extent = within(found.extent, options);
   const int precision = options.precision.value_or(found.decimals);
-  requireFit(extent, precision, groups[0][0]);
+  requireFit(extent, precision, groups[0][0].name);
   const CDataSemilla seed = seedFor(extent, precision);
-  Reading reading{seed, BoundsFilter(options, seed), options.wayBack, found.points, 0, app};
+  Reading reading{seed, BoundsFilter(options, seed), options, found.points, 0, app};
   std::vector<LoadedCloud> clouds;
-  for (auto const& files : groups) clouds.push_back(readGroup(files, reading));
+  for (auto const& inputs : groups) clouds.push_back(readGroup(inputs, reading));
   return clouds;
 }
 
-}  // namespace
-
-std::vector<LoadedCloud> loadClouds(Groups const& groups, LoadOptions const& options, HostApp& app) {
-  app.phase("Reading");
+std::vector<LoadedCloud> readGroups(Groups const& groups, LoadOptions const& options, HostApp& app) {
   try {
     return readAll(groups, survey(groups, true), options, app);
   } catch (OutOfRange const&) {
@@ -181,8 +237,43 @@ std::vector<LoadedCloud> loadClouds(Groups const& groups, LoadOptions const& opt
     return readAll(groups, measured, options, app);
   } catch (OutOfRange const&) {
     throw Failure(fmt::format("{}: the coordinates do not fit 32 bits at precision {}: give a lower --precision",
-                              groups[0][0], options.precision.value_or(measured.decimals)));
+                              groups[0][0].name, options.precision.value_or(measured.decimals)));
   }
+}
+
+Groups inputsOf(std::vector<std::vector<std::string>> const& names, LoadOptions const& options) {
+  Groups groups;
+  for (auto const& files : names) {
+    auto& inputs = groups.emplace_back();
+    for (std::string const& file : files) {
+      Input& input = inputs.emplace_back(Input{file, std::nullopt});
+      if (options.map && isVectorFile(file)) input.vector = readVectorFile(file, options.map->vectors);
+    }
+  }
+  return groups;
+}
+
+ReferenceSystem commonSystem(Groups const& groups, MapOptions const& map) {
+  CommonSystem common(map.system);
+  for (auto const& inputs : groups) {
+    for (Input const& input : inputs) {
+      if (common.isGiven()) return common.system();
+      common.meet(input.vector ? input.vector->system : systemOf(PointStream(input.name)), input.name);
+    }
+  }
+  return common.system();
+}
+
+}  // namespace
+
+std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,
+                                    HostApp& app) {
+  app.phase("Reading");
+  const Groups inputs = inputsOf(groups, options);
+  const ReferenceSystem system = options.map ? commonSystem(inputs, *options.map) : ReferenceSystem();
+  std::vector<LoadedCloud> clouds = readGroups(inputs, options, app);
+  for (LoadedCloud& cloud : clouds) cloud.system = system;
+  return clouds;
 }
 
 }  // namespace Meseta47::host

@@ -7,31 +7,48 @@
 
 #include "host/HostApp.h"
 #include "host/Parsing.h"
+#include "host/vector/ReferenceSystem.h"
+#include "host/vector/VectorInput.h"
 #include "model/CCoor3D.h"
 #include "model/CDataSemilla.h"
+#include "model/CDibujo.h"
 
 namespace Meseta47::host {
 
+/// What is taken beside clouds, and where on the Earth all of it lies.
+struct MapOptions {
+  VectorOptions vectors;
+  ReferenceSystem system;        ///< stands for what the files say; unknown: they say it
+  std::uint8_t vertexClass = 0;  ///< of the points of vector files, which have none of their own
+};
+
 struct LoadOptions {
-  std::optional<int> precision;  ///< decimals; by default the finest that the files' scales need
-  std::optional<Bounds> bounds;  ///< in the files' reference system, limits included
-  bool wayBack = false;          ///< keep the way from the points back to the records of the files
+  std::optional<int> precision;   ///< decimals; by default the finest that the files' scales need
+  std::optional<Bounds> bounds;   ///< in the files' reference system, limits included
+  bool wayBack = false;           ///< keep the way from the points back to the records of the files
+  std::optional<MapOptions> map;  ///< none: clouds alone are taken, and nobody asks for their reference systems
 };
 
 /// Points of files as one cloud in scaled integers, in the order of the files.
 struct LoadedCloud {
   CDataSemilla seed;                 ///< precision, and the whole-metre origin that was taken off in plan
   std::vector<CCoor3D<int>> points;  ///< with intensity and class
-  std::uint64_t pointsRead = 0;      ///< in the files, before the bounds
+  std::uint64_t pointsRead = 0;      ///< in the files, before the bounds; those of vector files too
 
   // With a way back alone:
   std::vector<std::uint32_t> places;  ///< of each point, its place among those read
   std::vector<std::uint8_t> classes;  ///< of every point read, those out of bounds too
+
+  // With map options alone:
+  CDibujo<int> lines{};          ///< of vector files: lines and sets of points, on the seed
+  std::uint64_t linePoints = 0;  ///< those of pointsRead that vector files hold
+  std::uint64_t withoutZ = 0;    ///< geometries left out for want of heights
+  ReferenceSystem system{};      ///< of all groups
 };
 
 /// Reads groups of files, each group one cloud, all onto one seed. The origin is the middle of all extents. Throws
-/// FileError for a file that cannot be read, Failure for an extent that does not fit 32 bits at the precision or for
-/// more points than a way back can count, and Cancelled.
+/// FileError for a file that cannot be read or lies in another reference system than the rest, Failure for an extent
+/// that does not fit 32 bits at the precision or for more points than a way back can count, and Cancelled.
 std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,
                                     HostApp& app);
 

@@ -36,6 +36,12 @@ class AxisMap {
 
 }  // namespace
 
+WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
+  const double units = seed.Precision();
+  const auto on = [&](std::size_t axis) { return toWhole((place[axis] - seed.origen[axis]) * units); };
+  return {{on(0), on(1), on(2)}, 0, 0};
+}
+
 Extent const& PointStream::measure() {
   if (found_) return *found_;
   found_.emplace();
@@ -74,9 +80,8 @@ bool PointStream::next(CDataSemilla const& seed, std::vector<WidePoint>& points)
     return true;
   }
   if (reader_.readBatch(text_) == 0) return false;
-  const auto scaled = [&](double v, std::size_t axis) { return toWhole((v - seed.origen[axis]) * units); };
   for (CloudPoint const& p : text_) {
-    points.push_back({{scaled(p.x, 0), scaled(p.y, 1), scaled(p.z, 2)}, p.intensity, p.classification});
+    points.push_back({scaled({p.x, p.y, p.z}, seed).position, p.intensity, p.classification});
   }
   return true;
 }

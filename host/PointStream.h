@@ -18,6 +18,9 @@ struct WidePoint {
   std::uint8_t classification;
 };
 
+/// A place in real coordinates on a seed.
+[[nodiscard]] WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed);
+
 /// The points of one file on a seed: integer = (coordinate - origin) * 10^precision, to nearest. Of a LAS file whose
 /// scale and offset have no more decimals than the seed, that is exact integer arithmetic.
 class PointStream {
@@ -25,6 +28,8 @@ class PointStream {
   /// Throws FileError.
   explicit PointStream(std::string const& file) : reader_(file) {}
 
+  /// The LAS file behind it; null for text.
+  [[nodiscard]] LasReader const* las() const { return reader_.las(); }
   /// Decimals that hold the file's coordinates.
   [[nodiscard]] int decimals();
   /// Where the points are: what the file declares when that makes sense and `believe` is set, else what the points say,

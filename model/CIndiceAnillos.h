@@ -4,11 +4,12 @@
 #include <vector>
 
 #include "model/CDibujo.h"
+#include "platform/Exporta.h"
 
 namespace Meseta47 {
 
 /// A closed line in plan, its sides filed by the rows of the plan that they cross.
-class CAnillo {
+class URDIMBRE_API CAnillo {
  public:
   enum class ELugar { Fuera, Dentro, EnElBorde };
 

@@ -7,6 +7,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/Stopwatch.h"
+#include "host/vector/OutlineLayer.h"
 #include "host/verbs/Verbs.h"
 #include "model/CModeloDigital.h"
 #include "model/CRango.h"
@@ -22,7 +23,7 @@ constexpr double kLargest = 2147483647.0;  // what a range takes for no limit
 
 struct TinOptions {
   CloudOptions cloud;
-  std::string output;
+  std::string output, outline;
   double maxSide = 0;
   std::string slope, heightDifference, intensityDifference;
   std::string update;
@@ -35,9 +36,11 @@ struct Seconds {
 
 struct TinSummary {
   std::uint64_t pointsRead = 0;
+  LineCounts lines;
+  ReferenceSystem system;
   CResumenPlano run;
   std::uint64_t vertices = 0, triangles = 0;
-  std::size_t rings = 0;
+  std::size_t rings = 0, polygons = 0;
   Seconds seconds;
 };
 
@@ -98,6 +101,10 @@ void requireTriangles(TinSummary const& summary, std::string const& what) {
 
 nlohmann::ordered_json toJson(TinSummary const& s) {
   return {{"points_read", s.pointsRead},
+          {"lines", s.lines.lines},
+          {"line_points", s.lines.points},
+          {"skipped_without_z", s.lines.withoutZ},
+          {"system", s.system.label()},
           {"points_accepted", s.run.aceptados},
           {"duplicates", s.run.duplicados},
           {"refused", s.run.rechazados},
@@ -126,6 +133,8 @@ void printSummary(TinSummary const& s, std::string const& output) {
   const auto n = [](std::uint64_t value) { return withThousands(value); };
   fmt::print("{}: {} triangles over {} points, {} of outline\n", output, n(s.triangles), n(s.vertices),
              s.rings == 1 ? "1 ring" : fmt::format("{} rings", n(s.rings)));
+  if (s.system.isKnown()) fmt::print("system     {}\n", s.system.label());
+  if (s.lines.any()) fmt::print("lines      {}\n", s.lines.text());
   fmt::print("points     {} read, {} accepted, {} duplicate, {} refused\n", n(s.pointsRead), n(s.run.aceptados),
              n(s.run.duplicados), n(s.run.rechazados));
   fmt::print("rejected   {} by slope, {} by height difference, {} by intensity difference, {} by longest side\n",
@@ -140,11 +149,34 @@ void printSummary(TinSummary const& s, std::string const& output) {
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
-void writeModel(CModeloDigital& model, std::string const& output) {
-  const int format = formatOf(output);
-  const CString path = CString::DesdeUtf8(output);
+/// What a format that names its unit says for one of a system.
+int unitOf(ReferenceSystem const& system, std::string const& output) {
+  constexpr double kFoot = 0.3048, kSurveyFoot = 1200.0 / 3937;
+  const PlanUnit unit = system.unit();
+  const auto is = [&](double metres) { return std::abs(unit.metres / metres - 1) < 1e-7; };  // the feet differ by 2e-6
+  if (is(1)) return UNIDAD_METRO;
+  if (is(kFoot)) return UNIDAD_PIE;
+  if (is(kSurveyFoot)) return UNIDAD_PIE_TOPOGRAFICO;
+  throw Failure(
+      fmt::format("{}: LandXML has no coordinates in the unit of {}, which is {}: transform the input, or "
+                  "write another format",
+                  output, system.label(), unit.name));
+}
+
+CDataExportarMDT exportOf(int format, ReferenceSystem const& system, std::string const& output) {
   CDataExportarMDT how(format);
   how.nombre = CString::DesdeUtf8(std::filesystem::path(output).stem().string());
+  if (format == FORMATO_LANDXML && system.isKnown()) {
+    how.unidad = unitOf(system, output);
+    how.sistema = CString::DesdeUtf8(system.name());
+    how.epsg = system.epsg();
+  }
+  return how;
+}
+
+void writeModel(CModeloDigital& model, std::string const& output, CDataExportarMDT const& how) {
+  const int format = how.formato;
+  const CString path = CString::DesdeUtf8(output);
   const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
   if (code == kFicheroInaccesible) {
     const long long room = EspacioLibre(CString::DesdeUtf8(output));
@@ -155,12 +187,14 @@ void writeModel(CModeloDigital& model, std::string const& output) {
   requireDone(code, output);
 }
 
-/// The points of a base that are neither in the model nor on a plan position of it.
-std::vector<CCoor3D<int>> missingFrom(CTIN const& tin, CLinea<int> const& base) {
+/// The points of the first entities of a base that are neither in the model nor on a plan position of it.
+std::vector<CCoor3D<int>> missingFrom(CTIN const& tin, CDibujo<int> const& base, unsigned entities) {
   const auto before = [](CCoor3D<int> const& a, CCoor3D<int> const& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; };
   std::vector<CCoor3D<int>> missing;
-  for (CCoor3D<int> const& p : base.Puntos()) {
-    if (p.num == 0 && !std::binary_search(tin.puntos.begin(), tin.puntos.end(), p, before)) missing.push_back(p);
+  for (unsigned e = 0; e < entities; ++e) {
+    for (CCoor3D<int> const& p : base[e].Puntos()) {
+      if (p.num == 0 && !std::binary_search(tin.puntos.begin(), tin.puntos.end(), p, before)) missing.push_back(p);
+    }
   }
   return missing;
 }
@@ -171,12 +205,13 @@ std::vector<CCoor3D<int>> missingFrom(CTIN const& tin, CLinea<int> const& base) 
 /// were.
 int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, double maxSide, CDibujo<int>& added,
               double tolerance, std::uint64_t& again) {
+  const unsigned own = base.Cantidad();
   constexpr int kRounds = 3;  // the divisions follow the count of points, and new ones may have new first points
   for (int round = 0;; ++round) {
     const int code = triangulation.RunActualiza(base, tin, maxSide, added, tolerance, nullptr, false, nullptr);
     if (code != kHecho || round == kRounds) return code;
     CSetPuntos<int> missing(L"CLOUD");
-    missing.CLinea<int>::Asigna(missingFrom(tin, base[0]));
+    missing.CLinea<int>::Asigna(missingFrom(tin, base, own));
     if (missing.NPuntos() == 0) return code;
     again += static_cast<std::uint64_t>(missing.NPuntos());
     base.Inserta(std::move(missing));
@@ -186,6 +221,7 @@ int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, do
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   formatOf(options.output);
+  if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);
   const CDataTriangulacion filters = filtersOf(options);
   const LoadOptions load = loadOptionsOf(options.cloud);
   const std::string what = options.cloud.what();
@@ -197,10 +233,15 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   if (!options.update.empty()) groups.push_back({options.update});
   std::vector<LoadedCloud> clouds = timed(summary.seconds.read, [&] { return loadClouds(groups, load, app); });
   const CDataSemilla seed = clouds[0].seed;
+  summary.system = clouds[0].system;
+  const CDataExportarMDT how = exportOf(formatOf(options.output), summary.system, options.output);
+  std::optional<VectorOutput> outline;
+  if (!options.outline.empty()) outline.emplace(options.outline, summary.system, outlineLayer(seed.precision));
   std::uint64_t points = 0;
   for (LoadedCloud const& cloud : clouds) {
     summary.pointsRead += cloud.pointsRead;
-    points += cloud.points.size();
+    summary.lines.add(cloud);
+    points += cloud.points.size() + cloud.lines.nPuntos;
   }
   clouds.resize(2);
   const bool hilbert = options.cloud.hilbert();
@@ -234,7 +275,12 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   requireTriangles(summary, what);
   summary.vertices = tin->puntos.size();
   CModeloDigital model(tin.release());
-  timed(summary.seconds.write, [&] { writeModel(model, options.output); });
+  timed(summary.seconds.write, [&] {
+    if (outline) summary.polygons = addOutline(model.Tin(), *outline);
+    if (outline) outline->finish();
+    writeModel(model, options.output, how);
+    if (outline) outline->commit();
+  });
   summary.seconds.total = whole.seconds();
 
   app.clearProgress();
@@ -255,6 +301,8 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addCloudOptions(*verb, o.cloud);
   verb->add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
       ->required();
+  verb->add_option("--outline", o.outline,
+                   "Write the outline too, as polygons with holes: .gpkg, .geojson, .fgb, .shp or .dxf");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(CLI::NonNegativeNumber);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "host/PointStream.h"
+#include "host/vector/ReferenceSystem.h"
+
+namespace Meseta47::host {
+
+/// The reference system that a LAS file tells, as well known text or as GeoTIFF keys; of both, the one that its header
+/// says is in force. Unknown for other clouds.
+/// Throws FileError for one that cannot be understood.
+[[nodiscard]] ReferenceSystem systemOf(PointStream const& cloud);
+
+/// The one system of several files: it grows more precise with each that says more, and one that says nothing lies
+/// where the others do. A given one stands for all, whatever the files say.
+class CommonSystem {
+ public:
+  explicit CommonSystem(ReferenceSystem given) : isGiven_(given.isKnown()), system_(std::move(given)) {}
+
+  [[nodiscard]] bool isGiven() const { return isGiven_; }
+  [[nodiscard]] ReferenceSystem const& system() const { return system_; }
+
+  /// Throws FileError, with both names, for a file that contradicts an earlier one.
+  void meet(ReferenceSystem const& found, std::string const& file);
+
+ private:
+  bool isGiven_;
+  ReferenceSystem system_;
+  std::string from_;  // the first file that told one
+};
+
+}  // namespace Meseta47::host

@@ -1,0 +1,216 @@
+#include "host/vector/VectorOutput.h"
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <fmt/format.h>
+#include <ogrsf_frmts.h>
+#include <utility>
+
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/vector/Gdal.h"
+
+namespace Meseta47::host {
+
+namespace fs = std::filesystem;
+
+/// What differs between the formats.
+struct VectorOutput::Format {
+  char const* extension;
+  char const* driver;
+  bool holdsSystem;
+  bool bySystemCode;               // names a system by its EPSG code alone
+  std::vector<char const*> sides;  // endings of files beside the main one, of ours or of programs that used the old one
+};
+
+VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
+  static const std::array<Format, 5> kFormats{{
+      // A journal left beside an older database would be played back into the new one.
+      {".gpkg", "GPKG", true, false, {".gpkg-wal", ".gpkg-shm", ".gpkg-journal"}},
+      {".geojson", "GeoJSON", true, true, {}},
+      {".fgb", "FlatGeobuf", true, false, {}},
+      {".shp", "ESRI Shapefile", true, false, {".shx", ".dbf", ".prj", ".cpg", ".qix", ".sbn", ".sbx", ".shp.xml"}},
+      {".dxf", "DXF", false, false, {}},
+  }};
+  const std::string extension = fs::path(name).extension().string();
+  for (Format const& format : kFormats) {
+    if (extension == format.extension) return format;
+  }
+  throw UsageError(fmt::format("{}: no vector format has the extension \"{}\": use .gpkg, .geojson, .fgb, .shp or .dxf",
+                               name, extension));
+}
+
+namespace {
+
+std::string freshFolder() {
+  static std::atomic<unsigned> count{0};
+  return fmt::format("/vsimem/urdimbre_{}", ++count);
+}
+
+OGRLineString lineOf(std::span<Place const> places) {
+  OGRLineString line;
+  line.setNumPoints(static_cast<int>(places.size()), FALSE);
+  int i = 0;
+  for (Place const& p : places) line.setPoint(i++, p[0], p[1], p[2]);
+  return line;
+}
+
+/// GeoJSON names a system by a code of the register, or else its reader takes it for longitudes and latitudes.
+ReferenceSystem byCode(ReferenceSystem const& system, std::string const& file) {
+  const int code = system.epsg();
+  if (code != 0) return ReferenceSystem::fromUser(fmt::format("EPSG:{}", code));
+  throw FileError(file, fmt::format("GeoJSON can hold no reference system without an EPSG code, such as {}: write "
+                                    ".gpkg or .fgb, or name the system with --a-srs",
+                                    system.label()));
+}
+
+}  // namespace
+
+void VectorOutput::requireFormat(std::string const& name) { formatOf(name); }
+
+VectorOutput::VectorOutput(std::string const& name, ReferenceSystem const& system, VectorLayer layer)
+    : name_(name), format_(formatOf(name)), plan_(std::move(layer)), folder_(freshFolder()) {
+  files_.push_back(std::make_unique<OutputFile>(name_));
+  startGdalFormats();
+  try {
+    createLayer(format_.bySystemCode && system.isKnown() ? byCode(system, name_) : system);
+  } catch (...) {
+    closeDataset();
+    VSIRmdirRecursive(folder_.c_str());
+    throw;
+  }
+}
+
+VectorOutput::~VectorOutput() {
+  closeDataset();
+  VSIRmdirRecursive(folder_.c_str());
+}
+
+void VectorOutput::createLayer(ReferenceSystem const& system) {
+  const GdalReport report;
+  GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName(format_.driver);
+  if (driver == nullptr) fail(fmt::format("the GDAL of this machine has no {} driver", format_.driver));
+  const std::string place = folder_ + "/" + fs::path(name_).filename().string();
+  dataset_ = driver->Create(place.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+  if (dataset_ == nullptr) fail(report.failure());
+
+  CPLStringList options;
+  if (format_.driver == std::string_view("GeoJSON")) {
+    options.SetNameValue("COORDINATE_PRECISION", std::to_string(std::max(plan_.decimals, 0)).c_str());
+  }
+  if (format_.driver == std::string_view("ESRI Shapefile")) {
+    options.SetNameValue("ENCODING", "UTF-8");
+    options.SetNameValue("DBF_DATE_LAST_UPDATE", "2000-01-01");  // equal runs give equal bytes
+  }
+  OGRSpatialReference spatial;
+  spatial.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+  const bool tell = system.isKnown() && format_.holdsSystem;
+  if (tell) spatial.importFromWkt(system.wkt().c_str());
+  layer_ = dataset_->CreateLayer(plan_.name.c_str(), tell ? &spatial : nullptr,
+                                 plan_.polygons ? wkbPolygon25D : wkbLineString25D, options.List());
+  if (layer_ == nullptr) fail(report.failure());
+  createFields();
+  if (dataset_->TestCapability(ODsCTransactions) != 0) dataset_->StartTransaction();
+}
+
+void VectorOutput::createFields() {
+  if (isCad()) return;
+  const GdalReport report;
+  for (VectorField const& field : plan_.fields) {
+    OGRFieldDefn definition(field.name.c_str(), field.whole ? OFTInteger : OFTReal);
+    if (!field.whole && plan_.decimals >= 0) {
+      constexpr int kDigits = 18;  // of a double and a shapefile's column
+      definition.SetWidth(kDigits);
+      definition.SetPrecision(plan_.decimals);
+    }
+    if (layer_->CreateField(&definition) != OGRERR_NONE) fail(report.failure());
+  }
+}
+
+void VectorOutput::addLine(std::span<Place const> places, std::span<double const> values, std::string const& cadLayer) {
+  add(std::make_unique<OGRLineString>(lineOf(places)), values, cadLayer);
+}
+
+void VectorOutput::addPolygon(std::span<Ring const> rings, std::span<double const> values,
+                              std::string const& cadLayer) {
+  if (isCad()) {
+    for (std::size_t i = 0; i < rings.size(); ++i) addLine(rings[i], values, i == 0 ? cadLayer : cadLayer + "_hole");
+    return;
+  }
+  auto polygon = std::make_unique<OGRPolygon>();
+  for (Ring const& ring : rings) {
+    auto closed = std::make_unique<OGRLinearRing>();
+    const OGRLineString line = lineOf(ring);
+    closed->addSubLineString(&line);
+    polygon->addRingDirectly(closed.release());
+  }
+  add(std::move(polygon), values, cadLayer);
+}
+
+void VectorOutput::add(std::unique_ptr<OGRGeometry> geometry, std::span<double const> values,
+                       std::string const& cadLayer) {
+  const GdalReport report;
+  OGRFeature feature(layer_->GetLayerDefn());
+  feature.SetGeometryDirectly(geometry.release());
+  if (isCad()) {
+    feature.SetField("Layer", cadLayer.c_str());
+  } else {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (plan_.fields[i].whole) {
+        feature.SetField(static_cast<int>(i), static_cast<int>(values[i]));
+      } else {
+        feature.SetField(static_cast<int>(i), values[i]);
+      }
+    }
+  }
+  if (layer_->CreateFeature(&feature) != OGRERR_NONE) fail(report.failure());
+}
+
+bool VectorOutput::isCad() const { return format_.driver == std::string_view("DXF"); }
+
+void VectorOutput::closeDataset() {
+  if (dataset_ != nullptr) GDALClose(std::exchange(dataset_, nullptr));
+  layer_ = nullptr;
+}
+
+void VectorOutput::finish() {
+  if (std::exchange(finished_, true)) return;
+  const GdalReport report;
+  if (dataset_->TestCapability(ODsCTransactions) != 0) dataset_->CommitTransaction();
+  closeDataset();
+  if (report.failed()) fail(report.failure());
+
+  const std::string own = fs::path(name_).filename().string();
+  const CPLStringList found(VSIReadDir(folder_.c_str()));
+  for (int i = 0; i < found.Count(); ++i) {
+    const std::string side = found[i];
+    if (side == "." || side == "..") continue;
+    const std::string memory = folder_ + "/" + side;
+    vsi_l_offset bytes = 0;
+    GByte const* const data = VSIGetMemFileBuffer(memory.c_str(), &bytes, FALSE);
+    const bool isMain = side == own;
+    if (!isMain) files_.push_back(std::make_unique<OutputFile>((fs::path(name_).parent_path() / side).string()));
+    (isMain ? files_.front() : files_.back())->write(data, static_cast<std::size_t>(bytes));
+    VSIUnlink(memory.c_str());
+  }
+}
+
+void VectorOutput::commit() {
+  finish();
+  const fs::path stem = fs::path(name_).replace_extension();
+  for (char const* const ending : format_.sides) {
+    const std::string side = stem.string() + ending;
+    const bool ours =
+        std::any_of(files_.begin(), files_.end(), [&](auto const& file) { return fs::path(file->name()) == side; });
+    std::error_code ignored;
+    if (!ours) fs::remove(side, ignored);
+  }
+  for (auto file = files_.rbegin(); file != files_.rend(); ++file) (*file)->commit();
+}
+
+void VectorOutput::fail(std::string const& why) const {
+  throw FileError(name_, fmt::format("cannot be written: {}: write another format or less at a time", why));
+}
+
+}  // namespace Meseta47::host
