@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
   program.add_option("--temp-dir", common.tempDir, "Folder for temporary files (default: the system's)");
   Work chosen;
   addTin(program, common, chosen);
+  addRender(program, common, chosen);
   addInfo(program, common, chosen);
   addGenerate(program, common, chosen);
   try {

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "host/AsprsClasses.h"
 #include "host/CloudInfo.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
@@ -12,29 +13,6 @@ namespace Meseta47::host {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-char const* className(std::size_t code) {
-  static constexpr std::array<char const*, 19> kNames{"never classified",
-                                                      "unclassified",
-                                                      "ground",
-                                                      "low vegetation",
-                                                      "medium vegetation",
-                                                      "high vegetation",
-                                                      "building",
-                                                      "low noise",
-                                                      "key point",
-                                                      "water",
-                                                      "rail",
-                                                      "road",
-                                                      "overlap",
-                                                      "wire, guard",
-                                                      "wire, conductor",
-                                                      "tower",
-                                                      "wire joint",
-                                                      "bridge deck",
-                                                      "high noise"};
-  return code < kNames.size() ? kNames[code] : "other";
-}
 
 Json toJson(CloudCounts const& counts) {
   Json classes = Json::object(), returns = Json::object();

@@ -1,0 +1,115 @@
+#include "host/mesh/SurfaceSource.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fmt/format.h>
+#include <memory>
+#include <string_view>
+
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/mesh/PlyReader.h"
+#include "model/CModeloDigital.h"
+#include "model/Codigos.h"
+#include "planar/CTriangulacion2D.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+std::string extensionOf(std::string const& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+  return extension;
+}
+
+std::string beginningOf(std::string const& path) {
+  std::array<std::uint8_t, 12> bytes{};
+  FileSource source(path);
+  const std::size_t count = source.read(0, bytes);
+  return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+/// With the vertices' classes, where any of them has one.
+Surface surfaceOf(CTIN const& tin) {
+  Surface surface;
+  const double unit = tin.semilla.Precision();
+  double const(&origin)[3] = tin.semilla.origen;
+  surface.vertices.reserve(tin.puntos.size());
+  surface.classes.reserve(tin.puntos.size());
+  for (CPuntoTIN const& p : tin.puntos) {
+    surface.vertices.push_back({p.x / unit + origin[0], p.y / unit + origin[1], p.z / unit + origin[2]});
+    surface.classes.push_back(p.clasificacion);
+  }
+  const auto count = static_cast<std::uint32_t>(tin.Cantidad());
+  surface.triangles.reserve(count);
+  for (std::uint32_t i = 0; i < count; ++i) surface.triangles.push_back(tin.Vertices(i));
+  return surface;
+}
+
+Surface readNative(std::string const& path) {
+  (void)FileSource(path);  // which says best what keeps a file from being opened
+  CModeloDigital model(new CTIN(0, 0, CDataSemilla()));
+  const int code = model.Read(CString::DesdeUtf8(path));
+  if (code != kHecho && code != kCancelado && !model.Error().IsEmpty()) {
+    throw Failure(fmt::format("{}: write it again with urdimbre tin", model.Error().Utf8()));
+  }
+  requireDone(code, path);
+  return surfaceOf(model.Tin());
+}
+
+}  // namespace
+
+ModelKind modelKindOf(std::string const& path) {
+  std::string beginning;
+  try {
+    beginning = beginningOf(path);
+  } catch (FileError const&) {
+    // Whoever reads it says what is wrong.
+  }
+  const std::string extension = extensionOf(path);
+  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extension == ".ply") return ModelKind::ply;
+  if (beginning.starts_with("Urdimbre-MDT") || extension == ".urd") return ModelKind::native;
+  return ModelKind::none;
+}
+
+Surface readModel(std::string const& path, HostApp& app) {
+  app.phase("Reading");
+  Surface surface = modelKindOf(path) == ModelKind::native ? readNative(path) : readPly(path);
+  if (surface.triangles.empty()) throw FileError(path, "the model has no triangles: there is no surface to show");
+  return surface;
+}
+
+Surface triangulateCloud(CloudOptions const& options, HostApp& app) {
+  const CDataTriangulacion filters = filtersOf(options);
+  LoadedCloud cloud = std::move(loadClouds({options.inputs}, loadOptionsOf(options), app).front());
+  const CDataSemilla seed = cloud.seed;
+  const std::uint64_t spill = spillBytes(cloud.points.size());
+  if (options.hilbert()) app.phase("Ordering");
+  CDibujo<int> drawing = drawingOf(cloud, options.hilbert(), app);
+  requireTempSpace(spill);
+  CTIN tin(0, 0, seed);
+  CTriangulacion2D triangulation(0, seed, filters, 1);
+  const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
+  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spill);
+  requireDone(code, options.what());
+  if (tin.Cantidad() == 0) {
+    throw Failure(fmt::format("{}: all points lie on one line in plan; there is no surface over it", options.what()));
+  }
+  return surfaceOf(tin);
+}
+
+void dropLongTriangles(Surface& surface, double maxSide) {
+  const auto isLong = [&surface, maxSide](Surface::Triangle const& t) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      auto const &a = surface.vertices[t[i]], &b = surface.vertices[t[(i + 1) % 3]];
+      if (std::hypot(b[0] - a[0], b[1] - a[1]) > maxSide) return true;
+    }
+    return false;
+  };
+  std::erase_if(surface.triangles, isLong);
+}
+
+}  // namespace Meseta47::host

@@ -1,0 +1,142 @@
+// urdimbre render: a picture of a cloud or a model.
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "host/CloudOptions.h"
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/OutputFile.h"
+#include "host/Stopwatch.h"
+#include "host/mesh/SurfaceSource.h"
+#include "host/render/Picture.h"
+#include "host/verbs/Verbs.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+struct RenderOptions {
+  CloudOptions cloud;
+  std::string output, size = "1600", unit;
+  double maxSide = 0, contours = 0;
+  bool classes = false;
+  CLI::App const* verb = nullptr;
+};
+
+struct Seconds {
+  double load = 0, paint = 0, write = 0, total = 0;
+};
+
+void requirePng(std::string const& output) {
+  const std::string extension = std::filesystem::path(output).extension().string();
+  if (extension != ".png" && extension != ".PNG") {
+    throw UsageError(fmt::format("{}: a picture has the extension .png, not \"{}\"", output, extension));
+  }
+}
+
+/// Models come as they are: what chooses among the points of a cloud says nothing of them.
+void requireNoCloudOptions(RenderOptions const& options) {
+  for (char const* name : {"--z", "--class", "--exclude-class", "--precision", "--order"}) {
+    if (options.verb->get_option(name)->count() != 0) {
+      throw UsageError(fmt::format("{}: {} is for clouds, and this is a model", options.cloud.inputs[0], name));
+    }
+  }
+}
+
+Surface load(RenderOptions const& options, HostApp& app) {
+  auto const& inputs = options.cloud.inputs;
+  const auto model =
+      std::find_if(inputs.begin(), inputs.end(), [](auto& path) { return modelKindOf(path) != ModelKind::none; });
+  if (model == inputs.end()) return triangulateCloud(options.cloud, app);
+  if (inputs.size() > 1) throw UsageError(fmt::format("{}: a model is shown alone: give one model, or clouds", *model));
+  requireNoCloudOptions(options);
+  Surface surface = readModel(*model, app);
+  if (options.classes && surface.classes.empty()) {
+    throw Failure(fmt::format("{}: a PLY holds no classes: give the cloud, or the model as .urd", *model));
+  }
+  return surface;
+}
+
+nlohmann::ordered_json toJson(PictureFacts const& f, Surface const& surface, Seconds const& seconds) {
+  return {{"width", f.width},
+          {"height", f.height},
+          {"units_per_pixel", f.unitsPerPixel},
+          {"bounds", {f.view.minX, f.view.minY, f.view.maxX, f.view.maxY}},
+          {"heights", {f.heights.low, f.heights.high}},
+          {"triangles", surface.triangles.size()},
+          {"contour_lines", f.contourLines},
+          {"seconds",
+           {{"load", seconds.load}, {"paint", seconds.paint}, {"write", seconds.write}, {"total", seconds.total}}}};
+}
+
+void printSummary(std::string const& output, PictureFacts const& f, Surface const& surface, Seconds const& s) {
+  fmt::print("{}: {} by {} pixels, {:.4g} units a pixel, {} triangles\n", output, f.width, f.height, f.unitsPerPixel,
+             withThousands(surface.triangles.size()));
+  fmt::print("heights    {:.2f} to {:.2f}\n", f.heights.low, f.heights.high);
+  if (f.contourLines != 0) fmt::print("contours   {} lines\n", withThousands(f.contourLines));
+  fmt::print("seconds    load {:.2f}, paint {:.2f}, write {:.2f}, total {:.2f}\n", s.load, s.paint, s.write, s.total);
+}
+
+void runRender(RenderOptions const& options, CommonOptions const& common, HostApp& app) {
+  const Stopwatch whole;
+  requirePng(options.output);
+  PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, options.unit};
+  if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
+
+  Seconds seconds;
+  Surface surface = timed(seconds.load, [&] { return load(options, app); });
+  if (options.maxSide > 0) dropLongTriangles(surface, options.maxSide);
+  if (surface.triangles.empty()) {
+    throw Failure(
+        fmt::format("{}: --max-side {:g} leaves no triangle: give more", options.cloud.what(), options.maxSide));
+  }
+  app.phase("Painting");
+  PictureFacts facts;
+  Canvas picture = timed(seconds.paint, [&] {
+    return paintPicture(
+        surface, how, [&app](auto done, auto all) { app.step(done, all); }, facts);
+  });
+  app.phase("Writing");
+  timed(seconds.write, [&] {
+    OutputFile file(options.output);
+    picture.writePng(file);
+    file.commit();
+  });
+  seconds.total = whole.seconds();
+  app.clearProgress();
+  if (common.json) {
+    fmt::print("{}\n", toJson(facts, surface, seconds).dump(2));
+  } else if (!common.quiet) {
+    printSummary(options.output, facts, surface, seconds);
+  }
+}
+
+}  // namespace
+
+void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
+  auto options = std::make_shared<RenderOptions>();
+  CLI::App* verb = program.add_subcommand("render", "Paint a picture of a cloud or a model: relief, tints, contours");
+  RenderOptions& o = *options;
+  o.verb = verb;
+  addCloudOptions(*verb, o.cloud);
+  verb->get_option("IN")->description(
+      "LAS or text files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it");
+  verb->get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");
+  verb->add_option("-o,--output", o.output, "The picture: .png")->required();
+  verb->add_option("--size", o.size, "Pixels as WIDTHxHEIGHT, or one number for the longer side")
+      ->capture_default_str();
+  verb->add_option("--contours", o.contours,
+                   "Draw contours at this interval, in units of the input, every fifth of them thicker")
+      ->check(CLI::PositiveNumber);
+  verb->add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
+  verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
+      ->capture_default_str()
+      ->check(CLI::NonNegativeNumber);
+  verb->add_option("--unit", o.unit, "What to call the unit of the input on the picture, such as m or ft");
+  verb->callback(
+      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runRender(*options, common, app); }; });
+}
+
+}  // namespace Meseta47::host
