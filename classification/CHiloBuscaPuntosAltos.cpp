@@ -78,8 +78,11 @@ void CHiloBuscaPuntosAltos::Start(unsigned int k, HANDLE* elEventoFin, HANDLE* e
   }
   const std::uint64_t trozo = std::uint64_t{porHilo} * CBusquedaFichero::kBytes;
   fichero->Seek(static_cast<long long>(k * trozo), CFile::begin);
-  limite = std::min((k + std::uint64_t{1}) * trozo, static_cast<std::uint64_t>(fichero->GetLength()));
-  if (!ResetEvent(*eventoFin) || (hilo == nullptr && !Arranca(&Rutina, this))) codigo = kFicheroInconsistente;
+  longitud = fichero->GetLength();
+  limite = std::min((k + std::uint64_t{1}) * trozo, longitud);
+  if (fichero->HayError() || !ResetEvent(*eventoFin) || (hilo == nullptr && !Arranca(&Rutina, this))) {
+    codigo = kFicheroInconsistente;
+  }
 }
 
 void CHiloBuscaPuntosAltos::Stop() {
@@ -101,7 +104,7 @@ void CHiloBuscaPuntosAltos::Run() {
   CSingleLock cerrojo(seccion);
   for (;;) {
     Exige(WaitForSingleObject(*eventoSigue, INFINITE) == WAIT_OBJECT_0);
-    if (acaba || Cancelado()) return;
+    if (acaba) return;
     LeeTrozo(cerrojo);
     Exige(ResetEvent(*eventoSigue));
     std::atomic_ref<long>(*terminados).fetch_add(1);
@@ -155,8 +158,8 @@ void CHiloBuscaPuntosAltos::BuscaSemilla(CLados const& lados, CSingleLock& cerro
 
 /// A vertex above neighbours that have been found, across short sides: both of them, or in the last pass one.
 void CHiloBuscaPuntosAltos::Extiende(CLados const& lados, int const (&nums)[3], CSingleLock& cerrojo) {
-  // The limit of the length is held against the squared length as it is: only sides of some centimetres carry a spread,
-  // which so climbs the points of one tree or wall and does not run over the ground from one to the next.
+  // The distance is held against the squared length as it is, so that only short sides carry a spread: it climbs the
+  // points of one tree or wall, and does not run on from one to the next.
   const double limite2 = distanciaMax;
   const auto apoya = [&](unsigned i, unsigned j, double d2) {
     return nums[j] < 0 && lados.Desnivel(i, j) > 0 && d2 <= limite2 ? 1 : 0;
@@ -178,7 +181,7 @@ void CHiloBuscaPuntosAltos::Marca(CPuntoTIN& punto, CSingleLock& cerrojo) {
     std::atomic_ref<int>(punto.num).store(-num, std::memory_order_relaxed);
     ++*cantidad;
     if (*pasada != 0 && !*cambio) {
-      std::atomic_ref<std::uint64_t>(*total).fetch_add(fichero->GetLength(), std::memory_order_relaxed);
+      std::atomic_ref<std::uint64_t>(*total).fetch_add(longitud, std::memory_order_relaxed);
       *cambio = true;
     }
   }

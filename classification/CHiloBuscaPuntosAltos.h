@@ -92,6 +92,7 @@ class URDIMBRE_API CHiloBuscaPuntosAltos : public CHilo {
   std::uint64_t limite = 0;
   HANDLE *eventoFin = nullptr, *eventoSigue = nullptr;
 
+  std::uint64_t longitud = 0;  ///< of the file
   CBusquedaFichero lector;
   int codigo = kHecho;
   std::atomic<bool> acaba{false};  ///< the thread is to leave, also when it was not asleep

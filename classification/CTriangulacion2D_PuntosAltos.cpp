@@ -1,4 +1,5 @@
 // The search of high points: passes over the temporary file by one thread a processor, and the classes at the end.
+#include <algorithm>
 #include <optional>
 
 #include "classification/BusquedaContorno.h"
@@ -45,6 +46,10 @@ class CEventos {
     for (HANDLE evento : eventos) CloseHandle(evento);
   }
   HANDLE* operator[](unsigned k) { return &eventos[k]; }
+  /// False when the system had not enough of them.
+  [[nodiscard]] bool Estan() const {
+    return std::none_of(eventos.begin(), eventos.end(), [](HANDLE evento) { return evento == nullptr; });
+  }
   /// True when all are set; with a time limit, false when it has run out.
   bool EsperaTodos(unsigned long milisegundos) {
     return WaitForMultipleObjects(static_cast<unsigned long>(eventos.size()), eventos.data(), true, milisegundos) ==
@@ -81,7 +86,7 @@ class CBuscadores {
 
   /// All passes. A run's code.
   int Busca() {
-    int codigo = kHecho;
+    int codigo = eventosFin.Estan() && eventosSigue.Estan() ? kHecho : kFicheroInconsistente;
     while (codigo == kHecho && pasadas.Quedan()) codigo = Pasada();
     return codigo;
   }
@@ -89,6 +94,7 @@ class CBuscadores {
  private:
   int Pasada() {
     fichero.Seek(0, CFile::begin);
+    if (fichero.HayError()) return kFicheroInconsistente;
     cantidad = 0;
     pasadas.Empieza();
     terminados = 0;
@@ -120,18 +126,16 @@ class CBuscadores {
     return kHecho;
   }
 
-  /// Reports until all threads are done. It sleeps between two reports, and is woken by the last thread.
+  /// Reports until all threads are done, once at least. It sleeps between two reports, and the last thread wakes it.
   void Espera() {
-    const std::atomic_ref<long> hechos(terminados);
     const std::atomic_ref<unsigned> bytes(leido);
     const std::atomic_ref<std::uint64_t> total(pasadas.total);
-    while (hechos < static_cast<long>(cuantos) && !cancelado) {
+    do {
       if (porcentaje != nullptr && porcentaje->Porcentaje(nivel, bytes + pasadas.acumulado, total, false) == 0) {
         std::atomic_ref<bool>(cancelado).store(true);
-      } else {
-        eventosFin.EsperaTodos(porcentaje != nullptr ? kMilisegundos : INFINITE);
+        return;
       }
-    }
+    } while (!eventosFin.EsperaTodos(porcentaje != nullptr ? kMilisegundos : INFINITE));
   }
 
   int CuentaDondeQuedo() {

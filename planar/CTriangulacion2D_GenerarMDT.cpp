@@ -159,6 +159,7 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeGenera);
   const unsigned long long longitud = ficheroTemporal->GetLength();
+  if (ficheroTemporal->HayError()) return kFicheroInconsistente;
   const auto registros = static_cast<unsigned>(longitud / kRegistro);
   unsigned procesadores = NumeroProcesadores();
   unsigned parte = registros / procesadores;
