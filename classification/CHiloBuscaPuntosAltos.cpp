@@ -102,13 +102,15 @@ bool CHiloBuscaPuntosAltos::Cancelado() const { return std::atomic_ref<bool>(*ca
 
 void CHiloBuscaPuntosAltos::Run() {
   CSingleLock cerrojo(seccion);
+  // Once the end is announced the members are the caller's, who may set them for the next pass at once.
+  const HANDLE fin = *eventoFin, sigue = *eventoSigue;
   for (;;) {
-    Exige(WaitForSingleObject(*eventoSigue, INFINITE) == WAIT_OBJECT_0);
+    Exige(WaitForSingleObject(sigue, INFINITE) == WAIT_OBJECT_0);
     if (acaba) return;
     LeeTrozo(cerrojo);
-    Exige(ResetEvent(*eventoSigue));
+    Exige(ResetEvent(sigue));
     std::atomic_ref<long>(*terminados).fetch_add(1);
-    Exige(SetEvent(*eventoFin));
+    Exige(SetEvent(fin));
     if (acaba) return;  // asked while the slice was read: the reset may have undone the call to wake up
   }
 }

@@ -312,6 +312,7 @@ TEST(CHiloBuscaPuntosAltos, TellsOfADiskThatRefusesARecord) {
 }
 
 TEST(CHiloBuscaPuntosAltos, EndsTheProcessWhenItCannotWait) {
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";
   const auto lose = [] {
     PassScene scene(Corner(200), {{1, 2, 3}});
     scene.Make(1);
