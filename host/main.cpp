@@ -53,6 +53,7 @@ int main(int argc, char** argv) {
   Work chosen;
   addTin(program, common, chosen);
   addRender(program, common, chosen);
+  addClassify(program, common, chosen);
   addInfo(program, common, chosen);
   addGenerate(program, common, chosen);
   try {

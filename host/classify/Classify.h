@@ -19,7 +19,7 @@ struct ClassifyOptions {
 };
 
 struct ClassifySeconds {
-  double read = 0, order = 0, fill = 0, link = 0, search = 0, write = 0, total = 0;
+  double read = 0, order = 0, fill = 0, link = 0, search = 0, outline = 0, write = 0, total = 0;
 };
 
 struct ClassifyReport {

@@ -42,6 +42,25 @@ no_debris() {
   [ -z "$left" ] || fail "$1: left behind: $left"
 }
 
+# cancels PHASE NTH OUTPUT COMMAND...: interrupts the command as soon as it announces the phase for the NTH time; it leaves nothing
+cancels() {
+  local phase=$1 nth=$2 output=$3 found=0
+  shift 3
+  rm -f stderr
+  : >stderr
+  "$@" >/dev/null 2>stderr &
+  local run=$!
+  until [ "$(grep -c "^$phase \.\.\." stderr)" -ge "$nth" ]; do
+    kill -0 "$run" 2>/dev/null || fail "$phase: the run ended before: $(cat stderr)"
+  done
+  kill -INT "$run" 2>/dev/null || fail "$phase: the run ended before it could be interrupted"
+  wait "$run" || found=$?
+  expect "$phase: exit" "$found" 130
+  grep -q '^urdimbre: cancelled' stderr || fail "$phase: $(cat stderr)"
+  [ ! -e "$output" ] || fail "$phase: an output was written"
+  no_debris "$phase"
+}
+
 # number KEY FILE: a number of a JSON summary
 number() { sed -nE "s/^ *\"$1\": ([0-9.]+),?$/\1/p" "$2"; }
 

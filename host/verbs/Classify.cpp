@@ -1,0 +1,95 @@
+// urdimbre classify: the same cloud with new classes for what a search finds.
+#include "host/classify/Classify.h"
+
+#include <fmt/format.h>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "host/FileError.h"
+#include "host/classify/HighSearch.h"
+#include "host/verbs/Verbs.h"
+#include "platform/Proceso.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json toJson(ClassifyReport const& r, Json parameters) {
+  Json changes = Json::array();
+  for (auto const& [step, points] : r.changes.counts()) {
+    changes.push_back({{"from", step.from}, {"to", step.to}, {"points", points}});
+  }
+  return {{"parameters", std::move(parameters)},
+          {"points_read", r.pointsRead},
+          {"points_accepted", r.pointsAccepted},
+          {"found", r.found},
+          {"reclassified", r.changes.total()},
+          {"changes", std::move(changes)},
+          {"seconds",
+           {{"read", r.seconds.read},
+            {"order", r.seconds.order},
+            {"fill", r.seconds.fill},
+            {"link", r.seconds.link},
+            {"search", r.seconds.search},
+            {"outline", r.seconds.outline},
+            {"write", r.seconds.write},
+            {"total", r.seconds.total}}},
+          {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+}
+
+void printSummary(ClassifyReport const& r, ClassifyOptions const& options) {
+  fmt::print("{}: {} of {} points {}\n", options.dryRun ? options.cloud.what() : options.output,
+             withThousands(r.changes.total()), withThousands(r.pointsRead),
+             options.dryRun ? "would change their class; nothing was written" : "changed their class");
+  for (auto const& [step, points] : r.changes.counts()) {
+    fmt::print("class      {:>3} to {:<3} {}\n", step.from, step.to, withThousands(points));
+  }
+  fmt::print("points     {} read, {} accepted, {} found\n", withThousands(r.pointsRead),
+             withThousands(r.pointsAccepted), withThousands(r.found));
+  fmt::print(
+      "seconds    read {:.2f}, order {:.2f}, fill {:.2f}, link {:.2f}, search {:.2f}, outline {:.2f}, write {:.2f}, "
+      "total {:.2f}\n",
+      r.seconds.read, r.seconds.order, r.seconds.fill, r.seconds.link, r.seconds.search, r.seconds.outline,
+      r.seconds.write, r.seconds.total);
+  fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
+}
+
+/// A search with the options of its verb.
+struct Chosen {
+  ClassifyOptions options;
+  std::unique_ptr<CloudSearch> search;
+};
+
+void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app) {
+  const ClassifyReport report = classify(chosen.options, *chosen.search, app);
+  app.clearProgress();
+  for (std::string const& message : app.messages()) fmt::print(stderr, "urdimbre: {}\n", message);
+  if (common.json) {
+    fmt::print("{}\n", toJson(report, chosen.search->parameters()).dump(2));
+  } else if (!common.quiet) {
+    printSummary(report, chosen.options);
+  }
+}
+
+template <class Search>
+void addSearch(CLI::App& classify, CommonOptions const& common, Work& work) {
+  auto chosen = std::make_shared<Chosen>();
+  chosen->search = std::make_unique<Search>();
+  CLI::App* verb = classify.add_subcommand(chosen->search->name(), chosen->search->purpose());
+  addClassifyOptions(*verb, chosen->options);
+  chosen->search->addOptions(*verb);
+  verb->callback(
+      [chosen, &common, &work] { work = [chosen, &common](HostApp& app) { runClassify(*chosen, common, app); }; });
+}
+
+}  // namespace
+
+void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen) {
+  CLI::App* verb = program.add_subcommand("classify", "Find points of a kind in a LAS file and give them a class");
+  verb->require_subcommand(1);
+  addSearch<HighSearch>(*verb, common, chosen);
+}
+
+}  // namespace Meseta47::host
