@@ -48,6 +48,7 @@ CHiloGenerarMDT& CHiloGenerarMDT::operator=(CHiloGenerarMDT const& o) {
   ladoMasLargo = o.ladoMasLargo;
   rechazos = o.rechazos;
   falloDeDisco = o.falloDeDisco;
+  faltoMemoria = o.faltoMemoria;
   return *this;
 }
 

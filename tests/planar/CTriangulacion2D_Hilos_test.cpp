@@ -1,0 +1,118 @@
+// What threads must not change: the bytes of a run, whatever their number and whenever it is cancelled.
+#include <gmock/gmock.h>
+#include <thread>
+
+#include "planar/PhaseScenes.h"
+#include "support/PlanarFeeds.h"
+#include "support/PlanarSizes.h"
+#include "support/Random.h"
+
+namespace Meseta47 {
+namespace {
+
+using support::Family;
+using support::Point;
+using test::Described;
+using test::DrawingOf;
+using test::Feed;
+using test::ListeningApp;
+using test::OpenTriangulation;
+using test::Order;
+using test::QuietApp;
+
+constexpr std::size_t kMany = test::kFullSize ? 20'000 : 3'000;
+
+std::string ModelFrom(std::vector<Point> const& points) {
+  CDibujo<int> drawing = DrawingOf(points);
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t;
+  EXPECT_EQ(t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr), kHecho);
+  return Described(model);
+}
+
+class Hilos : public testing::TestWithParam<Family> {};
+INSTANTIATE_TEST_SUITE_P(Families, Hilos,
+                         testing::Values(Family::Uniform, Family::RegularGrid, Family::Clusters, Family::Duplicates),
+                         [](testing::TestParamInfo<Family> const& family) { return support::name(family.param); });
+
+TEST_P(Hilos, OneTwoAndFourThreadsMakeTheSameModel) {
+  const std::vector<Point> points = Feed{GetParam(), Order::Hilbert, kMany}.Points();
+  std::string expected;
+  for (const unsigned threads : {1U, 2U, 4U}) {
+    const QuietApp app(threads);
+    const std::string made = ModelFrom(points);
+    if (threads == 1) expected = made;
+    EXPECT_TRUE(made == expected) << threads << " threads";
+    EXPECT_GT(made.size(), kMany);
+  }
+}
+
+TEST_P(Hilos, TheWorkersPaceLeavesTheFileAsItIs) {
+  const std::vector<Point> points = Feed{GetParam(), Order::Hilbert, kMany}.Points();
+  std::string expected;
+  for (int run = 0; run < 3; ++run) {
+    ListeningApp app;
+    int step = 0;
+    app.onStep = [&] {
+      if (run == 1 && ++step % 50 == 0) std::this_thread::yield();
+      if (run == 2 && ++step % 1'000 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    };
+    CDibujo<int> drawing = DrawingOf(points);
+    OpenTriangulation t;
+    ASSERT_EQ(t.Link(drawing), kHecho);
+    const std::string bytes = t.SpilledBytes();
+    if (run == 0) expected = bytes;
+    EXPECT_TRUE(bytes == expected) << "run " << run;
+    t.BorraFicheroTemporal();
+  }
+}
+
+TEST(HilosCancelados, InAnyPhaseLeaveNoFileAndARunThatIsRight) {
+  const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, kMany}.Points();
+  CDibujo<int> drawing = DrawingOf(points);
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t;
+  support::Random random(20'260);
+  int cancelled = 0;
+  for (int i = 0; i < 12; ++i) {
+    ListeningApp app(4);
+    app.cancelAt = random.between(1, static_cast<int>(3 * kMany) + 40);
+    const int code = t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr);
+    EXPECT_EQ(code, static_cast<int>(app.steps.size()) >= app.cancelAt ? kCancelado : kHecho) << app.cancelAt;
+    EXPECT_EQ(app.TemporaryFiles(), 0U) << app.cancelAt;
+    EXPECT_FALSE(t.hiloSalva.EstaEnMarcha() && code == kCancelado && app.PhaseMessages().size() == 2);
+    cancelled += code == kCancelado ? 1 : 0;
+  }
+  EXPECT_GT(cancelled, 6);
+  const QuietApp app(4);
+  ASSERT_EQ(t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr), kHecho);
+  EXPECT_TRUE(Described(model) == ModelFrom(points));
+}
+
+TEST(HilosVarios, ObjectsRunSideBySideOnTheirOwnDrawings) {
+  const QuietApp app(2);
+  std::vector<std::string> made(3), expected;
+  std::vector<std::thread> threads;
+  const auto points = [](std::size_t i) { return Feed{Family::Uniform, Order::Hilbert, kMany / 2 + 100 * i}.Points(); };
+  for (std::size_t i = 0; i < 3; ++i) {
+    threads.emplace_back([&, i] { made[i] = ModelFrom(points(i)); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(made[i] == ModelFrom(points(i))) << i;
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(HilosVarios, AnObjectMayBeDestroyedWithItsFileOpenAndItsWorkerThere) {
+  const QuietApp app;
+  CString path;
+  {
+    CDibujo<int> drawing = DrawingOf(test::Scatter(500));
+    OpenTriangulation t;
+    ASSERT_EQ(t.Link(drawing), kHecho);
+    path = t.nombreTemporal;
+  }
+  EXPECT_TRUE(Exists(path)) << "the file is the run's to delete";
+}
+
+}  // namespace
+}  // namespace Meseta47
