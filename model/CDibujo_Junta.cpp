@@ -253,11 +253,11 @@ class CJuntador {
   /// The line that begins at an end and goes on until nothing follows, or until it is back.
   CLinea<int> Cadena(std::uint32_t desde, std::vector<bool>& hecha) {
     CPuntos puntos;
-    CString codigo = lineas[desde / 2]->GetCodigo();
+    CString const* codigo = &lineas[desde / 2]->GetCodigo();
     std::uint32_t e = desde;
     do {
       hecha[e / 2] = true;
-      codigo = std::min(codigo, lineas[e / 2]->GetCodigo());
+      codigo = &std::min(*codigo, lineas[e / 2]->GetCodigo());
       for (int i = 0; i < lineas[e / 2]->NPuntos(); ++i) {
         CCoor3D<int> const& p = PuntoDe(e, i);
         if (i > 0 || puntos.empty() || puntos.back() != p) puntos.push_back(p);  // a joint is one point
@@ -266,7 +266,7 @@ class CJuntador {
     } while (e != kNinguno && e != desde);
     const bool anillo = e == desde;
     if (anillo && puntos.back() != puntos.front()) puntos.push_back(puntos.front());  // in plan alone they met already
-    CLinea<int> linea(codigo);
+    CLinea<int> linea(*codigo);
     linea.Asigna(anillo ? EnSuGiro(std::move(puntos)) : EnSuSentido(std::move(puntos)));
     return linea;
   }
@@ -345,7 +345,8 @@ int CDibujo<T>::Junta(int primera, int cuantas, bool mismoCodigo, bool mismaAltu
   }
   if (quitaDobles) {
     for (CLinea<T>* linea : lineas) {
-      linea->BorraPuntosDobles(1);
+      CPuntos const& puntos = linea->Puntos();
+      if (std::adjacent_find(puntos.begin(), puntos.end()) != puntos.end()) linea->BorraPuntosDobles(1);
       if (linea->NPuntos() < 2) linea->Clear();
     }
     VaciaRepetidas(lineas);

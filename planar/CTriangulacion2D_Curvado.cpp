@@ -1,6 +1,6 @@
 // Contour lines: the worker cuts triangles as their cells close, and the segments are joined level by level.
 #include <algorithm>
-#include <numeric>
+#include <compare>
 
 #include "model/IPorcentaje.h"
 #include "planar/GuardaDeRun.h"
@@ -11,15 +11,21 @@ namespace {
 
 constexpr unsigned kMensajeJunta = 19020;
 
-std::int32_t Altura(CLinea<int> const& segmento) { return segmento.maximas.Minimo.z; }
+/// Place of a segment among all. The height stands beside it, so that sorting does not visit the segments.
+struct CPuesto {
+  std::int32_t altura;
+  unsigned indice;
 
-/// Indices of the segments by height; those of one height in the order in which they came.
-std::vector<unsigned> PorAltura(CDibujo<int> const& segmentos) {
-  std::vector<unsigned> indices(segmentos.Cantidad());
-  std::iota(indices.begin(), indices.end(), 0U);
-  std::stable_sort(indices.begin(), indices.end(),
-                   [&](unsigned a, unsigned b) { return Altura(segmentos[a]) < Altura(segmentos[b]); });
-  return indices;
+  auto operator<=>(CPuesto const&) const = default;
+};
+
+/// The segments by height; those of one height in the order in which they came.
+std::vector<CPuesto> PorAltura(CDibujo<int> const& segmentos) {
+  std::vector<CPuesto> puestos;
+  puestos.reserve(segmentos.Cantidad());
+  for (unsigned i = 0; i < segmentos.Cantidad(); ++i) puestos.push_back({segmentos[i].maximas.Minimo.z, i});
+  std::sort(puestos.begin(), puestos.end());
+  return puestos;
 }
 
 }  // namespace
@@ -54,17 +60,17 @@ int CTriangulacion2D::CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int
 int CTriangulacion2D::JuntaNiveles(CDibujo<int>& curvas) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeJunta);
-  const std::vector<unsigned> segmentos = PorAltura(dibujoCurvas);
+  const std::vector<CPuesto> segmentos = PorAltura(dibujoCurvas);
   if (segmentos.empty()) return kHecho;
-  const std::int64_t zMin = Altura(dibujoCurvas[segmentos.front()]), zMax = Altura(dibujoCurvas[segmentos.back()]);
+  const std::int64_t zMin = segmentos.front().altura, zMax = segmentos.back().altura;
   const auto pasos = static_cast<unsigned long long>((zMax - zMin) / paramCurvaA);
   unsigned long long paso = 0;
   auto siguiente = segmentos.begin();
   for (std::int64_t z = zMin; z <= zMax; z += paramCurvaA) {
     if (porcentaje != nullptr && porcentaje->Porcentaje(mensajes, ++paso, pasos, false) == 0) return kCancelado;
     CDibujo<int> nivel(curvas.semilla);
-    for (; siguiente != segmentos.end() && Altura(dibujoCurvas[*siguiente]) == z; ++siguiente) {
-      nivel.Inserta(std::move(dibujoCurvas[*siguiente]));
+    for (; siguiente != segmentos.end() && siguiente->altura == z; ++siguiente) {
+      nivel.Inserta(std::move(dibujoCurvas[siguiente->indice]));
     }
     nivel.Junta(0, 0, true, true, true, 0, 0, true);
     curvas.Suma(std::move(nivel), false, 0);
