@@ -250,6 +250,9 @@ TEST_F(FurtherDrawings, ItsSeedsAreLookedUpInAnExtraDrawing) {
   EXPECT_EQ(In(last), 0U);
   EXPECT_EQ(t.duplicados, 2U) << "the first two points of the extra drawing went in as seeds and came again";
   EXPECT_NE(extra[0].Punto(2).num, 0);
+  EXPECT_EQ(extra[0].Punto(0).num, 0);
+  const std::vector<Triangle> records = RecordsOf(t.SpilledBytes());
+  EXPECT_THAT(records, Contains(Contains(0))) << "their triangles have lost them";
   t.BorraFicheroTemporal();
 }
 
