@@ -124,8 +124,9 @@ class URDIMBRE_API CTriangulacion2D {
   /// number of threads.
   ///
   /// kHecho, kCancelado, kPocosPuntos, kFicheroInaccesible, kFicheroInconsistente. Cancelled, no point has changed;
-  /// when the outline fails, the points found have their class all the same. No temporary file stays. Beyond the mesh
-  /// it takes about 70 bytes a point, and one thread a processor; each pass reads the triangles from disk.
+  /// when the outline fails, the points found have their class all the same. No temporary file stays. Beyond the
+  /// drawing it takes about 70 bytes a point, and for the outline about 150 a point found. Passes take one thread a
+  /// processor, and read the triangles from disk.
   int RunPuntosAltos(CDibujo<int>& dibujo, double distanciaMax, double alturaMin, CInfoClasificacion const& info,
                      int unaPasada, unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
                      std::vector<CPosicionEntidad> const* seleccion);
