@@ -16,6 +16,15 @@ expect "bcts_1 Delaunay" "$(fact not_delaunay a.ply)" 0
 expect "bcts_1 in the order of the file" "$("$facts" --same a.ply file.ply)" same
 rm -f ./*.ply
 
+# what stands above the ground there: the same points whatever the threads and the order
+"$urdimbre" --json --threads 1 classify high "$data/bcts_1.las" --distance 2 --height 2 --to 5 -o a.las >a.json 2>/dev/null
+expect "bcts_1 points found" "$(number reclassified a.json)" 346380
+cmp -l "$data/bcts_1.las" a.las >differing || true
+expect "bcts_1 differing bytes" "$(wc -l <differing)" 346380
+"$urdimbre" --quiet --threads 4 classify high "$data/bcts_1.las" --distance 2 --height 2 --to 5 -o b.las --order file
+expect "bcts_1 classified by 4 threads in the order of the file" "$(cmp a.las b.las && echo same)" same
+rm -f ./*.las
+
 # every other cloud alone: the points, the duplicates, and a mesh without a fault
 while read -r file points vertices; do
   "$urdimbre" --json tin "$data/$file" -o m.ply >m.json 2>/dev/null
