@@ -5,6 +5,7 @@
 //
 // The plain loop looks at so few of the points that it ends in a few seconds; the ratio is of times a point.
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <fmt/format.h>
 #include <stdexcept>
