@@ -19,6 +19,8 @@ static_assert(std::endian::native == std::endian::little, "values are taken from
 
 constexpr std::size_t kLongestLine = 4096;  // of a header; what is longer is no header
 
+constexpr double kFarthest = 1e12;  // of a coordinate: in millimetres it would be beyond the Moon
+
 struct CutShort {};
 
 struct NoNumber {
@@ -216,8 +218,10 @@ class Elements {
           vertex[axes[i]] = values_.next(element.properties[i].type);
         }
       }
-      if (!std::all_of(vertex.begin(), vertex.end(), [](double v) { return std::isfinite(v); })) {
-        fail(element, fmt::format("has a coordinate that is no number: {}", kDamaged));
+      for (const double value : vertex) {
+        if (!(std::abs(value) <= kFarthest)) {
+          fail(element, fmt::format("has the coordinate {:g}, which no place has: {}", value, kDamaged));
+        }
       }
       surface_.vertices.push_back(vertex);
     }

@@ -12,8 +12,8 @@ namespace Meseta47::host {
 /// is passed over.
 ///
 /// Throws FileError with the cause when the file is damaged, cut, no PLY, or no surface: no faces, a face that is no
-/// triangle or names a vertex that is not there, a coordinate that is no number, bytes behind the last element. It
-/// takes no more memory than the file can fill. O(bytes), one block of the file at a time.
+/// triangle or names a vertex that is not there, a coordinate that no place on Earth has, bytes behind the last
+/// element. It takes no more memory than the file can fill. O(bytes), one block of the file at a time.
 [[nodiscard]] Surface readPly(ByteSource& source);
 [[nodiscard]] Surface readPly(std::string const& path);
 

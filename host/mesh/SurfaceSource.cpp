@@ -82,11 +82,11 @@ Surface readModel(std::string const& path, HostApp& app) {
   return surface;
 }
 
-Surface triangulateCloud(CloudOptions const& options, HostApp& app) {
+MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   const CDataTriangulacion filters = filtersOf(options);
   LoadedCloud cloud = std::move(loadClouds({options.inputs}, loadOptionsOf(options), app).front());
   const CDataSemilla seed = cloud.seed;
-  const std::uint64_t spill = spillBytes(cloud.points.size());
+  const std::uint64_t spill = spillBytes(cloud.points.size() + cloud.lines.nPuntos);
   if (options.hilbert()) app.phase("Ordering");
   CDibujo<int> drawing = drawingOf(cloud, options.hilbert(), app);
   requireTempSpace(spill);
@@ -98,7 +98,7 @@ Surface triangulateCloud(CloudOptions const& options, HostApp& app) {
   if (tin.Cantidad() == 0) {
     throw Failure(fmt::format("{}: all points lie on one line in plan; there is no surface over it", options.what()));
   }
-  return surfaceOf(tin);
+  return {surfaceOf(tin), cloud.system};
 }
 
 void dropLongTriangles(Surface& surface, double maxSide) {

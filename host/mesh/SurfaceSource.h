@@ -17,8 +17,13 @@ enum class ModelKind { none, ply, native };
 /// Reads a PLY file or the native model. Throws FileError, Failure or Cancelled.
 [[nodiscard]] Surface readModel(std::string const& path, HostApp& app);
 
-/// Triangulates clouds, as `urdimbre tin` does. Throws FileError, Failure, UsageError or Cancelled.
-[[nodiscard]] Surface triangulateCloud(CloudOptions const& options, HostApp& app);
+struct MappedSurface {
+  Surface surface;
+  ReferenceSystem system;  ///< unknown when nobody tells
+};
+
+/// Triangulates clouds and survey lines, as `urdimbre tin` does. Throws FileError, Failure, UsageError or Cancelled.
+[[nodiscard]] MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app);
 
 /// Takes out the triangles with a side longer than that in plan.
 void dropLongTriangles(Surface& surface, double maxSide);

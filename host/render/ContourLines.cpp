@@ -14,17 +14,19 @@ namespace {
 using Level = std::int64_t;
 
 /// The surface's plan in integers that drawings hold: fine enough that places which differ stay apart.
-class PlanUnits {
+class IntegerPlan {
  public:
-  explicit PlanUnits(Surface const& surface) {
+  explicit IntegerPlan(Surface const& surface) {
     constexpr double kUnits = 1 << 30;
     std::array<double, 2> high{};
     for (std::size_t axis = 0; axis < 2; ++axis) {
       low_[axis] = std::numeric_limits<double>::infinity();
       high[axis] = -low_[axis];
-      for (Surface::Vertex const& v : surface.vertices) {
-        low_[axis] = std::min(low_[axis], v[axis]);
-        high[axis] = std::max(high[axis], v[axis]);
+      for (Surface::Triangle const& t : surface.triangles) {
+        for (const std::uint32_t corner : t) {
+          low_[axis] = std::min(low_[axis], surface.vertices[corner][axis]);
+          high[axis] = std::max(high[axis], surface.vertices[corner][axis]);
+        }
       }
     }
     unit_ = std::max({high[0] - low_[0], high[1] - low_[1], std::numeric_limits<double>::min()}) / kUnits;
@@ -48,10 +50,10 @@ struct Piece {
 };
 
 /// Where a side crosses a height. The same from both triangles, as its ends are taken in an order of their own.
-CCoor3D<int> crossing(PlanUnits const& units, Surface::Vertex const* a, Surface::Vertex const* b, double height) {
+CCoor3D<int> crossing(IntegerPlan const& plan, Surface::Vertex const* a, Surface::Vertex const* b, double height) {
   if (*b < *a) std::swap(a, b);
   const double share = (height - (*a)[2]) / ((*b)[2] - (*a)[2]);
-  return units.whole((*a)[0] + ((*b)[0] - (*a)[0]) * share, (*a)[1] + ((*b)[1] - (*a)[1]) * share);
+  return plan.whole((*a)[0] + ((*b)[0] - (*a)[0]) * share, (*a)[1] + ((*b)[1] - (*a)[1]) * share);
 }
 
 /// The lowest level not below a height, in multiples of the interval.
@@ -62,7 +64,7 @@ Level levelFrom(double height, double interval) {
   return level;
 }
 
-void addPieces(Surface const& surface, Surface::Triangle const& t, double interval, PlanUnits const& units,
+void addPieces(Surface const& surface, Surface::Triangle const& t, double interval, IntegerPlan const& plan,
                std::vector<Piece>& pieces) {
   std::array<Surface::Vertex const*, 3> v{&surface.vertices[t[0]], &surface.vertices[t[1]], &surface.vertices[t[2]]};
   std::sort(v.begin(), v.end(), [](auto* a, auto* b) { return (*a)[2] < (*b)[2]; });
@@ -70,15 +72,15 @@ void addPieces(Surface const& surface, Surface::Triangle const& t, double interv
   for (Level level = levelFrom(low, interval); static_cast<double>(level) * interval <= high; ++level) {
     const double height = static_cast<double>(level) * interval;
     if (height <= low) continue;  // all of it is above
-    const CCoor3D<int> from = crossing(units, v[0], v[2], height);
-    const CCoor3D<int> to = middle < height ? crossing(units, v[1], v[2], height) : crossing(units, v[0], v[1], height);
+    const CCoor3D<int> from = crossing(plan, v[0], v[2], height);
+    const CCoor3D<int> to = middle < height ? crossing(plan, v[1], v[2], height) : crossing(plan, v[0], v[1], height);
     if (from != to) pieces.push_back({level, from, to});
   }
 }
 
 /// The pieces of one level as lines.
 void joinPieces(std::vector<Piece>::const_iterator begin, std::vector<Piece>::const_iterator end,
-                PlanUnits const& units, std::vector<ContourLine>& lines) {
+                IntegerPlan const& plan, std::vector<ContourLine>& lines) {
   CDibujo<int> drawing;
   for (auto piece = begin; piece != end; ++piece) {
     CLinea<int> line;
@@ -91,7 +93,7 @@ void joinPieces(std::vector<Piece>::const_iterator begin, std::vector<Piece>::co
     ContourLine& line = lines.emplace_back();
     line.level = begin->level;
     line.points.reserve(drawing[i].Puntos().size());
-    for (CCoor3D<int> const& p : drawing[i].Puntos()) line.points.push_back(units.real(p));
+    for (CCoor3D<int> const& p : drawing[i].Puntos()) line.points.push_back(plan.real(p));
   }
 }
 
@@ -102,14 +104,14 @@ double levelsBetween(double low, double high, double interval) {
 }
 
 std::vector<ContourLine> contoursOf(Surface const& surface, double interval) {
-  const PlanUnits units(surface);
+  const IntegerPlan plan(surface);
   std::vector<Piece> pieces;
-  for (Surface::Triangle const& t : surface.triangles) addPieces(surface, t, interval, units, pieces);
+  for (Surface::Triangle const& t : surface.triangles) addPieces(surface, t, interval, plan, pieces);
   std::stable_sort(pieces.begin(), pieces.end(), [](Piece const& a, Piece const& b) { return a.level < b.level; });
   std::vector<ContourLine> lines;
   for (auto begin = pieces.cbegin(); begin != pieces.cend();) {
     const auto end = std::find_if(begin, pieces.cend(), [&](Piece const& p) { return p.level != begin->level; });
-    joinPieces(begin, end, units, lines);
+    joinPieces(begin, end, plan, lines);
     begin = end;
   }
   return lines;

@@ -17,8 +17,6 @@ constexpr double kMargin = 1.5;  // around everything
 constexpr double kGap = 1.5;     // between map and legend
 constexpr double kFoot = 3.0;    // for the scale bar
 
-constexpr int kSmallestFurnished = 200;  // pixels; letters of a smaller picture could not be read
-
 bool parseNumber(std::string_view text, int& value) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   return error == std::errc() && end == text.data() + text.size();
@@ -57,12 +55,11 @@ double fontFor(PictureSize const& size) { return std::max(10.0, std::round(size.
 Layout layOut(View const& view, PictureSize const& size, double legendWidth, double legendHeight) {
   Layout l;
   l.font = fontFor(size);
-  const int shortest = size.height == 0 ? size.width : std::min(size.width, size.height);
-  l.bare = shortest < kSmallestFurnished;
-  const Frame frame =
-      l.bare ? Frame{} : Frame{std::round(kMargin * l.font), kGap * l.font + legendWidth, kFoot * l.font};
-  const double room = std::max(1.0, (size.height == 0 ? size.width : size.height) - frame.height());
-  l.unit = std::max(view.width() / std::max(1.0, size.width - frame.width()), view.height() / room);
+  const int tallest = size.height == 0 ? size.width : size.height;
+  Frame frame{std::round(kMargin * l.font), kGap * l.font + legendWidth, kFoot * l.font};
+  l.bare = frame.width() > size.width / 2.0 || frame.height() > tallest / 2.0;
+  if (l.bare) frame = {};
+  l.unit = std::max(view.width() / (size.width - frame.width()), view.height() / (tallest - frame.height()));
   l.mapWidth = pixels(view.width(), l.unit);
   l.mapHeight = pixels(view.height(), l.unit);
   l.width = size.width;

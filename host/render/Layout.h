@@ -33,7 +33,7 @@ struct Box {
 struct Layout {
   int width = 0, height = 0;
   double font = 0;    ///< size of the letters; what surrounds the map is measured in it
-  bool bare = false;  ///< too small for anything but the map
+  bool bare = false;  ///< nothing but the map: the rest would take more room than it
   double unit = 0;    ///< units of the land in a pixel
   int mapX = 0, mapY = 0, mapWidth = 0, mapHeight = 0;
   Box legend;  ///< beside the map

@@ -20,6 +20,12 @@ Normal normalOf(Surface const& s, Surface::Triangle const& t) {
   return n.z < 0 ? Normal{-n.x, -n.y, -n.z} : n;
 }
 
+/// Walls are as steep as anything: their squares must stay numbers.
+float slope(double rise, double run) {
+  constexpr double kWall = 1e6;
+  return static_cast<float>(std::clamp(rise / run, -kWall, kWall));
+}
+
 }  // namespace
 
 std::vector<Gradient> gradientsOf(Surface const& surface) {
@@ -35,7 +41,7 @@ std::vector<Gradient> gradientsOf(Surface const& surface) {
   std::vector<Gradient> gradients(sums.size());
   for (std::size_t i = 0; i < sums.size(); ++i) {
     if (sums[i].z <= 0) continue;
-    gradients[i] = {static_cast<float>(-sums[i].x / sums[i].z), static_cast<float>(-sums[i].y / sums[i].z)};
+    gradients[i] = {slope(-sums[i].x, sums[i].z), slope(-sums[i].y, sums[i].z)};
   }
   return gradients;
 }

@@ -83,7 +83,7 @@ Canvas paintPicture(Surface const& surface, PictureOptions const& options, Steps
   std::vector<ContourLine> contours;
   if (options.contours > 0) contours = contoursFor(surface, options.contours, style.range);
 
-  const HeightLegend heights(style.range, options.unit);
+  const HeightLegend heights(style.range, options.heightUnit);
   const ClassLegend classes(options.classes ? classesIn(surface, view) : std::vector<std::uint8_t>());
   const double font = fontFor(options.size);
   const Room room = options.classes ? classes.room(font) : heights.room(font);
@@ -94,7 +94,8 @@ Canvas paintPicture(Surface const& surface, PictureOptions const& options, Steps
   if (options.contours > 0) paintContours(canvas, layout, view, contours, options.contours);
   if (!layout.bare) {
     options.classes ? classes.draw(canvas, layout) : heights.draw(canvas, layout);
-    drawFoot(canvas, layout, options.unit, options.contours > 0 ? contourNote(options.contours, options.unit) : "");
+    drawFoot(canvas, layout, options.unit,
+             options.contours > 0 ? contourNote(options.contours, options.heightUnit) : "");
   }
   facts = {layout.width, layout.height, layout.unit, view, style.range, contours.size()};
   return canvas;

@@ -15,7 +15,7 @@ struct PictureOptions {
   std::optional<Bounds> bounds;  ///< show only this part, in the units of the surface
   double contours = 0;           ///< interval of contours, in units of height; 0 draws none
   bool classes = false;          ///< colour points by class; the surface has classes
-  std::string unit;              ///< of plan and height, as it is to be written; empty when nobody knows
+  std::string unit, heightUnit;  ///< in plan and of heights, as they are to be written; empty when nobody knows
 };
 
 /// What a picture came to show.

@@ -119,6 +119,14 @@ PlanUnit ReferenceSystem::unit() const {
   return {unitName != nullptr ? unitName : "unknown", metres};
 }
 
+std::optional<PlanUnit> ReferenceSystem::heightUnit() const {
+  if (!isKnown()) return std::nullopt;
+  if (!hasHeights()) return isGeographic() ? std::nullopt : std::optional(unit());
+  char const* unitName = nullptr;
+  const double metres = parsed(wkt_).GetTargetLinearUnits("VERT_CS", &unitName);
+  return PlanUnit{unitName != nullptr ? unitName : "unknown", metres};
+}
+
 bool ReferenceSystem::isGeographic() const { return isKnown() && parsed(wkt_).IsGeographic() != 0; }
 
 bool ReferenceSystem::hasHeights() const {

@@ -7,7 +7,7 @@
 
 namespace Meseta47::host {
 
-/// A unit of the coordinates in plan.
+/// A unit of coordinates.
 struct PlanUnit {
   std::string name;   ///< as the system has it: metre, US survey foot, degree
   double metres = 1;  ///< 0 for an angle
@@ -39,6 +39,9 @@ class ReferenceSystem {
   /// 0 when there is none.
   [[nodiscard]] int epsg() const;
   [[nodiscard]] PlanUnit unit() const;
+  /// The unit of heights: what the system says of them, else a projected system's unit in plan, as is the custom. None
+  /// for a system of angles without heights, and for an unknown one.
+  [[nodiscard]] std::optional<PlanUnit> heightUnit() const;
   /// Whether positions are angles.
   [[nodiscard]] bool isGeographic() const;
   [[nodiscard]] bool hasHeights() const;

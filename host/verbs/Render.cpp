@@ -1,5 +1,6 @@
 // urdimbre render: a picture of a cloud or a model.
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -19,7 +20,7 @@ namespace {
 
 struct RenderOptions {
   CloudOptions cloud;
-  std::string output, size = "1600", unit;
+  std::string output, size = "1600";
   double maxSide = 0, contours = 0;
   bool classes = false;
   CLI::App const* verb = nullptr;
@@ -38,14 +39,23 @@ void requirePng(std::string const& output) {
 
 /// Models come as they are: what chooses among the points of a cloud says nothing of them.
 void requireNoCloudOptions(RenderOptions const& options) {
-  for (char const* name : {"--z", "--class", "--exclude-class", "--precision", "--order"}) {
+  for (char const* name :
+       {"--z", "--class", "--exclude-class", "--precision", "--order", "--code-field", "--code", "--without-z"}) {
     if (options.verb->get_option(name)->count() != 0) {
       throw UsageError(fmt::format("{}: {} is for clouds, and this is a model", options.cloud.inputs[0], name));
     }
   }
 }
 
-Surface load(RenderOptions const& options, HostApp& app) {
+/// A unit as maps write it; degrees and what else is no length stand beside no scale bar.
+std::string abbreviation(std::optional<PlanUnit> const& unit) {
+  constexpr double kFoot = 0.3048, kMuch = 1e-5;  // the two feet differ by 2e-6: no picture shows that
+  if (!unit || unit->metres <= 0) return {};
+  if (std::abs(unit->metres - 1) < kMuch) return "m";
+  return std::abs(unit->metres / kFoot - 1) < kMuch ? "ft" : unit->name;
+}
+
+MappedSurface load(RenderOptions const& options, HostApp& app) {
   auto const& inputs = options.cloud.inputs;
   const auto model =
       std::find_if(inputs.begin(), inputs.end(), [](auto& path) { return modelKindOf(path) != ModelKind::none; });
@@ -56,7 +66,9 @@ Surface load(RenderOptions const& options, HostApp& app) {
   if (options.classes && surface.classes.empty()) {
     throw Failure(fmt::format("{}: a PLY holds no classes: give the cloud, or the model as .urd", *model));
   }
-  return surface;
+  MappedSurface mapped{std::move(surface), {}};
+  if (!options.cloud.system.empty()) mapped.system = ReferenceSystem::fromUser(options.cloud.system);
+  return mapped;
 }
 
 nlohmann::ordered_json toJson(PictureFacts const& f, Surface const& surface, Seconds const& seconds) {
@@ -82,11 +94,13 @@ void printSummary(std::string const& output, PictureFacts const& f, Surface cons
 void runRender(RenderOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   requirePng(options.output);
-  PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, options.unit};
+  PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, {}, {}};
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
 
   Seconds seconds;
-  Surface surface = timed(seconds.load, [&] { return load(options, app); });
+  auto [surface, system] = timed(seconds.load, [&] { return load(options, app); });
+  if (system.isKnown()) how.unit = abbreviation(system.unit());
+  how.heightUnit = abbreviation(system.heightUnit());
   if (options.maxSide > 0) dropLongTriangles(surface, options.maxSide);
   if (surface.triangles.empty()) {
     throw Failure(
@@ -122,19 +136,18 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
   o.verb = verb;
   addCloudOptions(*verb, o.cloud);
   verb->get_option("IN")->description(
-      "LAS or text files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it");
+      "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it");
   verb->get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");
   verb->add_option("-o,--output", o.output, "The picture: .png")->required();
   verb->add_option("--size", o.size, "Pixels as WIDTHxHEIGHT, or one number for the longer side")
       ->capture_default_str();
   verb->add_option("--contours", o.contours,
-                   "Draw contours at this interval, in units of the input, every fifth of them thicker")
+                   "Draw contours at this interval, in units of the input's heights, every fifth of them thicker")
       ->check(CLI::PositiveNumber);
   verb->add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(CLI::NonNegativeNumber);
-  verb->add_option("--unit", o.unit, "What to call the unit of the input on the picture, such as m or ft");
   verb->callback(
       [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runRender(*options, common, app); }; });
 }

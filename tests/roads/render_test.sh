@@ -14,23 +14,23 @@ is_png() {
 "$urdimbre" --quiet tin scan.las -o scan.ply
 "$urdimbre" --quiet tin scan.las -o scan.urd
 
-"$urdimbre" --json render scan.las -o cloud.png --size 640x480 --unit m >cloud.json 2>progress
+"$urdimbre" --json render scan.las -o cloud.png --size 640x480 >cloud.json 2>progress
 is_png cloud.png
 expect "width" "$(width cloud.png)" 640
 expect "height" "$(height cloud.png)" 480
 for phase in Reading Linking Painting Writing; do grep -q "^$phase" progress || fail "no progress of the phase $phase"; done
 pass
 for model in ply urd; do
-  "$urdimbre" --quiet render "scan.$model" -o "$model.png" --size 640x480 --unit m
+  "$urdimbre" --quiet render "scan.$model" -o "$model.png" --size 640x480 --a-srs EPSG:25830
   cmp cloud.png "$model.png" || fail "the .$model gives another picture than the cloud"
   pass
 done
-"$urdimbre" --quiet --threads 1 render scan.las -o one.png --size 640x480 --unit m
+"$urdimbre" --quiet --threads 1 render scan.las -o one.png --size 640x480
 cmp cloud.png one.png || fail "one thread gives another picture"
 pass
 
 # a cloud given twice adds nothing but duplicates
-"$urdimbre" --quiet render scan.las scan.las -o twice.png --size 640x480 --unit m
+"$urdimbre" --quiet render scan.las scan.las -o twice.png --size 640x480
 cmp cloud.png twice.png || fail "a cloud twice is not the cloud"
 pass
 
@@ -43,10 +43,10 @@ expect "the longer side" "$(($(width long.png) > $(height long.png) ? $(width lo
 expect "contour lines without contours" "$(number contour_lines ground.json)" 0
 [ "$(number contour_lines contours.json)" -gt 10 ] || fail "few contours: $(number contour_lines contours.json)"
 cmp -s ground.png contours.png && fail "contours are not to be seen"
-"$urdimbre" --quiet render scan.las --classes -o classes.png --size 640x480 --unit m
+"$urdimbre" --quiet render scan.las --classes -o classes.png --size 640x480
 is_png classes.png
 cmp -s cloud.png classes.png && fail "classes are not to be seen"
-"$urdimbre" --quiet render scan.urd --classes -o classes_urd.png --size 640x480 --unit m
+"$urdimbre" --quiet render scan.urd --classes -o classes_urd.png --size 640x480 --a-srs EPSG:25830
 cmp classes.png classes_urd.png || fail "the classes of the model are not those of the cloud"
 pass
 
@@ -68,6 +68,9 @@ refuses 1 "nothing to show" "$urdimbre" render scan.ply -o o.png --bounds 0,0,1,
 refuses 1 "fewer than 3" "$urdimbre" render scan.las -o o.png --bounds 0,0,1,1
 refuses 1 "no triangle" "$urdimbre" render scan.ply -o o.png --max-side 0.0001
 refuses 2 "shown alone" "$urdimbre" render scan.las scan.ply -o o.png
+"$urdimbre" --quiet render scan.ply -o nounit.png --size 640x480
+cmp -s cloud.png nounit.png && fail "the unit is not to be seen"
+refuses 2 "EPSG:1" "$urdimbre" render scan.ply -o o.png --a-srs EPSG:1
 refuses 2 "--class is for clouds" "$urdimbre" render scan.ply -o o.png --class 2
 refuses 1 "holds no classes" "$urdimbre" render scan.ply -o o.png --classes
 refuses 1 "no such file" "$urdimbre" render missing.las -o o.png

@@ -1,6 +1,7 @@
 #include "host/mesh/PlyReader.h"
 
-#include <cstring>
+#include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <string>
 
@@ -157,7 +158,8 @@ TEST(PlyReader, NamesFacesThatAreNoTrianglesOfItsVertices) {
 
 TEST(PlyReader, NamesWordsThatAreNoNumbers) {
   EXPECT_THAT(errorIn(with(asciiSquare(), "255 10 0 2", "255 10 zero 2")), HasSubstr("vertex 1 holds \"zero\""));
-  EXPECT_THAT(errorIn(with(asciiSquare(), "255 10 0 2", "255 10 0 nan")), HasSubstr("vertex 1 has a coordinate"));
+  EXPECT_THAT(errorIn(with(asciiSquare(), "255 10 0 2", "255 10 0 nan")), HasSubstr("vertex 1 has the coordinate nan"));
+  EXPECT_THAT(errorIn(with(asciiSquare(), "255 10 0 2", "255 10 0 1e300")), HasSubstr("vertex 1 has the coordinate"));
 }
 
 TEST(PlyReader, NamesElementsThatTheFileCannotHold) {
@@ -175,6 +177,27 @@ TEST(PlyReader, RefusesEveryPrefixOfAFile) {
     // the last number of a text may lose its line's end, but nothing more
     for (std::size_t length = 0; length + 1 < whole.size(); ++length) {
       EXPECT_NE(errorIn(whole.substr(0, length)), "") << length << " of " << whole.size();
+    }
+  }
+}
+
+TEST(PlyReader, ADamagedByteIsRefusedOrGivesASoundSurface) {
+  for (std::string const& whole : {binarySquare(), asciiSquare()}) {
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+      for (const char other : {'\0', '\xFF', '9', static_cast<char>(whole[i] ^ 1)}) {
+        std::string damaged = whole;
+        damaged[i] = other;
+        MemorySource source("m.ply", {damaged.begin(), damaged.end()});
+        try {
+          const Surface s = readPly(source);
+          for (auto const& t : s.triangles) EXPECT_LT(*std::max_element(t.begin(), t.end()), s.vertices.size());
+          for (auto const& v : s.vertices) {
+            for (const double value : v) EXPECT_LE(std::abs(value), 1e12) << i;
+          }
+        } catch (FileError const& error) {
+          EXPECT_THAT(error.what(), testing::StartsWith("m.ply: ")) << i;
+        }
+      }
     }
   }
 }

@@ -70,7 +70,7 @@ TEST(Layout, TwoNumbersAreTheSizeAndOneIsTheLongerSide) {
   EXPECT_LT(tall.width, 700);
 }
 
-TEST(Layout, APictureTooSmallForLettersIsAllMap) {
+TEST(Layout, APictureWithMoreRoomForLettersThanForTheMapIsAllMap) {
   const Layout l = layOut({0, 0, 100, 100}, {64, 64}, kLegend, kLegendHeight);
   EXPECT_TRUE(l.bare);
   EXPECT_EQ(l.mapWidth, 64);

@@ -115,12 +115,12 @@ TEST(Picture, MoreContoursThanAnyoneCanTellApartAreRefusedWithTheirNumber) {
 
 TEST(Picture, ContoursAreDarkLinesAtTheirPlace) {
   const Surface s = gridSurface(10, [](int x, int) { return double(x) / 2; });  // the only level inside is 4, at x = 8
-  PictureOptions options = bare(190);
+  PictureOptions options = bare(150);
   Canvas without = paint(s, options);
   options.contours = 4;
   Canvas with = paint(s, options);
-  EXPECT_LT(lightness(colourAt(with, 152, 95)), lightness(colourAt(without, 152, 95)) - 0.05F);
-  EXPECT_EQ(pixel(with, 140, 95), pixel(without, 140, 95));
+  EXPECT_LT(lightness(colourAt(with, 120, 75)), lightness(colourAt(without, 120, 75)) - 0.05F);
+  EXPECT_EQ(pixel(with, 105, 75), pixel(without, 105, 75));
 }
 
 TEST(Picture, ClassesAreColoursOfPoints) {

@@ -115,6 +115,16 @@ TEST(ReferenceSystem, TellsItsUnit) {
   EXPECT_NEAR(epsg("2903").unit().metres, 1200.0 / 3937, 1e-12);
   EXPECT_EQ(epsg("4258").unit().metres, 0);
   EXPECT_EQ(epsg("4258").unit().name, "degree");
+}
+
+TEST(ReferenceSystem, HeightsHaveTheirOwnUnitOrThatOfTheMap) {
+  EXPECT_EQ(epsg("25830").heightUnit()->metres, 1);
+  EXPECT_EQ(epsg("2994").heightUnit()->metres, 0.3048);
+  EXPECT_EQ(epsg("2903+5703").heightUnit()->metres, 1) << "metres over feet";
+  EXPECT_NEAR(epsg("2903+6360").heightUnit()->metres, 1200.0 / 3937, 1e-12);
+  EXPECT_EQ(epsg("4979").heightUnit()->metres, 1) << "angles in plan, metres up";
+  EXPECT_FALSE(epsg("4258").heightUnit());
+  EXPECT_FALSE(ReferenceSystem().heightUnit());
   EXPECT_TRUE(epsg("4258").isGeographic());
   EXPECT_FALSE(epsg("25830").isGeographic());
 }
