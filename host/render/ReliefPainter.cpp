@@ -44,7 +44,7 @@ class Dots {
     // Dots of an even scan touch; they are never too small to see, nor so large that they hide what is between.
     const double samples = static_cast<double>(columns_) * layout.mapHeight * kFine;
     const double spacing = std::sqrt(samples / static_cast<double>(std::max<std::size_t>(1, corners.size())));
-    radius_ = std::clamp(0.7 * spacing, 0.8, layout.font / 4 * kFine);
+    radius_ = std::clamp(0.8 * spacing, 1.2, layout.font / 4 * kFine);
   }
 
   void paint(int firstRow, int endRow) {
