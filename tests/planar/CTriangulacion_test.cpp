@@ -256,6 +256,17 @@ TEST(LimiteDibujo, TheHeightWindowAndTheCodesOfTheParametersChoose) {
   EXPECT_THAT(TwiceAreas(Outline(drawing, Within(15), 1, 0, kMetres, codes)), ElementsAre(400));
 }
 
+TEST(LimiteDibujo, TheSlopesOfTheParametersChooseTriangles) {
+  const QuietApp app;
+  // A level triangle, and across one of its sides a steep one.
+  CDibujo<int> drawing = DrawingOf({{0, 0, 0}, {10, 0, 0}, {5, 9, 0}, {5, -9, 100}});
+  CDataTriangulacion level;
+  level.pendienteMin = 0;
+  level.pendienteMax = 45;
+  EXPECT_THAT(TwiceAreas(Outline(drawing, Within(15))), ElementsAre(180));
+  EXPECT_THAT(TwiceAreas(Outline(drawing, Within(15), 1, 0, kMetres, level)), ElementsAre(90));
+}
+
 TEST(LimiteDibujo, InACloudTheCodesAreClasses) {
   const QuietApp app;
   CDibujo<int> drawing = DrawingOf(Lattice(0, 0, 20, 10));
