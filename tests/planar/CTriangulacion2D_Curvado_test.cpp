@@ -224,6 +224,19 @@ TEST(Curvado, AnIntervalOfOneScaledUnitIsTheLeast) {
   EXPECT_THAT(Heights(Contours(Pyramid(0, 3), 1)), ElementsAre(0, 1, 2));
 }
 
+/// Looking through all segments for each level would take minutes.
+TEST(Curvado, AHundredThousandLevelsAreJoinedOneByOne) {
+  const QuietApp app;
+  std::vector<Point> points = Pyramid(0, 100'000);
+  for (Point& p : points) p = {p.x * 10'000, p.y * 10'000, p.z};
+  const std::vector<Path> paths = Contours(points, 1, 2'000'000);
+  ASSERT_EQ(paths.size(), 100'000U);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    ASSERT_EQ(paths[i].size(), 5U) << i;
+    ASSERT_EQ(paths[i].front(), (Point{5 * static_cast<int>(i), 5 * static_cast<int>(i), static_cast<int>(i)}));
+  }
+}
+
 TEST(Curvado, AnIntervalBeyondTheHeightsGivesWhatLiesAtZero) {
   const QuietApp app;
   EXPECT_THAT(Contours(Pyramid(5, 25), 1'000), IsEmpty());
