@@ -1,9 +1,10 @@
 // The triangulation alone, ours beside CGAL's, on the same points in the same run: generated families and real clouds.
 //
-//   bench_linking [--runs K] [--points N] [FILE.las ...]
+//   bench_linking [--runs K] [--points N] [--family NAME ...] [FILE.las ...]
 //
 // Each cloud goes to both in turns; the table gives the median of the runs. Ours is given its points along the Hilbert
-// curve that the program uses, and that ordering is timed apart; CGAL sorts for itself. Memory is what the heap held at
+// curve that the program uses, and that ordering is timed apart; CGAL sorts for itself. Without --family all are run;
+// --family none leaves only the files, each alone and then all as one cloud. Memory is what the heap held at
 // most beyond the points, a point.
 #include <algorithm>
 #include <cstring>
@@ -134,11 +135,11 @@ void compare(std::string const& name, std::vector<CCoor3D<int>> const& points, u
   std::fflush(stdout);
 }
 
-std::vector<CCoor3D<int>> cloudOf(std::string const& file) {
+std::vector<CCoor3D<int>> cloudOf(std::vector<std::string> const& files) {
   CommonOptions quiet;
   quiet.quiet = true;
   HostApp app(quiet);
-  return std::move(loadClouds({{file}}, LoadOptions(), app)[0].points);
+  return std::move(loadClouds({files}, LoadOptions(), app)[0].points);
 }
 
 }  // namespace
@@ -146,12 +147,14 @@ std::vector<CCoor3D<int>> cloudOf(std::string const& file) {
 int main(int argc, char** argv) {
   unsigned runs = 5;
   std::size_t count = 1000000;
-  std::vector<std::string> files;
+  std::vector<std::string> files, families;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc) {
       runs = static_cast<unsigned>(std::stoul(argv[++i]));
     } else if (std::strcmp(argv[i], "--points") == 0 && i + 1 < argc) {
       count = std::stoul(argv[++i]);
+    } else if (std::strcmp(argv[i], "--family") == 0 && i + 1 < argc) {
+      families.emplace_back(argv[++i]);
     } else {
       files.emplace_back(argv[i]);
     }
@@ -161,9 +164,13 @@ int main(int argc, char** argv) {
              "ratio");
   fmt::print("{:<18} {:>10} {:>9} | {:>27} | {:>6} {:>5} {:>5} |\n", "", "", "", "seconds", "link", "", "%");
   for (const support::Family family : support::kAllFamilies) {
+    const bool chosen = std::find(families.begin(), families.end(), support::name(family)) != families.end();
+    if (!families.empty() && !chosen) continue;
     std::vector<CCoor3D<int>> points;
     for (support::Point const& p : support::family(family, count, 1)) points.emplace_back(p.x, p.y, p.z, 0);
     compare(support::name(family), points, runs);
   }
-  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf(file), runs);
+  if (files.empty()) return 0;
+  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf({file}), runs);
+  if (files.size() > 1) compare("all files as one", cloudOf(files), runs);
 }

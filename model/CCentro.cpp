@@ -46,34 +46,7 @@ double Volumen6(CVector const& a, CVector const& b, CVector const& c, CProducto 
   return static_cast<double>(DeterminanteModular(a, b, c));
 }
 
-/// A quotient of integers as a whole number and the rest. The numerator comes modulo 2^64: with a denominator below
-/// 2^61 and a good estimate of the quotient, what is left over fits 64 bits, and its residue tells it exactly.
-struct CCociente {
-  double entero, resto = 0;
-
-  CCociente(double estimado, std::uint64_t numerador, std::int64_t denominador) : entero(estimado) {
-    constexpr double kMayor = 0x1p52;  // from here on doubles are whole numbers, and good enough
-    if (std::abs(estimado) >= kMayor) return;
-    entero = std::nearbyint(estimado);
-    const auto cociente = static_cast<std::uint64_t>(static_cast<std::int64_t>(entero));
-    const std::uint64_t sobra = numerador - cociente * static_cast<std::uint64_t>(denominador);
-    resto = static_cast<double>(static_cast<std::int64_t>(sobra)) / static_cast<double>(denominador);
-  }
-};
-
 }  // namespace
-
-void CCentro::Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c) {
-  const auto u = [](std::int64_t v) { return static_cast<std::uint64_t>(v); };
-  const CVector ab(a, b), ac(a, c);
-  const std::uint64_t b2 = u(ab.x) * u(ab.x) + u(ab.y) * u(ab.y), c2 = u(ac.x) * u(ac.x) + u(ac.y) * u(ac.y);
-  const auto area4 = static_cast<std::int64_t>(2 * (u(ab.x) * u(ac.y) - u(ab.y) * u(ac.x)));
-  const CCociente x(centro.x - a.x, u(ac.y) * b2 - u(ab.y) * c2, area4);
-  const CCociente y(centro.y - a.y, u(ab.x) * c2 - u(ac.x) * b2, area4);
-  centro.x = (a.x + x.entero) + x.resto;
-  centro.y = (a.y + y.entero) + y.resto;
-  PonRadio(x.entero + x.resto, y.entero + y.resto);
-}
 
 bool CCentro::Centro4P(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& d) {
   // Relative to the first point, as for the circle.

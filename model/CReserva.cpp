@@ -1,11 +1,11 @@
 #include "model/CReserva.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <mutex>
 #include <new>
 #include <vector>
+
+#include "platform/Anticipa.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define URDIMBRE_SIN_RESERVA 1
@@ -23,38 +23,38 @@ namespace Meseta47 {
 namespace {
 
 constexpr std::size_t kLinea = 64;           // bytes of a cache line
+constexpr std::size_t kAnticipo = 6;         // slots looked ahead: those of a new point's triangles
 constexpr std::size_t kBloque = 256 * 1024;  // bytes of a block, and its alignment: a slot finds its block by masking
-
-struct CRanura {
-  CRanura* sig;
-};
 
 }  // namespace
 
 struct CReserva::CMonton {
-  CRanura* libres = nullptr;       ///< slots given back, ready to be taken
+  // Addresses, not a chain through the slots: to follow one would mean to read each slot before it is used. Both lists
+  // have room for every slot of the heap, so that giving back needs no memory.
+  std::vector<void*> libres;       ///< slots given back, ready to be taken
   std::byte* siguiente = nullptr;  ///< first slot of the newest block that was never taken
   std::byte* fin = nullptr;
   std::size_t repartidas = 0;  ///< slots ever carved out of the blocks
   std::vector<void*> bloques;
-  alignas(kLinea) std::atomic<CRanura*> devueltas{nullptr};  ///< given back by other threads
+  alignas(kLinea) std::mutex cerrojo;
+  std::vector<void*> devueltas;  ///< given back by other threads, under the lock
 
   ~CMonton() {
     for (void* bloque : bloques) ::operator delete (bloque, std::align_val_t{kBloque});
   }
+  /// Only when there are no free slots left.
   void Recoge() {
-    CRanura* lista = devueltas.exchange(nullptr, std::memory_order_acquire);
-    if (lista == nullptr) return;
-    CRanura* ultima = lista;
-    while (ultima->sig != nullptr) ultima = ultima->sig;
-    ultima->sig = libres;
-    libres = lista;
+    const std::lock_guard guarda(cerrojo);
+    libres.swap(devueltas);
+  }
+  void Crece(std::size_t ranuras) {
+    libres.reserve(libres.capacity() + ranuras);
+    const std::lock_guard guarda(cerrojo);
+    devueltas.reserve(libres.capacity());
   }
   [[nodiscard]] bool TodasEnCasa() {
-    Recoge();
-    std::size_t cuenta = 0;
-    for (CRanura* r = libres; r != nullptr; r = r->sig) ++cuenta;
-    return cuenta == repartidas;
+    const std::lock_guard guarda(cerrojo);
+    return libres.size() + devueltas.size() == repartidas;
   }
 };
 
@@ -77,10 +77,7 @@ struct CReserva::CHuerfanos {
   std::vector<CMonton*> lista;
 };
 
-CReserva::CReserva(std::size_t bytes, std::size_t desfaseInicial)
-    : paso((bytes + desfaseInicial + kLinea - 1) / kLinea * kLinea),
-      desfase(desfaseInicial),
-      huerfanos(new CHuerfanos) {}
+CReserva::CReserva(std::size_t bytes) : paso((bytes + kLinea - 1) / kLinea * kLinea), huerfanos(new CHuerfanos) {}
 
 CReserva::~CReserva() {
   for (CMonton* monton : huerfanos->lista) {
@@ -92,7 +89,7 @@ CReserva::~CReserva() {
 void* CReserva::Pide(CMonton*& mio) {
 #if URDIMBRE_SIN_RESERVA
   (void)mio;
-  return static_cast<std::byte*>(::operator new (paso, std::align_val_t{kLinea})) + desfase;
+  return static_cast<std::byte*>(::operator new (paso, std::align_val_t{kLinea}));
 #else
   if (mio == nullptr) {
     const std::lock_guard guarda(huerfanos->cerrojo);
@@ -103,20 +100,28 @@ void* CReserva::Pide(CMonton*& mio) {
       huerfanos->lista.pop_back();
     }
   }
-  if (mio->libres == nullptr) mio->libres = mio->devueltas.exchange(nullptr, std::memory_order_acquire);
-  if (CRanura* ranura = mio->libres; ranura != nullptr) {
-    mio->libres = ranura->sig;
+  if (mio->libres.empty()) mio->Recoge();
+  if (!mio->libres.empty()) {
+    void* ranura = mio->libres.back();
+    mio->libres.pop_back();
+    // What another thread gave back lies in its cache. Called for some requests ahead, it is here in time.
+    if (const std::size_t quedan = mio->libres.size(); quedan >= kAnticipo) {
+      auto* venidera = static_cast<std::byte*>(mio->libres[quedan - kAnticipo]);
+      for (std::size_t i = 0; i < paso; i += kLinea) Anticipa(venidera + i);
+    }
     return ranura;
   }
   if (mio->siguiente == mio->fin) {
+    const std::size_t ranuras = kBloque / paso - 1;  // the first place is the header's
+    mio->Crece(ranuras);
     mio->bloques.reserve(mio->bloques.size() + 1);
     auto* bloque = static_cast<std::byte*>(::operator new (kBloque, std::align_val_t{kBloque}));
     mio->bloques.push_back(bloque);
     new (bloque) CCabecera{mio};
-    mio->siguiente = bloque + kLinea;
-    mio->fin = mio->siguiente + (kBloque - kLinea) / paso * paso;
+    mio->siguiente = bloque + paso;
+    mio->fin = mio->siguiente + ranuras * paso;
   }
-  std::byte* ranura = mio->siguiente + desfase;
+  std::byte* ranura = mio->siguiente;
   mio->siguiente += paso;
   ++mio->repartidas;
   return ranura;
@@ -126,22 +131,37 @@ void* CReserva::Pide(CMonton*& mio) {
 void CReserva::Devuelve(void* ranura, CMonton* mio) noexcept {
 #if URDIMBRE_SIN_RESERVA
   (void)mio;
-  const auto inicio = reinterpret_cast<std::uintptr_t>(ranura) & ~(static_cast<std::uintptr_t>(kLinea) - 1);
-  ::operator delete (reinterpret_cast<void*>(inicio), std::align_val_t{kLinea});
+  ::operator delete (ranura, std::align_val_t{kLinea});
 #else
-  auto* libre = new (ranura) CRanura{nullptr};
-  CMonton* dueno = Dueno(ranura);
-  if (dueno == mio) {
-    libre->sig = mio->libres;
-    mio->libres = libre;
-    return;
+  if (CMonton* dueno = Dueno(ranura); dueno == mio) {
+    dueno->libres.push_back(ranura);
+  } else {
+    const std::lock_guard guarda(dueno->cerrojo);
+    dueno->devueltas.push_back(ranura);
   }
-  CRanura* cabeza = dueno->devueltas.load(std::memory_order_relaxed);
-  do {
-    libre->sig = cabeza;
-  } while (
-      !dueno->devueltas.compare_exchange_weak(cabeza, libre, std::memory_order_release, std::memory_order_relaxed));
 #endif
+}
+
+void CReserva::CLote::Anade(void* ranura) noexcept {
+#if URDIMBRE_SIN_RESERVA
+  Devuelve(ranura, mio);
+#else
+  CMonton* suyo = Dueno(ranura);
+  if (suyo != dueno || cuantas == kCabida) Entrega();
+  dueno = suyo;
+  ranuras[cuantas++] = ranura;
+#endif
+}
+
+void CReserva::CLote::Entrega() noexcept {
+  if (cuantas == 0) return;
+  if (dueno == mio) {
+    mio->libres.insert(mio->libres.end(), ranuras, ranuras + cuantas);
+  } else {
+    const std::lock_guard guarda(dueno->cerrojo);
+    dueno->devueltas.insert(dueno->devueltas.end(), ranuras, ranuras + cuantas);
+  }
+  cuantas = 0;
 }
 
 void CReserva::Encoge(CMonton*& mio) noexcept {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 
 #include "platform/Exporta.h"
@@ -9,15 +8,15 @@ namespace Meseta47 {
 
 /// Pool of slots of one size, for elements that are made and destroyed by the million, one by one. A slot is asked for
 /// and given back in a few instructions and may be given back by another thread than the one that took it: it then
-/// returns to the thread that took it. Slots start at a multiple of 64 bytes plus `desfase`, so that an element can
-/// decide what of it shares a cache line.
+/// returns to the thread that took it. Slots start at a multiple of 64 bytes, so that an element can decide what of it
+/// shares a cache line.
 ///
 /// One object a class of element, alive for the whole process. Thread-safe. Built with the address sanitizer it hands
 /// each request on to the system, so that a use after destruction is seen.
 class URDIMBRE_API CReserva {
  public:
-  /// Slots for elements of `bytes` bytes, each starting `desfase` bytes (a multiple of 8, below 64) into a cache line.
-  CReserva(std::size_t bytes, std::size_t desfase);
+  /// Slots for elements of `bytes` bytes.
+  explicit CReserva(std::size_t bytes);
   ~CReserva();
   CReserva(CReserva const&) = delete;
   CReserva& operator=(CReserva const&) = delete;
@@ -29,6 +28,25 @@ class URDIMBRE_API CReserva {
   [[nodiscard]] void* Pide(CMonton*& mio);
   /// Gives a slot back, from any thread. `mio` as above: the caller's own, maybe null.
   static void Devuelve(void* ranura, CMonton* mio) noexcept;
+  /// Slots given back together, a few dozen in one exchange with the thread that took them. Done when the object dies.
+  /// What lies in a slot is left alone: a thread that takes it again does not wait for it to come from another's cache.
+  class CLote {
+   public:
+    explicit CLote(CMonton* suyo) noexcept : mio(suyo) {}
+    CLote(CLote const&) = delete;
+    CLote& operator=(CLote const&) = delete;
+    ~CLote() { Entrega(); }
+    void Anade(void* ranura) noexcept;
+
+   private:
+    static constexpr unsigned kCabida = 64;
+    void Entrega() noexcept;
+
+    CMonton* mio;
+    CMonton* dueno = nullptr;
+    unsigned cuantas = 0;
+    void* ranuras[kCabida];
+  };
   /// Returns to the system what the calling thread holds, when none of its slots is in use; else does nothing.
   void Encoge(CMonton*& mio) noexcept;
   /// The calling thread ends: its slots in use stay valid, and whoever comes next takes over the rest.
@@ -36,8 +54,7 @@ class URDIMBRE_API CReserva {
 
  private:
   struct CHuerfanos;
-  std::size_t paso;  ///< bytes from slot to slot
-  std::size_t desfase;
+  std::size_t paso;       ///< bytes from slot to slot
   CHuerfanos* huerfanos;  ///< heaps whose thread has ended with slots still in use
 };
 

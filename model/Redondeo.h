@@ -11,10 +11,9 @@ namespace Meseta47 {
   constexpr double kMenor = std::numeric_limits<std::int32_t>::min();
   constexpr double kMayor = std::numeric_limits<std::int32_t>::max();
   constexpr double kUnidad = 6755399441055744.0;  // 1.5 * 2^52: adding it leaves no bit behind the point
-  if (v >= kMayor) return std::numeric_limits<std::int32_t>::max();
-  if (v <= kMenor) return std::numeric_limits<std::int32_t>::min();
   if (v != v) return 0;
-  return static_cast<std::int32_t>((v + kUnidad) - kUnidad);
+  const double dentro = v < kMenor ? kMenor : (v > kMayor ? kMayor : v);
+  return static_cast<std::int32_t>((dentro + kUnidad) - kUnidad);
 }
 
 /// `v` without its fraction, saturating at the 32-bit limits; 0 for a NaN.

@@ -6,7 +6,7 @@ namespace Meseta47 {
 
 void CDivisiones2D::BorraHijos() {
   if (!ajenos) delete[] hijos;
-  hijos = nullptr;
+  hijos = ultimaHoja = nullptr;
   ajenos = false;
 }
 
@@ -60,6 +60,10 @@ bool CDivisiones2D::ColocaIndices(CCoor3D<int> const& p, std::int16_t suLista, s
 
 bool CDivisiones2D::Inserta(CCoor3D<int> const& p, std::int16_t suLista, std::int32_t entidad, std::int32_t punto,
                             CDivisiones2D*& celda) {
+  if (ultimaHoja != nullptr && ultimaHoja->Encierra(p) && !ultimaHoja->EsUltimo(suLista, entidad, punto)) {
+    celda = ultimaHoja;
+    return false;
+  }
   // A point that is the last of a cell is the last of all cells below it on its path: the first one met from above is
   // the largest that it finishes.
   CDivisiones2D* mayor = nullptr;
@@ -67,6 +71,7 @@ bool CDivisiones2D::Inserta(CCoor3D<int> const& p, std::int16_t suLista, std::in
   for (; c->hijos != nullptr; c = c->Hijo(p)) {
     if (mayor == nullptr && c->EsUltimo(suLista, entidad, punto)) mayor = c;
   }
+  ultimaHoja = c;
   const bool esUltimo = c->EsUltimo(suLista, entidad, punto);
   celda = esUltimo && mayor != nullptr ? mayor : c;
   return esUltimo;
@@ -74,6 +79,7 @@ bool CDivisiones2D::Inserta(CCoor3D<int> const& p, std::int16_t suLista, std::in
 
 void CDivisiones2D::Comprimir() {
   lista.cantidad = 0;
+  ultimaHoja = nullptr;
   if (hijos == nullptr) return;
   if (std::all_of(hijos, hijos + 4, [](CDivisiones2D const& h) { return h.lista.cantidad == 0; })) {
     BorraHijos();

@@ -61,11 +61,16 @@ class URDIMBRE_API CDivisiones2D {
 
  private:
   void BorraHijos();
+  /// Whether `Hijo` leads every point of this place down to here, whatever the limits of the root: false on a limit.
+  [[nodiscard]] bool Encierra(CCoor3D<int> const& p) const {
+    return p.x >= maximas.Minimo.x && p.x < maximas.Maximo.x && p.y >= maximas.Minimo.y && p.y < maximas.Maximo.y;
+  }
   [[nodiscard]] bool EsUltimo(std::int16_t suLista, std::int32_t entidad, std::int32_t punto) const {
     return ultimoPuntoCelda == punto && ultimaEntidad == entidad && ultimaLista == suLista;
   }
 
-  bool ajenos = false;  ///< the children belong to another root
+  bool ajenos = false;                  ///< the children belong to another root
+  CDivisiones2D* ultimaHoja = nullptr;  ///< of a root: where the last point fell; the next one is near as a rule
 };
 
 }  // namespace Meseta47

@@ -4,6 +4,21 @@
 
 namespace Meseta47 {
 
+namespace {
+
+/// The least double that rounds, halves to even, to an integer above `n`.
+double MenorSobre(int n) {
+  const double medio = n + 0.5;
+  return n % 2 != 0 ? medio : std::nextafter(medio, HUGE_VAL);
+}
+/// The greatest double that rounds, halves to even, to an integer below `n`.
+double MayorBajo(int n) {
+  const double medio = n - 0.5;
+  return n % 2 != 0 ? medio : std::nextafter(medio, -HUGE_VAL);
+}
+
+}  // namespace
+
 CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) { *this = o; }
 
 CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
@@ -19,6 +34,11 @@ CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
   inicio = o.inicio;
   cantidad = o.cantidad;
   abiertos = o.abiertos;
+  paso = o.paso;
+  aIzquierda = o.aIzquierda;
+  aDerecha = o.aDerecha;
+  aAbajo = o.aAbajo;
+  aArriba = o.aArriba;
   return *this;
 }
 
@@ -63,19 +83,38 @@ CMaximas<int> CSetTriangulos2D::CajaHijo(unsigned i) const {
   return caja;
 }
 
+void CSetTriangulos2D::PonCentro() {
+  centro = maximas.Centro(false);
+  aIzquierda = MayorBajo(centro.x);
+  aDerecha = MenorSobre(centro.x);
+  aAbajo = MayorBajo(centro.y);
+  aArriba = MenorSobre(centro.y);
+}
+
 void CSetTriangulos2D::HazHijos() {
   hijos = new CSetTriangulos2D[4];
   for (unsigned i = 0; i < 4; ++i) {
     hijos[i].nivel = nivel + 1;
     hijos[i].padre = this;
+    CMarco& suyo = hijos[i].paso = paso;
+    if ((i & 1U) != 0) {
+      suyo.minX = std::max(suyo.minX, aDerecha);
+    } else {
+      suyo.maxX = std::min(suyo.maxX, aIzquierda);
+    }
+    if (i < 2) {
+      suyo.minY = std::max(suyo.minY, aArriba);
+    } else {
+      suyo.maxY = std::min(suyo.maxY, aAbajo);
+    }
     hijos[i].maximas = CajaHijo(i);
-    hijos[i].centro = hijos[i].maximas.Centro(false);
+    hijos[i].PonCentro();
   }
 }
 
 void CSetTriangulos2D::EstableceDivisiones(CMaximas<int> const& caja, bool conHijos) {
   maximas = caja;
-  centro = caja.Centro(false);
+  PonCentro();
   if (conHijos) HazHijos();
 }
 

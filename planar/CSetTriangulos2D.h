@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "model/CMaximas.h"
@@ -30,10 +32,9 @@ class URDIMBRE_API CSetTriangulos2D {
   static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
   static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second phase
 
-  /// A triangle with a free side, its vertex numbers beside it: the search compares nothing else.
-  struct CAbierto {
-    CTriangulo2D* triangulo;
-    int n1, n2, n3;
+  /// Triangles that an insertion made and destroyed.
+  struct CBalance {
+    std::uint64_t creados = 0, condenados = 0;
   };
 
   // Close to a plain record; the tree's own invariants are kept by the operations.
@@ -47,7 +48,7 @@ class URDIMBRE_API CSetTriangulos2D {
   CTriangulo2D* actual = nullptr;                      ///< added or touched last
   CTriangulo2D* inicio = nullptr;                      ///< where a walk starts
   std::uint32_t cantidad = 0;                          ///< triangles in the own list
-  std::vector<CAbierto> abiertos;                      ///< level 0 only
+  std::vector<CTriangulo2D*> abiertos;                 ///< triangles with a free side; level 0 only
 
   // --- life ---
   explicit CSetTriangulos2D(unsigned nivelInicial = 0) : nivel(nivelInicial) {}
@@ -101,6 +102,14 @@ class URDIMBRE_API CSetTriangulos2D {
   /// when `desde` is near `p`.
   int Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
                  int tolerancia);
+  /// Inserts a point into the mesh: the cavity that `Implicados` finds gives way to one triangle from the point to each
+  /// side of its boundary, filed and linked, in the order of the sides. What `Implicados`,
+  /// `CSetLados2D::BorraDuplicados` and `Inserta` do one after another, with the same outcome, about twice as fast: the
+  /// boundary is read off the condemned triangles, and it tells the neighbours. Called on the root; `cerca` is an open
+  /// set near the point, where filing begins. Answers and arguments as those of `Implicados`; `balance` takes what was
+  /// made and destroyed.
+  int InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia, unsigned& aceptados,
+                   unsigned& rechazados, CBalance& balance);
   /// Sides of all triangles of the subtree that are not in a closed set.
   void GetLados(CSetLados2D& lados) const;
   /// A triangle to start a walk from: the own one, a child's, an ancestor's; null at the end.
@@ -136,35 +145,74 @@ class URDIMBRE_API CSetTriangulos2D {
   void GraficoMaxMin(CDibujo<int>& dibujo, bool triangulos) const;
 
  private:
-  /// Working lists of the search for a cavity, kept by the root from point to point, so that no insertion allocates
-  /// once the largest cavity has been seen.
-  struct CBorrador {
-    std::vector<CTriangulo2D*> cola;     ///< triangles still to be looked at, first come first served
-    std::vector<CTriangulo2D*> cavidad;  ///< condemned triangles, in the order in which they were found
+  /// A side of the boundary of a cavity, in the direction in which the condemned triangle runs through it.
+  struct CLadoContorno {
+    std::uint64_t clave;  ///< sorts as `CLado2D` does
+    CCoor3D<int>*a, *b;
+    CTriangulo2D* fuera;    ///< neighbour across the side, null where the mesh ends
+    CTriangulo2D** enlace;  ///< its link across the side
+    CTriangulo2D* nuevo;    ///< the triangle from the point to this side
   };
 
+  /// Working lists of an insertion, kept by the root from point to point, so that none allocates once the largest
+  /// cavity has been seen.
+  struct CBorrador {
+    std::vector<CTriangulo2D*> cola;                   ///< triangles still to be looked at, first come first served
+    std::vector<CTriangulo2D*> cavidad;                ///< condemned triangles, in the order in which they were found
+    std::vector<CLadoContorno> contorno;               ///< in the order in which they were found
+    std::vector<unsigned> orden;                       ///< the sides by their keys
+    std::vector<unsigned> despues;                     ///< of each side, the one that begins where it ends
+    std::vector<std::pair<int, unsigned>> principios;  ///< sides of a large boundary by the number of their beginning
+    CSetLados2D lados;
+  };
+
+  /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
+  /// set where rounding turns over.
   struct CCaja {
-    int minX, minY, maxX, maxY;
+    double minX, minY, maxX, maxY;
+  };
+  /// Limits that a box keeps to if it lies strictly on one side of some centre lines.
+  struct CMarco {
+    double minX, minY, maxX, maxY;
+    [[nodiscard]] bool Contiene(CCaja const& c) const {
+      return c.minX >= minX && c.maxX <= maxX && c.minY >= minY && c.maxY <= maxY;
+    }
   };
   static CCaja CajaDe(CTriangulo2D const& t);
-  static CCaja CajaDe(CMaximas<int> const& m) { return {m.Minimo.x, m.Minimo.y, m.Maximo.x, m.Maximo.y}; }
-  void Archiva(CTriangulo2D const& t, CCaja const& caja);
+  static CCaja CajaDe(CMaximas<int> const& m) {
+    return {static_cast<double>(m.Minimo.x), static_cast<double>(m.Minimo.y), static_cast<double>(m.Maximo.x),
+            static_cast<double>(m.Maximo.y)};
+  }
+  /// The set for the box, at or below this one. A full leaf on the way is divided.
+  CSetTriangulos2D& SetPara(CCaja const& caja);
+  void Quita(CTriangulo2D* t, CSetTriangulos2D& raiz);
   void HazHijos();
+  void PonCentro();
   void Divide();
   [[nodiscard]] int HijoAbiertoPara(CCaja const& caja) const;
   [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
   void Anexa(CTriangulo2D* t);
   void EnlazaVecinos(CTriangulo2D* t);
-  void Abre(CTriangulo2D* t) { abiertos.push_back({t, t->N1(), t->N2(), t->N3()}); }
   CTriangulo2D* BuscaEnAbiertos(int a, int b, int& lado);
   CTriangulo2D* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
 
   CTriangulo2D* PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados);
-  bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, CSetLados2D& lados, unsigned& aceptados,
-                    unsigned& rechazados);
+  bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados, unsigned& rechazados);
+  int BuscaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde, int tolerancia);
   [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, int tolerancia);
   void BorraCavidad();
+  void RecogeLados(CSetLados2D& lados) const;
+  [[nodiscard]] bool RecogeContorno();
+  [[nodiscard]] bool EstaAbierto(int a, int b) const;
+  [[nodiscard]] bool EncadenaContorno();
+  void OrdenaContorno();
+  void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
+  void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);
 
+  /// What a box must keep to, to be sent here from the root when all sets on the way are open.
+  CMarco paso{-HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL};
+  /// Where a box is left, right, below and above of the centre lines.
+  double aIzquierda = 0, aDerecha = 0, aAbajo = 0, aArriba = 0;
   std::unique_ptr<CBorrador> borrador;  ///< level 0 only
 };
 

@@ -7,38 +7,39 @@
 namespace Meseta47 {
 
 CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
-  const double cx = t.centro.centro.x, cy = t.centro.centro.y, r = t.centro.radio;
-  return {Redondea(cx - r), Redondea(cy - r), Redondea(cx + r), Redondea(cy + r)};
+  const double cx = t.circulo.x, cy = t.circulo.y, r = t.circulo.radio;
+  return {cx - r, cy - r, cx + r, cy + r};
 }
 
-void CSetTriangulos2D::Inserta(CTriangulo2D const& t) { Archiva(t, CajaDe(t)); }
-void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja) { Archiva(t, CajaDe(caja)); }
+void CSetTriangulos2D::Inserta(CTriangulo2D const& t) { SetPara(CajaDe(t)).InsertaOrdenado(t, CMaximas<int>()); }
+void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja) {
+  SetPara(CajaDe(caja)).InsertaOrdenado(t, caja);
+}
 
 /// Child that wholly holds the box, -1 when the box touches a centre line, when that child is closed, or on a leaf.
 int CSetTriangulos2D::HijoAbiertoPara(CCaja const& caja) const {
   if (hijos == nullptr) return -1;
   int hijo = 0;
-  if (caja.minX > centro.x) {
+  if (caja.minX >= aDerecha) {
     hijo = 1;
-  } else if (caja.maxX >= centro.x) {
+  } else if (!(caja.maxX <= aIzquierda)) {
     return -1;
   }
-  if (caja.maxY < centro.y) {
+  if (caja.maxY <= aAbajo) {
     hijo += 2;
-  } else if (caja.minY <= centro.y) {
+  } else if (!(caja.minY >= aArriba)) {
     return -1;
   }
   return hijos[hijo].cerrado ? -1 : hijo;
 }
 
-void CSetTriangulos2D::Archiva(CTriangulo2D const& t, CCaja const& caja) {
+CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
   for (CSetTriangulos2D* s = this;;) {
     const int hijo = s->HijoAbiertoPara(caja);
     if (hijo >= 0) {
       s = &s->hijos[hijo];
     } else if (s->hijos != nullptr || s->cantidad != kCapacidad || s->nivel >= kNivelMaximo) {
-      s->InsertaOrdenado(t, CMaximas<int>());
-      return;
+      return *s;
     } else {
       s->Divide();
     }
@@ -49,10 +50,11 @@ void CSetTriangulos2D::Archiva(CTriangulo2D const& t, CCaja const& caja) {
 /// past its capacity in this way stays a leaf.
 void CSetTriangulos2D::Divide() {
   HazHijos();
+  CSetTriangulos2D& raiz = *GetNivel0();
   for (CTriangulo2D* t = primero; t != nullptr;) {
     CTriangulo2D* siguiente = t->sig;
     if (const int hijo = HijoAbiertoPara(CajaDe(*t)); hijo >= 0) {
-      Borra(t);
+      Quita(t, raiz);
       t->BorraVecinos();
       hijos[hijo].Anexa(t);
     }
@@ -82,7 +84,7 @@ void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bo
   t->set = this;
   CSetTriangulos2D* raiz = GetNivel0();
   if (enlaza) raiz->EnlazaVecinos(t);
-  if (t->LadosLimite() != 0) raiz->Abre(t);
+  if (t->LadosLimite() != 0) raiz->abiertos.push_back(t);
   Anexa(t);
 }
 
@@ -116,16 +118,9 @@ CTriangulo2D* CSetTriangulos2D::GetContieneLado(CCoor3D<int> const& a, CCoor3D<i
 /// No triangle of a closed set is in the list: closing takes them out.
 CTriangulo2D* CSetTriangulos2D::BuscaEnAbiertos(int a, int b, int& lado) {
   for (auto it = abiertos.begin(); it != abiertos.end(); ++it) {
-    if (it->n1 == b && it->n2 == a) {
-      lado = 1;
-    } else if (it->n2 == b && it->n3 == a) {
-      lado = 2;
-    } else if (it->n3 == b && it->n1 == a) {
-      lado = 3;
-    } else {
-      continue;
-    }
-    CTriangulo2D* t = it->triangulo;
+    CTriangulo2D* t = *it;
+    lado = t->ContieneLado(b, a);
+    if (lado == 0) continue;
     if (t->LadosLimite() < 2) abiertos.erase(it);  // the side about to be linked is its last free one
     return t;
   }
@@ -164,7 +159,9 @@ CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int>
   return nullptr;
 }
 
-void CSetTriangulos2D::Borra(CTriangulo2D* t) {
+void CSetTriangulos2D::Borra(CTriangulo2D* t) { Quita(t, *GetNivel0()); }
+
+void CSetTriangulos2D::Quita(CTriangulo2D* t, CSetTriangulos2D& raiz) {
   if (t->ant != nullptr) {
     t->ant->sig = t->sig;
   } else {
@@ -177,10 +174,9 @@ void CSetTriangulos2D::Borra(CTriangulo2D* t) {
   }
   if (actual == t) actual = t->ant != nullptr ? t->ant : t->sig;
   if (inicio == t) inicio = actual;
-  CSetTriangulos2D* raiz = GetNivel0();
-  if (raiz->inicio == t) {
-    raiz->inicio = actual;
-    for (CSetTriangulos2D* s = padre; raiz->inicio == nullptr && s != nullptr; s = s->padre) raiz->inicio = s->actual;
+  if (raiz.inicio == t) {
+    raiz.inicio = actual;
+    for (CSetTriangulos2D* s = padre; raiz.inicio == nullptr && s != nullptr; s = s->padre) raiz.inicio = s->actual;
   }
   --cantidad;
 }
@@ -198,7 +194,7 @@ unsigned CSetTriangulos2D::QuitaTrianguloActual() {
       break;
     }
   }
-  std::erase_if(raiz->abiertos, [this](CAbierto const& a) { return a.triangulo->set == this; });
+  std::erase_if(raiz->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
   for (CTriangulo2D* t = primero; t != nullptr; t = t->sig) t->BorraMisVecinos();
   unsigned cortados = cantidad;
   if (hijos != nullptr) {

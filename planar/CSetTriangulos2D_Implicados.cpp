@@ -6,7 +6,18 @@ namespace Meseta47 {
 
 int CSetTriangulos2D::Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados,
                                  CTriangulo2D* desde, int tolerancia) {
+  const int respuesta = BuscaCavidad(p, aceptados, rechazados, desde, tolerancia);
+  if (borrador != nullptr) RecogeLados(lados);
+  if (respuesta == 0) BorraCavidad();
+  return respuesta;
+}
+
+/// Marks the cavity, or leaves the mesh as it was.
+int CSetTriangulos2D::BuscaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
+                                   int tolerancia) {
   aceptados = rechazados = 0;
+  if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
+  borrador->cavidad.clear();
   if (nivel == 0) {
     abiertos.clear();
   } else if (!maximas.Dentro(*p, 0)) {
@@ -14,24 +25,26 @@ int CSetTriangulos2D::Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& 
   }
   if (desde != nullptr) inicio = desde;
   if (inicio == nullptr || inicio->set->cerrado) return 2;
-  if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
 
   CTriangulo2D* semilla = PrimeroQueContiene(*p, aceptados, rechazados);
   if (semilla == nullptr) return 4;
   // A second stamp tells what the walk already found outside from what has not been met yet.
   const int numero = p->num;
   p->num = numero + kSegundaMarca;
-  const bool duplicado = CreceCavidad(*p, semilla, lados, aceptados, rechazados);
+  const bool duplicado = CreceCavidad(*p, semilla, aceptados, rechazados);
   const bool admitido = tolerancia == 0 || AdmiteAltura(*p, tolerancia);
-  if (duplicado || !admitido) {
-    for (CTriangulo2D* t : borrador->cavidad) t->SetBorrado(false);
-    if (!admitido) return 5;
-    p->num = numero;
-    return 3;
+  if (admitido) p->num = numero;
+  if (admitido && !duplicado) return 0;
+  for (CTriangulo2D* t : borrador->cavidad) t->SetBorrado(false);
+  return admitido ? 3 : 5;
+}
+
+void CSetTriangulos2D::RecogeLados(CSetLados2D& lados) const {
+  for (CTriangulo2D const* t : borrador->cavidad) {
+    lados.lados.emplace_back(t->p1, t->p2);
+    lados.lados.emplace_back(t->p2, t->p3);
+    lados.lados.emplace_back(t->p3, t->p1);
   }
-  BorraCavidad();
-  p->num = numero;
-  return 0;
 }
 
 /// Breadth-first, not a directed walk: short, because it starts close to the point. Links never lead into a closed set,
@@ -54,12 +67,12 @@ CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsign
 
 /// Condemns the triangles around `semilla` whose circles hold the point and opens their rim. True when the point falls
 /// on a vertex of one of them.
-bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, CSetLados2D& lados,
-                                    unsigned& aceptados, unsigned& rechazados) {
-  auto& [cola, cavidad] = *borrador;
+bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
+                                    unsigned& rechazados) {
+  auto& cola = borrador->cola;
+  auto& cavidad = borrador->cavidad;
   const int primeraMarca = p.num - kSegundaMarca;
   CSetTriangulos2D* raiz = GetNivel0();
-  cavidad.clear();
   cola.assign(1, semilla);
   for (std::size_t i = 0; i < cola.size(); ++i) {
     CTriangulo2D* t = cola[i];
@@ -67,14 +80,14 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
     if (t != semilla) {
       if (marca == p.num) continue;
       if (marca == primeraMarca) {
-        raiz->Abre(t);
+        raiz->abiertos.push_back(t);
         continue;
       }
     }
     if (t->Borrado()) continue;
     if (!t->Dentro(p)) {
       ++rechazados;
-      raiz->Abre(t);
+      raiz->abiertos.push_back(t);
       continue;
     }
     const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };
@@ -83,9 +96,6 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
       if (v != nullptr && !v->Borrado()) cola.push_back(v);
     }
-    lados.lados.emplace_back(t->p1, t->p2);
-    lados.lados.emplace_back(t->p2, t->p3);
-    lados.lados.emplace_back(t->p3, t->p1);
     t->SetBorrado(true);
     cavidad.push_back(t);
   }

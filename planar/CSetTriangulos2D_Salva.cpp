@@ -18,12 +18,10 @@ bool CSetTriangulos2D::Salva(CFile* fichero) {
     std::vector<std::int32_t> numeros;
     numeros.reserve(std::size_t{3} * cantidad);
     const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
-    while (t != nullptr) {
-      CTriangulo2D* siguiente = t->sig;
-      for (CCoor3D<int> const* p : {t->p1, t->p2, t->p3}) numeros.push_back(numero(p));
-      delete t;
-      t = siguiente;
+    for (CTriangulo2D const* u = t; u != nullptr; u = u->sig) {
+      for (CCoor3D<int> const* p : {u->p1, u->p2, u->p3}) numeros.push_back(numero(p));
     }
+    CTriangulo2D::DestruyeLista(t);
     bien = fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
     cantidad = 0;
   }

@@ -103,7 +103,7 @@ void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos)
   const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
   const unsigned hechos = hiloSalva.EstaEnMarcha() ? hiloSalva.Hechos() : 0;
   const std::uint64_t liberados = hechos == 0 ? 0 : cerradosHasta[hechos - 1];
-  resumen.picoVivos = std::max(resumen.picoVivos, creados - condenados - liberados);
+  resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - liberados);
   cerradosHasta.push_back(antes + triangulos);
   {
     CSingleLock cerrojo(&seccion, true);

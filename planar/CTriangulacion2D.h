@@ -230,7 +230,8 @@ class URDIMBRE_API CTriangulacion2D {
   [[nodiscard]] IPorcentaje* Progreso() const;
   void Prepara();
   void PreparaEnlace();
-  [[nodiscard]] CTriangulo2D* TrianguloInicial(CCoor3D<int> const& p, CDivisiones* celda) const;
+  [[nodiscard]] static CSetTriangulos2D& SetCercano(CCoor3D<int> const& p, CDivisiones const& celda);
+  [[nodiscard]] static CTriangulo2D* TrianguloInicial(CSetTriangulos2D const& set);
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
   void ConstruyeMarco();
   [[nodiscard]] CString FormaNombreTemporal() const;
@@ -262,12 +263,10 @@ class URDIMBRE_API CTriangulacion2D {
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
   int JuntaNiveles(CDibujo<int>& curvas);
 
-  CSetLados2D ladosCavidad;                   ///< scratch of TriangulaPunto
-  std::vector<CTriangulo2D> abanico;          ///< scratch of TriangulaPunto
-  HANDLE evento = nullptr;                    ///< signalled while the worker lives
-  std::atomic<unsigned> aviso{0};             ///< grows with whatever the worker waits for
-  std::vector<std::uint64_t> cerradosHasta;   ///< triangles in the queue up to each entry
-  std::uint64_t creados = 0, condenados = 0;  ///< triangles ever made, and destroyed by a later point
+  HANDLE evento = nullptr;                   ///< signalled while the worker lives
+  std::atomic<unsigned> aviso{0};            ///< grows with whatever the worker waits for
+  std::vector<std::uint64_t> cerradosHasta;  ///< triangles in the queue up to each entry
+  CSetTriangulos2D::CBalance balance;        ///< triangles ever made, and destroyed by a later point
   CResumenPlano resumen;
 };
 

@@ -48,9 +48,9 @@ CDibujo<int>* CTriangulacion2D::CTrabajo::DibujoDeSemilla(unsigned lista) const 
 }
 
 //    -2 +---------+ -3        The two triangles of the frame turn clockwise, and all others take after them.
-//       | \       |
-//       |   \     |           (-1, -2, -3) and (-1, -3, -4)
-//       |     \   |
+//       |       / |
+//       |    /    |           (-1, -2, -3) and (-1, -3, -4)
+//       | /       |
 //    -1 +---------+ -4
 void CTriangulacion2D::ConstruyeMarco() {
   const CCoor3D<int> c = maximas.Centro(false);
@@ -63,7 +63,7 @@ void CTriangulacion2D::ConstruyeMarco() {
   EstableceDivisiones(divisiones, setRaiz);
   setRaiz.Inserta(CTriangulo2D(&esquinas[0], &esquinas[1], &esquinas[2]));
   setRaiz.Inserta(CTriangulo2D(&esquinas[0], &esquinas[2], &esquinas[3]));
-  creados += 2;
+  balance.creados += 2;
 }
 
 CString CTriangulacion2D::FormaNombreTemporal() const {
@@ -97,7 +97,7 @@ void CTriangulacion2D::PreparaEnlace() {
   setsCerrados.clear();
   cerradosHasta.clear();
   setRaiz.Vacia();
-  creados = condenados = 0;
+  balance = {};
 }
 
 void CTriangulacion2D::PreparaCola() {

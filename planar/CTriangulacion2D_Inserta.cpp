@@ -64,19 +64,21 @@ struct CVisitaResto {
 
 }  // namespace
 
-/// The deepest open set near the point has a triangle close to it, which keeps the walk short.
-CTriangulo2D* CTriangulacion2D::TrianguloInicial(CCoor3D<int> const& p, CDivisiones* celda) const {
-  CSetTriangulos2D* set = celda->setAsociado;
+/// The deepest open set near the point: filing begins there, and what it holds is close, which keeps the walk short.
+CSetTriangulos2D& CTriangulacion2D::SetCercano(CCoor3D<int> const& p, CDivisiones const& celda) {
+  CSetTriangulos2D* set = celda.setAsociado;
   for (int hijo = set->BuscaHijo(p); hijo >= 0 && !set->hijos[hijo].cerrado; hijo = set->BuscaHijo(p)) {
     set = &set->hijos[hijo];
   }
-  if (!set->cerrado) {
-    if (set->inicio != nullptr) return set->inicio;
-    for (unsigned i = 0; set->hijos != nullptr && i < 4; ++i) {
-      if (!set->hijos[i].cerrado && set->hijos[i].inicio != nullptr) return set->hijos[i].inicio;
-    }
+  return *set;
+}
+
+CTriangulo2D* CTriangulacion2D::TrianguloInicial(CSetTriangulos2D const& set) {
+  if (set.inicio != nullptr) return set.inicio;
+  for (unsigned i = 0; set.hijos != nullptr && i < 4; ++i) {
+    if (!set.hijos[i].cerrado && set.hijos[i].inicio != nullptr) return set.hijos[i].inicio;
   }
-  return set->padre != nullptr ? set->padre->GetActual(true) : nullptr;
+  return set.padre != nullptr ? set.padre->GetActual(true) : nullptr;
 }
 
 /// A point that could not be placed: a fault to be reported, unless nobody listens or a tolerance may be the cause.
@@ -104,8 +106,8 @@ bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned ent
   }
   if (abierta == nullptr) return false;
 
-  ladosCavidad.lados.clear();
-  const int respuesta = setRaiz.Implicados(p, ladosCavidad, a, b, TrianguloInicial(*p, abierta), tolerancia);
+  CSetTriangulos2D& cerca = SetCercano(*p, *abierta);
+  const int respuesta = setRaiz.InsertaPunto(p, cerca, TrianguloInicial(cerca), tolerancia, a, b, balance);
   resumen.examinados += a + b;
   switch (respuesta) {
     case HECHA:
@@ -123,12 +125,6 @@ bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned ent
       return NoEntra(*p, respuesta == SIN_INICIO ? kMensajeSinInicio : kMensajeNoSituado, tolerancia);
   }
 
-  condenados += ladosCavidad.lados.size() / 3;
-  ladosCavidad.BorraDuplicados();
-  abanico.clear();
-  for (CLado2D const& lado : ladosCavidad.lados) abanico.emplace_back(p, lado.P1(), lado.P2());
-  for (CTriangulo2D const& t : abanico) setRaiz.Inserta(t);
-  creados += abanico.size();
   if (esUltimo && (salvar || curvar)) Salva(celda);
   return true;
 }

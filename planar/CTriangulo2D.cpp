@@ -9,12 +9,8 @@ namespace Meseta47 {
 
 namespace {
 
-// The circle starts a cache line and the links fill the next one: a walk reads those two lines of a triangle. Three
-// words of 8 bytes before the set pointer bring the circle there.
-constexpr std::size_t kDesfase = 24;
-
 CReserva& Reserva() {
-  static CReserva reserva(sizeof(CTriangulo2D), kDesfase);
+  static CReserva reserva(sizeof(CTriangulo2D));
   return reserva;
 }
 
@@ -27,18 +23,12 @@ struct CParte {
 };
 thread_local CParte parte;
 
-/// Indices of the vertices with the least and the greatest value: strict comparisons, so the earliest keeps the index,
-/// and a value that lowers the minimum is not tested against the maximum in the same step.
+/// Indices of the vertices with the least and the greatest value; among equal ones the earliest keeps the index.
 struct CExtremos {
-  unsigned menor = 0, mayor = 0;
-  explicit CExtremos(std::array<int, 3> const& v) {
-    for (unsigned i = 1; i < 3; ++i) {
-      if (v[i] < v[menor]) {
-        menor = i;
-      } else if (v[i] > v[mayor]) {
-        mayor = i;
-      }
-    }
+  unsigned menor, mayor;
+  explicit CExtremos(std::array<int, 3> const& v) : menor(v[1] < v[0] ? 1 : 0), mayor(v[1] > v[0] ? 1 : 0) {
+    if (v[2] < v[menor]) menor = 2;
+    if (v[2] > v[mayor]) mayor = 2;
   }
 };
 
@@ -61,15 +51,34 @@ void CTriangulo2D::operator delete(void* sitio, std::size_t bytes) noexcept {
 }
 void CTriangulo2D::EncogeReserva() noexcept { Reserva().Encoge(parte.monton); }
 
+void CTriangulo2D::DestruyeLista(CTriangulo2D* primero) noexcept {
+  CReserva::CLote lote(parte.monton);
+  while (primero != nullptr) {
+    CTriangulo2D* siguiente = primero->sig;
+    lote.Anade(primero);  // a plain record without links: its destructor would have nothing to do
+    primero = siguiente;
+  }
+}
+
 void CTriangulo2D::Recalcula() {
-  centro.centro.num = 0;
+  ultimoPunto = 0;
   flags = static_cast<std::uint16_t>(flags & ~kMascaraIndices);
   if (p1 == nullptr || p2 == nullptr || p3 == nullptr) {
-    centro.radio = centro.radio2 = 0;
+    circulo.radio = circulo.radio2 = 0;
     return;
   }
-  centro.Centro3P(*p1, *p2, *p3);
-  if (EsValido()) CalculaIndices(0);
+  circulo.Por3Puntos(*p1, *p2, *p3);
+  if (Signo(circulo.radio) != 0) CalculaIndices(0);  // points that make a circle are three different ones
+}
+
+CCentro CTriangulo2D::Centro() const {
+  CCentro copia;
+  copia.centro.x = circulo.x;
+  copia.centro.y = circulo.y;
+  copia.centro.num = ultimoPunto;
+  copia.radio = circulo.radio;
+  copia.radio2 = circulo.radio2;
+  return copia;
 }
 
 bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
@@ -102,13 +111,13 @@ CMaximas<int> CTriangulo2D::GetMaximas() const {
 
 CCoor3D<int> CTriangulo2D::GetMinCir() const {
   CCoor3D<int> p;
-  p.ActualizaXY(centro.centro.x - centro.radio, centro.centro.y - centro.radio);
+  p.ActualizaXY(circulo.x - circulo.radio, circulo.y - circulo.radio);
   return p;
 }
 
 CCoor3D<int> CTriangulo2D::GetMaxCir() const {
   CCoor3D<int> p;
-  p.ActualizaXY(centro.centro.x + centro.radio, centro.centro.y + centro.radio);
+  p.ActualizaXY(circulo.x + circulo.radio, circulo.y + circulo.radio);
   return p;
 }
 
@@ -144,11 +153,11 @@ bool CTriangulo2D::SetPunto2(CCoor3D<int>* p) { return SetPunto(p2, p1, p3, p); 
 bool CTriangulo2D::SetPunto3(CCoor3D<int>* p) { return SetPunto(p3, p1, p2, p); }
 
 void CTriangulo2D::ActualizaMaxMin(int eje) {
-  centro.centro.num = 0;
+  ultimoPunto = 0;
   if (p1 != nullptr && p2 != nullptr && p3 != nullptr) {
-    centro.Centro3P(*p1, *p2, *p3);
+    circulo.Por3Puntos(*p1, *p2, *p3);
   } else {
-    centro.radio = centro.radio2 = 0;
+    circulo.radio = circulo.radio2 = 0;
   }
   if (EsValido()) {
     CalculaIndices(eje);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/CCentro.h"
+#include "model/CCirculo.h"
 #include "model/CMaximas.h"
 #include "planar/CLado2D.h"
 
@@ -37,6 +38,9 @@ class URDIMBRE_API CTriangulo2D {
   static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
   static void operator delete(void* sitio, std::size_t bytes) noexcept;
   static void operator delete(void*, void*) noexcept {}
+  /// Destroys the triangles of a list that starts with `primero`, none of which may be linked to one that lives on. One
+  /// exchange with the thread that made them, whatever their number.
+  static void DestruyeLista(CTriangulo2D* primero) noexcept;
   /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
   static void EncogeReserva() noexcept;
 
@@ -58,7 +62,7 @@ class URDIMBRE_API CTriangulo2D {
   [[nodiscard]] CTriangulo2D* GetVecino31() const { return vecino31; }
   [[nodiscard]] CSetTriangulos2D* GetSet() const { return set; }
 
-  [[nodiscard]] CCentro Centro() const { return centro; }
+  [[nodiscard]] CCentro Centro() const;
   /// Lengths of the sides in plan, in scaled units.
   [[nodiscard]] double Distancia12() const { return p1->Distancia(*p2, 0); }
   [[nodiscard]] double Distancia23() const { return p2->Distancia(*p3, 0); }
@@ -80,13 +84,13 @@ class URDIMBRE_API CTriangulo2D {
 
   /// Three points, a circle with a radius, no two vertices equal in x, y and z.
   [[nodiscard]] bool EsValido() const {
-    return p1 != nullptr && p2 != nullptr && p3 != nullptr && Signo(centro.radio) != 0 && *p1 != *p2 && *p2 != *p3 &&
+    return p1 != nullptr && p2 != nullptr && p3 != nullptr && Signo(circulo.radio) != 0 && *p1 != *p2 && *p2 != *p3 &&
            *p3 != *p1;
   }
   /// Condemned: the triangle lies in the cavity of the point being inserted.
   [[nodiscard]] bool Borrado() const { return (flags & kMascaraMarca) == kMarcaBorrado; }
   /// Number of the last point tested against the circle.
-  [[nodiscard]] int GetUltimoPuntoProyectado() const { return centro.centro.num; }
+  [[nodiscard]] int GetUltimoPuntoProyectado() const { return ultimoPunto; }
   /// Fills P1P2, P2P3, P3P1. Always true.
   bool GetLados(CLado2D (&lados)[3]) const;
   /// Which side runs from number `a` to number `b`: 1 for P1P2, 2 for P2P3, 3 for P3P1, 0 for none.
@@ -139,17 +143,17 @@ class URDIMBRE_API CTriangulo2D {
   /// Whether the point lies inside the circumcircle or on it, within 1e-7. Leaves the point's number as the last one
   /// tested.
   bool Dentro(CCoor3D<int> const& p) {
-    centro.centro.num = p.num;
+    ultimoPunto = p.num;
     return EnCirculo(p.x, p.y);
   }
   /// The same question without a trace.
   [[nodiscard]] bool EnCirculo(int px, int py) const {
-    const double cx = centro.centro.x, cy = centro.centro.y, r = centro.radio;
+    const double cx = circulo.x, cy = circulo.y, r = circulo.radio;
     if (r > kRadioDudoso) return EnCirculoEnorme(px, py);
-    const double x = px, y = py;
-    if (cx - r > x || x > cx + r || cy - r > y || y > cy + r) return false;
-    const double dx = cx - x, dy = cy - y;
-    return SignoCuadrado(dx * dx + dy * dy - centro.radio2, r) < 1;
+    const double x = px, y = py, dx = cx - x, dy = cy - y;
+    // The box of the circle has no tolerance. It is asked last, because the circle turns more points away.
+    if (SignoCuadrado(dx * dx + dy * dy - circulo.radio2, r) == 1) return false;
+    return cx - r <= x && x <= cx + r && cy - r <= y && y <= cy + r;
   }
   /// Projects the point vertically on the triangle's plane. 0: not on the triangle; 1: on a side, to one scaled unit;
   /// 2: inside or on a vertex. Without `comprueba` any point within the circle gives 2. With `actualizaZ` the point
@@ -190,19 +194,27 @@ class URDIMBRE_API CTriangulo2D {
     const unsigned i = (static_cast<unsigned>(flags) >> bit) & 3U;
     return i == 0 ? p1 : (i == 1 ? p2 : p3);
   }
+  /// The link across the side that is shared with the neighbour `t`.
+  [[nodiscard]] CTriangulo2D** EnlaceA(CTriangulo2D const* t) {
+    return vecino12 == t ? &vecino12 : (vecino23 == t ? &vecino23 : &vecino31);
+  }
+  /// Forgets the neighbours without telling them: they are about to be linked anew, or die as well.
+  void SueltaVecinos() { vecino12 = vecino23 = vecino31 = nullptr; }
   void Desengancha(CTriangulo2D*& vecino) {
     if (vecino == nullptr) return;
     vecino->BorraVecino(this);
     vecino = nullptr;
   }
 
-  CSetTriangulos2D* set = nullptr;  ///< holder, not owned
+  // What a walk reads comes first and fills one cache line: the pool starts each triangle on a line.
+  CCirculo circulo;
+  std::int32_t ultimoPunto = 0;  ///< number of the last point tested: the visited mark of every walk
   // Bits 0-1, 2-3, 4-5: index (0 to 2) of the vertex with least X, Y, Z; 6-7, 8-9, 10-11: greatest; 12-13: mark.
   std::uint16_t flags = 0;
-  CCoor3D<int>*p1 = nullptr, *p2 = nullptr, *p3 = nullptr;
-  CCentro centro;  ///< its number field is the last point tested: the visited mark of every walk
-  CTriangulo2D *sig = nullptr, *ant = nullptr;
   CTriangulo2D *vecino12 = nullptr, *vecino31 = nullptr, *vecino23 = nullptr;
+  CSetTriangulos2D* set = nullptr;  ///< holder, not owned
+  CCoor3D<int>*p1 = nullptr, *p2 = nullptr, *p3 = nullptr;
+  CTriangulo2D *sig = nullptr, *ant = nullptr;
 };
 
 }  // namespace Meseta47

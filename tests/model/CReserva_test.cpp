@@ -30,7 +30,7 @@ constexpr bool kPooled = true;
 constexpr bool kPooled = true;
 #endif
 
-constexpr std::size_t kBytes = 100, kOffset = 24;
+constexpr std::size_t kBytes = 100;
 
 std::vector<void*> Take(CReserva& pool, CReserva::CMonton*& mine, std::size_t count) {
   std::vector<void*> slots;
@@ -50,12 +50,12 @@ void InThread(CReserva& pool, F&& work) {
   }).join();
 }
 
-TEST(CReserva, SlotsStandAtTheOffsetIntoACacheLineAndApart) {
-  CReserva pool(kBytes, kOffset);
+TEST(CReserva, SlotsStartACacheLineEachAndLieApart) {
+  CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
   std::vector<void*> slots = Take(pool, mine, 5'000);  // several blocks
   for (std::size_t i = 0; i < slots.size(); ++i) {
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slots[i]) % 64, kOffset);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slots[i]) % 64, 0U);
     std::memset(slots[i], static_cast<int>(i % 251), kBytes);
   }
   for (std::size_t i = 0; i < slots.size(); ++i) {
@@ -67,7 +67,7 @@ TEST(CReserva, SlotsStandAtTheOffsetIntoACacheLineAndApart) {
 }
 
 TEST(CReserva, TheSlotGivenBackLastIsTakenFirst) {
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
   const std::vector<void*> slots = Take(pool, mine, 3);
   GiveBack(slots, mine);
@@ -81,7 +81,7 @@ TEST(CReserva, TheSlotGivenBackLastIsTakenFirst) {
 }
 
 TEST(CReserva, ASlotGivenBackByAnotherThreadReturnsToTheThreadThatTookIt) {
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
   const std::vector<void*> slots = Take(pool, mine, 3);
   InThread(pool, [&](CReserva::CMonton*& its) {
@@ -98,8 +98,33 @@ TEST(CReserva, ASlotGivenBackByAnotherThreadReturnsToTheThreadThatTookIt) {
   pool.Abandona(mine);
 }
 
+TEST(CReserva, ABatchOfSlotsReturnsToTheThreadsThatTookThem) {
+  CReserva pool(kBytes);
+  CReserva::CMonton* mine = nullptr;
+  const std::vector<void*> slots = Take(pool, mine, 200);
+  InThread(pool, [&](CReserva::CMonton*& its) {
+    const std::vector<void*> its3 = Take(pool, its, 3);
+    {
+      CReserva::CLote batch(its);
+      for (std::size_t i = 0; i < slots.size(); ++i) {
+        batch.Anade(slots[i]);
+        if (i < its3.size()) batch.Anade(its3[i]);
+      }
+    }
+    if (kPooled) {
+      EXPECT_THAT(Take(pool, its, 3), testing::UnorderedElementsAreArray(its3));
+    }
+    GiveBack(its3, its);
+  });
+  if (kPooled) {
+    EXPECT_THAT(Take(pool, mine, 200), testing::UnorderedElementsAreArray(slots));
+  }
+  GiveBack(slots, mine);
+  pool.Abandona(mine);
+}
+
 TEST(CReserva, AThreadThatNeverTookAnythingMayGiveBack) {
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
   const std::vector<void*> slots = Take(pool, mine, 2);
   std::thread([&] { GiveBack(slots, nullptr); }).join();
@@ -108,7 +133,7 @@ TEST(CReserva, AThreadThatNeverTookAnythingMayGiveBack) {
 }
 
 TEST(CReserva, MemoryGoesBackOnlyWhenNoSlotIsInUse) {
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
   pool.Encoge(mine);
   EXPECT_EQ(mine, nullptr);
@@ -130,7 +155,7 @@ TEST(CReserva, MemoryGoesBackOnlyWhenNoSlotIsInUse) {
 }
 
 TEST(CReserva, SlotsOutliveTheirThreadAndTheNextOneTakesOverTheRest) {
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   std::vector<void*> slots;
   void* returned = nullptr;
   InThread(pool, [&](CReserva::CMonton*& its) {
@@ -174,7 +199,7 @@ class Channel {
 
 TEST(CReserva, ThreadsThatGiveBackToEachOthersShareNeverMeetInASlot) {
   constexpr std::size_t kThreads = 4, kSlots = 20'000;
-  CReserva pool(kBytes, kOffset);
+  CReserva pool(kBytes);
   std::vector<Channel> channels(kThreads);
   std::atomic<std::size_t> finished{0}, spoilt{0};
   const auto work = [&](std::size_t me) {

@@ -48,11 +48,7 @@ class Implicados : public testing::Test {
     return root.Implicados(&q, sides, a, b, from, tolerance);
   }
 
-  [[nodiscard]] std::vector<CTriangulo2D*> Open() const {
-    std::vector<CTriangulo2D*> open;
-    for (CSetTriangulos2D::CAbierto const& entry : root.abiertos) open.push_back(entry.triangulo);
-    return open;
-  }
+  [[nodiscard]] std::vector<CTriangulo2D*> Open() const { return root.abiertos; }
 
   void ExpectUntouched() const {
     EXPECT_EQ(root.Cantidad(), 4U);

@@ -39,11 +39,7 @@ std::vector<CTriangulo2D*> BackwardListOf(CSetTriangulos2D const& set) {
   return triangles;
 }
 
-std::vector<CTriangulo2D*> OpenOf(CSetTriangulos2D const& set) {
-  std::vector<CTriangulo2D*> triangles;
-  for (CSetTriangulos2D::CAbierto const& open : set.abiertos) triangles.push_back(open.triangulo);
-  return triangles;
-}
+std::vector<CTriangulo2D*> OpenOf(CSetTriangulos2D const& set) { return set.abiertos; }
 
 /// A root from 0 to 1000 each way, and small triangles with points of their own, kept alive by the scene.
 class CSetTriangulos2DTest : public testing::Test {

@@ -1,0 +1,9 @@
+#pragma once
+
+/// Tells the processor that the cache line at `sitio` will be written soon. A hint: any address will do, and nothing
+/// can fail.
+inline void Anticipa([[maybe_unused]] void* sitio) noexcept {
+#if defined(__GNUC__)
+  __builtin_prefetch(sitio, 1);
+#endif
+}
