@@ -98,7 +98,9 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
 
   Seconds seconds;
-  auto [surface, system] = timed(seconds.load, [&] { return load(options, app); });
+  MappedSurface mapped = timed(seconds.load, [&] { return load(options, app); });
+  Surface& surface = mapped.surface;
+  ReferenceSystem const& system = mapped.system;
   if (system.isKnown()) how.unit = abbreviation(system.unit());
   how.heightUnit = abbreviation(system.heightUnit());
   if (options.maxSide > 0) dropLongTriangles(surface, options.maxSide);
