@@ -112,6 +112,7 @@ CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   set.CLinea<int>::Asigna(std::move(cloud.points));
   CDibujo<int> drawing(cloud.seed);
   drawing.tipoNube = 1;
+  if (hilbert) cloud.lines.Sort(7, true, -1);  // along a Hilbert curve too
   drawing.Suma(std::move(cloud.lines), false, 0);
   drawing.Inserta(std::move(set));
   return drawing;

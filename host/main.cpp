@@ -54,6 +54,7 @@ int main(int argc, char** argv) {
   addTin(program, common, chosen);
   addRender(program, common, chosen);
   addClassify(program, common, chosen);
+  addContour(program, common, chosen);
   addInfo(program, common, chosen);
   addGenerate(program, common, chosen);
   try {

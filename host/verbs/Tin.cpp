@@ -218,6 +218,31 @@ int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, do
   }
 }
 
+/// What a run takes. It sorts the entities of its first drawing, and lines that came behind the cloud would keep every
+/// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one. An update
+/// sorts nothing, and wants all of its base in one.
+struct RunInput {
+  CDibujo<int> first;
+  std::vector<CDibujo<int>*> others;
+
+  RunInput(LoadedCloud& cloud, bool inOne, bool hilbert, HostApp& app) {
+    if (inOne || cloud.lines.Cantidad() == 0) {
+      first = drawingOf(cloud, hilbert, app);
+      return;
+    }
+    first = std::move(cloud.lines);
+    first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
+    cloud.lines.Clear();
+    // The run deletes it. First points of cells are not looked for in the last place: so nothing stands there.
+    others = {new CDibujo<int>(drawingOf(cloud, hilbert, app)), nullptr};
+  }
+  ~RunInput() {
+    for (CDibujo<int> const* const other : others) delete other;
+  }
+  RunInput(RunInput const&) = delete;
+  RunInput& operator=(RunInput const&) = delete;
+};
+
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   formatOf(options.output);
@@ -246,7 +271,8 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   clouds.resize(2);
   const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");
-  CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(clouds[0], hilbert, app); });
+  RunInput input =
+      timed(summary.seconds.order, [&] { return RunInput(clouds[0], !options.update.empty(), hilbert, app); });
   CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
   requireTempSpace(spillBytes(points));
 
@@ -256,12 +282,12 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   CTriangulacion2D triangulation(0, seed, filters, 1);
   std::uint64_t again = 0;
   const int code = options.update.empty()
-                       ? triangulation.Run(drawing, *tin, options.maxSide, nullptr, true, nullptr,
+                       ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
                                            heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
-                       : runUpdate(triangulation, drawing, *tin, options.maxSide, extra, options.tolerance, again);
+                       : runUpdate(triangulation, input.first, *tin, options.maxSide, extra, options.tolerance, again);
   if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spillBytes(points));
   requireDone(code, what);
-  drawing.Clear();
+  input.first.Clear();
   extra.Clear();
 
   summary.run = triangulation.Resumen();

@@ -14,6 +14,7 @@ using Work = std::function<void(HostApp&)>;
 void addTin(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addRender(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen);
+void addContour(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen);
 

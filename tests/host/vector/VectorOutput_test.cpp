@@ -1,0 +1,172 @@
+#include "host/vector/VectorOutput.h"
+
+#include "host/Failure.h"
+#include "platform/IVigilante.h"
+#include "tests/host/vector/VectorScenes.h"
+
+using namespace Meseta47::host;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+const ReferenceSystem kUtm = ReferenceSystem::fromUser("EPSG:25830");
+
+class EveryFormat : public testing::TestWithParam<char const*> {
+ protected:
+  [[nodiscard]] std::string name() const { return folder.file(std::string("a.") + GetParam()); }
+
+  Folder folder;
+};
+
+/// A disk that lets no file take its name, or takes so many bytes and no more.
+class BadDisk : public IVigilante {
+ public:
+  BadDisk(bool renames, std::size_t room) : renames_(renames), room_(room), before_(PonVigilante(this)) {}
+  ~BadDisk() override { PonVigilante(before_); }
+  bool Permite(EOperacion operation, CString const&) override { return renames_ || operation != EOperacion::Renombra; }
+  std::size_t Concede(EOperacion operation, CString const&, std::size_t bytes) override {
+    if (operation != EOperacion::Escribe) return bytes;
+    const std::size_t granted = std::min(room_, bytes);
+    room_ -= granted;
+    return granted;
+  }
+
+ private:
+  bool renames_;
+  std::size_t room_;
+  IVigilante* before_;
+};
+
+void writeOne(std::string const& name, ReferenceSystem const& system = kUtm) {
+  VectorOutput output(name, system, someLines());
+  const std::array<double, 1> height{12.5};
+  output.addLine(square(400000.25, 4000000.5, 10, 12.5), height, "contour");
+  output.commit();
+}
+
+}  // namespace
+
+TEST_P(EveryFormat, GivesPlacesHeightsAndSystemBack) {
+  writeOne(name());
+  const VectorContent content = readVectorFile(name(), {});
+  ASSERT_EQ(content.entities.size(), 1U);
+  EXPECT_EQ(content.entities[0].places, square(400000.25, 4000000.5, 10, 12.5));
+  const bool holdsSystem = GetParam() != std::string("dxf");
+  EXPECT_EQ(content.system.epsg(), holdsSystem ? 25830 : 0);
+}
+
+TEST_P(EveryFormat, HasNoSystemWhenNoneIsKnown) {
+  writeOne(name(), ReferenceSystem());
+  EXPECT_FALSE(readVectorFile(name(), {}).system.isKnown());
+}
+
+TEST_P(EveryFormat, LeavesNothingWithoutACommit) {
+  const std::string kept = folder.make(std::string("a.") + GetParam(), std::string("precious"));
+  {
+    VectorOutput output(name(), kUtm, someLines());
+    const std::array<double, 1> height{1};
+    output.addLine(square(0, 0, 10, 1), height, "contour");
+    output.finish();
+  }
+  EXPECT_THAT(folder.names(), ElementsAre(std::string("a.") + GetParam()));
+  EXPECT_EQ(bytesOf(kept), Bytes({'p', 'r', 'e', 'c', 'i', 'o', 'u', 's'}));
+}
+
+TEST_P(EveryFormat, AFullDiskLeavesWhatWasThere) {
+  (void)folder.make(std::string("a.") + GetParam(), std::string("precious"));
+  const BadDisk disk(true, 100);
+  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr("cannot be written: No space left on device"));
+  EXPECT_THAT(folder.names(), ElementsAre(std::string("a.") + GetParam()));
+  EXPECT_EQ(bytesOf(name()).size(), 8U);
+}
+
+TEST_P(EveryFormat, ANameThatCannotBeTakenLeavesWhatWasThere) {
+  (void)folder.make(std::string("a.") + GetParam(), std::string("precious"));
+  const BadDisk disk(false, 10000000);
+  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr("cannot take its name"));
+  EXPECT_THAT(folder.names(), ElementsAre(std::string("a.") + GetParam()));
+  EXPECT_EQ(bytesOf(name()).size(), 8U);
+}
+
+TEST_P(EveryFormat, EqualLinesGiveEqualBytes) {
+  writeOne(name());
+  const Bytes first = bytesOf(name());
+  writeOne(name());
+  EXPECT_EQ(bytesOf(name()), first);
+}
+
+TEST_P(EveryFormat, PolygonsKeepTheirHoles) {
+  {
+    VectorOutput output(name(), kUtm, {"outline", true, 2, {{"AREA", false}, {"HOLES", true}}});
+    const std::array<Ring, 2> rings{square(0, 0, 100, 1), square(10, 10, 20, 2)};
+    const std::array<double, 2> values{9600, 1};
+    output.addPolygon(rings, values, "outline");
+    output.commit();
+  }
+  const VectorContent content = readVectorFile(name(), {});
+  ASSERT_EQ(content.entities.size(), 2U);
+  EXPECT_EQ(content.places, 10U);
+  EXPECT_EQ(content.extent.max[2], 2);
+  if (GetParam() == std::string("dxf")) {
+    EXPECT_EQ(content.entities[0].code, "outline");
+    EXPECT_EQ(content.entities[1].code, "outline_hole");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Vector, EveryFormat, testing::ValuesIn(kVectorExtensions),
+                         [](auto const& format) { return std::string(format.param); });
+
+TEST(VectorOutput, AShapefileIsFiveFilesAndAnOldOnesIndexGoes) {
+  const Folder folder;
+  (void)folder.make("a.qix", std::string("an index of other lines"));
+  (void)folder.make("a.prj", std::string("another system"));
+  (void)folder.make("ab.prj", std::string("of another file"));
+  writeOne(folder.file("a.shp"), ReferenceSystem());
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("a.shp", "a.shx", "a.dbf", "a.cpg", "ab.prj"));
+  writeOne(folder.file("a.shp"));
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("a.shp", "a.shx", "a.dbf", "a.cpg", "a.prj", "ab.prj"));
+}
+
+TEST(VectorOutput, AJournalOfAnOldDatabaseIsNotPlayedIntoTheNewOne) {
+  const Folder folder;
+  (void)folder.make("a.gpkg-journal", std::string("old"));
+  (void)folder.make("a.gpkg-wal", std::string("old"));
+  writeOne(folder.file("a.gpkg"));
+  EXPECT_THAT(folder.names(), ElementsAre("a.gpkg"));
+}
+
+TEST(VectorOutput, AnExtensionThatIsNoneIsAUsageErrorThatNamesThem) {
+  for (char const* name : {"a.kml", "a", "a.gpkg.part"}) {
+    try {
+      VectorOutput::requireFormat(name);
+      FAIL() << name;
+    } catch (UsageError const& error) {
+      EXPECT_THAT(error.what(), AllOf(HasSubstr(name), HasSubstr(".gpkg, .geojson, .fgb, .shp or .dxf")));
+    }
+  }
+}
+
+TEST(VectorOutput, AFolderThatIsMissingIsSaidAtOnce) {
+  const Folder folder;
+  EXPECT_THAT(errorOf([&] { const VectorOutput output(folder.file("no/a.shp"), kUtm, someLines()); }),
+              AllOf(HasSubstr("no/a.shp"), HasSubstr("No such file or directory")));
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST(VectorOutput, GeoJsonRefusesASystemThatItCannotName) {
+  const Folder folder;
+  const ReferenceSystem own = ReferenceSystem::fromUser("+proj=tmerc +lon_0=1.234 +x_0=77 +ellps=intl +units=m");
+  EXPECT_THAT(errorOf([&] { const VectorOutput output(folder.file("a.geojson"), own, someLines()); }),
+              AllOf(HasSubstr("a.geojson"), HasSubstr("EPSG code"), HasSubstr("--a-srs")));
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST(VectorOutput, GeoJsonNamesThePlanOfASystemWithHeights) {
+  const Folder folder;
+  writeOne(folder.file("a.geojson"), ReferenceSystem::fromUser("EPSG:25830+5782"));
+  EXPECT_EQ(readVectorFile(folder.file("a.geojson"), {}).system.epsg(), 25830);
+}
