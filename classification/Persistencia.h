@@ -23,6 +23,7 @@ class CLectorPerfil {
   CWinApp const* aplicacion;
 };
 
+/// The same keys the other way: into the profile of the current application; without one, nowhere.
 class CEscritorPerfil {
  public:
   CEscritorPerfil(CString const& laSeccion, CString const& elPrefijo);
@@ -51,6 +52,7 @@ class CLectorFichero {
   CString const& seccion;
 };
 
+/// The same keys the other way: into the section of the file.
 class CEscritorFichero {
  public:
   CEscritorFichero(CString const& elFichero, CString const& laSeccion) : fichero(elFichero), seccion(laSeccion) {}

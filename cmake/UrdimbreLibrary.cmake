@@ -11,4 +11,8 @@ target_include_directories(urdimbre PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/urdimbre>)
 target_compile_features(urdimbre PUBLIC cxx_std_20)
 set_target_properties(urdimbre PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  target_link_options(urdimbre PRIVATE LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map)
+  set_target_properties(urdimbre PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map)
+endif()
 add_library(Urdimbre::urdimbre ALIAS urdimbre)

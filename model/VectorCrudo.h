@@ -11,6 +11,7 @@ namespace Meseta47 {
 template <class T>
 class AsignadorCrudo : public std::allocator<T> {
  public:
+  /// The allocator of another type, as containers ask for it.
   template <class U>
   struct rebind {
     using other = AsignadorCrudo<U>;
