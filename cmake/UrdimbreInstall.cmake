@@ -1,4 +1,3 @@
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS urdimbre EXPORT UrdimbreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
