@@ -17,3 +17,4 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/UrdimbreConfig.cmake ${CMAKE_CURRENT_B
 file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/urdimbre.pc.in urdimbre.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/urdimbre.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES CHANGELOG.md docs/formats.md docs/classifying.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
