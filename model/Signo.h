@@ -11,10 +11,15 @@ inline constexpr double kTolerancia = 1e-07;
 /// -1, 0 or +1: the sign of `v`, which counts as zero up to `kTolerancia` on either side.
 [[nodiscard]] constexpr int Signo(double v) noexcept { return v < -kTolerancia ? -1 : (v > kTolerancia ? 1 : 0); }
 
-/// Sign of a difference `d` of squared distances, as though the radius `r` had a tolerance of `kTolerancia`:
-/// (r + e)^2 - r^2 = 2 r e + e^2.
+/// Half the width of zero for a difference of squared distances, as though the radius `r` had a tolerance of
+/// `kTolerancia`: (r + e)^2 - r^2 = 2 r e + e^2.
+[[nodiscard]] constexpr double MargenCuadrado(double r) noexcept {
+  return 2 * r * kTolerancia + kTolerancia * kTolerancia;
+}
+
+/// Sign of a difference `d` of squared distances with that margin.
 [[nodiscard]] constexpr int SignoCuadrado(double d, double r) noexcept {
-  const double margen = 2 * r * kTolerancia + kTolerancia * kTolerancia;
+  const double margen = MargenCuadrado(r);
   return d < -margen ? -1 : (d > margen ? 1 : 0);
 }
 

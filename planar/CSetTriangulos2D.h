@@ -147,7 +147,6 @@ class URDIMBRE_API CSetTriangulos2D {
  private:
   /// A side of the boundary of a cavity, in the direction in which the condemned triangle runs through it.
   struct CLadoContorno {
-    std::uint64_t clave;  ///< sorts as `CLado2D` does
     CCoor3D<int>*a, *b;
     CTriangulo2D* fuera;    ///< neighbour across the side, null where the mesh ends
     CTriangulo2D** enlace;  ///< its link across the side
@@ -157,13 +156,13 @@ class URDIMBRE_API CSetTriangulos2D {
   /// Working lists of an insertion, kept by the root from point to point, so that none allocates once the largest
   /// cavity has been seen.
   struct CBorrador {
-    std::vector<CTriangulo2D*> cola;                   ///< triangles still to be looked at, first come first served
-    std::vector<CTriangulo2D*> cavidad;                ///< condemned triangles, in the order in which they were found
-    std::vector<CLadoContorno> contorno;               ///< in the order in which they were found
-    std::vector<unsigned> orden;                       ///< the sides by their keys
-    std::vector<unsigned> despues;                     ///< of each side, the one that begins where it ends
-    std::vector<std::pair<int, unsigned>> principios;  ///< sides of a large boundary by the number of their beginning
-    CSetLados2D lados;
+    std::vector<CTriangulo2D*> cola;      ///< triangles still to be looked at, first come first served
+    std::vector<CTriangulo2D*> cavidad;   ///< condemned triangles, in the order in which they were found
+    std::vector<CLadoContorno> contorno;  ///< in the order in which they were found
+    std::vector<unsigned> despues;        ///< of each side, the one that begins where it ends
+    std::vector<unsigned> orden;          ///< the sides by the numbers of their points, as `CLado2D` has it
+    std::size_t lados = 0;                ///< how many of them there are
+    CSetLados2D pares;
   };
 
   /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
@@ -175,7 +174,9 @@ class URDIMBRE_API CSetTriangulos2D {
   struct CMarco {
     double minX, minY, maxX, maxY;
     [[nodiscard]] bool Contiene(CCaja const& c) const {
-      return c.minX >= minX && c.maxX <= maxX && c.minY >= minY && c.maxY <= maxY;
+      const bool enX = static_cast<int>(c.minX >= minX) & static_cast<int>(c.maxX <= maxX);
+      const bool enY = static_cast<int>(c.minY >= minY) & static_cast<int>(c.maxY <= maxY);
+      return static_cast<int>(enX) & static_cast<int>(enY);
     }
   };
   static CCaja CajaDe(CTriangulo2D const& t);
@@ -205,7 +206,9 @@ class URDIMBRE_API CSetTriangulos2D {
   [[nodiscard]] bool RecogeContorno();
   [[nodiscard]] bool EstaAbierto(int a, int b) const;
   [[nodiscard]] bool EncadenaContorno();
-  void OrdenaContorno();
+  template <std::size_t N>
+  [[nodiscard]] bool EncadenaCorto();
+  [[nodiscard]] bool EncadenaLargo();
   void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
   void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);
 

@@ -1,6 +1,7 @@
 // One point into the mesh: its cavity gives way to a fan of new triangles, linked by construction.
 #include <algorithm>
 #include <bit>
+#include <limits>
 #include <numeric>
 
 #include "planar/CSetTriangulos2D.h"
@@ -9,9 +10,26 @@ namespace Meseta47 {
 
 namespace {
 
-/// Up to here, comparing all with all beats sorting and searching: no jump depends on the data. Boundaries have 6 sides
-/// as a rule.
-constexpr std::size_t kPocos = 16;
+// Comparing all with all, in loops of fixed length, no jump depends on the data; a search among a few would mostly wait
+// for jumps that went wrong. Boundaries have 6 sides as a rule, more than 8 now and then, and more than 16 hardly ever.
+constexpr std::size_t kPocos = 8, kAlgunos = 16;
+
+/// Index of the one element that equals `valor`; `bien` is lowered when there is none, or more.
+template <std::size_t N>
+unsigned IndiceDe(int valor, int const (&numeros)[N], bool& bien) {
+  unsigned iguales = 0;
+  for (std::size_t j = 0; j < N; ++j) iguales |= static_cast<unsigned>(numeros[j] == valor) << j;
+  bien &= std::has_single_bit(iguales);
+  return static_cast<unsigned>(std::countr_zero(iguales));
+}
+
+/// How many elements are below `valor`.
+template <std::size_t N>
+std::size_t Menores(std::uint64_t valor, std::uint64_t const (&claves)[N]) {
+  std::size_t cuenta = 0;
+  for (std::size_t j = 0; j < N; ++j) cuenta += static_cast<std::size_t>(claves[j] < valor);
+  return cuenta;
+}
 
 }  // namespace
 
@@ -22,7 +40,7 @@ int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTr
   balance.condenados += borrador->cavidad.size();
   if (RecogeContorno()) {
     SustituyeCavidad(p, cerca);
-    balance.creados += borrador->contorno.size();
+    balance.creados += borrador->lados;
   } else {
     SustituyePorBusqueda(p, balance);
   }
@@ -35,20 +53,26 @@ int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTr
 /// through the open list would find.
 bool CSetTriangulos2D::RecogeContorno() {
   auto& contorno = borrador->contorno;
-  contorno.clear();
+  const std::size_t n = borrador->cavidad.size() + 2;
+  contorno.resize(std::max(contorno.size(), 3 * borrador->cavidad.size()));
+  CLadoContorno* lado = contorno.data();
   bool enlazado = true;
   for (CTriangulo2D* t : borrador->cavidad) {
     const auto recoge = [&](CTriangulo2D* fuera, CCoor3D<int>* a, CCoor3D<int>* b) {
-      if (fuera != nullptr && fuera->Borrado()) return;
-      CTriangulo2D** enlace = fuera != nullptr ? fuera->EnlaceA(t) : nullptr;
-      if (fuera == nullptr && EstaAbierto(b->num, a->num)) enlazado = false;
-      contorno.push_back({CLado2D(a, b).Clave(), a, b, fuera, enlace, nullptr});
+      if (fuera == nullptr) {
+        *lado++ = {a, b, nullptr, nullptr, nullptr};
+        if (EstaAbierto(b->num, a->num)) enlazado = false;
+        return;
+      }
+      *lado = {a, b, fuera, fuera->EnlaceA(t), nullptr};
+      lado += fuera->Borrado() ? 0 : 1;  // a side inside the cavity gives its place to the next one
     };
     recoge(t->vecino12, t->p1, t->p2);
     recoge(t->vecino23, t->p2, t->p3);
     recoge(t->vecino31, t->p3, t->p1);
   }
-  return enlazado && contorno.size() == borrador->cavidad.size() + 2 && EncadenaContorno();
+  borrador->lados = static_cast<std::size_t>(lado - contorno.data());
+  return enlazado && borrador->lados == n && EncadenaContorno();
 }
 
 /// Whether an open triangle has the side from number `a` to number `b`.
@@ -57,81 +81,83 @@ bool CSetTriangulos2D::EstaAbierto(int a, int b) const {
                      [=](CTriangulo2D const* t) { return t->ContieneLado(a, b) != 0; });
 }
 
-/// Finds for each side the one that begins where it ends. False when that is not one to one.
+/// Finds for each side the one that begins where it ends, and the order of the sides, which fixes that of the new
+/// triangles. False when ends and beginnings are not one to one.
 bool CSetTriangulos2D::EncadenaContorno() {
+  const std::size_t n = borrador->lados;
+  borrador->despues.resize(std::max(n, kAlgunos));
+  borrador->orden.resize(std::max(n, kAlgunos));
+  if (n <= kPocos) return EncadenaCorto<kPocos>();
+  return n <= kAlgunos ? EncadenaCorto<kAlgunos>() : EncadenaLargo();
+}
+
+template <std::size_t N>
+bool CSetTriangulos2D::EncadenaCorto() {
   auto const& contorno = borrador->contorno;
-  auto& despues = borrador->despues;
-  const std::size_t n = contorno.size();
-  despues.resize(n);
-  if (n <= kPocos) {
-    std::uint32_t hallados = 0, repetidos = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-      std::uint32_t iguales = 0;
-      for (std::size_t j = 0; j < n; ++j) iguales |= static_cast<std::uint32_t>(contorno[j].a == contorno[i].b) << j;
-      despues[i] = static_cast<unsigned>(std::countr_zero(iguales));
-      hallados |= iguales;
-      repetidos |= iguales & (iguales - 1);
-    }
-    return repetidos == 0 && hallados == (std::uint32_t{1} << n) - 1;
-  }
-  auto& principios = borrador->principios;
-  principios.clear();
-  for (std::size_t i = 0; i < n; ++i) principios.emplace_back(contorno[i].a->num, static_cast<unsigned>(i));
-  std::sort(principios.begin(), principios.end());
-  const auto igual = [](auto const& u, auto const& v) { return u.first == v.first; };
-  if (std::adjacent_find(principios.begin(), principios.end(), igual) != principios.end()) return false;
+  const std::size_t n = borrador->lados;
+  int principios[N];
+  std::uint64_t claves[N];
+  std::fill_n(principios, N, std::numeric_limits<int>::min());  // no point's number, and keys behind all others
+  std::fill_n(claves, N, std::numeric_limits<std::uint64_t>::max());
   for (std::size_t i = 0; i < n; ++i) {
-    const auto hallado = std::lower_bound(principios.begin(), principios.end(), std::pair(contorno[i].b->num, 0U));
-    if (hallado == principios.end() || hallado->first != contorno[i].b->num) return false;
-    despues[i] = hallado->second;
+    principios[i] = contorno[i].a->num;
+    claves[i] = CLado2D(contorno[i].a, contorno[i].b).Clave();
   }
+  bool bien = true;
+  for (std::size_t i = 0; i < n; ++i) {
+    borrador->despues[i] = IndiceDe(contorno[i].b->num, principios, bien);
+    borrador->orden[Menores(claves[i], claves)] = static_cast<unsigned>(i);
+  }
+  return bien;
+}
+
+bool CSetTriangulos2D::EncadenaLargo() {
+  auto const& contorno = borrador->contorno;
+  const std::size_t n = borrador->lados;
+  auto& despues = borrador->despues;
+  auto& orden = borrador->orden;
+  orden.resize(n);
+  std::iota(orden.begin(), orden.end(), 0U);
+  const auto principio = [&](unsigned i) { return contorno[i].a->num; };
+  std::sort(orden.begin(), orden.end(), [&](unsigned i, unsigned j) { return principio(i) < principio(j); });
+  for (std::size_t i = 0; i < n; ++i) {
+    const int fin = contorno[i].b->num;
+    const auto hallado =
+        std::lower_bound(orden.begin(), orden.end(), fin, [&](unsigned j, int num) { return principio(j) < num; });
+    if (hallado == orden.end() || principio(*hallado) != fin) return false;
+    if (hallado + 1 != orden.end() && principio(hallado[1]) == fin) return false;
+    despues[i] = *hallado;
+  }
+  std::vector<std::uint64_t> claves;
+  for (std::size_t i = 0; i < n; ++i) claves.push_back(CLado2D(contorno[i].a, contorno[i].b).Clave());
+  std::sort(orden.begin(), orden.end(), [&](unsigned i, unsigned j) { return claves[i] < claves[j]; });
   return true;
 }
 
-/// The order of the sides fixes that of the new triangles. No two keys are equal on a polygon.
-void CSetTriangulos2D::OrdenaContorno() {
-  auto const& contorno = borrador->contorno;
-  auto& orden = borrador->orden;
-  const std::size_t n = contorno.size();
-  orden.resize(n);
-  if (n <= kPocos) {
-    for (std::size_t i = 0; i < n; ++i) {
-      std::size_t menores = 0;
-      for (std::size_t j = 0; j < n; ++j) menores += contorno[j].clave < contorno[i].clave ? 1U : 0U;
-      orden[menores] = static_cast<unsigned>(i);
-    }
-    return;
-  }
-  std::iota(orden.begin(), orden.end(), 0U);
-  std::sort(orden.begin(), orden.end(), [&](unsigned i, unsigned j) { return contorno[i].clave < contorno[j].clave; });
-}
-
-//            A                 P sees the side A-B of its cavity. The new triangle (P, A, B) turns the same way as the
-//          / | \               condemned one that it replaces; across A-B it takes over that one's neighbour. Across
-//          P-A
-//     P  <   |   > fuera       lies the new triangle whose side ends in A, across B-P the one whose side begins in B.
-//          \ | /
+//            A
+//          / | \               P sees the side A-B of its cavity. The new triangle (P, A, B) turns the same way as the
+//     P  <   |   > fuera       condemned one that it replaces and takes over its neighbour. Across P-A lies the new
+//          \ | /               triangle whose side ends in A, across B-P the one whose side begins in B.
 //            B
 void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca) {
-  auto& contorno = borrador->contorno;
-  for (CTriangulo2D* t : borrador->cavidad) t->set->Quita(t, *this);
-  for (std::size_t i = 0; i < contorno.size(); ++i) {
+  auto& [cola, cavidad, contorno, despues, orden, n, pares] = *borrador;
+  for (CTriangulo2D* t : cavidad) t->set->Quita(t, *this);
+  for (std::size_t i = 0; i < n; ++i) {
     CLadoContorno& lado = contorno[i];
     // A condemned triangle gives its place to a new one.
-    lado.nuevo = i < borrador->cavidad.size() ? new (borrador->cavidad[i]) CTriangulo2D(p, lado.a, lado.b)
-                                              : new CTriangulo2D(p, lado.a, lado.b);
+    lado.nuevo =
+        i < cavidad.size() ? new (cavidad[i]) CTriangulo2D(p, lado.a, lado.b) : new CTriangulo2D(p, lado.a, lado.b);
     lado.nuevo->vecino23 = lado.fuera;
     if (lado.enlace != nullptr) *lado.enlace = lado.nuevo;
   }
-  for (std::size_t i = 0; i < contorno.size(); ++i) {
+  for (std::size_t i = 0; i < n; ++i) {
     CTriangulo2D* t = contorno[i].nuevo;
-    CTriangulo2D* siguiente = contorno[borrador->despues[i]].nuevo;
+    CTriangulo2D* siguiente = contorno[despues[i]].nuevo;
     t->vecino31 = siguiente;
     siguiente->vecino12 = t;
   }
-  OrdenaContorno();
-  for (const unsigned i : borrador->orden) {
-    CTriangulo2D* t = contorno[i].nuevo;
+  for (std::size_t i = 0; i < n; ++i) {
+    CTriangulo2D* t = contorno[orden[i]].nuevo;
     const CCaja caja = CajaDe(*t);
     CSetTriangulos2D* desde = &cerca;
     while (!desde->paso.Contiene(caja)) desde = desde->padre;
@@ -141,7 +167,7 @@ void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca
 }
 
 void CSetTriangulos2D::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance) {
-  CSetLados2D& lados = borrador->lados;
+  CSetLados2D& lados = borrador->pares;
   lados.lados.clear();
   RecogeLados(lados);
   BorraCavidad();

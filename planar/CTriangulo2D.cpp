@@ -23,15 +23,6 @@ struct CParte {
 };
 thread_local CParte parte;
 
-/// Indices of the vertices with the least and the greatest value; among equal ones the earliest keeps the index.
-struct CExtremos {
-  unsigned menor, mayor;
-  explicit CExtremos(std::array<int, 3> const& v) : menor(v[1] < v[0] ? 1 : 0), mayor(v[1] > v[0] ? 1 : 0) {
-    if (v[2] < v[menor]) menor = 2;
-    if (v[2] > v[mayor]) mayor = 2;
-  }
-};
-
 double Determinante(double a1, double b1, double c1, double a2, double b2, double c2, double a3, double b3, double c3) {
   return a1 * (b2 * c3 - b3 * c2) - b1 * (a2 * c3 - a3 * c2) + c1 * (a2 * b3 - a3 * b2);
 }
@@ -85,15 +76,22 @@ bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
   return ExcesoSobreCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)) <= 0;
 }
 
+/// Among equal values the earliest vertex keeps the index. Which it is nobody can foretell, so nothing here jumps on
+/// it: the axes go side by side, in a loop of fixed length.
 void CTriangulo2D::CalculaIndices(int eje) {
-  const auto pone = [this](unsigned bit, std::array<int, 3> const& v) {
-    const CExtremos e(v);
-    const unsigned limpio = static_cast<unsigned>(flags) & ~(3U << bit | 3U << (bit + 6));
-    flags = static_cast<std::uint16_t>(limpio | e.menor << bit | e.mayor << (bit + 6));
-  };
-  if (eje == 0 || eje == 1) pone(0, {p1->x, p2->x, p3->x});
-  if (eje == 0 || eje == 2) pone(2, {p1->y, p2->y, p3->y});
-  if (eje == 0 || eje == 3) pone(4, {p1->z, p2->z, p3->z});
+  const int v1[4] = {p1->x, p1->y, p1->z, 0}, v2[4] = {p2->x, p2->y, p2->z, 0}, v3[4] = {p3->x, p3->y, p3->z, 0};
+  int menor[4], mayor[4];
+  for (int i = 0; i < 4; ++i) {
+    const int tercero = static_cast<int>(v3[i] < v1[i]) & static_cast<int>(v3[i] < v2[i]);
+    menor[i] = tercero << 1 | (static_cast<int>(v2[i] < v1[i]) & ~tercero);
+    const int terceroMayor = static_cast<int>(v3[i] > v1[i]) & static_cast<int>(v3[i] > v2[i]);
+    mayor[i] = terceroMayor << 1 | (static_cast<int>(v2[i] > v1[i]) & ~terceroMayor);
+  }
+  const auto bits =
+      static_cast<unsigned>(menor[0] | menor[1] << 2 | menor[2] << 4 | mayor[0] << 6 | mayor[1] << 8 | mayor[2] << 10);
+  constexpr unsigned kDeUnEje = 3U | 3U << 6;
+  const unsigned cambian = eje == 0 ? kMascaraIndices : (eje >= 1 && eje <= 3 ? kDeUnEje << (2 * (eje - 1)) : 0U);
+  flags = static_cast<std::uint16_t>((static_cast<unsigned>(flags) & ~cambian) | (bits & cambian));
 }
 
 bool CTriangulo2D::operator==(CTriangulo2D const& o) const {

@@ -152,7 +152,7 @@ class URDIMBRE_API CTriangulo2D {
     if (r > kRadioDudoso) return EnCirculoEnorme(px, py);
     const double x = px, y = py, dx = cx - x, dy = cy - y;
     // The box of the circle has no tolerance. It is asked last, because the circle turns more points away.
-    if (SignoCuadrado(dx * dx + dy * dy - circulo.radio2, r) == 1) return false;
+    if (dx * dx + dy * dy - circulo.radio2 > MargenCuadrado(r)) return false;
     return cx - r <= x && x <= cx + r && cy - r <= y && y <= cy + r;
   }
   /// Projects the point vertically on the triangle's plane. 0: not on the triangle; 1: on a side, to one scaled unit;
@@ -196,7 +196,8 @@ class URDIMBRE_API CTriangulo2D {
   }
   /// The link across the side that is shared with the neighbour `t`.
   [[nodiscard]] CTriangulo2D** EnlaceA(CTriangulo2D const* t) {
-    return vecino12 == t ? &vecino12 : (vecino23 == t ? &vecino23 : &vecino31);
+    CTriangulo2D** enlace = vecino23 == t ? &vecino23 : &vecino31;
+    return vecino12 == t ? &vecino12 : enlace;
   }
   /// Forgets the neighbours without telling them: they are about to be linked anew, or die as well.
   void SueltaVecinos() { vecino12 = vecino23 = vecino31 = nullptr; }
