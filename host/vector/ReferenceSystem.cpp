@@ -13,6 +13,7 @@ namespace Meseta47::host {
 
 namespace {
 
+/// Texts that GDAL hands out of it live no longer than the result.
 OGRSpatialReference parsed(std::string const& wkt) {
   startGdal();
   const GdalReport quiet;
@@ -85,7 +86,8 @@ ReferenceSystem ReferenceSystem::fromGeoKeys(GeoKeys const& keys, std::string co
 
 std::string ReferenceSystem::name() const {
   if (!isKnown()) return "unknown";
-  char const* const found = parsed(wkt_).GetName();
+  const OGRSpatialReference system = parsed(wkt_);
+  char const* const found = system.GetName();
   return found != nullptr ? found : "unnamed";
 }
 
@@ -122,8 +124,9 @@ PlanUnit ReferenceSystem::unit() const {
 std::optional<PlanUnit> ReferenceSystem::heightUnit() const {
   if (!isKnown()) return std::nullopt;
   if (!hasHeights()) return isGeographic() ? std::nullopt : std::optional(unit());
+  const OGRSpatialReference system = parsed(wkt_);
   char const* unitName = nullptr;
-  const double metres = parsed(wkt_).GetTargetLinearUnits("VERT_CS", &unitName);
+  const double metres = system.GetTargetLinearUnits("VERT_CS", &unitName);
   return PlanUnit{unitName != nullptr ? unitName : "unknown", metres};
 }
 
