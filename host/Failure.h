@@ -4,7 +4,8 @@
 
 namespace Meseta47::host {
 
-/// What ends the program. The texts are one line, name the cause and the way out, and carry no "urdimbre:" in front.
+/// What ends the program. The texts are a line for each fault, nearly always one; they name the cause and the way out,
+/// and carry no "urdimbre:" in front.
 enum ExitCode : int { kDone = 0, kFailed = 1, kUsage = 2, kCancelled = 130 };
 
 /// The work could not be done.

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <fmt/format.h>
 #include <new>
+#include <sstream>
 
 #include "host/Failure.h"
 #include "host/HostApp.h"
@@ -12,7 +13,8 @@ using namespace Meseta47::host;
 namespace {
 
 int complain(ExitCode code, std::string const& text) {
-  fmt::print(stderr, "urdimbre: {}\n", text);
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) fmt::print(stderr, "urdimbre: {}\n", line);
   return code;
 }
 
@@ -56,6 +58,7 @@ int main(int argc, char** argv) {
   addClassify(program, common, chosen);
   addContour(program, common, chosen);
   addInfo(program, common, chosen);
+  addCheck(program, common, chosen);
   addGenerate(program, common, chosen);
   try {
     program.parse(argc, argv);

@@ -10,7 +10,6 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/mesh/PlyReader.h"
-#include "model/CModeloDigital.h"
 #include "model/Codigos.h"
 #include "planar/CTriangulacion2D.h"
 
@@ -49,17 +48,6 @@ Surface surfaceOf(CTIN const& tin) {
   return surface;
 }
 
-Surface readNative(std::string const& path) {
-  (void)FileSource(path);  // which says best what keeps a file from being opened
-  CModeloDigital model(new CTIN(0, 0, CDataSemilla()));
-  const int code = model.Read(CString::DesdeUtf8(path));
-  if (code != kHecho && code != kCancelado && !model.Error().IsEmpty()) {
-    throw Failure(fmt::format("{}: write it again with urdimbre tin", model.Error().Utf8()));
-  }
-  requireDone(code, path);
-  return surfaceOf(model.Tin());
-}
-
 }  // namespace
 
 ModelKind modelKindOf(std::string const& path) {
@@ -75,9 +63,20 @@ ModelKind modelKindOf(std::string const& path) {
   return ModelKind::none;
 }
 
+CModeloDigital readNativeModel(std::string const& path) {
+  (void)FileSource(path);  // which says best what keeps a file from being opened
+  CModeloDigital model(new CTIN(0, 0, CDataSemilla()));
+  const int code = model.Read(CString::DesdeUtf8(path));
+  if (code != kHecho && code != kCancelado && !model.Error().IsEmpty()) {
+    throw Failure(fmt::format("{}: write it again with urdimbre tin", model.Error().Utf8()));
+  }
+  requireDone(code, path);
+  return model;
+}
+
 Surface readModel(std::string const& path, HostApp& app) {
   app.phase("Reading");
-  Surface surface = modelKindOf(path) == ModelKind::native ? readNative(path) : readPly(path);
+  Surface surface = modelKindOf(path) == ModelKind::native ? surfaceOf(readNativeModel(path).Tin()) : readPly(path);
   if (surface.triangles.empty()) throw FileError(path, "the model has no triangles: there is no surface to show");
   return surface;
 }

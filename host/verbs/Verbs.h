@@ -16,6 +16,7 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addContour(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen);
+void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen);
 
 }  // namespace Meseta47::host

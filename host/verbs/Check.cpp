@@ -1,0 +1,75 @@
+// urdimbre check: proves a model.
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "host/Failure.h"
+#include "host/FileError.h"
+#include "host/mesh/ModelCheck.h"
+#include "host/mesh/SurfaceSource.h"
+#include "host/verbs/Verbs.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+struct CheckOptions {
+  std::string file;
+  bool whole = false;
+};
+
+nlohmann::ordered_json toJson(std::string const& file, ModelReport const& r, int precision) {
+  auto faults = nlohmann::ordered_json::array();
+  for (ModelFault const& fault : r.faults) {
+    faults.push_back({{"kind", fault.name()}, {"count", fault.count}, {"first", fault.first}});
+  }
+  return {
+      {"file", file},       {"sound", r.faults.empty()}, {"precision", precision}, {"vertices", r.vertices},
+      {"unused", r.unused}, {"triangles", r.triangles},  {"sides", r.sides},       {"boundary_sides", r.boundarySides},
+      {"pieces", r.pieces}, {"rings", r.rings},          {"faults", faults}};
+}
+
+void printSummary(std::string const& file, ModelReport const& r, int precision) {
+  fmt::print("{}: {}\n", file, r.faults.empty() ? "sound" : "not sound");
+  fmt::print("precision  {} decimals\n", precision);
+  fmt::print("vertices   {}, {} unused\n", withThousands(r.vertices), withThousands(r.unused));
+  fmt::print("triangles  {} in {} {}\n", withThousands(r.triangles), withThousands(r.pieces),
+             r.pieces == 1 ? "piece" : "pieces");
+  fmt::print("sides      {}, {} of them on the boundary, in {} {}\n", withThousands(r.sides),
+             withThousands(r.boundarySides), withThousands(r.rings), r.rings == 1 ? "ring" : "rings");
+}
+
+/// A line for each kind.
+std::string textOf(std::string const& file, std::vector<ModelFault> const& faults) {
+  std::string text;
+  for (ModelFault const& fault : faults) text += fmt::format("{}: {}\n", file, fault.text());
+  return text;
+}
+
+void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
+  if (modelKindOf(options.file) == ModelKind::none) {
+    throw Failure(fmt::format("{}: it is neither a PLY nor the native model: only those can be proved", options.file));
+  }
+  const ExactModel model = readExactModel(options.file, app);
+  app.phase("Checking");
+  const ModelReport report = checkModel(model, options.whole);
+  app.clearProgress();
+  if (common.json) {
+    fmt::print("{}\n", toJson(options.file, report, model.precision).dump(2));
+  } else if (!common.quiet) {
+    printSummary(options.file, report, model.precision);
+  }
+  if (!report.faults.empty()) throw Failure(textOf(options.file, report.faults));
+}
+
+}  // namespace
+
+void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
+  auto options = std::make_shared<CheckOptions>();
+  CLI::App* verb = program.add_subcommand("check", "Prove a model: orientation, sides, Delaunay, Euler, outline");
+  verb->add_option("FILE", options->file, "The model: PLY, or .urd as urdimbre tin writes it")->required();
+  verb->add_flag("--whole", options->whole, "The model was made without filters: it must be one piece without a hole");
+  verb->callback(
+      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runCheck(*options, common, app); }; });
+}
+
+}  // namespace Meseta47::host
