@@ -90,6 +90,15 @@ void requireFit(Extent const& extent, int precision, std::string const& what) {
                   precision, fitting));
 }
 
+/// Decimals to add of those that are wanted: none that would make the diagonal of the extent longer than 32 bits hold.
+int roomForMore(Extent const& extent, int decimals, LoadOptions const& options) {
+  if (extent.isEmpty()) return 0;
+  const double diagonal = std::hypot(extent.max[0] - extent.min[0], extent.max[1] - extent.min[1]);
+  const double fitting = std::floor(std::log10(kInt32 / std::max({diagonal, reach(extent), 1.0})));
+  const int most = std::min(static_cast<int>(fitting), kMostDecimals);
+  return std::clamp(most - decimals, 0, options.moreDecimals);
+}
+
 bool fits(WidePoint const& p) {
   return std::all_of(p.position.begin(), p.position.end(), [](std::int64_t v) {
     return v >= std::numeric_limits<std::int32_t>::min() && v <= std::numeric_limits<std::int32_t>::max();
@@ -217,7 +226,7 @@ LoadedCloud readGroup(std::vector<Input> const& inputs, Reading& reading) {
 
 std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, LoadOptions const& options, HostApp& app) {
   const Extent extent = within(found.extent, options);
-  const int precision = options.precision.value_or(found.decimals);
+  const int precision = options.precision.value_or(found.decimals + roomForMore(extent, found.decimals, options));
   requireFit(extent, precision, groups[0][0].name);
   const CDataSemilla seed = seedFor(extent, precision);
   Reading reading{seed, BoundsFilter(options, seed), options, found.points, 0, app};

@@ -24,6 +24,7 @@ struct MapOptions {
 
 struct LoadOptions {
   std::optional<int> precision;   ///< decimals; by default the finest that the files' scales need
+  int moreDecimals = 0;           ///< finer by so many, where no precision is given and 32 bits leave room
   std::optional<Bounds> bounds;   ///< in the files' reference system, limits included
   bool wayBack = false;           ///< keep the way from the points back to the records of the files
   std::optional<MapOptions> map;  ///< none: clouds alone are taken, and nobody asks for their reference systems

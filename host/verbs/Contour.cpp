@@ -17,6 +17,10 @@ namespace Meseta47::host {
 
 namespace {
 
+// Contours are cut on a grid finer than the cloud's by a thousandth: on its own, both sides of a sliver are cut at the
+// same place, and lines through it break.
+constexpr int kMoreDecimals = 3;
+
 struct ContourOptions {
   CloudOptions cloud;
   std::string output;
@@ -167,7 +171,8 @@ CDibujo<int> contoursOf(CDibujo<int>& drawing, ContourOptions const& options, Co
 void runContour(ContourOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   VectorOutput::requireFormat(options.output);
-  const LoadOptions load = loadOptionsOf(options.cloud);
+  LoadOptions load = loadOptionsOf(options.cloud);
+  load.moreDecimals = kMoreDecimals;
   ContourSummary summary;
   LoadedCloud cloud =
       timed(summary.seconds.read, [&] { return std::move(loadClouds({options.cloud.inputs}, load, app).front()); });

@@ -175,6 +175,14 @@ if [ -d "$data" ]; then
   expect "contours that break at the border" "$(told off_outline_at_border facts.txt)" 0
   expect "contours of the tiles that end in the open" "$(told broken facts.txt)" 0
 
+  # Dense forest with all its walls of leaves: no line breaks in a sliver.
+  border=("$data/bcts_1.las" "$data/bcts_2.las" --bounds 885000,629385,885300,629415)
+  "$urdimbre" --quiet contour "${border[@]}" --interval 10 -o forest.gpkg
+  "$urdimbre" --quiet tin "${border[@]}" -o forest.ply --outline forest_outline.gpkg
+  "$contour_facts" forest.gpkg forest_outline.gpkg forest.ply 629400 >facts.txt
+  [ "$(told contours facts.txt)" -gt 1000 ] || fail "only $(told contours facts.txt) contours in the forest"
+  expect "contours of the forest that end in the open" "$(told broken facts.txt)" 0
+
   # The system of a file that tells it by parameters of its own, in feet.
   "$urdimbre" --json --quiet tin "$data/autzen_trim.las" -o feet.xml --outline feet.geojson >feet.json
   grep -q '<Imperial .*linearUnit="foot"' feet.xml || fail "autzen_trim is in feet"
