@@ -77,7 +77,8 @@ void CHiloBuscaPuntosAltos::Start(unsigned int k, HANDLE* elEventoFin, HANDLE* e
     return;
   }
   const std::uint64_t trozo = std::uint64_t{porHilo} * CBusquedaFichero::kBytes;
-  fichero->Seek(static_cast<long long>(k * trozo), CFile::begin);
+  const std::uint64_t desde = k * trozo;
+  fichero->Seek(static_cast<long long>(desde), CFile::begin);
   longitud = fichero->GetLength();
   limite = std::min((k + std::uint64_t{1}) * trozo, longitud);
   if (fichero->HayError() || !ResetEvent(*eventoFin) || (hilo == nullptr && !Arranca(&Rutina, this))) {

@@ -195,10 +195,12 @@ void CDibujo<T>::Sort(int clave, bool ascendente, short int tipo) {
     CMaximas<T> todo;
     for (CEntidad const& e : entidades) todo.Nuevo(e->maximas);
     std::vector<std::pair<bool, std::uint64_t>> lugares;
+    lugares.reserve(puestos.size());
     for (const std::size_t i : puestos) lugares.push_back(LugarEnHilbert(entidades[i]->maximas, todo));
     OrdenaPuestos(entidades, puestos, lugares, ascendente);
   } else if (clave == 3) {
     std::vector<double> areas;  // negative, so that the greatest comes first; sets enclose nothing and come last
+    areas.reserve(puestos.size());
     for (const std::size_t i : puestos) {
       areas.push_back(entidades[i]->EsSetPuntos() ? 1.0 : -std::abs(entidades[i]->DobleArea()));
     }

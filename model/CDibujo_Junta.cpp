@@ -210,6 +210,7 @@ class CJuntador {
 
   [[nodiscard]] std::vector<CSalida> SalidasPorGiro(std::vector<CExtremo> const& extremos) const {
     std::vector<CSalida> salidas;
+    salidas.reserve(extremos.size());
     for (CExtremo const& e : extremos) salidas.push_back(SalidaDe(e.cual));
     std::sort(salidas.begin(), salidas.end(), [&](CSalida const& a, CSalida const& b) {
       const int giro = a.ComparaGiro(b);

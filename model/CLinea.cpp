@@ -71,7 +71,7 @@ CLinea<T>::CLinea(CLinea const& o) : CEntidadDigi<T>(o), puntos(o.puntos) {
 template <class T>
 CLinea<T>::CLinea(CLinea&& o) noexcept : CEntidadDigi<T>(std::move(o)), puntos(std::move(o.puntos)) {
   NoEsSet();
-  o.puntos.clear();
+  o.puntos.clear();  // NOLINT(bugprone-use-after-move): the base took what is the base's
   o.maximas.Borra();
 }
 
@@ -79,7 +79,7 @@ template <class T>
 CLinea<T>& CLinea<T>::operator=(CLinea&& o) noexcept {
   if (this == &o) return *this;
   CEntidadDigi<T>::operator=(std::move(o));
-  puntos = std::move(o.puntos);
+  puntos = std::move(o.puntos);  // NOLINT(bugprone-use-after-move): the base took what is the base's
   o.puntos.clear();
   o.maximas.Borra();
   return *this;

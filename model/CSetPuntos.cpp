@@ -30,7 +30,7 @@ CSetPuntos<T>::CSetPuntos(CSetPuntos const& o) : CLinea<T>(o), infos(o.infos) {
 template <class T>
 CSetPuntos<T>::CSetPuntos(CSetPuntos&& o) noexcept : CLinea<T>(std::move(o)), infos(std::move(o.infos)) {
   this->tipo = ENTIDAD_SETPUNTOS;
-  o.infos.clear();
+  o.infos.clear();  // NOLINT(bugprone-use-after-move): the line took what is the line's
 }
 
 template <class T>

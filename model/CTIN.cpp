@@ -34,7 +34,7 @@ CTIN::~CTIN() = default;
 void CTIN::SetPuntosMdt(CSetPuntosMdt& nuevos) {
   LiberaTriangulos();
   puntos = std::move(nuevos);
-  nuevos.clear();
+  nuevos.clear();  // NOLINT(bugprone-use-after-move): a list that was moved away may be cleared
 }
 
 bool CTIN::Inserta(CTriangulo& triangulo, bool, bool unico, bool) {

@@ -35,7 +35,7 @@ CString ComoNombre(CString const& texto) {
 }
 
 CString CarpetaAjustes() {
-  const CString elegida = sistema::Entorno("XDG_CONFIG_HOME");
+  CString elegida = sistema::Entorno("XDG_CONFIG_HOME");
   if (!elegida.IsEmpty() && elegida[0] == sistema::kSeparador) {  // a relative one is to be taken for unset
     return elegida;
   }
