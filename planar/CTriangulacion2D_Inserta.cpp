@@ -155,7 +155,7 @@ int CTriangulacion2D::InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo
     b += suB;
     return true;
   };
-  CVisitaResto visita{
+  CVisitaResto<decltype(triangula)> visita{
       primerosPuntos, PrimeraSemilla(primerosPuntos, lista), Progreso(), mensajes, triangula, lista, contador, total};
   RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion, visita);
   return visita.codigo;
