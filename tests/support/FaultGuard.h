@@ -27,6 +27,13 @@ class FaultGuard : public IVigilante {
   FaultGuard& Refuse(EOperacion operation, int nth = 1) {
     asked_[Index(operation)] = 0;
     firstRefused_[Index(operation)] = nth;
+    refusedOnce_[Index(operation)] = false;
+    return *this;
+  }
+  /// Refuses the n-th time alone: what comes after it must not make the failure forgotten.
+  FaultGuard& RefuseOnce(EOperacion operation, int nth) {
+    Refuse(operation, nth);
+    refusedOnce_[Index(operation)] = true;
     return *this;
   }
   FaultGuard& Allow(EOperacion operation) { return Refuse(operation, kNever); }
@@ -49,7 +56,8 @@ class FaultGuard : public IVigilante {
   [[nodiscard]] int Asked(EOperacion operation) const { return asked_[Index(operation)]; }
 
   bool Permite(EOperacion operation, CString const&) override {
-    return ++asked_[Index(operation)] < firstRefused_[Index(operation)];
+    const int nth = ++asked_[Index(operation)], refused = firstRefused_[Index(operation)];
+    return refusedOnce_[Index(operation)] ? nth != refused : nth < refused;
   }
 
   std::size_t Concede(EOperacion operation, CString const&, std::size_t bytes) override {
@@ -68,6 +76,7 @@ class FaultGuard : public IVigilante {
 
   std::array<std::atomic<int>, kOperations> asked_{};
   std::array<std::atomic<int>, kOperations> firstRefused_{};
+  std::array<std::atomic<bool>, kOperations> refusedOnce_{};
   std::mutex limits_;
   std::size_t transferLimit_ = std::numeric_limits<std::size_t>::max();
   std::size_t diskLeft_ = std::numeric_limits<std::size_t>::max();
