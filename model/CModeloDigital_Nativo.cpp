@@ -104,6 +104,7 @@ int LeeLimite(CFile& fichero, std::size_t puntos, std::vector<std::vector<std::u
   for (std::uint32_t i = 0; i < anillos; ++i) {
     std::uint32_t hueco = 0, cuantos = 0;
     if (!seccion.Toma(hueco) || !seccion.Toma(cuantos)) return kFicheroCortado;
+    if (cuantos < 3) return kFicheroInconsistente;
     if (!seccion.Caben(cuantos, sizeof(std::uint32_t))) return kFicheroCortado;
     auto& anillo = limite.emplace_back(cuantos);
     if (!seccion.Toma(anillo.data(), cuantos * sizeof(std::uint32_t))) return kFicheroCortado;

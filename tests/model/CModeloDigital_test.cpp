@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "TinScenes.h"
+#include "model/CFicheroSumado.h"
 #include "model/Codigos.h"
+#include "platform/CFile.h"
 #include "support/FaultGuard.h"
 #include "support/ScratchFolder.h"
 
@@ -94,6 +96,23 @@ TEST(CModeloDigital, IsRefusedWhicheverByteIsAnother) {
       EXPECT_NE(read(folder.Path("bad")), kHecho) << "byte " << i;
     }
   }
+}
+
+TEST(CModeloDigital, IsRefusedWithARingOfFewerThanThreePointsThoughItsSumIsRight) {
+  const ScratchFolder folder;
+  CModeloDigital empty(new CTIN(0, 0, CDataSemilla()));
+  ASSERT_EQ(empty.Write(folder.Path("m"), 4), kHecho);
+  const std::string whole = BytesOf(folder.Path("m"));
+  constexpr std::size_t kOutline = 4 + 8;  // no rings, and the sum
+  {
+    CFile file;
+    ASSERT_TRUE(file.Open(folder.Path("bad"), CFile::modeCreate | CFile::modeWrite));
+    ASSERT_TRUE(file.Write(whole.data(), whole.size() - kOutline));
+    CSeccionSalida outline(file);
+    for (const std::uint32_t number : {1U, 0U, 0U}) outline.Pon(number);  // one ring, no hole, no points
+    ASSERT_TRUE(outline.Cierra());
+  }
+  EXPECT_EQ(read(folder.Path("bad")), kFicheroInconsistente);
 }
 
 TEST(CModeloDigital, IsRefusedWithSomethingBehindIt) {
