@@ -1,12 +1,13 @@
 // Not a timing: linked clouds of every hard family, a million points each, against oracles of exact integer arithmetic.
 //
-//   bench_properties [POINTS]
+//   bench_properties [POINTS [FAMILY ...]]
 //
 // Where every circle reaches across the whole cloud, the walk to a new point grows with the cloud, and the family ends
 // where the tests end it; the table says how many points it had.
 #include <algorithm>
 #include <fmt/format.h>
 #include <string>
+#include <vector>
 
 #include "support/MeshOracle.h"
 #include "support/PlanarFeeds.h"
@@ -21,7 +22,9 @@ int main(int argc, char** argv) {
   fmt::print("{:<20} {:>9} {:>9} {:>10} | {:>8} {:>5} {:>13} {:>8}\n", "family", "points", "distinct", "triangles",
              "inverted", "flat", "not Delaunay", "tiling");
   bool good = true;
+  const std::vector<std::string> chosen(argv + std::min(argc, 2), argv + argc);
   for (const support::Family family : support::kAllFamilies) {
+    if (!chosen.empty() && std::find(chosen.begin(), chosen.end(), support::name(family)) == chosen.end()) continue;
     const std::size_t largest = test::LargestSize(family);
     const std::size_t count = largest < kTested ? std::min(largest, wanted) : wanted;
     const test::Linked linked = test::LinkCloud(test::Feed{family, test::Order::Hilbert, count}.Points());
