@@ -103,23 +103,25 @@ TEST(CReserva, ABatchOfSlotsReturnsToTheThreadsThatTookThem) {
   CReserva::CMonton* mine = nullptr;
   const std::vector<void*> slots = Take(pool, mine, 200);
   InThread(pool, [&](CReserva::CMonton*& its) {
-    const std::vector<void*> its3 = Take(pool, its, 3);
+    const std::vector<void*> own = Take(pool, its, 3);
     {
       CReserva::CLote batch(its);
       for (std::size_t i = 0; i < slots.size(); ++i) {
         batch.Anade(slots[i]);
-        if (i < its3.size()) batch.Anade(its3[i]);
+        if (i < own.size()) batch.Anade(own[i]);
       }
     }
+    const std::vector<void*> again = Take(pool, its, 3);
     if (kPooled) {
-      EXPECT_THAT(Take(pool, its, 3), testing::UnorderedElementsAreArray(its3));
+      EXPECT_THAT(again, testing::UnorderedElementsAreArray(own));
     }
-    GiveBack(its3, its);
+    GiveBack(again, its);
   });
+  const std::vector<void*> again = Take(pool, mine, 200);
   if (kPooled) {
-    EXPECT_THAT(Take(pool, mine, 200), testing::UnorderedElementsAreArray(slots));
+    EXPECT_THAT(again, testing::UnorderedElementsAreArray(slots));
   }
-  GiveBack(slots, mine);
+  GiveBack(again, mine);
   pool.Abandona(mine);
 }
 
