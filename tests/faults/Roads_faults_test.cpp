@@ -1,6 +1,7 @@
 // Every road through the library with a failure at the first, second, third ... operation of each kind, until none
 // fires: always a stated code, nothing half done, and what it was asked for once the system is well again.
 #include <cstdio>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <system_error>
 
@@ -191,6 +192,21 @@ Kind Named(char const* name) {
   return {name, [] { return std::make_unique<Made>(); }};
 }
 
+/// A run that is refused a temporary name takes one in the current folder, the same in every run: each test has to work
+/// in a folder of its own, since several run at a time.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(CString const& folder) : before(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder.Utf8());
+  }
+  WorkingFolder(WorkingFolder const&) = delete;
+  WorkingFolder& operator=(WorkingFolder const&) = delete;
+  ~WorkingFolder() { std::filesystem::current_path(before); }
+
+ private:
+  std::filesystem::path before;
+};
+
 class Roads : public testing::TestWithParam<Kind> {
  protected:
   Roads() {
@@ -205,6 +221,7 @@ class Roads : public testing::TestWithParam<Kind> {
   template <class Spoil, class Met>
   bool RunAmiss(EOperacion operation, Spoil spoil, Met met) {
     const QuietApp app(2);
+    const WorkingFolder here(app.folder.Path());
     const auto road = GetParam().make();
     const std::string before = road->Kept();
     int code = 0;
