@@ -217,6 +217,10 @@ class Roads : public testing::TestWithParam<Kind> {
     EXPECT_GT(expected.size(), 500U);
   }
 
+  /// Runs with each kind of operation refused at its first, second, third time ... until there is none more to refuse.
+  template <class Refuse>
+  void MeetEachRefusal(char const* how, Refuse refuse);
+
   /// A run with one thing amiss, and a clean one behind it. Returns whether the first met what was amiss.
   template <class Spoil, class Met>
   bool RunAmiss(EOperacion operation, Spoil spoil, Met met) {
@@ -285,13 +289,15 @@ constexpr EOperacion kOperations[] = {EOperacion::Abre,         EOperacion::Lee,
                                       EOperacion::CreaTemporal, EOperacion::CreaEvento, EOperacion::CreaHilo,
                                       EOperacion::CreaSeccion};
 
-TEST_P(Roads, WhateverIsRefusedFromItsNthTimeOnEndsWithACodeAndCanBeAskedForAgain) {
+template <class Refuse>
+void Roads::MeetEachRefusal(char const* how, Refuse refuse) {
   int injected = 0;
   for (const EOperacion operation : kOperations) {
     for (int nth = 1;; ++nth) {
-      SCOPED_TRACE("operation " + std::to_string(static_cast<int>(operation)) + " from time " + std::to_string(nth));
+      SCOPED_TRACE("operation " + std::to_string(static_cast<int>(operation)) + " " + how + " at time " +
+                   std::to_string(nth));
       const bool fired = RunAmiss(
-          operation, [&](FaultGuard& guard) { guard.Refuse(operation, nth); },
+          operation, [&](FaultGuard& guard) { refuse(guard, operation, nth); },
           [&](FaultGuard const& guard) { return guard.Asked(operation) >= nth; });
       ASSERT_FALSE(HasFailure());
       if (!fired) break;
@@ -300,25 +306,17 @@ TEST_P(Roads, WhateverIsRefusedFromItsNthTimeOnEndsWithACodeAndCanBeAskedForAgai
   }
   EXPECT_GT(injected, 3);
   EXPECT_GT(failures, 2);
-  Report("refused for good", injected);
+  Report(how, injected);
+}
+
+TEST_P(Roads, WhateverIsRefusedFromItsNthTimeOnEndsWithACodeAndCanBeAskedForAgain) {
+  MeetEachRefusal("refused for good",
+                  [](FaultGuard& guard, EOperacion operation, int nth) { guard.Refuse(operation, nth); });
 }
 
 TEST_P(Roads, OneRefusalIsNotForgottenWhenWhatFollowsGoesWell) {
-  int injected = 0;
-  for (const EOperacion operation : kOperations) {
-    for (int nth = 1;; ++nth) {
-      SCOPED_TRACE("operation " + std::to_string(static_cast<int>(operation)) + " at time " + std::to_string(nth));
-      const bool fired = RunAmiss(
-          operation, [&](FaultGuard& guard) { guard.RefuseOnce(operation, nth); },
-          [&](FaultGuard const& guard) { return guard.Asked(operation) >= nth; });
-      ASSERT_FALSE(HasFailure());
-      if (!fired) break;
-      ++injected;
-    }
-  }
-  EXPECT_GT(injected, 3);
-  EXPECT_GT(failures, 2);
-  Report("refused once", injected);
+  MeetEachRefusal("refused once",
+                  [](FaultGuard& guard, EOperacion operation, int nth) { guard.RefuseOnce(operation, nth); });
 }
 
 TEST_P(Roads, ADiskThatFillsAnywhereIsToldOrHadRoomEnough) {
