@@ -1,53 +1,52 @@
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "fuzz/Fuzz.h"
 #include "model/CFicheroSumado.h"
 #include "model/CModeloDigital.h"
 #include "model/Codigos.h"
-#include "platform/CFile.h"
 #include "platform/CWinApp.h"
 
 using namespace Meseta47;
 
 namespace {
 
-/// The sections of a file, to be written again with the sums that they should have: chance never meets one, and whoever
-/// makes a file to do harm would.
-class Sections {
+/// The file again with the sums that its sections should have: chance never meets one, and whoever makes a file to do
+/// harm would.
+class Mended {
  public:
-  Sections(std::uint8_t const* data, std::size_t size, CFile& file) : data_(data), size_(size), file_(file) {}
-
-  void writeAll() {
+  Mended(std::uint8_t const* data, std::size_t size) : bytes_(data, data + size) {
     constexpr std::size_t kHead = 47, kPlain = 20, kRich = 36, kTriangle = 12;
-    write(kHead);
-    write(12 + number<std::uint64_t>(4) * (number<std::uint32_t>(0) == 1 ? kRich : kPlain));
-    write(8 + number<std::uint64_t>(0) * kTriangle);
-    write(size_);
+    sum(kHead);
+    sum(12 + number<std::uint64_t>(4) * (number<std::uint32_t>(0) == 1 ? kRich : kPlain));
+    sum(8 + number<std::uint64_t>(0) * kTriangle);
+    sum(size);
   }
+  [[nodiscard]] std::vector<std::uint8_t> const& bytes() const { return bytes_; }
 
  private:
-  /// A number in the section, or what is left of it; no greater than the file is long, which leaves it as it is or as
-  /// wrong.
+  /// A number in the section, 0 where the file ends before; no greater than the file is long, which leaves it as it is
+  /// or as wrong.
   template <class T>
   [[nodiscard]] std::size_t number(std::size_t from) const {
     T value = 0;
-    const std::size_t place = std::min(size_, at_ + from);
-    std::memcpy(&value, data_ + place, std::min(sizeof value, size_ - place));
-    return std::min<std::uint64_t>(value, size_);
+    if (at_ + from + sizeof value <= bytes_.size()) std::memcpy(&value, bytes_.data() + at_ + from, sizeof value);
+    return std::min<std::uint64_t>(value, bytes_.size());
   }
-  void write(std::size_t length) {
-    constexpr std::size_t kSum = 8;
-    length = std::min(length, size_ - at_ < kSum ? 0 : size_ - at_ - kSum);
-    CSeccionSalida section(file_);
-    section.Pon(data_ + at_, length);
-    fuzz::require(section.Cierra());
-    at_ = std::min(size_, at_ + length + kSum);
+  /// Sums a section, or what is left of the file before room for a sum.
+  void sum(std::size_t length) {
+    constexpr std::size_t kSum = sizeof(std::uint64_t);
+    if (bytes_.size() - at_ < kSum) return;
+    length = std::min(length, bytes_.size() - at_ - kSum);
+    CSuma sum;
+    sum.Suma(reinterpret_cast<char const*>(bytes_.data()) + at_, length);
+    const std::uint64_t value = sum.Valor();
+    std::memcpy(bytes_.data() + at_ + length, &value, kSum);
+    at_ += length + kSum;
   }
 
-  std::uint8_t const* data_;
-  std::size_t size_;
-  CFile& file_;
+  std::vector<std::uint8_t> bytes_;
   std::size_t at_ = 0;
 };
 
@@ -73,13 +72,8 @@ class OneProcessor : public CWinApp {
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   static const OneProcessor app;
-  const CString path = CString::DesdeUtf8(fuzz::fileOf(data, size));
-  readModel(path);
-  {
-    CFile file;
-    fuzz::require(file.Open(path, CFile::modeCreate | CFile::modeWrite));
-    Sections(data, size, file).writeAll();
-  }
-  readModel(path);
+  readModel(CString::DesdeUtf8(fuzz::fileOf(data, size)));
+  const Mended mended(data, size);
+  readModel(CString::DesdeUtf8(fuzz::fileOf(mended.bytes().data(), size)));
   return 0;
 }
