@@ -1,7 +1,9 @@
 // What every linked cloud has to be, whatever its shape and its order, against oracles of exact integer arithmetic.
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "model/Codigos.h"
+#include "support/Extremes.h"
 #include "support/MeshOracle.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarRun.h"
@@ -27,10 +29,10 @@ void ExpectDelaunay(Linked const& linked, support::MeshReport const& report) {
   EXPECT_EQ(linked.summary.duplicados, linked.mesh.points.size() - distinct);
 }
 
-void Check(Feed const& feed) {
+void Check(std::string const& name, std::vector<support::Point> const& points) {
   const QuietApp app;
-  SCOPED_TRACE(feed.Name());
-  const Linked linked = LinkCloud(feed.Points());
+  SCOPED_TRACE(name);
+  const Linked linked = LinkCloud(points);
   ASSERT_EQ(linked.code, kHecho);
   const support::MeshReport report = support::inspect(linked.mesh);
   ExpectDelaunay(linked, report);
@@ -38,6 +40,8 @@ void Check(Feed const& feed) {
   EXPECT_EQ(linked.summary.rechazados, 0U);
   EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
+
+void Check(Feed const& feed) { Check(feed.Name(), feed.Points()); }
 
 class LinkedClouds : public testing::TestWithParam<Feed> {};
 
@@ -65,6 +69,35 @@ TEST_P(LargeClouds, TileTheFrameWithDelaunayTriangles) {
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, LargeClouds, testing::ValuesIn(support::kAllFamilies),
                          [](testing::TestParamInfo<Family> const& family) { return support::name(family.param); });
+
+class ExtremeClouds : public testing::TestWithParam<support::Extreme> {};
+
+TEST_P(ExtremeClouds, TileTheFrameWithDelaunayTriangles) {
+  for (const std::size_t size : {20U, 2'000U}) {
+    Check(support::name(GetParam()), support::extreme(GetParam(), size));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, ExtremeClouds, testing::ValuesIn(support::kAllExtremes),
+                         [](testing::TestParamInfo<support::Extreme> const& extreme) {
+                           return support::name(extreme.param);
+                         });
+
+// There is no room for a frame around them: it ends where numbers end, and its corners stand where the points do.
+TEST(CloudsAsWideAs32Bits, LoseThePointsThatStandOnTheCornersOfTheFrameAndCountThem) {
+  const QuietApp app;
+  constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
+                         high = std::numeric_limits<std::int32_t>::max();
+  std::vector<support::Point> points{{low, low, 0}, {low, high, 0}, {high, high, 0}, {high, low, 0}};
+  for (const support::Point& p : support::family(Family::HugeSpread, 1'000, 1)) points.push_back(p);
+  const Linked linked = LinkCloud(points);
+  ASSERT_EQ(linked.code, kHecho);
+  const support::MeshReport report = support::inspect(linked.mesh);
+  EXPECT_EQ(support::surfaceFaults(report), "");
+  EXPECT_EQ(report.notDelaunay.count, 0U) << report.notDelaunay.first;
+  EXPECT_EQ(linked.mesh.triangles.size(), 2 * 1'000 + 2);
+  EXPECT_EQ(linked.summary.duplicados, 4U);
+}
 
 TEST(TinyClouds, OfFewerThanThreePointsAreTooFew) {
   const QuietApp app;

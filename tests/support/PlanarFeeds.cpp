@@ -26,6 +26,8 @@ char const* NameOf(Order order) {
   return "";
 }
 
+}  // namespace
+
 void SortAlongHilbert(std::vector<support::Point>& points) {
   const auto place = [](support::Point const& p) {
     const auto shifted = [](std::int32_t v) { return static_cast<std::uint32_t>(v) ^ 0x80000000U; };
@@ -34,8 +36,6 @@ void SortAlongHilbert(std::vector<support::Point>& points) {
   std::stable_sort(points.begin(), points.end(),
                    [&](support::Point const& a, support::Point const& b) { return place(a) < place(b); });
 }
-
-}  // namespace
 
 std::string Feed::Name() const {
   return std::string(support::name(family)) + "_" + NameOf(order) + "_" + std::to_string(size);

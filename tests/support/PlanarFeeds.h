@@ -26,6 +26,9 @@ struct Feed {
 };
 std::ostream& operator<<(std::ostream& out, Feed const& feed);
 
+/// Stable: what falls in one place of the curve keeps its order.
+void SortAlongHilbert(std::vector<support::Point>& points);
+
 /// Each family in each order.
 [[nodiscard]] std::vector<Feed> EveryFeed(std::size_t size);
 

@@ -60,19 +60,25 @@ CDibujo<int> DrawingOf(std::vector<support::Point> const& points) {
   return drawing;
 }
 
-Linked LinkCloud(std::vector<support::Point> const& points) {
+Linked Collected(OpenTriangulation& triangulation, CLinea<int> const& cloud, std::vector<support::Point> points) {
   Linked linked;
-  CDibujo<int> drawing = DrawingOf(points);
-  OpenTriangulation triangulation;
-  linked.code = triangulation.Link(drawing);
   linked.summary = triangulation.Resumen();
-  linked.mesh.points = points;
-  if (linked.code != kHecho) return linked;
+  linked.mesh.points = std::move(points);
   for (CCoor3D<int> const& corner : triangulation.esquinas) linked.mesh.corners.push_back({corner.x, corner.y, 0});
   linked.bytes = triangulation.SpilledBytes();
-  linked.mesh.triangles = ByPlace(RecordsOf(linked.bytes), drawing[0]);
+  linked.mesh.triangles = ByPlace(RecordsOf(linked.bytes), cloud);
   triangulation.BorraFicheroTemporal();
+  linked.code = kHecho;
   return linked;
+}
+
+Linked LinkCloud(std::vector<support::Point> const& points) {
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation triangulation;
+  if (const int code = triangulation.Link(drawing); code != kHecho) {
+    return {code, {}, {points, {}, {}}, triangulation.Resumen()};
+  }
+  return Collected(triangulation, drawing[0], points);
 }
 
 std::uint64_t HashOf(std::string const& bytes) {

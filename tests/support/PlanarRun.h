@@ -143,6 +143,9 @@ struct Linked {
   CResumenPlano summary;
 };
 [[nodiscard]] Linked LinkCloud(std::vector<support::Point> const& points);
+/// The same of a triangulation that has linked a cloud. Its temporary file is deleted.
+[[nodiscard]] Linked Collected(OpenTriangulation& triangulation, CLinea<int> const& cloud,
+                               std::vector<support::Point> points);
 
 /// FNV-1a of 64 bits.
 [[nodiscard]] std::uint64_t HashOf(std::string const& bytes);
