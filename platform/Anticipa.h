@@ -7,3 +7,10 @@ inline void Anticipa([[maybe_unused]] void* sitio) noexcept {
   __builtin_prefetch(sitio, 1);
 #endif
 }
+
+/// The same of a line that will only be read.
+inline void AnticipaLectura([[maybe_unused]] void const* sitio) noexcept {
+#if defined(__GNUC__)
+  __builtin_prefetch(sitio, 0);
+#endif
+}
