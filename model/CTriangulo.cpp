@@ -10,12 +10,19 @@ namespace Meseta47 {
 
 namespace {
 
+std::int64_t Resta(int a, int b) { return static_cast<std::int64_t>(a) - b; }
+
+/// The part of the normal that stands upright: twice the signed area in plan.
+double NormalZ(CTriangulo const& t) {
+  return ProductoVectorial(Resta(t.P2->x, t.P1->x), Resta(t.P2->y, t.P1->y), Resta(t.P3->x, t.P1->x),
+                           Resta(t.P3->y, t.P1->y));
+}
+
 /// Cross product of the sides from P1, on each axis rounded once: a component is 0.0 only when it is exactly 0.
 CCoor3D<double> Normal(CTriangulo const& t) {
-  const auto resta = [](int a, int b) { return static_cast<std::int64_t>(a) - b; };
-  const std::int64_t ax = resta(t.P2->x, t.P1->x), ay = resta(t.P2->y, t.P1->y), az = resta(t.P2->z, t.P1->z);
-  const std::int64_t bx = resta(t.P3->x, t.P1->x), by = resta(t.P3->y, t.P1->y), bz = resta(t.P3->z, t.P1->z);
-  return {ProductoVectorial(ay, az, by, bz), ProductoVectorial(az, ax, bz, bx), ProductoVectorial(ax, ay, bx, by), 0};
+  const std::int64_t ax = Resta(t.P2->x, t.P1->x), ay = Resta(t.P2->y, t.P1->y), az = Resta(t.P2->z, t.P1->z);
+  const std::int64_t bx = Resta(t.P3->x, t.P1->x), by = Resta(t.P3->y, t.P1->y), bz = Resta(t.P3->z, t.P1->z);
+  return {ProductoVectorial(ay, az, by, bz), ProductoVectorial(az, ax, bz, bx), NormalZ(t), 0};
 }
 
 double Subida(CPuntoTIN const& vertice, CPuntoTIN const& b, CPuntoTIN const& c) {
@@ -29,8 +36,9 @@ double Subida(CPuntoTIN const& vertice, CPuntoTIN const& b, CPuntoTIN const& c) 
 
 bool CTriangulo::EsValido() const {
   if (P1 == nullptr || P2 == nullptr || P3 == nullptr) return false;
+  if (NormalZ(*this) != 0) return true;  // as good as always
   const CCoor3D<double> n = Normal(*this);
-  return n.x != 0 || n.y != 0 || n.z != 0;
+  return n.x != 0 || n.y != 0;
 }
 
 void CTriangulo::ColocaPuntos(bool plano) { ColocaEnOrden(P1, P2, P3, plano ? 0 : PlanoDeGiro(*P1, *P2, *P3)); }

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <utility>
 
 #include "model/CRango.h"
 #include "model/CTIN.h"
+#include "platform/Anticipa.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
 
@@ -16,8 +16,15 @@ namespace {
 
 constexpr unsigned kAbrirCompartido = 32834;  // read and write, deny nothing, binary
 constexpr unsigned kRegistro = 12;            // bytes: three point numbers
+constexpr unsigned kTanda = 512;              // records read together: their points fit the nearest caches
 
 }  // namespace
+
+/// Records and their points; a null for a number without one.
+struct CHiloGenerarMDT::CTanda {
+  std::int32_t numeros[kTanda][3];
+  CPuntoTIN* puntos[kTanda][3];
+};
 
 void AnulaLadosRepetidos(std::vector<CLado>& lados) {
   for (std::size_t i = 1; i < lados.size(); ++i) {
@@ -102,30 +109,38 @@ unsigned long CHiloGenerarMDT::Rutina(void* yo) {
 }
 
 void CHiloGenerarMDT::Run() {
-  constexpr std::uint64_t kTanda = 4096;  // records between two additions to the shared counter
   ladoMasLargo = 0;
-  std::uint64_t leidos = 0;
-  std::int32_t numeros[3];
+  CTanda tanda;
   while (fichero->GetPosition() < hasta && !abandona.load(std::memory_order_relaxed)) {
     CompruebaSuspension();
-    if (fichero->Read(numeros, kRegistro) != kRegistro) break;
-    if (++leidos == kTanda) {
-      bytes->fetch_add(leidos * kRegistro, std::memory_order_relaxed);
-      leidos = 0;
-    }
-    try {
-      Procesa(numeros);
-    } catch (std::bad_alloc const&) {
-      faltoMemoria = true;
-      break;
-    }
+    const std::uint64_t quedan = (hasta - fichero->GetPosition() + kRegistro - 1) / kRegistro;
+    const auto pedidos = static_cast<unsigned>(std::min<std::uint64_t>(quedan, kTanda));
+    const unsigned leidos = fichero->Read(tanda.numeros, pedidos * kRegistro) / kRegistro;
+    bytes->fetch_add(std::uint64_t{leidos} * kRegistro, std::memory_order_relaxed);
+    if (!Procesa(tanda, leidos) || leidos < pedidos) break;
   }
-  bytes->fetch_add(leidos * kRegistro, std::memory_order_relaxed);
   falloDeDisco = fichero->HayError();
   std::sort(lados.begin(), lados.end());
   AnulaLadosRepetidos(lados);
   terminados->fetch_add(1);
   evento->SetEvent();
+}
+
+/// Points in a row of the file are neighbours in plan and far apart in memory: all are on their way from there before
+/// the first is needed. False when there is no memory for a triangle.
+bool CHiloGenerarMDT::Procesa(CTanda& tanda, unsigned cuantos) {
+  for (unsigned i = 0; i < cuantos; ++i) {
+    for (unsigned v = 0; v < 3; ++v) {
+      tanda.puntos[i][v] = PuntoDe(tanda.numeros[i][v]);
+      AnticipaLectura(tanda.puntos[i][v]);
+    }
+  }
+  try {
+    for (unsigned i = 0; i < cuantos; ++i) Procesa(tanda.numeros[i], tanda.puntos[i]);
+  } catch (std::bad_alloc const&) {
+    faltoMemoria = true;
+  }
+  return !faltoMemoria;
 }
 
 CPuntoTIN* CHiloGenerarMDT::PuntoDe(std::int32_t numero) const {
@@ -154,13 +169,13 @@ bool CHiloGenerarMDT::RechazaPorDiferencia(CRango const& rango, CTriangulo const
   return true;
 }
 
-void CHiloGenerarMDT::Procesa(std::int32_t const (&numeros)[3]) {
+void CHiloGenerarMDT::Procesa(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]) {
   if (numeros[0] < 0 || numeros[1] < 0 || numeros[2] < 0) {
     ++rechazos.delMarco;
-    ProcesaDelMarco(numeros);
+    ProcesaDelMarco(numeros, puntos);
     return;
   }
-  CTriangulo t(PuntoDe(numeros[0]), PuntoDe(numeros[1]), PuntoDe(numeros[2]), -1, -1, -1);
+  CTriangulo t(puntos[0], puntos[1], puntos[2], -1, -1, -1);
   if (!t.EsValido()) return;
   const double d12 = t.Distancia2_12(false), d23 = t.Distancia2_23(false), d31 = t.Distancia2_31(false);
   const auto guardaCortos = [&] {
@@ -194,19 +209,16 @@ void CHiloGenerarMDT::Procesa(std::int32_t const (&numeros)[3]) {
 }
 
 /// A triangle at the frame gives its one real side to the outline.
-void CHiloGenerarMDT::ProcesaDelMarco(std::int32_t const (&numeros)[3]) {
+void CHiloGenerarMDT::ProcesaDelMarco(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]) {
   const auto [a, b, c] = numeros;
-  std::pair<std::int32_t, std::int32_t> lado;
+  CPuntoTIN const *p = nullptr, *q = nullptr;
   if (a >= 0 && b >= 0) {
-    lado = {a, b};
+    p = puntos[0], q = puntos[1];
   } else if (b < 0 && a >= 0 && c >= 1) {
-    lado = {a, c};
+    p = puntos[0], q = puntos[2];
   } else if (a < 0 && b >= 1 && c >= 1) {
-    lado = {b, c};
-  } else {
-    return;
+    p = puntos[1], q = puntos[2];
   }
-  CPuntoTIN const *p = PuntoDe(lado.first), *q = PuntoDe(lado.second);
   if (p == nullptr || q == nullptr || p->Distancia2(*q, 0) > lado2) return;
   if (alturas != nullptr && alturas->EsValido(p->z, q->z) == 0) return;
   Guarda(p, q);

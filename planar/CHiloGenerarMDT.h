@@ -41,7 +41,8 @@ class URDIMBRE_API CHiloGenerarMDT {
              double elLado2, unsigned long long* laLongitud, unsigned parte, CRango const* rangoAlturas,
              CRango const* rangoIntensidades, CRango const* rangoPendientes, CCriticalSection* laSeccion,
              std::atomic<std::uint64_t>* losBytes, std::atomic<long>* losTerminados);
-  /// Waits for the thread without limit. `Abandona`, before it, has the thread leave at its next record.
+  /// Waits for the thread without limit. `Abandona`, before it, has the thread leave at its next
+  /// handful of records.
   void Stop();
   void Abandona() { abandona = true; }
   void Suspender();
@@ -56,10 +57,13 @@ class URDIMBRE_API CHiloGenerarMDT {
   bool faltoMemoria = false;  ///< some triangle could not be kept
 
  private:
+  struct CTanda;
+
   static unsigned long Rutina(void* yo);
   void Run();
-  void Procesa(std::int32_t const (&numeros)[3]);
-  void ProcesaDelMarco(std::int32_t const (&numeros)[3]);
+  bool Procesa(CTanda& tanda, unsigned cuantos);
+  void Procesa(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]);
+  void ProcesaDelMarco(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]);
   template <class F>
   bool RechazaPorDiferencia(CRango const& rango, CTriangulo const& t, double d12, double d23, double d31, F&& valor);
   void Guarda(CPuntoTIN const* a, CPuntoTIN const* b);
