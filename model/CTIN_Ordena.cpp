@@ -28,6 +28,9 @@ class CReparteGrupos {
   /// the next.
   std::uint32_t Coloca(std::uint32_t grupo) { return Atomico(grupo + 1).fetch_add(1, std::memory_order_relaxed); }
 
+  /// All things that were counted, once they have their places.
+  [[nodiscard]] std::size_t Cuantos() const { return lugar.back(); }
+
   // After the second pass.
   [[nodiscard]] std::uint32_t Desde(std::size_t grupo) const { return lugar[grupo]; }
   [[nodiscard]] std::uint32_t Hasta(std::size_t grupo) const { return lugar[grupo + 1]; }
@@ -99,30 +102,44 @@ bool CTIN::Ordena(CAvance& avance) {
   return true;
 }
 
-/// Gathers the sides that have the same lower point, about six, and finds in that handful those whose other ends agree.
+/// Looks at the sides that have the same lower point, about six, and finds in that handful those whose other ends
+/// agree. Where a triangle begins with that point it stands there itself, with two of its sides; only the third one,
+/// between its other points, has to be filed.
 bool CTIN::Enlaza(CAvance& avance) {
   const std::size_t cuantos = triangulos.size();
   CReparteGrupos grupos(puntos.size());
-  VectorCrudo<std::uint32_t> lados(3 * cuantos);
-  const auto enCadaLado = [&](auto hace) {
+  const auto enCadaLejano = [&](auto hace) {
     const auto enTriangulos = [&](std::size_t desde, std::size_t hasta) {
       for (std::size_t i = desde; i < hasta; ++i) {
-        for (std::size_t s = 0; s < 3; ++s) hace(Menor(triangulos[i], s), static_cast<std::uint32_t>(3 * i + s));
+        for (std::size_t s = 0; s < 3; ++s) {
+          const std::uint32_t menor = Menor(triangulos[i], s);
+          if (menor != triangulos[i][0]) hace(menor, static_cast<std::uint32_t>(3 * i + s));
+        }
       }
     };
     return Reparte(cuantos, kPorBloque, enTriangulos, avance.Pasada(cuantos));
   };
-  if (!enCadaLado([&](std::uint32_t punto, std::uint32_t) { grupos.Cuenta(punto); })) return false;
+  if (!enCadaLejano([&](std::uint32_t punto, std::uint32_t) { grupos.Cuenta(punto); })) return false;
   grupos.Situa();
-  if (!enCadaLado([&](std::uint32_t punto, std::uint32_t lado) { lados[grupos.Coloca(punto)] = lado; })) return false;
+  VectorCrudo<std::uint32_t> lejanos(grupos.Cuantos());
+  if (!enCadaLejano([&](std::uint32_t punto, std::uint32_t lado) { lejanos[grupos.Coloca(punto)] = lado; })) {
+    return false;
+  }
   VectorCrudo<Terna> nuevos(cuantos);
   const auto enlaza = [&](std::size_t desde, std::size_t hasta) {
     std::vector<Cabo> cabos;
+    auto i = static_cast<std::uint32_t>(
+        std::lower_bound(triangulos.begin(), triangulos.end(), Terna{static_cast<std::uint32_t>(desde)}) -
+        triangulos.begin());
     for (std::size_t g = desde; g < hasta; ++g) {
       cabos.clear();
-      for (std::size_t k = grupos.Desde(g); k < grupos.Hasta(g); ++k) {
-        cabos.push_back({Mayor(triangulos[lados[k] / 3], lados[k] % 3), lados[k]});
+      const auto anade = [&](std::uint32_t lado) { cabos.push_back({Mayor(triangulos[lado / 3], lado % 3), lado}); };
+      for (; i < cuantos && triangulos[i][0] == g; ++i) {
+        for (std::uint32_t s = 0; s < 3; ++s) {
+          if (Menor(triangulos[i], s) == g) anade(3 * i + s);
+        }
       }
+      for (std::size_t k = grupos.Desde(g); k < grupos.Hasta(g); ++k) anade(lejanos[k]);
       EnlazaCabos(cabos, nuevos);
     }
   };
