@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "model/CNivelMensajes.h"
 #include "model/CPuntoTIN.h"
+#include "model/VectorCrudo.h"
 #include "platform/Exporta.h"
 
 class CFile;
@@ -53,13 +55,17 @@ class URDIMBRE_API CSetPuntosMdt {
 
   /// Room for so many points. The extents select nothing.
   void reserve(unsigned long long cuantos, int, int) { puntos.reserve(cuantos); }
-  void resize(unsigned long long cuantos) { puntos.resize(cuantos); }
+  void resize(unsigned long long cuantos);
   /// Drops the points and gives their memory back.
-  void clear() { std::vector<CPuntoTIN>().swap(puntos); }
+  void clear() { Bloque().swap(puntos); }
 
-  /// Orders the points by x, then y, then z; those of one position keep the order in which they came. O(n) when they
-  /// stand in order already, else O(n log n) on all processors, with room for a second set. The arguments select
-  /// nothing: the order is the same for any number of threads.
+  /// Replaces the points by as many as `hace(0)`, `hace(1)` ... give; it is called on all processors at once, in no
+  /// order, and must not throw. Room that was reserved stays.
+  void Genera(std::size_t cuantos, std::function<CPuntoTIN(std::size_t)> const& hace);
+
+  /// Orders the points by x, then y, then z; those of one position keep the order in which they came. O(n) on all
+  /// processors, with room for a second set. The arguments select nothing: the order is the same for any number of
+  /// threads.
   void sort(short int, bool);
 
   /// The point block of a file. `valor` grows to the number of points, and is reported of `total` where a progress
@@ -71,7 +77,22 @@ class URDIMBRE_API CSetPuntosMdt {
   int Read(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje, CNivelMensajes nivel);
 
  private:
-  std::vector<CPuntoTIN> puntos;
+  /// Makes no points and unmakes none: whoever resizes fills. A point's destructor does nothing, yet as a virtual one
+  /// it is called for each.
+  struct Asignador : AsignadorCrudo<CPuntoTIN> {
+    template <class U>
+    struct rebind {
+      using other = Asignador;
+    };
+    template <class... Args>
+    void construct(CPuntoTIN* lugar, Args const&... args) {
+      if constexpr (sizeof...(args) > 0) std::construct_at(lugar, args...);
+    }
+    void destroy(CPuntoTIN*) noexcept {}
+  };
+  using Bloque = std::vector<CPuntoTIN, Asignador>;
+
+  Bloque puntos;
   bool rica;
 };
 

@@ -38,8 +38,8 @@ class Aviso {
   CNivelMensajes nivel;
 };
 
-int LeePuntos(CSeccionEntrada& seccion, std::vector<CPuntoTIN>& puntos, bool rica, std::uint64_t cuantos,
-              Aviso& aviso) {
+template <class Bloque>
+int LeePuntos(CSeccionEntrada& seccion, Bloque& puntos, bool rica, std::uint64_t cuantos, Aviso& aviso) {
   for (std::uint64_t i = 0; i < cuantos; ++i) {
     Registro r;
     CPuntoTIN p;

@@ -248,6 +248,10 @@ class URDIMBRE_API CTriangulacion2D {
   int InsertaResto(CTrabajo& trabajo);
   int Abandona(int codigo);
   int ConcluyeFichero();
+  /// Calls `registra` with the entity and the index of each point of the drawing that is in the mesh, and reports each.
+  int RecorreMalla(CDibujo<int> const& dibujo, unsigned long long& contador, unsigned long long total,
+                   std::vector<CPosicionEntidad> const* seleccion,
+                   std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
   void PonClases(CDibujo<int>& dibujo, CTrabajo const& trabajo);
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);

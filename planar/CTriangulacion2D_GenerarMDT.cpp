@@ -2,11 +2,14 @@
 // processor, the outline built from the sides of what was left out.
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <utility>
 
 #include "model/CRango.h"
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
+#include "model/OrdenDePuntos.h"
 #include "planar/CHiloGenerarMDT.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CEvent.h"
@@ -74,6 +77,55 @@ class CLectores {
   std::vector<CHiloGenerarMDT> hilos;
 };
 
+/// The points of a mesh where they stand in the drawings, which do not change meanwhile. They are ordered there: a
+/// model is as big as its drawing, and there is not room for it twice.
+class CPuntosDeMalla {
+ public:
+  CPuntosDeMalla(CMaximas<int> const& laCaja, std::size_t cuantos) : caja(laCaja) { claves.reserve(cuantos); }
+
+  void Anade(CLinea<int> const& e, unsigned k) {
+    claves.emplace_back(*e.PunteroAPunto(static_cast<int>(k)), caja);
+    if (std::exchange(ultima, &e) == &e) return;
+    CSetPuntos<int> const* set = CSetPuntos<int>::De(e);
+    if (set != nullptr && set->TieneInfos()) conInfos.push_back(set);
+  }
+
+  /// Copies them in order, with the places in it as their numbers; the map gets those of their old numbers less 1.
+  /// Nothing is left here.
+  void Copia(CSetPuntosMdt& puntos, std::vector<int>& mapa) {
+    OrdenaPorPosicion(claves, caja);
+    std::sort(conInfos.begin(), conInfos.end(),
+              [](auto a, auto b) { return std::less()(a->PunteroAPunto(0), b->PunteroAPunto(0)); });
+    puntos.Genera(claves.size(), [&](std::size_t i) {
+      AnticipaPunto(claves, i);
+      CPuntoTIN punto(*claves[i].punto);
+      punto.aero = InfoDe(claves[i].punto);
+      const int orden = static_cast<int>(i) + 1;
+      mapa[static_cast<std::size_t>(punto.num) - 1] = orden;
+      punto.num = orden;
+      return punto;
+    });
+    VectorCrudo<CClavePunto>().swap(claves);
+  }
+
+ private:
+  /// Survey data, of the set in whose memory the point stands.
+  [[nodiscard]] tipoAero3 InfoDe(CCoor3D<int> const* punto) const {
+    if (conInfos.empty()) return {};
+    const auto siguiente = std::upper_bound(conInfos.begin(), conInfos.end(), punto,
+                                            [](auto p, auto set) { return std::less()(p, set->PunteroAPunto(0)); });
+    if (siguiente == conInfos.begin()) return {};
+    CSetPuntos<int> const& set = **(siguiente - 1);
+    const auto k = punto - set.PunteroAPunto(0);
+    return k < set.NPuntos() ? set.Info(static_cast<unsigned>(k)) : tipoAero3{};
+  }
+
+  CMaximas<int> const& caja;
+  VectorCrudo<CClavePunto> claves;
+  CLinea<int> const* ultima = nullptr;
+  std::vector<CSetPuntos<int> const*> conInfos;
+};
+
 /// The sides that bound what was kept: those that occur once among all threads.
 std::vector<CLado> LadosDelLimite(std::vector<CHiloGenerarMDT> const& hilos) {
   std::vector<CLado> lados;
@@ -101,37 +153,27 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
                                  double ladoMaximo, bool vaciar, CString*, CDibujo<int> const*,
                                  CDibujo<int> const* anadido, CRango const* alturas, CRango const* intensidades) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
-  CSetPuntosMdt puntos(0, tin.estado >= kEstadoRico);
-  const unsigned long long enMalla = cantidadPuntos - duplicados;
-  puntos.reserve(tin.puntos.size() + enMalla, maximas.Minimo.x, maximas.Maximo.x);
   divisiones.clear();
 
+  CPuntosDeMalla malla(maximas, cantidadPuntos - duplicados);
   unsigned long long contador = 0;
-  const auto registra = [&](CDibujo<int> const& d) {
-    return RegistraPuntos(puntos, d, contador, cantidadPuntos, nullptr, nullptr, nullptr);
+  const auto reune = [&](CDibujo<int> const& d) {
+    return RecorreMalla(d, contador, cantidadPuntos, nullptr,
+                        [&malla](CLinea<int> const& e, unsigned k) { malla.Anade(e, k); });
   };
-  if (const int codigo = registra(dibujo); codigo != kHecho) return codigo;
-  if (otros != nullptr) {
-    for (CDibujo<int>*& otro : *otros) {
-      if (otro == nullptr) continue;
-      if (const int codigo = registra(*otro); codigo != kHecho) return codigo;
-      if (!vaciar) continue;
-      delete otro;
-      otro = nullptr;
-    }
+  int codigo = reune(dibujo);
+  std::size_t reunidos = 0;
+  while (codigo == kHecho && otros != nullptr && reunidos < otros->size()) {
+    if (CDibujo<int> const* otro = (*otros)[reunidos]) codigo = reune(*otro);
+    if (codigo == kHecho) ++reunidos;
   }
-  if (anadido != nullptr) {
-    if (const int codigo = registra(*anadido); codigo != kHecho) return codigo;
-  }
+  if (codigo == kHecho && anadido != nullptr) codigo = reune(*anadido);
 
-  puntos.sort(0, true);
-  std::vector<int> mapa(
-      cantidadPuntos);  // numbers have gaps where a point was left out, so it is as long as the last one
-  for (unsigned i = 0; i < puntos.size(); ++i) {
-    const int orden = static_cast<int>(i) + 1;
-    mapa[static_cast<std::size_t>(puntos[i].num) - 1] = orden;
-    puntos[i].num = orden;
-  }
+  CSetPuntosMdt puntos(0, tin.estado >= kEstadoRico);
+  std::vector<int> mapa(cantidadPuntos);  // numbers have gaps where a point was left out: as long as the last one
+  if (codigo == kHecho) malla.Copia(puntos, mapa);
+  for (std::size_t i = 0; vaciar && i < reunidos; ++i) delete std::exchange((*otros)[i], nullptr);
+  if (codigo != kHecho) return codigo;
   tin.SetPuntosMdt(puntos);
 
   const double lado = ladoMaximo * Precision();

@@ -11,13 +11,11 @@ namespace Meseta47 {
 namespace {
 
 struct CVisitaRegistro {
-  CSetPuntosMdt& puntos;
   IPorcentaje* porcentaje;
   int nivel;
   unsigned long long& contador;
   unsigned long long total;
-  std::vector<CRGBTipo>* colores;
-  std::vector<CIntensidadTipo>* intensidades;
+  std::function<void(CLinea<int> const&, unsigned)> const& registra;
   int codigo = kHecho;
 
   bool Entidad(CLinea<int> const&) { return true; }
@@ -28,9 +26,28 @@ struct CVisitaRegistro {
       codigo = kCancelado;
       return CPaso::Termina;
     }
-    CPuntoTIN punto(*e.PunteroAPunto(static_cast<int>(k)));
     // Not in the mesh. The selection stays on it, and so ends there: a selection names points that are in.
-    if (punto.num == 0) return CPaso::SinAvanzar;
+    if (e.PunteroAPunto(static_cast<int>(k))->num == 0) return CPaso::SinAvanzar;
+    registra(e, k);
+    return CPaso::Sigue;
+  }
+};
+
+}  // namespace
+
+int CTriangulacion2D::RecorreMalla(CDibujo<int> const& dibujo, unsigned long long& contador, unsigned long long total,
+                                   std::vector<CPosicionEntidad> const* seleccion,
+                                   std::function<void(CLinea<int> const&, unsigned)> const& registra) const {
+  CVisitaRegistro visita{Progreso(), mensajes, contador, total, registra};
+  RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion, visita);
+  return visita.codigo;
+}
+
+int CTriangulacion2D::RegistraPuntos(CSetPuntosMdt& puntos, CDibujo<int> const& dibujo, unsigned long long& contador,
+                                     unsigned long long total, std::vector<CPosicionEntidad> const* seleccion,
+                                     std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades) {
+  return RecorreMalla(dibujo, contador, total, seleccion, [&](CLinea<int> const& e, unsigned k) {
+    CPuntoTIN punto(*e.PunteroAPunto(static_cast<int>(k)));
     CSetPuntos<int> const* nube = CSetPuntos<int>::De(e);
     if (nube != nullptr) punto.aero = nube->Info(k);
     puntos.push_back(punto, true);
@@ -41,18 +58,7 @@ struct CVisitaRegistro {
       (*intensidades)[indice] =
           CIntensidadTipo(nube != nullptr ? punto.intensidad : static_cast<unsigned short>(0), -1);
     }
-    return CPaso::Sigue;
-  }
-};
-
-}  // namespace
-
-int CTriangulacion2D::RegistraPuntos(CSetPuntosMdt& puntos, CDibujo<int> const& dibujo, unsigned long long& contador,
-                                     unsigned long long total, std::vector<CPosicionEntidad> const* seleccion,
-                                     std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades) {
-  CVisitaRegistro visita{puntos, Progreso(), mensajes, contador, total, colores, intensidades};
-  RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion, visita);
-  return visita.codigo;
+  });
 }
 
 }  // namespace Meseta47

@@ -219,21 +219,21 @@ int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, do
 }
 
 /// What a run takes. It sorts the entities of its first drawing, and lines that came behind the cloud would keep every
-/// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one. An update
-/// sorts nothing, and wants all of its base in one.
+/// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one, which the run
+/// deletes as soon as the model has its points. An update sorts nothing, and wants all of its base in one.
 struct RunInput {
   CDibujo<int> first;
   std::vector<CDibujo<int>*> others;
 
   RunInput(LoadedCloud& cloud, bool inOne, bool hilbert, HostApp& app) {
-    if (inOne || cloud.lines.Cantidad() == 0) {
+    if (inOne) {
       first = drawingOf(cloud, hilbert, app);
       return;
     }
     first = std::move(cloud.lines);
     first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
     cloud.lines.Clear();
-    // The run deletes it. First points of cells are not looked for in the last place: so nothing stands there.
+    // First points of cells are not looked for in the last place: so nothing stands there.
     others = {new CDibujo<int>(drawingOf(cloud, hilbert, app)), nullptr};
   }
   ~RunInput() {

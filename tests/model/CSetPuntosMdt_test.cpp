@@ -149,8 +149,8 @@ const Cloud kClouds[] = {
     {"outlier", 50000, [](auto& r, int i) { return i == 99 ? point(2147483647, 0) : point(upTo(r, 500), any(r)); }},
     {"descending", 30000, [](auto&, int i) { return point(-i, 0); }},
     {"ascending", 30000, [](auto&, int i) { return point(i, 0); }},
-    {"just few", 8191, [](auto& r, int) { return point(any(r), 0); }},
-    {"just many", 8192, [](auto& r, int) { return point(any(r), 0); }},
+    {"just few", 4095, [](auto& r, int) { return point(any(r), 0); }},
+    {"just many", 4096, [](auto& r, int) { return point(any(r), 0); }},
 };
 
 }  // namespace
