@@ -22,8 +22,8 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kLinea = 64;           // bytes of a cache line
-constexpr std::size_t kAnticipo = 6;         // slots looked ahead: those of a new point's triangles
+constexpr std::size_t kLinea = 64;                     // bytes of a cache line
+[[maybe_unused]] constexpr std::size_t kAnticipo = 6;  // slots looked ahead: those of a new point's triangles
 constexpr std::size_t kBloque = 256 * 1024;  // bytes of a block, and its alignment: a slot finds its block by masking
 
 }  // namespace
