@@ -113,6 +113,24 @@ TEST(LasWriter, AClassThatTheFormatCannotHoldIsRefused) {
   EXPECT_THAT(errorOf([&] { writer.add(point); }), HasSubstr("class 40 does not fit point format 1"));
 }
 
+TEST(LasWriter, RecordsBehindThePointsAskForVersion14) {
+  const Folder folder;
+  LasWriterOptions options;
+  options.versionMinor = 3;
+  options.pointFormat = 1;
+  options.evlrs.push_back({"urdimbre", 1, "late", {1, 2, 3}});
+  EXPECT_THAT(errorOf([&] { LasWriter writer(folder.file("a.las"), options); }), HasSubstr("choose version 1.4"));
+}
+
+TEST(LasWriter, ARecordBeforeThePointsHoldsAtMostWhatItsLengthCanTell) {
+  const Folder folder;
+  LasWriterOptions options;
+  options.vlrs.push_back({"urdimbre", 1, "long", std::vector<std::uint8_t>(65535)});
+  EXPECT_EQ(errorOf([&] { LasWriter writer(folder.file("a.las"), options); }), "");
+  options.vlrs[0].data.push_back(0);
+  EXPECT_THAT(errorOf([&] { LasWriter writer(folder.file("a.las"), options); }), HasSubstr("more than 65,535 bytes"));
+}
+
 TEST(LasWriter, TheSamePointsGiveTheSameBytes) {
   const Folder folder;
   for (char const* name : {"a.las", "b.las"}) {

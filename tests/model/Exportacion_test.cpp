@@ -284,6 +284,15 @@ TEST(Exportacion, LandXmlNamesUnitsSystemAndSurface) {
   EXPECT_STREQ(root.child("Surfaces").child("Surface").attribute("name").value(), "raw \xEF\xBF\xBD byte");
 }
 
+TEST(Exportacion, LandXmlKeepsTheBlanksOfAName) {
+  CDataExportarMDT data(FORMATO_LANDXML);
+  data.nombre = L"a\tb\nc\rd";
+  const std::string text = exported(lonely({}), data);
+  pugi::xml_document document;
+  ASSERT_TRUE(document.load_buffer(text.data(), text.size()));
+  EXPECT_STREQ(document.child("LandXML").child("Surfaces").child("Surface").attribute("name").value(), "a\tb\nc\rd");
+}
+
 TEST(Exportacion, LandXmlWithoutASystemNamesNone) {
   CDataExportarMDT data(FORMATO_LANDXML);
   EXPECT_EQ(exported(lonely({}), data).find("CoordinateSystem"), std::string::npos);

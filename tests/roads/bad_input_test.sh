@@ -56,6 +56,8 @@ refuses 2 "300" "$urdimbre" tin small.txt -o o.ply --class 2,300
 refuses 2 "extension" "$urdimbre" tin small.txt -o o.shp
 refuses 2 "nosuch" "$urdimbre" tin small.txt -o o.ply --nosuch
 refuses 2 "" "$urdimbre"
+refuses 1 "the filters reject all" "$urdimbre" tin good.las -o o.ply --max-side 0.01
+refuses 1 "one line" "$urdimbre" render straight.txt -o o.png
 refuses 1 "fewer than 3" "$urdimbre" tin good.las -o o.ply --z 9000:9001
 
 # an existing file survives every failure

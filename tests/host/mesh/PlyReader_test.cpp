@@ -95,6 +95,23 @@ TEST(PlyReader, FacesMayStandBeforeTheVertices) {
   EXPECT_EQ(s.vertices.size(), 3U);
 }
 
+TEST(PlyReader, EveryWidthOfIntegerIsReadAsItStands) {
+  std::string bytes =
+      "ply\nformat binary_little_endian 1.0\nelement vertex 3\nproperty int8 x\nproperty uint16 y\nproperty uint z\n"
+      "element face 1\nproperty list ushort uint8 vertex_index\nend_header\n";
+  for (auto const& [x, y, z] : {std::array<std::int64_t, 3>{-128, 0, 0}, {127, 0, 4294967295}, {0, 65535, 7}}) {
+    append(bytes, static_cast<std::int8_t>(x));
+    append(bytes, static_cast<std::uint16_t>(y));
+    append(bytes, static_cast<std::uint32_t>(z));
+  }
+  append<std::uint16_t>(bytes, 3);
+  bytes += {0, 1, 2};
+  const Surface s = readText(bytes);
+  EXPECT_THAT(s.vertices, ElementsAre(Surface::Vertex{-128, 0, 0}, Surface::Vertex{127, 0, 4294967295.0},
+                                      Surface::Vertex{0, 65535, 7}));
+  EXPECT_THAT(s.triangles, ElementsAre(Surface::Triangle{0, 1, 2}));
+}
+
 TEST(PlyReader, ReadsWhatTheLibraryExports) {
   const Folder folder;
   auto tin = std::make_unique<CTIN>(0, 0, CDataSemilla(2, 450000, 4480000, 0));
