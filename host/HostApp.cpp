@@ -84,8 +84,8 @@ void requireRun(int code, std::string const& what, std::uint64_t bytes) {
         what, tempFolder()));
   }
   throw Failure(
-      fmt::format("temporary folder {}: the disk refused what the run needs there, {:.1f} MB: make room, lift the "
-                  "limit on file sizes, or name another with --temp-dir",
+      fmt::format("temporary folder {}: the disk refused what the run needs there, {:.1f} MB, or memory gave out: make "
+                  "room, lift the limit on file sizes, or name another with --temp-dir",
                   tempFolder(), static_cast<double>(bytes) / 1e6));
 }
 

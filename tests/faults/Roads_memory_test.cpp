@@ -17,7 +17,7 @@ using test::QuietApp;
 constexpr int kThrown = 0;
 
 /// The next request to refuse: each of the first, and fewer the more there have been.
-long After(long nth) { return nth + 1 + nth / 20; }
+long After(long nth) { return nth + 1 + nth / 8; }
 
 class RoadsWithoutMemory : public testing::TestWithParam<Kind> {
  protected:
