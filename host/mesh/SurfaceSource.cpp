@@ -94,7 +94,8 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
   requireRun(code, options.what(), spill);
   if (tin.Cantidad() == 0) {
-    throw Failure(fmt::format("{}: all points lie on one line in plan; there is no surface over it", options.what()));
+    throw Failure(fmt::format("{}: all points lie on one line in plan, or nearly so; there is no surface over them",
+                              options.what()));
   }
   return {surfaceOf(tin), cloud.system};
 }

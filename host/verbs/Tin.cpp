@@ -91,7 +91,8 @@ void requireTriangles(TinSummary const& summary, std::string const& what) {
   const std::uint64_t rejected =
       summary.run.porPendiente + summary.run.porAltura + summary.run.porIntensidad + summary.run.porLongitud;
   if (rejected == 0)
-    throw Failure(fmt::format("{}: all points lie on one line in plan; there is no surface over it", what));
+    throw Failure(
+        fmt::format("{}: all points lie on one line in plan, or nearly so; there is no surface over them", what));
   throw Failure(
       fmt::format("{}: the filters reject all {} triangles (slope {}, height difference {}, intensity difference "
                   "{}, longest side {}): widen them",
