@@ -53,16 +53,41 @@ std::uint32_t Menor(Terna const& t, std::size_t lado) { return std::min(t[lado],
 std::uint32_t Mayor(Terna const& t, std::size_t lado) { return std::max(t[lado], t[(lado + 1) % 3]); }
 
 /// Makes neighbours of the triangles that share a side. Sides of one triangle, and of three or more, have none.
-void EnlazaCabos(std::vector<Cabo>& cabos, VectorCrudo<Terna>& vecinos) {
-  std::sort(cabos.begin(), cabos.end());
-  for (std::size_t i = 0, j; i < cabos.size(); i = j) {
-    for (j = i + 1; j < cabos.size() && cabos[j].otro == cabos[i].otro;) ++j;
-    const bool pareja = j - i == 2;
-    for (std::size_t k = i; k < j; ++k) {
-      vecinos[cabos[k].lado / 3][cabos[k].lado % 3] = pareja ? cabos[i + j - 1 - k].lado / 3 : kSinTriangulo;
+class CEmpareja {
+ public:
+  explicit CEmpareja(VectorCrudo<Terna>& losVecinos) : vecinos(losVecinos) {}
+
+  void operator()(std::vector<Cabo>& cabos) { cabos.size() <= kPocos ? Compara(cabos) : Ordena(cabos); }
+
+ private:
+  static constexpr std::size_t kPocos = 12;
+
+  /// Each with all: so few that no jump need depend on what they are, and a sort guesses wrong at every other step.
+  void Compara(std::vector<Cabo> const& cabos) {
+    for (Cabo const& cabo : cabos) {
+      std::uint32_t iguales = 0, suma = 0;
+      for (Cabo const& otro : cabos) {
+        const std::uint32_t mascara = otro.otro == cabo.otro ? 0xFFFFFFFF : 0;
+        iguales -= mascara;
+        suma += otro.lado & mascara;
+      }
+      Pon(cabo, iguales == 2 ? (suma - cabo.lado) / 3 : kSinTriangulo);
     }
   }
-}
+
+  void Ordena(std::vector<Cabo>& cabos) {
+    std::sort(cabos.begin(), cabos.end());
+    for (std::size_t i = 0, j; i < cabos.size(); i = j) {
+      for (j = i + 1; j < cabos.size() && cabos[j].otro == cabos[i].otro;) ++j;
+      const bool pareja = j - i == 2;
+      for (std::size_t k = i; k < j; ++k) Pon(cabos[k], pareja ? cabos[i + j - 1 - k].lado / 3 : kSinTriangulo);
+    }
+  }
+
+  void Pon(Cabo const& cabo, std::uint32_t vecino) { vecinos[cabo.lado / 3][cabo.lado % 3] = vecino; }
+
+  VectorCrudo<Terna>& vecinos;
+};
 
 }  // namespace
 
@@ -127,6 +152,7 @@ bool CTIN::Enlaza(CAvance& avance) {
   }
   VectorCrudo<Terna> nuevos(cuantos);
   const auto enlaza = [&](std::size_t desde, std::size_t hasta) {
+    CEmpareja empareja(nuevos);
     std::vector<Cabo> cabos;
     auto i = static_cast<std::uint32_t>(
         std::lower_bound(triangulos.begin(), triangulos.end(), Terna{static_cast<std::uint32_t>(desde)}) -
@@ -140,7 +166,7 @@ bool CTIN::Enlaza(CAvance& avance) {
         }
       }
       for (std::size_t k = grupos.Desde(g); k < grupos.Hasta(g); ++k) anade(lejanos[k]);
-      EnlazaCabos(cabos, nuevos);
+      empareja(cabos);
     }
   };
   if (!Reparte(grupos.Grupos(), kPorBloque, enlaza, avance.Pasada(grupos.Grupos()))) return false;
