@@ -1,17 +1,18 @@
 #include "model/Exportacion.h"
 
+#include <atomic>
 #include <charconv>
 #include <cmath>
 
 #include "model/Reparto.h"
 #include "platform/CFile.h"
+#include "platform/Procesadores.h"
 
 namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kPorBloque = 1 << 15;  // things put into one piece of memory, by one thread
-constexpr std::size_t kBloques = 16;         // pieces between two visits to the file
+constexpr std::size_t kPorBloque = 1 << 14;  // things put into one piece of memory, by one thread
 constexpr std::size_t kDigitos = 20;         // of the greatest 64-bit number
 
 std::int64_t Potencia10(int exponente) {
@@ -59,9 +60,14 @@ CSuperficieExportada::CSuperficieExportada(CTIN const& elTin)
       z(elTin.semilla.precision, elTin.semilla.origen[2]),
       tin(elTin),
       numero(elTin.puntos.size(), 0) {
-  for (std::uint32_t i = 0; i < tin.Cantidad(); ++i) {
-    for (const std::uint32_t p : tin.Vertices(i)) numero[p] = 1;
-  }
+  Reparte(tin.Cantidad(), kPorBloque, [this](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta; ++i) {
+      for (const std::uint32_t p : tin.Vertices(static_cast<std::uint32_t>(i))) {
+        std::atomic_ref<std::uint32_t>(numero[p]).store(1, std::memory_order_relaxed);
+      }
+    }
+  });
+  usados.reserve(numero.size());
   for (std::uint32_t p = 0; p < numero.size(); ++p) {
     if (numero[p] == 0) continue;
     numero[p] = static_cast<std::uint32_t>(usados.size());
@@ -69,29 +75,49 @@ CSuperficieExportada::CSuperficieExportada(CTIN const& elTin)
   }
 }
 
+namespace {
+
+/// Takes blocks to a file in their order, whichever thread brings them: each waits until those before its own are
+/// written, while others form theirs.
+class CEscrituraPorTurno {
+ public:
+  explicit CEscrituraPorTurno(CFile& elFichero) : fichero(elFichero) {}
+
+  void Escribe(std::size_t bloque, char const* bytes, std::size_t cuantos) {
+    for (std::size_t ahora = turno; ahora != bloque; ahora = turno) turno.wait(ahora);
+    if (va && !fichero.Write(bytes, cuantos)) va = false;
+    turno = bloque + 1;
+    turno.notify_all();
+  }
+  [[nodiscard]] bool Va() const { return va; }
+
+ private:
+  CFile& fichero;
+  std::atomic<std::size_t> turno{0};
+  std::atomic<bool> va{true};
+};
+
+}  // namespace
+
 int EscribeCosas(CFile& fichero, std::size_t cuantas, std::size_t ancho,
                  std::function<char*(std::size_t, char*)> const& forma, CAvance& avance) {
-  struct Bloque {
-    VectorCrudo<char> bytes;
-    std::size_t lleno = 0;
+  // A thread has one block at a time, and begins another when all before that one are written: blocks in the making are
+  // never further apart than there are threads, and as many pieces of memory go round.
+  std::vector<VectorCrudo<char>> piezas(std::min<std::size_t>(NumeroProcesadores(), cuantas / kPorBloque + 1));
+  for (auto& pieza : piezas) pieza.resize(std::min(kPorBloque, cuantas) * ancho);
+  CEscrituraPorTurno escritura(fichero);
+  const auto escribe = [&](std::size_t desde, std::size_t hasta) {
+    const std::size_t bloque = desde / kPorBloque;
+    char* const bytes = piezas[bloque % piezas.size()].data();
+    char* fin = bytes;
+    for (std::size_t i = desde; i < hasta; ++i) fin = forma(i, fin);
+    escritura.Escribe(bloque, bytes, static_cast<std::size_t>(fin - bytes));
   };
-  std::vector<Bloque> bloques(std::min(kBloques, (cuantas + kPorBloque - 1) / kPorBloque));
-  for (Bloque& bloque : bloques) bloque.bytes.resize(std::min(kPorBloque, cuantas) * ancho);
   avance.Pasada(cuantas);
-  for (std::size_t hechas = 0; hechas < cuantas; hechas += kBloques * kPorBloque) {
-    const std::size_t tanda = std::min(kBloques * kPorBloque, cuantas - hechas);
-    Reparte(tanda, kPorBloque, [&](std::size_t desde, std::size_t hasta) {
-      Bloque& bloque = bloques[desde / kPorBloque];
-      char* fin = bloque.bytes.data();
-      for (std::size_t i = desde; i < hasta; ++i) fin = forma(hechas + i, fin);
-      bloque.lleno = static_cast<std::size_t>(fin - bloque.bytes.data());
-    });
-    for (std::size_t i = 0; i * kPorBloque < tanda; ++i) {
-      if (!fichero.Write(bloques[i].bytes.data(), bloques[i].lleno)) return kFicheroInaccesible;
-    }
-    if (!avance(hechas + tanda)) return kCancelado;
-  }
-  return kHecho;
+  const bool todo =
+      Reparte(cuantas, kPorBloque, escribe, [&](std::size_t empezadas) { return escritura.Va() && avance(empezadas); });
+  if (!escritura.Va()) return kFicheroInaccesible;
+  return todo ? kHecho : kCancelado;
 }
 
 bool EscribeTexto(CFile& fichero, std::string const& texto) { return fichero.Write(texto.data(), texto.size()); }
