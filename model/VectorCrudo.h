@@ -4,8 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Memoria.h"
-
 namespace Meseta47 {
 
 /// Leaves new plain elements without a value: big buffers are filled at once, by several threads, and writing zeros
@@ -18,12 +16,6 @@ class AsignadorCrudo : public std::allocator<T> {
   struct rebind {
     using other = AsignadorCrudo<U>;
   };
-
-  [[nodiscard]] T* allocate(std::size_t cuantos) {
-    T* const sitio = std::allocator<T>::allocate(cuantos);
-    PrefierePaginasGrandes(sitio, cuantos * sizeof(T));
-    return sitio;
-  }
 
   template <class U>
   void construct(U* lugar) noexcept {
