@@ -120,10 +120,9 @@ void CDibujo<T>::Clear() {
 template <class T>
 bool CDibujo<T>::Anade(CEntidad e) {
   e->CalculaMaximas();
-  const int suyos = e->NPuntos();
-  entidades.push_back(std::move(e));
-  nPuntos += static_cast<std::uint32_t>(suyos);
+  nPuntos += static_cast<std::uint32_t>(e->NPuntos());
   ++nEntidades;
+  entidades.push_back(std::move(e));
   return true;
 }
 

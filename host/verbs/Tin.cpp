@@ -286,7 +286,8 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
                        ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
                                            heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
                        : runUpdate(triangulation, input.first, *tin, options.maxSide, extra, options.tolerance, again);
-  requireRun(code, what, spillBytes(points));
+  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spillBytes(points));
+  requireDone(code, what);
   input.first.Clear();
   extra.Clear();
 
@@ -310,7 +311,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   summary.seconds.total = whole.seconds();
 
   app.clearProgress();
-  app.showMessages();
+  for (std::string const& message : app.messages()) fmt::print(stderr, "urdimbre: {}\n", message);
   if (common.json) {
     fmt::print("{}\n", toJson(summary).dump(2));
   } else if (!common.quiet) {

@@ -1,0 +1,73 @@
+#include "host/SpatialOrder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <limits>
+#include <numeric>
+#include <random>
+
+#include "model/CMaximas.h"
+#include "model/Hilbert.h"
+
+namespace Meseta47::host {
+namespace {
+
+/// The column of a value as a run finds its cell: by halving the interval, the mean going up.
+std::uint32_t halved(int value, int low, int high) {
+  std::int64_t lo = low, hi = high;
+  std::uint32_t column = 0;
+  for (int level = 0; level < 16; ++level) {
+    const std::int64_t middle = (lo + hi) >> 1;
+    column = column << 1 | (value >= middle ? 1U : 0U);
+    (value >= middle ? lo : hi) = middle;
+  }
+  return column;
+}
+
+std::vector<std::uint32_t> plainOrder(std::vector<CCoor3D<int>> const& points) {
+  CMaximas<int> box;
+  for (auto const& p : points) box.Nuevo(p);
+  const auto key = [&](std::uint32_t i) {
+    return Hilbert(halved(points[i].x, box.Minimo.x, box.Maximo.x) << 16,
+                   halved(points[i].y, box.Minimo.y, box.Maximo.y) << 16);
+  };
+  std::vector<std::uint32_t> order(points.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) { return key(a) < key(b); });
+  return order;
+}
+
+struct Box {
+  int minX, maxX, minY, maxY;
+};
+
+class Boxes : public testing::TestWithParam<Box> {};
+
+TEST_P(Boxes, PointsFollowTheCurveOverTheHalvedCells) {
+  const Box b = GetParam();
+  std::mt19937 random(4);
+  std::uniform_int_distribution<int> x(b.minX, b.maxX), y(b.minY, b.maxY);
+  std::vector<CCoor3D<int>> points{{b.minX, b.minY, 0, 0}, {b.maxX, b.maxY, 0, 0}};
+  for (int i = 0; i < 40000; ++i) points.emplace_back(x(random), y(random), 0, 0);
+  EXPECT_EQ(hilbertOrder(points), plainOrder(points));
+}
+
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+
+// Cells of less than a unit, of hardly more, of many; both sides of where the search gives way to a division.
+INSTANTIATE_TEST_SUITE_P(OfAnyWidth, Boxes,
+                         testing::Values(Box{0, 0, 0, 0}, Box{5, 6, -7, -5}, Box{-3, 100, 0, 1000},
+                                         Box{-1, 65533, 7, 65543}, Box{-40000, 25537, 1, 65537},
+                                         Box{-50001, 50002, -99999, 3}, Box{0, 1 << 20, 0, (1 << 22) - 1},
+                                         Box{kMin, kMax, kMin, kMax}, Box{kMin, kMin + 70000, kMax - 70001, kMax}));
+
+TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder({}).empty()); }
+
+TEST(SpatialOrder, IsAppliedToWhatIsKeptBesideThePoints) {
+  std::vector<std::uint32_t> places{10, 11, 12, 13};
+  applyOrder(places, {2, 0, 3, 1});
+  EXPECT_EQ(places, (std::vector<std::uint32_t>{12, 10, 13, 11}));
+}
+
+}  // namespace
+}  // namespace Meseta47::host
