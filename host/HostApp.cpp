@@ -1,5 +1,6 @@
 #include "host/HostApp.h"
 
+#include <cstdio>
 #include <fmt/format.h>
 
 #include "host/Failure.h"
@@ -36,6 +37,11 @@ void HostApp::Fase(int, unsigned mensaje) { bar_.phase(TextoMensaje(mensaje).Utf
 
 void HostApp::Mensaje(int, CString* texto, int) { messages_.push_back(texto->Utf8()); }
 
+void HostApp::showMessages() {
+  for (std::string const& message : messages_)
+    static_cast<void>(std::fprintf(stderr, "urdimbre: %s\n", message.c_str()));
+}
+
 void HostApp::step(unsigned long long value, unsigned long long total) {
   if (Interrumpido()) throw Cancelled();
   bar_.step(value, total);
@@ -58,14 +64,6 @@ void requireTempSpace(std::uint64_t bytes) {
   }
 }
 
-void failOnTempSpace(std::uint64_t bytes) {
-  requireTempSpace(bytes);
-  throw Failure(
-      fmt::format("temporary folder {}: the disk refused what the run needs there, {:.1f} MB: make room, lift the "
-                  "limit on file sizes, or name another with --temp-dir",
-                  tempFolder(), static_cast<double>(bytes) / 1e6));
-}
-
 void requireDone(int code, std::string const& what) {
   if (code == kHecho) return;
   if (code == kCancelado) throw Cancelled();
@@ -74,6 +72,21 @@ void requireDone(int code, std::string const& what) {
   }
   throw Failure(
       fmt::format("{}: {} (code {})", what, AfxGetApp()->TextoMensaje(static_cast<unsigned>(code)).Utf8(), code));
+}
+
+void requireRun(int code, std::string const& what, std::uint64_t bytes) {
+  if (code != kFicheroInaccesible && code != kFicheroInconsistente) return requireDone(code, what);
+  requireTempSpace(bytes);
+  if (code == kFicheroInconsistente) {
+    throw Failure(fmt::format(
+        "{}: memory, threads or the files in {} gave out while the points were linked: take a smaller part with "
+        "--bounds or fewer --threads, or name another folder with --temp-dir",
+        what, tempFolder()));
+  }
+  throw Failure(
+      fmt::format("temporary folder {}: the disk refused what the run needs there, {:.1f} MB, or memory gave out: make "
+                  "room, lift the limit on file sizes, or name another with --temp-dir",
+                  tempFolder(), static_cast<double>(bytes) / 1e6));
 }
 
 }  // namespace Meseta47::host

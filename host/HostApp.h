@@ -38,9 +38,9 @@ class HostApp : public CWinApp, public IPorcentaje {
   /// Throws Cancelled after a Ctrl-C.
   void step(unsigned long long value, unsigned long long total);
   /// Takes the bar off the screen.
-  void clearProgress() { bar_.clear(); }
-  /// What the library had to say besides its codes.
-  [[nodiscard]] std::vector<std::string> const& messages() const { return messages_; }
+  void clearProgress() noexcept { bar_.clear(); }
+  /// Writes what the library had to say besides its codes, a line each, to stderr.
+  void showMessages();
 
  private:
   ProgressBar bar_;
@@ -51,12 +51,11 @@ class HostApp : public CWinApp, public IPorcentaje {
 /// and the need.
 void requireTempSpace(std::uint64_t bytes);
 
-/// The disk of that folder refused a run that had been promised room enough. Throws the same Failure, or one that says
-/// so.
-[[noreturn]] void failOnTempSpace(std::uint64_t bytes);
-
 /// Turns a code of the library into the exception that it stands for; nothing for success. `what` is the file or the
 /// work.
 void requireDone(int code, std::string const& what);
+
+/// The same for a run that spills to the folder for temporary files and was promised `bytes` there.
+void requireRun(int code, std::string const& what, std::uint64_t bytes);
 
 }  // namespace Meseta47::host

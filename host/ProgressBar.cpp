@@ -14,6 +14,8 @@ constexpr std::chrono::milliseconds kRedraw{100};
 constexpr std::chrono::seconds kBetweenLines{10};
 constexpr unsigned kStepsAPhase = 400;  // looks at the clock, at most
 
+void put(std::string const& text) { static_cast<void>(std::fputs(text.c_str(), stderr)); }
+
 std::string timeLeft(double seconds) {
   const auto s = static_cast<long>(seconds + 0.5);
   return s < 60 ? fmt::format("{} s left", s) : fmt::format("{}:{:02} left", s / 60, s % 60);
@@ -29,7 +31,7 @@ void ProgressBar::phase(std::string const& name) {
   phase_ = name;
   lastValue_ = nextValue_ = 0;
   begin_ = lastReport_ = Clock::now();
-  if (mode_ == Mode::Lines) fmt::print(stderr, "{} ...\n", name);
+  if (mode_ == Mode::Lines) put(name + " ...\n");
   if (mode_ == Mode::Bar) draw(0);
 }
 
@@ -46,7 +48,7 @@ void ProgressBar::report(unsigned long long value, unsigned long long total) {
   if (mode_ == Mode::Bar) {
     draw(done);
   } else {
-    fmt::print(stderr, "{} {:.0f} %\n", phase_, 100 * done);
+    put(fmt::format("{} {:.0f} %\n", phase_, 100 * done));
   }
 }
 
@@ -57,14 +59,14 @@ void ProgressBar::draw(double done) {
   const std::size_t used = head.size() + tail.size() + 4;
   const std::size_t width = columns_ > used + 10 ? std::min<std::size_t>(columns_ - used, 50) : 0;
   const auto full = static_cast<std::size_t>(done * static_cast<double>(width));
-  fmt::print(stderr, "\r{}{}{}{}", head, std::string(full, '='), std::string(width - full, ' '), tail);
+  put(fmt::format("\r{}{}{}{}", head, std::string(full, '='), std::string(width - full, ' '), tail));
   std::fflush(stderr);
   drawn_ = true;
 }
 
-void ProgressBar::clear() {
+void ProgressBar::clear() noexcept {
   if (!drawn_) return;
-  fmt::print(stderr, "\r{}\r", std::string(columns_ > 1 ? columns_ - 1 : 0, ' '));
+  static_cast<void>(std::fprintf(stderr, "\r%*s\r", static_cast<int>(columns_ > 1 ? columns_ - 1 : 0), ""));
   std::fflush(stderr);
   drawn_ = false;
 }

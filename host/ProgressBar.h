@@ -6,7 +6,7 @@
 namespace Meseta47::host {
 
 /// How far the work is, on stderr: a bar that is drawn over itself on a terminal, a line now and then elsewhere,
-/// nothing when quiet. Cheap enough to be told every point.
+/// nothing when quiet. Cheap enough to be told every point. What stderr refuses is lost, and nothing else.
 class ProgressBar {
  public:
   explicit ProgressBar(bool quiet);
@@ -22,7 +22,7 @@ class ProgressBar {
     report(value, total);
   }
   /// Takes the bar off the terminal, so that something else can be written there.
-  void clear();
+  void clear() noexcept;
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -22,13 +23,20 @@ struct Item {
   std::uint32_t key, index;
 };
 
-/// Runs work(part, parts) on each of `parts` threads.
+/// Runs work(part, parts) for each part, which must not throw, on a thread of its own. The part of a thread that the
+/// system refuses is done here.
 template <class F>
 void inParallel(unsigned parts, F const& work) {
-  std::vector<std::thread> threads;
-  for (unsigned part = 1; part < parts; ++part) threads.emplace_back([&work, part, parts] { work(part, parts); });
+  std::vector<std::jthread> threads;
+  threads.reserve(parts);
+  for (unsigned part = 1; part < parts; ++part) {
+    try {
+      threads.emplace_back([&work, part, parts] { work(part, parts); });
+    } catch (std::system_error const&) {
+      work(part, parts);
+    }
+  }
   work(0U, parts);
-  for (std::thread& thread : threads) thread.join();
 }
 
 /// Which of 2^16 columns the value falls in, when the interval is halved 16 times as a run halves its cells: at the

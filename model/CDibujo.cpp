@@ -120,9 +120,10 @@ void CDibujo<T>::Clear() {
 template <class T>
 bool CDibujo<T>::Anade(CEntidad e) {
   e->CalculaMaximas();
-  nPuntos += static_cast<std::uint32_t>(e->NPuntos());
-  ++nEntidades;
+  const int suyos = e->NPuntos();
   entidades.push_back(std::move(e));
+  nPuntos += static_cast<std::uint32_t>(suyos);
+  ++nEntidades;
   return true;
 }
 

@@ -144,10 +144,11 @@ int CModeloDigital::Write(CString const& ruta, int version) {
   Avance avance{Progreso(), nivelMensajes};
   if (avance.porcentaje != nullptr) avance.porcentaje->Fase(nivelMensajes, kMensajeEscribe);
   avance.total = static_cast<unsigned>(tin->puntos.size() + tin->Cantidad());
+  CString nombre = ruta;  // copied while it can still fail
   CFicheroParcial parcial(ruta);
   const int codigo =
       Entrega(parcial, parcial.EstaAbierto() ? Escribe(parcial.Fichero(), *tin, avance) : kFicheroInaccesible);
-  if (codigo == kHecho) CObjetoFichero::fichero = ruta;
+  if (codigo == kHecho) CObjetoFichero::fichero = std::move(nombre);
   return codigo;
 }
 
@@ -166,8 +167,9 @@ int CModeloDigital::Read(CString const& ruta) {
     error = codigo == kFicheroInaccesible ? abierto.Error() : TextoDelFallo(codigo, ruta);
     return codigo;
   }
+  CString nombre = ruta;  // copied while it can still fail
   tin = std::move(leido);
-  fichero = ruta;
+  fichero = std::move(nombre);
   ActualizaCantidades();
   return kHecho;
 }

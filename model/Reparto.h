@@ -6,8 +6,9 @@
 namespace Meseta47 {
 
 /// Shares out [0, total) in blocks of `bloque` items among NumeroProcesadores() threads, the caller's one among them:
-/// trabajo(first, last) is called once for every block, begun in ascending order, from several threads at once, and
-/// must not throw. Everything is done when this returns. Where the system refuses a thread, the others do its share.
+/// trabajo(first, last) is called once for every block, begun in ascending order, from several threads at once.
+/// Everything is done when this returns. Where the system refuses a thread, the others do its share. Of what `trabajo`
+/// may throw only std::bad_alloc: it ends the work, and is thrown on once all threads have stopped.
 ///
 /// `avisa`, when given, is called on the caller's thread between its blocks with the number of items begun; once it
 /// answers false no further block is begun. False when that happened.

@@ -101,8 +101,9 @@ class URDIMBRE_API CTriangulacion2D {
   /// seed of `curvas`.
   ///
   /// No triangle is kept: beyond the drawings and the segments, a run needs no more than its unfinished mesh. kHecho,
-  /// kCancelado, kPocosPuntos, kFicheroInconsistente. Cancelled among the levels, it leaves those that are done in
-  /// `curvas`; after any other code `curvas` is as it was. Joining takes O(n log n) on the segments.
+  /// kCancelado, kPocosPuntos, kFicheroInconsistente. Cancelled among the levels, or out of memory there, it leaves
+  /// those that are done in `curvas`; after any other code `curvas` is as it was. Joining takes O(n log n) on the
+  /// segments.
   int Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double ladoMaximo, double equidistancia,
               std::vector<CDibujo<int>*>* otros);
 

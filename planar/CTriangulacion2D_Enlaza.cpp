@@ -1,5 +1,6 @@
 // The linking pass: frame, temporary file, worker, seeds, all other points, and the wait for the worker.
 #include <algorithm>
+#include <new>
 
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
@@ -72,13 +73,18 @@ CString CTriangulacion2D::FormaNombreTemporal() const {
   wchar_t carpeta[MAX_PATH], nombre[MAX_PATH];
   const unsigned long largo = GetTempPathW(MAX_PATH, carpeta);
   const bool hayCarpeta = largo != 0 && largo < MAX_PATH;
-  if (GetTempFileNameW(hayCarpeta ? carpeta : L".", prefijo, 0, nombre) != 0) return nombre;
-  return prefijo + L"Triangulacion2D.tmp";
+  if (GetTempFileNameW(hayCarpeta ? carpeta : L".", prefijo, 0, nombre) == 0) return prefijo + L"Triangulacion2D.tmp";
+  try {
+    return nombre;
+  } catch (std::bad_alloc const&) {
+    DeleteFileW(nombre);  // it is there already
+    throw;
+  }
 }
 
 int CTriangulacion2D::AbreFicheroTemporal() {
+  ficheroTemporal = std::make_unique<CFile>();  // before the name: what it names exists, and goes with the object
   nombreTemporal = FormaNombreTemporal();
-  ficheroTemporal = std::make_unique<CFile>();
   if (ficheroTemporal->Open(nombreTemporal, kAbrirNuevo)) return kHecho;
   ficheroTemporal.reset();
   DeleteFileW(nombreTemporal);

@@ -49,6 +49,10 @@ int sistema::Consulta(EOperacion operacion, CString const& path) {
   return static_cast<int>(FalloSimulado(operacion));
 }
 
+int sistema::Consulta(EOperacion operacion, wchar_t const* path) {
+  return vigilanteActual.load(std::memory_order_acquire) == nullptr ? 0 : Consulta(operacion, CString(path));
+}
+
 std::size_t sistema::Concedidos(EOperacion operacion, CString const& path, std::size_t bytes) {
   IVigilante* const vigilante = vigilanteActual.load(std::memory_order_acquire);
   return vigilante == nullptr ? bytes : std::min(bytes, vigilante->Concede(operacion, path, bytes));

@@ -1,14 +1,17 @@
 #include "platform/Manejadores.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <span>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/Sistema.h"
@@ -28,8 +31,8 @@ enum class EClase { Evento, Hilo };
 struct Objeto {
   EClase clase = EClase::Evento;
   bool senalado = false;
-  bool manual = true;  // a thread, once it has ended, stays ended for all who wait
-  std::vector<Espera*> esperan;
+  bool manual = true;                // a thread, once it has ended, stays ended for all who wait
+  struct Apunte* esperan = nullptr;  // first of those that wait for it
 
   // Of threads alone.
   LPTHREAD_START_ROUTINE rutina = nullptr;
@@ -38,6 +41,14 @@ struct Objeto {
   int prioridad = 0;
   std::atomic<unsigned> suspensiones{0};  // changed with the table locked; the thread itself looks without
   std::condition_variable reanuda;
+};
+
+/// One object that a thread waits for. The waiting thread owns it, and the object strings it with those of others: so a
+/// wait asks for no memory, and cannot fail for the lack of it.
+struct Apunte {
+  Puntero objeto;
+  Espera* espera = nullptr;
+  Apunte* siguiente = nullptr;
 };
 
 /// All handles, and the one lock of everything here. Handles are few and waits are long, so there is nothing to gain
@@ -75,31 +86,31 @@ Puntero Busca(HANDLE manejador, EClase clase) {
 
 void Senala(Objeto& objeto) {
   objeto.senalado = true;
-  for (Espera* espera : objeto.esperan) {
-    espera->aviso.notify_one();
+  for (Apunte const* a = objeto.esperan; a != nullptr; a = a->siguiente) {
+    a->espera->aviso.notify_one();
   }
 }
 
 void Consume(Objeto& objeto) { objeto.senalado = objeto.senalado && objeto.manual; }
 
 /// What a wait for these objects returns now, or nothing when it has to go on.
-std::optional<unsigned long> Resultado(std::span<const Puntero> objetos, bool todos) {
-  const auto senalado = [](Puntero const& objeto) { return objeto->senalado; };
+std::optional<unsigned long> Resultado(std::span<const Apunte> apuntes, bool todos) {
+  const auto senalado = [](Apunte const& apunte) { return apunte.objeto->senalado; };
   if (todos) {
-    if (!std::ranges::all_of(objetos, senalado)) {
+    if (!std::ranges::all_of(apuntes, senalado)) {
       return std::nullopt;
     }
-    for (Puntero const& objeto : objetos) {
-      Consume(*objeto);
+    for (Apunte const& apunte : apuntes) {
+      Consume(*apunte.objeto);
     }
     return WAIT_OBJECT_0;
   }
-  const auto primero = std::ranges::find_if(objetos, senalado);
-  if (primero == objetos.end()) {
+  const auto primero = std::ranges::find_if(apuntes, senalado);
+  if (primero == apuntes.end()) {
     return std::nullopt;
   }
-  Consume(**primero);
-  return WAIT_OBJECT_0 + static_cast<unsigned long>(primero - objetos.begin());
+  Consume(*primero->objeto);
+  return WAIT_OBJECT_0 + static_cast<unsigned long>(primero - apuntes.begin());
 }
 
 /// Stands still until every request has been taken back.
@@ -110,25 +121,34 @@ void QuedaQuieto(Objeto& hilo, std::unique_lock<std::mutex>& cerrojo) {
 /// Takes a thread that waits off the objects it waited for, on every way out.
 class Apuntada {
  public:
-  Apuntada(std::span<const Puntero> objetos, Espera& espera) : objetos_(objetos), espera_(espera) {
-    for (Puntero const& objeto : objetos_) {
-      objeto->esperan.push_back(&espera_);
+  Apuntada(std::span<Apunte> apuntes, Espera& espera) : apuntes_(apuntes) {
+    for (Apunte& apunte : apuntes_) {
+      apunte.espera = &espera;
+      apunte.siguiente = std::exchange(apunte.objeto->esperan, &apunte);
     }
   }
   Apuntada(Apuntada const&) = delete;
   Apuntada& operator=(Apuntada const&) = delete;
   ~Apuntada() {
-    for (Puntero const& objeto : objetos_) {
-      std::erase(objeto->esperan, &espera_);
+    for (Apunte const& apunte : apuntes_) {
+      Apunte** lugar = &apunte.objeto->esperan;
+      while (*lugar != &apunte) {
+        lugar = &(*lugar)->siguiente;
+      }
+      *lugar = apunte.siguiente;
     }
   }
 
  private:
-  std::span<const Puntero> objetos_;
-  Espera& espera_;
+  std::span<Apunte> apuntes_;
 };
 
 // The functions above are called with the table locked.
+
+HANDLE RegistraConCerrojo(Puntero objeto) {
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  return Registra(std::move(objeto));
+}
 
 /// The object of the thread that runs, null in threads not made here.
 struct EsteHilo {
@@ -197,7 +217,7 @@ void suspension::Espera() {
 }
 
 HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t pila, LPTHREAD_START_ROUTINE rutina, void* argumento,
-                    unsigned long opciones, unsigned long* id) {
+                    unsigned long opciones, unsigned long* id) try {
   if (rutina == nullptr || sistema::Consulta(EOperacion::CreaHilo, L"") != 0) {
     return nullptr;
   }
@@ -207,19 +227,21 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t pila, LPTHREAD_START_ROUTI
   hilo->argumento = argumento;
   hilo->suspensiones = (opciones & CREATE_SUSPENDED) != 0 ? 1 : 0;
   const unsigned peticiones = hilo->suspensiones;
-  suspension::peticiones.fetch_add(peticiones, std::memory_order_relaxed);
   auto recado = std::make_unique<Puntero>(hilo);
+  HANDLE const manejador = RegistraConCerrojo(hilo);  // now: a thread that runs must not be lost for want of memory
+  suspension::peticiones.fetch_add(peticiones, std::memory_order_relaxed);
   if (sistema::LanzaHilo(pila, CorreHilo, recado.get()) != 0) {
     suspension::peticiones.fetch_sub(peticiones, std::memory_order_relaxed);
+    CloseHandle(manejador);
     return nullptr;
   }
   static_cast<void>(recado.release());  // the thread's from here on
-  const std::scoped_lock cerrojo(LaTabla().cerrojo);
-  HANDLE const manejador = Registra(hilo);
   if (id != nullptr) {
     *id = static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(manejador));
   }
   return manejador;
+} catch (std::bad_alloc const&) {
+  return nullptr;
 }
 
 bool SetThreadPriority(HANDLE manejador, int prioridad) {
@@ -264,8 +286,7 @@ HANDLE CreateEventW(SECURITY_ATTRIBUTES*, bool manual, bool senalado, wchar_t co
   auto evento = std::make_shared<Objeto>();
   evento->senalado = senalado;
   evento->manual = manual;
-  const std::scoped_lock cerrojo(LaTabla().cerrojo);
-  return Registra(std::move(evento));
+  return RegistraConCerrojo(std::move(evento));
 }
 
 bool SetEvent(HANDLE evento) { return PonEvento(evento, true); }
@@ -281,18 +302,21 @@ unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE const* maneja
   if (cuantos == 0 || manejadores == nullptr) {
     return WAIT_FAILED;
   }
+  constexpr std::size_t kPocos = 64;
+  std::array<Apunte, kPocos> pocos;
+  std::vector<Apunte> muchos(cuantos > kPocos ? cuantos : 0);
+  const std::span<Apunte> apuntes = muchos.empty() ? std::span(pocos).first(cuantos) : std::span(muchos);
   std::unique_lock cerrojo(LaTabla().cerrojo);
-  std::vector<Puntero> objetos;
-  for (HANDLE const manejador : std::span(manejadores, cuantos)) {
-    objetos.push_back(Busca(manejador));
-    if (objetos.back() == nullptr) {
+  for (std::size_t i = 0; i < apuntes.size(); ++i) {
+    apuntes[i].objeto = Busca(manejadores[i]);
+    if (apuntes[i].objeto == nullptr) {
       return WAIT_FAILED;
     }
   }
   Espera espera;
-  const Apuntada apuntada(objetos, espera);
+  const Apuntada apuntada(apuntes, espera);
   std::optional<unsigned long> resultado;
-  const auto acaba = [&] { return (resultado = Resultado(objetos, todos)).has_value(); };
+  const auto acaba = [&] { return (resultado = Resultado(apuntes, todos)).has_value(); };
   if (milisegundos >= INFINITE) {
     espera.aviso.wait(cerrojo, acaba);
   } else {

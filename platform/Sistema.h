@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,7 @@ inline constexpr Descriptor kSinFichero = -1;
 
 /// Asks the guard, if there is one: 0, or the number of the failure that the operation is to simulate.
 int Consulta(EOperacion operacion, CString const& path);
+int Consulta(EOperacion operacion, wchar_t const* path);
 /// Bytes that the guard grants to one transfer.
 std::size_t Concedidos(EOperacion operacion, CString const& path, std::size_t bytes);
 
@@ -41,7 +43,8 @@ int CreaExclusivo(CString const& path, CString const* modelo);
 int CreaTemporal(CString const& carpeta, CString const& prefijo, CString const* modelo, CString& path,
                  unsigned& numero);
 int Renombra(CString const& desde, CString const& hasta);
-int Borra(CString const& path);
+/// Asks for no memory: it is what cleans up when memory has run out.
+int Borra(wchar_t const* path);
 int CreaCarpeta(CString const& path);
 /// Makes a rename in the folder last through a loss of power. Best effort.
 void SincronizaCarpeta(CString const& carpeta);
@@ -64,6 +67,8 @@ bool Formatea(std::string& salida, char const* formato, va_list argumentos);
 double ConvierteReal(wchar_t const* texto);
 std::wstring DesdeUtf8(std::string_view texto);
 std::string AUtf8(std::wstring_view texto);
+/// The same into a buffer, with a closing zero and no memory asked for; false when it does not fit.
+bool AUtf8(std::wstring_view texto, std::span<char> destino) noexcept;
 
 /// Starts a detached thread with a stack of so many bytes, 0 for the system's.
 int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento);

@@ -18,5 +18,5 @@ URDIMBRE_API unsigned GetTempFileNameW(wchar_t const* carpeta, wchar_t const* pr
                                        wchar_t* destino);
 
 /// Deletes a file, also an open one, which lives on unnamed until it is closed. False when it cannot: a folder, a file
-/// that is not there.
+/// that is not there. Asks for no memory.
 URDIMBRE_API bool DeleteFileW(wchar_t const* path);

@@ -62,8 +62,7 @@ void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, std::st
   requireTempSpace(spill);
   const int code = search.run(triangulation, drawing, report.found);
   // The file of the outline comes beside that of the cloud: as large at the worst, much smaller as a rule.
-  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(2 * spill);
-  requireDone(code, input);
+  requireRun(code, input, 2 * spill);
   CResumenPlano const& run = triangulation.Resumen();
   report.pointsAccepted = run.aceptados;
   report.seconds.fill = run.segundosRellena;

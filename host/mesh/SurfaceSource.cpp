@@ -92,8 +92,7 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   CTIN tin(0, 0, seed);
   CTriangulacion2D triangulation(0, seed, filters, 1);
   const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
-  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spill);
-  requireDone(code, options.what());
+  requireRun(code, options.what(), spill);
   if (tin.Cantidad() == 0) {
     throw Failure(fmt::format("{}: all points lie on one line in plan, or nearly so; there is no surface over them",
                               options.what()));

@@ -65,7 +65,7 @@ struct Chosen {
 void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app) {
   const ClassifyReport report = classify(chosen.options, *chosen.search, app);
   app.clearProgress();
-  for (std::string const& message : app.messages()) fmt::print(stderr, "urdimbre: {}\n", message);
+  app.showMessages();
   if (common.json) {
     fmt::print("{}\n", toJson(report, chosen.search->parameters()).dump(2));
   } else if (!common.quiet) {

@@ -286,8 +286,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
                        ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
                                            heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
                        : runUpdate(triangulation, input.first, *tin, options.maxSide, extra, options.tolerance, again);
-  if (code == kFicheroInaccesible || code == kFicheroInconsistente) failOnTempSpace(spillBytes(points));
-  requireDone(code, what);
+  requireRun(code, what, spillBytes(points));
   input.first.Clear();
   extra.Clear();
 
@@ -311,7 +310,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   summary.seconds.total = whole.seconds();
 
   app.clearProgress();
-  for (std::string const& message : app.messages()) fmt::print(stderr, "urdimbre: {}\n", message);
+  app.showMessages();
   if (common.json) {
     fmt::print("{}\n", toJson(summary).dump(2));
   } else if (!common.quiet) {

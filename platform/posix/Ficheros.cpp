@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -31,6 +33,20 @@ int Opciones(unsigned flags) {
   }
   return opciones;
 }
+
+/// A path as the system takes it, formed without asking for memory.
+class Ruta {
+ public:
+  explicit Ruta(wchar_t const* path) noexcept {
+    if (sistema::AUtf8(path, nombre_)) return;
+    nombre_.fill('x');  // longer than any path may be: so is this, and the system says it
+    nombre_.back() = 0;
+  }
+  operator char const*() const noexcept { return nombre_.data(); }
+
+ private:
+  std::array<char, PATH_MAX> nombre_;
+};
 
 constexpr mode_t kTodosSegunMascara = 0666;
 constexpr mode_t kSoloUsuario = 0600;
@@ -141,9 +157,9 @@ int Renombra(CString const& desde, CString const& hasta) {
   return codigo != 0 ? codigo : CodigoDe(std::rename(desde.Utf8().c_str(), hasta.Utf8().c_str()));
 }
 
-int Borra(CString const& path) {
+int Borra(wchar_t const* path) {
   const int codigo = Consulta(EOperacion::Borra, path);
-  return codigo != 0 ? codigo : CodigoDe(::unlink(path.Utf8().c_str()));
+  return codigo != 0 ? codigo : CodigoDe(::unlink(Ruta(path)));
 }
 
 int CreaCarpeta(CString const& path) {

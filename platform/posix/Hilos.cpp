@@ -39,9 +39,11 @@ int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento) {
   if (pila != 0) {
     codigo = ::pthread_attr_setstacksize(&atributos, std::max(pila, static_cast<std::size_t>(PTHREAD_STACK_MIN)));
   }
-  auto arranque = std::make_unique<Arranque>(Arranque{rutina, argumento});
+  std::unique_ptr<Arranque> arranque(new (std::nothrow) Arranque{rutina, argumento});
   ::pthread_t hilo;
-  codigo = codigo != 0 ? codigo : ::pthread_create(&hilo, &atributos, Empieza, arranque.get());
+  codigo = codigo != 0           ? codigo
+           : arranque == nullptr ? ENOMEM
+                                 : ::pthread_create(&hilo, &atributos, Empieza, arranque.get());
   ::pthread_attr_destroy(&atributos);
   if (codigo == 0) {
     static_cast<void>(arranque.release());  // the thread's from here on

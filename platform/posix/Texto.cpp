@@ -82,22 +82,36 @@ std::size_t Secuencia(std::string_view texto, char32_t& caracter) {
   return valido ? largo : 0;
 }
 
-void Agrega(std::string& salida, char32_t c) {
-  const auto cola = [&](unsigned desplaza) { salida += static_cast<char>(0x80u | ((c >> desplaza) & 0x3Fu)); };
+template <class F>
+void Codifica(char32_t c, F&& agrega) {
+  const auto cola = [&](unsigned desplaza) { agrega(static_cast<char>(0x80u | ((c >> desplaza) & 0x3Fu))); };
   if (c < 0x80) {
-    salida += static_cast<char>(c);
+    agrega(static_cast<char>(c));
   } else if (c < 0x800) {
-    salida += static_cast<char>(0xC0u | (c >> 6));
+    agrega(static_cast<char>(0xC0u | (c >> 6)));
     cola(0);
   } else if (c < 0x10000) {
-    salida += static_cast<char>(0xE0u | (c >> 12));
+    agrega(static_cast<char>(0xE0u | (c >> 12)));
     cola(6);
     cola(0);
   } else {
-    salida += static_cast<char>(0xF0u | (c >> 18));
+    agrega(static_cast<char>(0xF0u | (c >> 18)));
     cola(12);
     cola(6);
     cola(0);
+  }
+}
+
+/// Gives the bytes of a text one by one.
+template <class F>
+void Codifica(std::wstring_view texto, F&& agrega) {
+  for (const wchar_t c : texto) {
+    if (c >= kByteSuelto + 0x80 && c <= kByteSuelto + 0xFF) {
+      agrega(static_cast<char>(c - kByteSuelto));
+    } else {
+      const bool valido = c >= 0 && c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF);
+      Codifica(static_cast<char32_t>(valido ? c : kDesconocido), agrega);
+    }
   }
 }
 
@@ -161,15 +175,19 @@ std::wstring DesdeUtf8(std::string_view texto) {
 std::string AUtf8(std::wstring_view texto) {
   std::string salida;
   salida.reserve(texto.size());
-  for (const wchar_t c : texto) {
-    if (c >= kByteSuelto + 0x80 && c <= kByteSuelto + 0xFF) {
-      salida += static_cast<char>(c - kByteSuelto);
-    } else {
-      const bool valido = c >= 0 && c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF);
-      Agrega(salida, static_cast<char32_t>(valido ? c : kDesconocido));
-    }
-  }
+  Codifica(texto, [&](char byte) { salida += byte; });
   return salida;
+}
+
+bool AUtf8(std::wstring_view texto, std::span<char> destino) noexcept {
+  std::size_t largo = 0;
+  Codifica(texto, [&](char byte) {
+    if (largo < destino.size()) destino[largo] = byte;
+    ++largo;
+  });
+  if (largo >= destino.size()) return false;
+  destino[largo] = 0;
+  return true;
 }
 
 CString TextoError(int codigo) { return CString::DesdeUtf8(std::generic_category().message(codigo)); }

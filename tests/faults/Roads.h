@@ -1,0 +1,220 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "classification/SearchScene.h"
+#include "model/CModeloDigital.h"
+#include "planar/PhaseScenes.h"
+#include "support/ScratchFolder.h"
+
+/// The roads through the library, each as a piece of work on small things, for tests that let something fail on the
+/// way.
+namespace Meseta47::test {
+
+/// A piece of work on things that it keeps, to be asked for again and again.
+class Road {
+ public:
+  virtual ~Road() = default;
+  virtual int Run() = 0;
+  /// All that a run made.
+  [[nodiscard]] virtual std::string Result() const = 0;
+  /// What a failure must leave as it was.
+  [[nodiscard]] virtual std::string Kept() const { return {}; }
+  /// Whether what is finished before memory runs out stays: then Kept() begins like the whole result.
+  [[nodiscard]] virtual bool LeavesWhatIsDone() const { return false; }
+};
+
+/// Points within a few hundred metres, in millimetres.
+inline std::vector<support::Point> Near(std::size_t n) {
+  std::vector<support::Point> points = Scatter(n);
+  for (support::Point& p : points) p = {p.x % 20'011, p.y % 19'997, p.z % 1'000};
+  return points;
+}
+
+inline const CDataSemilla kMillimetres(3, 0, 0, 0);
+
+class ToModel : public Road {
+ public:
+  int Run() override {
+    OpenTriangulation t;
+    return t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr);
+  }
+  std::string Result() const override { return Described(model); }
+
+ private:
+  CDibujo<int> drawing = DrawingOf(Near(300));
+  CTIN model{0, 0, CDataSemilla()};
+};
+
+class Update : public Road {
+ public:
+  int Run() override {
+    OpenTriangulation t;
+    return t.RunActualiza(drawing, model, 0, extra, 1e6, nullptr, false, nullptr);
+  }
+  std::string Result() const override { return Described(model); }
+
+ private:
+  std::vector<support::Point> points = Near(300);
+  CDibujo<int> drawing = DrawingOf({points.begin() + 100, points.end()});
+  CDibujo<int> extra = DrawingOf({points.begin(), points.begin() + 100});
+  CTIN model{0, 0, CDataSemilla()};
+};
+
+class Rebuild : public Road {
+ public:
+  int Run() override {
+    OpenTriangulation t;
+    model.longitudMaxima = 46'000;
+    return t.Run(model, nullptr);
+  }
+  std::string Result() const override { return Described(model); }
+
+ private:
+  static std::vector<support::Point> Sorted() {
+    std::vector<support::Point> points = Near(300);
+    std::sort(points.begin(), points.end());
+    return points;
+  }
+  CTIN model = ModelOf(Sorted());
+};
+
+class Contours : public Road {
+ public:
+  int Run() override {
+    curves.Clear();
+    curves.Inserta(CloudAt({{7, 7, 7}}));
+    OpenTriangulation t({}, kMillimetres);
+    return t.Curvado(drawing, curves, 1000, 0.1, nullptr);
+  }
+  std::string Result() const override {
+    std::string text;
+    for (unsigned e = 0; e < curves.Cantidad(); ++e) {
+      text += "\nline";
+      for (CCoor3D<int> const& p : curves[e].Puntos()) {
+        for (const int v : {p.x, p.y, p.z}) text += ' ' + std::to_string(v);
+      }
+    }
+    return text;
+  }
+  std::string Kept() const override { return curves.Cantidad() == 0 ? "\nline 7 7 7" : Result(); }
+  bool LeavesWhatIsDone() const override { return true; }
+
+ private:
+  CDibujo<int> drawing = DrawingOf(Near(300));
+  CDibujo<int> curves{kMillimetres};
+};
+
+class HighPoints : public Road {
+ public:
+  /// Points that have the class already take part in the outline: every search begins with the classes of the first.
+  int Run() override {
+    for (int i = 0; i < drawing[0].NPuntos(); ++i)
+      drawing[0].PunteroAPunto(i)->clasificacion = before[static_cast<std::size_t>(i)];
+    return InForest().Run(drawing);
+  }
+  std::string Result() const override {
+    std::string text;
+    for (const int clase : ClassesOf(drawing)) text += ' ' + std::to_string(clase);
+    return text;
+  }
+
+ private:
+  CDibujo<int> drawing = Cloud(Forest(300), kMillimetres);
+  std::vector<unsigned char> before = Classes(Forest(300));
+
+  static std::vector<unsigned char> Classes(std::vector<ClassedPoint> const& points) {
+    std::vector<unsigned char> classes;
+    for (ClassedPoint const& p : points) classes.push_back(p.clase);
+    return classes;
+  }
+};
+
+/// A model, and a file of an earlier day where the new one goes.
+class ToFile : public Road {
+ public:
+  ToFile() { PutBytes(folder.Path("m"), "of an earlier day"); }
+  std::string Result() const override { return BytesOf(folder.Path("m")) + std::to_string(folder.Files()); }
+  std::string Kept() const override { return Result(); }
+
+ protected:
+  static CTIN* Made() {
+    const QuietApp app;
+    auto made = std::make_unique<CTIN>(0, 0, CDataSemilla());
+    CDibujo<int> drawing = DrawingOf(Near(3'000));
+    OpenTriangulation t;
+    EXPECT_EQ(t.Run(drawing, *made, 0, nullptr, false, nullptr, nullptr, nullptr), kHecho);
+    return made.release();
+  }
+  ScratchFolder folder;
+  CModeloDigital model{Made()};
+};
+
+class Write : public ToFile {
+ public:
+  int Run() override { return model.Write(folder.Path("m"), 4); }
+};
+
+template <int Format>
+class Export : public ToFile {
+ public:
+  int Run() override { return model.Exportar(folder.Path("m"), CDataExportarMDT(Format)); }
+};
+
+class Read : public ToFile {
+ public:
+  Read() { EXPECT_EQ(model.Write(folder.Path("m"), 4), kHecho); }
+  int Run() override {
+    read.Tin().LiberaTriangulos();
+    return read.Read(folder.Path("m"));
+  }
+  std::string Result() const override { return Described(read.Tin()); }
+  std::string Kept() const override { return read.Tin().Cantidad() == 0 ? "" : Result(); }
+
+ private:
+  CModeloDigital read{new CTIN(0, 0, CDataSemilla())};
+};
+
+struct Kind {
+  char const* name;
+  std::function<std::unique_ptr<Road>()> make;
+
+  friend void PrintTo(Kind const& kind, std::ostream* out) { *out << kind.name; }
+};
+
+template <class Made>
+Kind Named(char const* name) {
+  return {name, [] { return std::make_unique<Made>(); }};
+}
+
+/// A run that is refused a temporary name takes one in the current folder, the same in every run: each test has to work
+/// in a folder of its own, since several run at a time.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(CString const& folder) : before(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder.Utf8());
+  }
+  WorkingFolder(WorkingFolder const&) = delete;
+  WorkingFolder& operator=(WorkingFolder const&) = delete;
+  ~WorkingFolder() { std::filesystem::current_path(before); }
+
+ private:
+  std::filesystem::path before;
+};
+
+/// All of them, as parameters of a test.
+inline auto EveryRoad() {
+  return testing::Values(Named<ToModel>("Run"), Named<Update>("RunActualiza"), Named<Rebuild>("RunOfAModel"),
+                         Named<Contours>("Curvado"), Named<HighPoints>("RunPuntosAltos"), Named<Write>("Write"),
+                         Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
+                         Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
+}
+
+inline std::string NameOf(testing::TestParamInfo<Kind> const& kind) { return kind.param.name; }
+
+}  // namespace Meseta47::test
