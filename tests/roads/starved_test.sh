@@ -3,6 +3,7 @@
 . "$(dirname "$0")/lib.sh"
 
 "$urdimbre" --quiet generate scan.las --points 60000 --seed 3
+"$urdimbre" --quiet generate small.las --points 500 --seed 3
 "$urdimbre" --quiet tin scan.las -o model.ply
 
 # The least address space in which the program can be loaded, in KB.
@@ -33,6 +34,36 @@ starves 6000 o.ply "$urdimbre" --quiet --threads 4 tin scan.las -o o.ply
 starves 6000 o.urd "$urdimbre" --quiet tin scan.las -o o.urd
 starves 6000 o.las "$urdimbre" --quiet classify high scan.las -o o.las
 starves 6000 o.png "$urdimbre" --quiet render model.ply -o o.png
+
+# cramped STEP OUTPUT COMMAND...: the command with larger files allowed each time, by STEP KB, until they are large enough
+cramped() {
+  local step=$1 output=$2 limit=0 found failed=0
+  shift 2
+  for (( ; ; limit += step)); do
+    found=0
+    echo precious >"$output"
+    (ulimit -f "$limit" && exec "$@") 2>&1 >/dev/null | cat >stderr || found=${PIPESTATUS[0]}
+    no_debris "$* with files of $limit KB"
+    [ "$found" -eq 0 ] && break
+    expect "$* with files of $limit KB: $(cat stderr)" "$found" 1
+    expect "lines on stderr of $* with files of $limit KB: $(cat stderr)" "$(grep -c '^urdimbre: ' stderr)" 1
+    expect "$output before $* was done" "$(cat "$output")" precious
+    failed=$((failed + 1))
+  done
+  [ "$failed" -gt 0 ] || fail "$*: never short of room"
+  ! grep -qx precious "$output" || fail "$*: nothing was written"
+  echo "$*: $failed refusals of the disk"
+}
+
+for format in ply obj 2dm xml urd; do
+  cramped 1000 "o.$format" "$urdimbre" --quiet tin scan.las -o "o.$format"
+done
+for format in gpkg geojson fgb dxf; do
+  cramped 100 "c.$format" "$urdimbre" --quiet contour scan.las --class 2,9 --interval 1 -o "c.$format"
+done
+cramped 40 outline.gpkg "$urdimbre" --quiet tin small.las -o s.ply --outline outline.gpkg
+cramped 400 o.las "$urdimbre" --quiet classify high scan.las -o o.las
+cramped 300 o.png "$urdimbre" --quiet render model.ply -o o.png
 
 # A summary that nobody gets is a failure, and progress that nobody sees is none.
 refuses 1 "standard output" bash -c "exec \"$urdimbre\" --json tin scan.las -o full.ply >/dev/full"
