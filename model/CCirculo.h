@@ -7,6 +7,9 @@ namespace Meseta47 {
 /// A circle in plan, in scaled units: four numbers and nothing else, for elements that keep one by the million. A
 /// radius of exactly 0.0 marks a degenerate circle.
 struct URDIMBRE_API CCirculo {
+  /// Greatest squared distance of two points from the third for which the plain formula divides exact numbers.
+  static constexpr double kExacto = 0x1p34;
+
   double x = 0, y = 0;
   double radio = 0;
   double radio2 = 0;  ///< the square of the radius
@@ -31,7 +34,7 @@ struct URDIMBRE_API CCirculo {
     // Below this the numerators are exact. Above it they lose the low bits, and with them what tells the points of one
     // circle from others: triangles with a short side would each have a centre of their own.
     // The areas of figures as wide as the range do not fit the arithmetic that mends this.
-    constexpr double kExacto = 0x1p34, kCabe = 0x1p60;
+    constexpr double kCabe = 0x1p60;
     if ((b2 > kExacto || c2 > kExacto) && std::abs(area2) < kCabe) Afina(a, b, c);
     return true;
   }

@@ -1,5 +1,6 @@
 #include "model/CReserva.h"
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <new>
@@ -38,6 +39,7 @@ struct CReserva::CMonton {
   std::vector<void*> bloques;
   alignas(kLinea) std::mutex cerrojo;
   std::vector<void*> devueltas;  ///< given back by other threads, under the lock
+  std::atomic<bool> hayDevueltas{false};
 
   ~CMonton() {
     for (void* bloque : bloques) ::operator delete (bloque, std::align_val_t{kBloque});
@@ -46,6 +48,12 @@ struct CReserva::CMonton {
   void Recoge() {
     const std::lock_guard guarda(cerrojo);
     libres.swap(devueltas);
+    hayDevueltas.store(false, std::memory_order_relaxed);
+  }
+  void Devuelve(void* const* ranuras, std::size_t n) {
+    const std::lock_guard guarda(cerrojo);
+    devueltas.insert(devueltas.end(), ranuras, ranuras + n);
+    hayDevueltas.store(true, std::memory_order_relaxed);
   }
   void Crece(std::size_t ranuras) {
     libres.reserve(libres.capacity() + ranuras);
@@ -91,41 +99,50 @@ void* CReserva::Pide(CMonton*& mio) {
   (void)mio;
   return static_cast<std::byte*>(::operator new (paso, std::align_val_t{kLinea}));
 #else
-  if (mio == nullptr) {
-    const std::lock_guard guarda(huerfanos->cerrojo);
-    if (huerfanos->lista.empty()) {
-      mio = new CMonton;
-    } else {
-      mio = huerfanos->lista.back();
-      huerfanos->lista.pop_back();
-    }
+  if (mio == nullptr) [[unlikely]] {
+    mio = Adopta();
   }
-  if (mio->libres.empty()) mio->Recoge();
-  if (!mio->libres.empty()) {
-    void* ranura = mio->libres.back();
-    mio->libres.pop_back();
-    // What another thread gave back lies in its cache. Called for some requests ahead, it is here in time.
-    if (const std::size_t quedan = mio->libres.size(); quedan >= kAnticipo) {
-      auto* venidera = static_cast<std::byte*>(mio->libres[quedan - kAnticipo]);
-      for (std::size_t i = 0; i < paso; i += kLinea) Anticipa(venidera + i);
-    }
-    return ranura;
+  std::vector<void*>& libres = mio->libres;
+  if (libres.empty()) {
+    if (!mio->hayDevueltas.load(std::memory_order_relaxed)) return Talla(*mio);
+    mio->Recoge();
   }
-  if (mio->siguiente == mio->fin) {
-    const std::size_t ranuras = kBloque / paso - 1;  // the first place is the header's
-    mio->Crece(ranuras);
-    mio->bloques.reserve(mio->bloques.size() + 1);
-    auto* bloque = static_cast<std::byte*>(::operator new (kBloque, std::align_val_t{kBloque}));
-    mio->bloques.push_back(bloque);
-    new (bloque) CCabecera{mio};
-    mio->siguiente = bloque + paso;
-    mio->fin = mio->siguiente + ranuras * paso;
+  void* ranura = libres.back();
+  libres.pop_back();
+  // What another thread gave back lies in its cache. Called for some requests ahead, it is here in time.
+  if (const std::size_t quedan = libres.size(); quedan >= kAnticipo) {
+    auto* venidera = static_cast<std::byte*>(libres[quedan - kAnticipo]);
+    for (std::size_t i = 0; i < paso; i += kLinea) Anticipa(venidera + i);
   }
-  std::byte* ranura = mio->siguiente;
-  mio->siguiente += paso;
-  ++mio->repartidas;
   return ranura;
 #endif
+}
+
+/// A heap whose thread has ended, or a new one.
+CReserva::CMonton* CReserva::Adopta() {
+  const std::lock_guard guarda(huerfanos->cerrojo);
+  if (huerfanos->lista.empty()) return new CMonton;
+  CMonton* monton = huerfanos->lista.back();
+  huerfanos->lista.pop_back();
+  return monton;
+}
+
+/// A slot that was never taken, of a new block when the last one is used up.
+void* CReserva::Talla(CMonton& monton) {
+  if (monton.siguiente == monton.fin) {
+    const std::size_t ranuras = kBloque / paso - 1;  // the first place is the header's
+    monton.Crece(ranuras);
+    monton.bloques.reserve(monton.bloques.size() + 1);
+    auto* bloque = static_cast<std::byte*>(::operator new (kBloque, std::align_val_t{kBloque}));
+    monton.bloques.push_back(bloque);
+    new (bloque) CCabecera{&monton};
+    monton.siguiente = bloque + paso;
+    monton.fin = monton.siguiente + ranuras * paso;
+  }
+  std::byte* ranura = monton.siguiente;
+  monton.siguiente += paso;
+  ++monton.repartidas;
+  return ranura;
 }
 
 void CReserva::Devuelve(void* ranura, CMonton* mio) noexcept {
@@ -136,8 +153,7 @@ void CReserva::Devuelve(void* ranura, CMonton* mio) noexcept {
   if (CMonton* dueno = Dueno(ranura); dueno == mio) {
     dueno->libres.push_back(ranura);
   } else {
-    const std::lock_guard guarda(dueno->cerrojo);
-    dueno->devueltas.push_back(ranura);
+    dueno->Devuelve(&ranura, 1);
   }
 #endif
 }
@@ -158,8 +174,7 @@ void CReserva::CLote::Entrega() noexcept {
   if (dueno == mio) {
     mio->libres.insert(mio->libres.end(), ranuras, ranuras + cuantas);
   } else {
-    const std::lock_guard guarda(dueno->cerrojo);
-    dueno->devueltas.insert(dueno->devueltas.end(), ranuras, ranuras + cuantas);
+    dueno->Devuelve(ranuras, cuantas);
   }
   cuantas = 0;
 }

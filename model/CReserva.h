@@ -54,6 +54,8 @@ class URDIMBRE_API CReserva {
 
  private:
   struct CHuerfanos;
+  CMonton* Adopta();
+  void* Talla(CMonton& monton);
   std::size_t paso;       ///< bytes from slot to slot
   CHuerfanos* huerfanos;  ///< heaps whose thread has ended with slots still in use
 };

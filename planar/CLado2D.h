@@ -34,9 +34,10 @@ class URDIMBRE_API CLado2D {
   [[nodiscard]] bool operator<(CLado2D const& o) const { return Clave() < o.Clave(); }
 
   /// One integer that sorts as the pair (lower number, higher number).
-  [[nodiscard]] std::uint64_t Clave() const {
-    const int a = N1(), b = N2();
-    return static_cast<std::uint64_t>(ConSigno(std::min(a, b))) << 32 | ConSigno(std::max(a, b));
+  [[nodiscard]] std::uint64_t Clave() const { return Clave(N1(), N2()); }
+  [[nodiscard]] static std::uint64_t Clave(int a, int b) {
+    const std::uint32_t menor = ConSigno(std::min(a, b)), mayor = ConSigno(a) + ConSigno(b) - menor;
+    return static_cast<std::uint64_t>(menor) << 32 | mayor;
   }
 
  private:

@@ -62,6 +62,7 @@ void CSetTriangulos2D::clear() {
 
 void CSetTriangulos2D::Vacia() {
   clear();
+  borrador.reset();  // it remembers children that now go
   delete[] hijos;
   hijos = nullptr;
   cerrado = false;

@@ -3,10 +3,12 @@
 #include <cmath>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "model/CMaximas.h"
+#include "planar/CAbanico.h"
 #include "planar/CSetLados2D.h"
 #include "planar/CTriangulo2D.h"
 
@@ -104,10 +106,10 @@ class URDIMBRE_API CSetTriangulos2D {
                  int tolerancia);
   /// Inserts a point into the mesh: the cavity that `Implicados` finds gives way to one triangle from the point to each
   /// side of its boundary, filed and linked, in the order of the sides. What `Implicados`,
-  /// `CSetLados2D::BorraDuplicados` and `Inserta` do one after another, with the same outcome, about twice as fast: the
-  /// boundary is read off the condemned triangles, and it tells the neighbours. Called on the root; `cerca` is an open
-  /// set near the point, where filing begins. Answers and arguments as those of `Implicados`; `balance` takes what was
-  /// made and destroyed.
+  /// `CSetLados2D::BorraDuplicados` and `Inserta` do one after another, with the same outcome, several times as fast:
+  /// the boundary grows with the cavity, and it tells the neighbours. Called on the root; `cerca` is an open set near
+  /// the point, where filing begins. Answers and arguments as those of `Implicados`; `balance` takes what was made and
+  /// destroyed.
   int InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia, unsigned& aceptados,
                    unsigned& rechazados, CBalance& balance);
   /// Sides of all triangles of the subtree that are not in a closed set.
@@ -145,26 +147,6 @@ class URDIMBRE_API CSetTriangulos2D {
   void GraficoMaxMin(CDibujo<int>& dibujo, bool triangulos) const;
 
  private:
-  /// A side of the boundary of a cavity, in the direction in which the condemned triangle runs through it.
-  struct CLadoContorno {
-    CCoor3D<int>*a, *b;
-    CTriangulo2D* fuera;    ///< neighbour across the side, null where the mesh ends
-    CTriangulo2D** enlace;  ///< its link across the side
-    CTriangulo2D* nuevo;    ///< the triangle from the point to this side
-  };
-
-  /// Working lists of an insertion, kept by the root from point to point, so that none allocates once the largest
-  /// cavity has been seen.
-  struct CBorrador {
-    std::vector<CTriangulo2D*> cola;      ///< triangles still to be looked at, first come first served
-    std::vector<CTriangulo2D*> cavidad;   ///< condemned triangles, in the order in which they were found
-    std::vector<CLadoContorno> contorno;  ///< in the order in which they were found
-    std::vector<unsigned> despues;        ///< of each side, the one that begins where it ends
-    std::vector<unsigned> orden;          ///< the sides by the numbers of their points, as `CLado2D` has it
-    std::size_t lados = 0;                ///< how many of them there are
-    CSetLados2D pares;
-  };
-
   /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
   /// set where rounding turns over.
   struct CCaja {
@@ -179,6 +161,44 @@ class URDIMBRE_API CSetTriangulos2D {
       return static_cast<int>(enX) & static_cast<int>(enY);
     }
   };
+  /// An open set near a point and those above it. The circle of a triangle that has the point as a vertex belongs to
+  /// one of them: it reaches the point, and so no cell beside their way.
+  struct CCamino {
+    static constexpr std::size_t kNiveles = 4;  ///< few circles leave more
+    CSetTriangulos2D* sets[kNiveles + 1] = {};  ///< from below; the root again and again once it is reached
+    double minX[kNiveles], minY[kNiveles], maxX[kNiveles], maxY[kNiveles];  ///< what a box must keep to, of each
+
+    void Pon(CSetTriangulos2D& cerca);
+    [[nodiscard]] CSetTriangulos2D& SetPara(CCaja const& caja) const;
+  };
+
+  /// A triangle that a growing cavity has looked at, and its stamp before that.
+  struct CVisita {
+    CTriangulo2D* triangulo;
+    int marca;
+  };
+
+  class CCrecimiento;
+
+  /// Working lists of an insertion, kept by the root from point to point, so that none allocates once the largest
+  /// cavity has been seen.
+  struct CBorrador {
+    std::vector<CTriangulo2D*> cola;  ///< triangles still to be looked at, first come first served
+    /// Condemned triangles, in the order in which they were found; behind them, as its places are given out, the fan.
+    std::vector<CTriangulo2D*> cavidad;
+    std::vector<unsigned> entrada;  ///< of each of them, the side of the fan behind which it was found
+    std::vector<CVisita> visitas;
+    std::size_t condenados = 0;  ///< how many triangles the cavity has
+    std::size_t cabida = 0;      ///< and can have, as far as `CreceContorno` is concerned
+    CAbanico abanico;
+    CCamino camino;
+    CSetLados2D pares;
+
+    [[nodiscard]] std::span<CTriangulo2D* const> Condenados() const { return {cavidad.data(), condenados}; }
+    void Condena(CTriangulo2D* t);
+    void Amplia();
+  };
+
   static CCaja CajaDe(CTriangulo2D const& t);
   static CCaja CajaDe(CMaximas<int> const& m) {
     return {static_cast<double>(m.Minimo.x), static_cast<double>(m.Minimo.y), static_cast<double>(m.Maximo.x),
@@ -199,17 +219,18 @@ class URDIMBRE_API CSetTriangulos2D {
 
   CTriangulo2D* PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados);
   bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados, unsigned& rechazados);
-  int BuscaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde, int tolerancia);
+  int BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
+                   CTriangulo2D*& semilla);
+  int MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla, int tolerancia);
   [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, int tolerancia);
   void BorraCavidad();
   void RecogeLados(CSetLados2D& lados) const;
-  [[nodiscard]] bool RecogeContorno();
-  [[nodiscard]] bool EstaAbierto(int a, int b) const;
-  [[nodiscard]] bool EncadenaContorno();
-  template <std::size_t N>
-  [[nodiscard]] bool EncadenaCorto();
-  [[nodiscard]] bool EncadenaLargo();
+  [[nodiscard]] bool CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
+                                   unsigned& rechazados);
+  [[nodiscard]] bool HayAbiertoSinEnlazar() const;
+  int JuzgaAltura(CCoor3D<int>* p, int tolerancia);
   void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
+  void PonAbanico(CCoor3D<int>* p);
   void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);
 
   /// What a box must keep to, to be sent here from the root when all sets on the way are open.
@@ -218,5 +239,43 @@ class URDIMBRE_API CSetTriangulos2D {
   double aIzquierda = 0, aDerecha = 0, aAbajo = 0, aArriba = 0;
   std::unique_ptr<CBorrador> borrador;  ///< level 0 only
 };
+
+// What every new triangle goes through.
+
+inline CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
+  const double cx = t.circulo.x, cy = t.circulo.y, r = t.circulo.radio;
+  return {cx - r, cy - r, cx + r, cy + r};
+}
+
+/// Each limit lies within the next one, so the sets that don't hold the box are counted, without a jump on the way.
+inline CSetTriangulos2D& CSetTriangulos2D::CCamino::SetPara(CCaja const& caja) const {
+  double pequenos = 0;  // a number of the kind that is compared: several at once
+  for (std::size_t k = 0; k < kNiveles; ++k) {
+    const int enX = static_cast<int>(caja.minX >= minX[k]) & static_cast<int>(caja.maxX <= maxX[k]);
+    const int enY = static_cast<int>(caja.minY >= minY[k]) & static_cast<int>(caja.maxY <= maxY[k]);
+    pequenos += (enX & enY) != 0 ? 0.0 : 1.0;
+  }
+  CSetTriangulos2D* s = sets[static_cast<std::size_t>(pequenos)];
+  if (pequenos == kNiveles) {
+    while (!s->paso.Contiene(caja)) s = s->padre;
+  }
+  // A full leaf is to be divided; one that just was has its box in a child.
+  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(caja);
+  return *s;
+}
+
+/// Appends at the tail.
+inline void CSetTriangulos2D::Anexa(CTriangulo2D* t) {
+  t->set = this;
+  ++cantidad;
+  t->ant = ultimo;
+  t->sig = nullptr;
+  if (ultimo != nullptr) {
+    ultimo->sig = t;
+  } else {
+    primero = t;
+  }
+  ultimo = actual = inicio = t;
+}
 
 }  // namespace Meseta47

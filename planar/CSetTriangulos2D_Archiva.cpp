@@ -6,11 +6,6 @@
 
 namespace Meseta47 {
 
-CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
-  const double cx = t.circulo.x, cy = t.circulo.y, r = t.circulo.radio;
-  return {cx - r, cy - r, cx + r, cy + r};
-}
-
 void CSetTriangulos2D::Inserta(CTriangulo2D const& t) { SetPara(CajaDe(t)).InsertaOrdenado(t, CMaximas<int>()); }
 void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja) {
   SetPara(CajaDe(caja)).InsertaOrdenado(t, caja);
@@ -46,6 +41,20 @@ CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
   }
 }
 
+void CSetTriangulos2D::CCamino::Pon(CSetTriangulos2D& cerca) {
+  if (sets[0] == &cerca) return;
+  CSetTriangulos2D* s = &cerca;
+  for (std::size_t k = 0; k < kNiveles; ++k) {
+    sets[k] = s;
+    minX[k] = s->paso.minX;
+    minY[k] = s->paso.minY;
+    maxX[k] = s->paso.maxX;
+    maxY[k] = s->paso.maxY;
+    if (s->padre != nullptr) s = s->padre;
+  }
+  sets[kNiveles] = s;
+}
+
 /// Gives a full leaf its children and moves down what fits in them. Nothing is linked anew, and a child that is filled
 /// past its capacity in this way stays a leaf.
 void CSetTriangulos2D::Divide() {
@@ -60,20 +69,6 @@ void CSetTriangulos2D::Divide() {
     }
     t = siguiente;
   }
-}
-
-/// Appends at the tail.
-void CSetTriangulos2D::Anexa(CTriangulo2D* t) {
-  t->set = this;
-  ++cantidad;
-  t->ant = ultimo;
-  t->sig = nullptr;
-  if (ultimo != nullptr) {
-    ultimo->sig = t;
-  } else {
-    primero = t;
-  }
-  ultimo = actual = inicio = t;
 }
 
 void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D const& t, CMaximas<int> const& caja) {
@@ -186,6 +181,7 @@ unsigned CSetTriangulos2D::QuitaTrianguloActual() {
   cerrado = true;
   actual = inicio = nullptr;
   CSetTriangulos2D* raiz = GetNivel0();
+  if (raiz->borrador != nullptr) raiz->borrador->camino.sets[0] = nullptr;
   if (raiz->inicio != nullptr && raiz->inicio->set == this) {
     raiz->inicio = nullptr;
     for (CSetTriangulos2D* s = padre; s != nullptr; s = s->padre) {

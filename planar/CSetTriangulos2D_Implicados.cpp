@@ -6,28 +6,34 @@ namespace Meseta47 {
 
 int CSetTriangulos2D::Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados,
                                  CTriangulo2D* desde, int tolerancia) {
-  const int respuesta = BuscaCavidad(p, aceptados, rechazados, desde, tolerancia);
-  if (borrador != nullptr) RecogeLados(lados);
+  CTriangulo2D* semilla = nullptr;
+  int respuesta = BuscaSemilla(*p, aceptados, rechazados, desde, semilla);
+  if (respuesta == 0) respuesta = MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
+  RecogeLados(lados);
   if (respuesta == 0) BorraCavidad();
   return respuesta;
 }
 
-/// Marks the cavity, or leaves the mesh as it was.
-int CSetTriangulos2D::BuscaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
-                                   int tolerancia) {
+/// The first triangle of the cavity.
+int CSetTriangulos2D::BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados,
+                                   CTriangulo2D* desde, CTriangulo2D*& semilla) {
   aceptados = rechazados = 0;
   if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
-  borrador->cavidad.clear();
+  borrador->condenados = 0;
   if (nivel == 0) {
     abiertos.clear();
-  } else if (!maximas.Dentro(*p, 0)) {
+  } else if (!maximas.Dentro(p, 0)) {
     return 1;
   }
   if (desde != nullptr) inicio = desde;
   if (inicio == nullptr || inicio->set->cerrado) return 2;
+  semilla = PrimeroQueContiene(p, aceptados, rechazados);
+  return semilla != nullptr ? 0 : 4;
+}
 
-  CTriangulo2D* semilla = PrimeroQueContiene(*p, aceptados, rechazados);
-  if (semilla == nullptr) return 4;
+/// Marks the cavity, or leaves the mesh as it was.
+int CSetTriangulos2D::MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla,
+                                   int tolerancia) {
   // A second stamp tells what the walk already found outside from what has not been met yet.
   const int numero = p->num;
   p->num = numero + kSegundaMarca;
@@ -35,12 +41,12 @@ int CSetTriangulos2D::BuscaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigne
   const bool admitido = tolerancia == 0 || AdmiteAltura(*p, tolerancia);
   if (admitido) p->num = numero;
   if (admitido && !duplicado) return 0;
-  for (CTriangulo2D* t : borrador->cavidad) t->SetBorrado(false);
+  for (CTriangulo2D* t : borrador->Condenados()) t->SetBorrado(false);
   return admitido ? 3 : 5;
 }
 
 void CSetTriangulos2D::RecogeLados(CSetLados2D& lados) const {
-  for (CTriangulo2D const* t : borrador->cavidad) {
+  for (CTriangulo2D const* t : borrador->Condenados()) {
     lados.lados.emplace_back(t->p1, t->p2);
     lados.lados.emplace_back(t->p2, t->p3);
     lados.lados.emplace_back(t->p3, t->p1);
@@ -51,15 +57,21 @@ void CSetTriangulos2D::RecogeLados(CSetLados2D& lados) const {
 /// since closing cuts them.
 CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados) {
   auto& cola = borrador->cola;
-  cola.assign(1, inicio);
-  for (std::size_t i = 0; i < cola.size(); ++i) {
+  if (cola.empty()) cola.resize(64);
+  cola[0] = inicio;
+  std::size_t puestos = 1;
+  for (std::size_t i = 0; i < puestos; ++i) {
     CTriangulo2D* t = cola[i];
     ++aceptados;
     if (t->GetUltimoPuntoProyectado() == p.num) continue;
     if (t->Dentro(p)) return t;
     ++rechazados;
+    if (cola.size() < puestos + 3) cola.resize(2 * puestos + 64);
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
-      if (v != nullptr && v->GetUltimoPuntoProyectado() != p.num && !v->Borrado()) cola.push_back(v);
+      if (v == nullptr) continue;
+      cola[puestos] = v;  // counted without a jump: whether it is new is as good as random
+      puestos +=
+          static_cast<std::size_t>(v->GetUltimoPuntoProyectado() != p.num) & static_cast<std::size_t>(!v->Borrado());
     }
   }
   return nullptr;
@@ -70,7 +82,6 @@ CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsign
 bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
                                     unsigned& rechazados) {
   auto& cola = borrador->cola;
-  auto& cavidad = borrador->cavidad;
   const int primeraMarca = p.num - kSegundaMarca;
   CSetTriangulos2D* raiz = GetNivel0();
   cola.assign(1, semilla);
@@ -90,21 +101,20 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
       raiz->abiertos.push_back(t);
       continue;
     }
-    const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };
-    if (coincide(t->p1) || coincide(t->p2) || coincide(t->p3)) return true;
+    if (t->TieneVerticeEn(p)) return true;
     ++aceptados;
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
       if (v != nullptr && !v->Borrado()) cola.push_back(v);
     }
     t->SetBorrado(true);
-    cavidad.push_back(t);
+    borrador->Condena(t);
   }
   return false;
 }
 
 /// One-sided: a point far below the surface passes, and one that no triangle of its cavity can place is refused.
 bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, int tolerancia) {
-  for (CTriangulo2D* t : borrador->cavidad) {
+  for (CTriangulo2D* t : borrador->Condenados()) {
     CCoor3D<int> sobreElPlano(p);
     if (t->Proyecta(sobreElPlano, true) == 0) continue;
     return static_cast<std::int64_t>(p.z) - sobreElPlano.z <= tolerancia;
@@ -113,7 +123,7 @@ bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, int tolerancia) {
 }
 
 void CSetTriangulos2D::BorraCavidad() {
-  for (CTriangulo2D* t : borrador->cavidad) {
+  for (CTriangulo2D* t : borrador->Condenados()) {
     t->set->Borra(t);
     delete t;
   }

@@ -1,169 +1,229 @@
 // One point into the mesh: its cavity gives way to a fan of new triangles, linked by construction.
 #include <algorithm>
-#include <bit>
-#include <limits>
-#include <numeric>
 
 #include "planar/CSetTriangulos2D.h"
 
 namespace Meseta47 {
 
-namespace {
-
-// Comparing all with all, in loops of fixed length, no jump depends on the data; a search among a few would mostly wait
-// for jumps that went wrong. Boundaries have 6 sides as a rule, more than 8 now and then, and more than 16 hardly ever.
-constexpr std::size_t kPocos = 8, kAlgunos = 16;
-
-/// Index of the one element that equals `valor`; `bien` is lowered when there is none, or more.
-template <std::size_t N>
-unsigned IndiceDe(int valor, int const (&numeros)[N], bool& bien) {
-  unsigned iguales = 0;
-  for (std::size_t j = 0; j < N; ++j) iguales |= static_cast<unsigned>(numeros[j] == valor) << j;
-  bien &= std::has_single_bit(iguales);
-  return static_cast<unsigned>(std::countr_zero(iguales));
-}
-
-/// How many elements are below `valor`.
-template <std::size_t N>
-std::size_t Menores(std::uint64_t valor, std::uint64_t const (&claves)[N]) {
-  std::size_t cuenta = 0;
-  for (std::size_t j = 0; j < N; ++j) cuenta += static_cast<std::size_t>(claves[j] < valor);
-  return cuenta;
-}
-
-}  // namespace
-
 int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia,
                                    unsigned& aceptados, unsigned& rechazados, CBalance& balance) {
-  const int respuesta = BuscaCavidad(p, aceptados, rechazados, desde, tolerancia);
+  CTriangulo2D* semilla = nullptr;
+  if (const int fallo = BuscaSemilla(*p, aceptados, rechazados, desde, semilla); fallo != 0) return fallo;
+  const bool porAnillo = !semilla->TieneVerticeEn(*p) && CreceContorno(*p, semilla, aceptados, rechazados);
+  const int respuesta =
+      porAnillo ? JuzgaAltura(p, tolerancia) : MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
   if (respuesta != 0) return respuesta;
-  balance.condenados += borrador->cavidad.size();
-  if (RecogeContorno()) {
+  balance.condenados += borrador->condenados;
+  if (porAnillo) {
+    balance.creados += borrador->abanico.Cantidad();
     SustituyeCavidad(p, cerca);
-    balance.creados += borrador->lados;
   } else {
     SustituyePorBusqueda(p, balance);
   }
   return 0;
 }
 
-/// Lists the sides with no condemned neighbour. True when they are one polygon without a vertex inside it, as a cavity
-/// that its point sees whole has: n triangles joined by n - 1 sides leave n + 2, no two of which begin in one vertex.
-/// Only then, and when no open triangle lies unlinked across a side, does the boundary alone tell all that a search
-/// through the open list would find.
-bool CSetTriangulos2D::RecogeContorno() {
-  auto& contorno = borrador->contorno;
-  const std::size_t n = borrador->cavidad.size() + 2;
-  contorno.resize(std::max(contorno.size(), 3 * borrador->cavidad.size()));
-  CLadoContorno* lado = contorno.data();
-  bool enlazado = true;
-  for (CTriangulo2D* t : borrador->cavidad) {
-    const auto recoge = [&](CTriangulo2D* fuera, CCoor3D<int>* a, CCoor3D<int>* b) {
-      if (fuera == nullptr) {
-        *lado++ = {a, b, nullptr, nullptr, nullptr};
-        if (EstaAbierto(b->num, a->num)) enlazado = false;
-        return;
+/// 0, or 5 with the cavity no longer condemned.
+int CSetTriangulos2D::JuzgaAltura(CCoor3D<int>* p, int tolerancia) {
+  if (tolerancia == 0) return 0;
+  p->num += kSegundaMarca;
+  if (!AdmiteAltura(*p, tolerancia)) {
+    for (CTriangulo2D* t : borrador->Condenados()) t->SetBorrado(false);
+    return 5;
+  }
+  p->num -= kSegundaMarca;
+  return 0;
+}
+
+/// Doubles the room. A cavity of n triangles looks at 2 n + 1 neighbours and has n + 2 sides.
+void CSetTriangulos2D::CBorrador::Amplia() {
+  constexpr std::size_t kPrimera = 32;
+  cabida = std::max(kPrimera, 2 * cabida);
+  const std::size_t sitio = 2 * cabida + 4;
+  if (cavidad.size() < sitio) cavidad.resize(sitio);
+  entrada.resize(sitio);
+  visitas.resize(sitio);
+  abanico.Amplia(sitio);
+}
+
+void CSetTriangulos2D::CBorrador::Condena(CTriangulo2D* t) {
+  if (condenados == cavidad.size()) cavidad.resize(2 * condenados + 1);
+  cavidad[condenados++] = t;
+}
+
+/// A cavity that grows from its first triangle, and the ring of sides around it.
+class CSetTriangulos2D::CCrecimiento {
+ public:
+  CCrecimiento(CBorrador& elBorrador, CCoor3D<int> const& p)
+      : b(elBorrador), x(p.x), y(p.y), primeraMarca(p.num), segundaMarca(p.num + kSegundaMarca) {
+    if (b.cabida == 0) b.Amplia();
+    ApuntaAListas(0);
+  }
+
+  void Crece(CTriangulo2D* semilla) {
+    Siembra(semilla);
+    for (std::size_t i = 1; i < condenados; ++i) {
+      if (i == b.cabida) [[unlikely]] {
+        const std::ptrdiff_t visitas = visita - b.visitas.data();
+        b.Amplia();
+        ApuntaAListas(visitas);
       }
-      *lado = {a, b, fuera, fuera->EnlaceA(t), nullptr};
-      lado += fuera->Borrado() ? 0 : 1;  // a side inside the cavity gives its place to the next one
-    };
-    recoge(t->vecino12, t->p1, t->p2);
-    recoge(t->vecino23, t->p2, t->p3);
-    recoge(t->vecino31, t->p3, t->p1);
+      AbreLado(cavidad[i], entrada[i]);
+    }
+    b.condenados = condenados;
   }
-  borrador->lados = static_cast<std::size_t>(lado - contorno.data());
-  return enlazado && borrador->lados == n && EncadenaContorno();
-}
-
-/// Whether an open triangle has the side from number `a` to number `b`.
-bool CSetTriangulos2D::EstaAbierto(int a, int b) const {
-  return std::any_of(abiertos.begin(), abiertos.end(),
-                     [=](CTriangulo2D const* t) { return t->ContieneLado(a, b) != 0; });
-}
-
-/// Finds for each side the one that begins where it ends, and the order of the sides, which fixes that of the new
-/// triangles. False when ends and beginnings are not one to one.
-bool CSetTriangulos2D::EncadenaContorno() {
-  const std::size_t n = borrador->lados;
-  borrador->despues.resize(std::max(n, kAlgunos));
-  borrador->orden.resize(std::max(n, kAlgunos));
-  if (n <= kPocos) return EncadenaCorto<kPocos>();
-  return n <= kAlgunos ? EncadenaCorto<kAlgunos>() : EncadenaLargo();
-}
-
-template <std::size_t N>
-bool CSetTriangulos2D::EncadenaCorto() {
-  auto const& contorno = borrador->contorno;
-  const std::size_t n = borrador->lados;
-  int principios[N];
-  std::uint64_t claves[N];
-  std::fill_n(principios, N, std::numeric_limits<int>::min());  // no point's number, and keys behind all others
-  std::fill_n(claves, N, std::numeric_limits<std::uint64_t>::max());
-  for (std::size_t i = 0; i < n; ++i) {
-    principios[i] = contorno[i].a->num;
-    claves[i] = CLado2D(contorno[i].a, contorno[i].b).Clave();
+  void Deshace() {
+    for (CTriangulo2D* t : b.Condenados()) t->SetBorrado(false);
+    while (visita-- != b.visitas.data()) visita->triangulo->ultimoPunto = visita->marca;
+    b.condenados = 0;
   }
-  bool bien = true;
-  for (std::size_t i = 0; i < n; ++i) {
-    borrador->despues[i] = IndiceDe(contorno[i].b->num, principios, bien);
-    borrador->orden[Menores(claves[i], claves)] = static_cast<unsigned>(i);
-  }
-  return bien;
-}
 
-bool CSetTriangulos2D::EncadenaLargo() {
-  auto const& contorno = borrador->contorno;
-  const std::size_t n = borrador->lados;
-  auto& despues = borrador->despues;
-  auto& orden = borrador->orden;
-  orden.resize(n);
-  std::iota(orden.begin(), orden.end(), 0U);
-  const auto principio = [&](unsigned i) { return contorno[i].a->num; };
-  std::sort(orden.begin(), orden.end(), [&](unsigned i, unsigned j) { return principio(i) < principio(j); });
-  for (std::size_t i = 0; i < n; ++i) {
-    const int fin = contorno[i].b->num;
-    const auto hallado =
-        std::lower_bound(orden.begin(), orden.end(), fin, [&](unsigned j, int num) { return principio(j) < num; });
-    if (hallado == orden.end() || principio(*hallado) != fin) return false;
-    if (hallado + 1 != orden.end() && principio(hallado[1]) == fin) return false;
-    despues[i] = *hallado;
+  [[nodiscard]] unsigned Lados() const { return lados; }
+  /// Triangles found outside that the walk had not met.
+  [[nodiscard]] unsigned Ajenos() const { return vistos - static_cast<unsigned>(condenados - 1); }
+  /// Whether the cavity closes around a vertex, or the mesh ends at a side of it.
+  [[nodiscard]] bool Rodea() const { return rodeado != 0; }
+  [[nodiscard]] bool Termina() const { return termina; }
+
+ private:
+  void ApuntaAListas(std::ptrdiff_t visitas) {
+    cavidad = b.cavidad.data();
+    entrada = b.entrada.data();
+    visita = b.visitas.data() + visitas;
+    anillo = b.abanico.Lados();
   }
-  std::vector<std::uint64_t> claves;
-  for (std::size_t i = 0; i < n; ++i) claves.push_back(CLado2D(contorno[i].a, contorno[i].b).Clave());
-  std::sort(orden.begin(), orden.end(), [&](unsigned i, unsigned j) { return claves[i] < claves[j]; });
+  void Siembra(CTriangulo2D* semilla) {
+    cavidad[0] = semilla;
+    *visita++ = {semilla, semilla->ultimoPunto};
+    semilla->ultimoPunto = segundaMarca;
+    semilla->SetBorrado(true);
+    for (unsigned k = 0; k < 3; ++k) {
+      anillo[k].siguiente = (k + 1) % 3;
+      Mira(semilla, k, k);
+    }
+  }
+  /// The side behind which a triangle was found gives way to its two others, which are looked at in their order.
+  void AbreLado(CTriangulo2D* t, unsigned viejo) {
+    const unsigned k = t->LadoHacia(anillo[viejo].condenado), nuevo = lados++;
+    anillo[nuevo].siguiente = anillo[viejo].siguiente;
+    anillo[viejo].siguiente = nuevo;
+    // On the ring P3P1 follows P2P3; in the triangle P1P2 comes before it.
+    constexpr unsigned kPrimero[3] = {1, 0, 0}, kSegundo[3] = {2, 2, 1}, kCruza[3] = {0, ~0U, 0};
+    const unsigned cambio = (viejo ^ nuevo) & kCruza[k];
+    Mira(t, kPrimero[k], viejo ^ cambio);
+    Mira(t, kSegundo[k], nuevo ^ cambio);
+  }
+  /// Puts a side in the ring and asks what lies behind it. Each neighbour is asked as often as it is met: that costs
+  /// less than a jump to find out whether it has been asked.
+  void Mira(CTriangulo2D* t, unsigned k, unsigned lado) {
+    CTriangulo2D* v = t->*CTriangulo2D::kVecino[k];
+    CAbanico::CLado& suyo = anillo[lado];
+    suyo.a = t->*CTriangulo2D::kPunto[k];
+    suyo.condenado = t;
+    suyo.fuera = v;
+    if (v == nullptr) {
+      termina = true;
+      return;
+    }
+    const int marca = v->ultimoPunto;
+    const auto enPrimera = static_cast<unsigned>(marca == primeraMarca);  // the walk has found it outside
+    const auto enSegunda = static_cast<unsigned>(marca == segundaMarca);
+    const unsigned dentro = static_cast<unsigned>(v->EnCirculo(x, y)) & ~enPrimera;
+    *visita++ = {v, marca};
+    v->ultimoPunto = enPrimera != 0 ? primeraMarca : segundaMarca;
+    v->flags = static_cast<std::uint16_t>(v->flags | dentro * CTriangulo2D::kMarcaBorrado);
+    vistos += 1 & ~enPrimera & ~enSegunda;
+    rodeado |= dentro & enSegunda;
+    cavidad[condenados] = v;
+    entrada[condenados] = lado;
+    condenados += dentro & ~enSegunda;
+  }
+
+  CBorrador& b;
+  const double x, y;
+  const int primeraMarca, segundaMarca;
+  CTriangulo2D** cavidad = nullptr;
+  unsigned* entrada = nullptr;
+  CVisita* visita = nullptr;  // where the next one goes
+  CAbanico::CLado* anillo = nullptr;
+  std::size_t condenados = 1;
+  unsigned lados = 3, vistos = 0, rodeado = 0;
+  bool termina = false;
+};
+
+/// Condemns the triangles that `CreceCavidad` would, in its order, and has the ring of sides around them. False, with
+/// the mesh as it was and nothing counted, when the ring alone does not tell all that a search through the open list
+/// would find.
+bool CSetTriangulos2D::CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
+                                     unsigned& rechazados) {
+  CCrecimiento crecimiento(*borrador, p);
+  crecimiento.Crece(semilla);
+  if (crecimiento.Rodea() || !borrador->abanico.Dispone(p, crecimiento.Lados()) ||
+      (crecimiento.Termina() && HayAbiertoSinEnlazar())) {
+    crecimiento.Deshace();
+    return false;
+  }
+  aceptados += static_cast<unsigned>(borrador->condenados);
+  rechazados += crecimiento.Ajenos();
   return true;
+}
+
+/// Whether a triangle around the cavity lies, unlinked, across a side where the mesh ends.
+bool CSetTriangulos2D::HayAbiertoSinEnlazar() const {
+  CAbanico const& abanico = borrador->abanico;
+  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) {
+    if (abanico.Lado(i).fuera != nullptr) continue;
+    for (std::size_t j = 0; j < abanico.Cantidad(); ++j) {
+      CTriangulo2D const* fuera = abanico.Lado(j).fuera;
+      if (fuera != nullptr && fuera->ContieneLado(abanico.B(i)->num, abanico.A(i)->num) != 0) return true;
+    }
+  }
+  return false;
 }
 
 //            A
 //          / | \               P sees the side A-B of its cavity. The new triangle (P, A, B) turns the same way as the
-//     P  <   |   > fuera       condemned one that it replaces and takes over its neighbour. Across P-A lies the new
-//          \ | /               triangle whose side ends in A, across B-P the one whose side begins in B.
+//     P  <   |   > fuera       condemned one that it replaces and takes over its neighbour. Across P-A and B-P lie the
+//          \ | /               new triangles before and after it on the ring.
 //            B
 void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca) {
-  auto& [cola, cavidad, contorno, despues, orden, n, pares] = *borrador;
-  for (CTriangulo2D* t : cavidad) t->set->Quita(t, *this);
-  for (std::size_t i = 0; i < n; ++i) {
-    CLadoContorno& lado = contorno[i];
-    // A condemned triangle gives its place to a new one.
-    lado.nuevo =
-        i < cavidad.size() ? new (cavidad[i]) CTriangulo2D(p, lado.a, lado.b) : new CTriangulo2D(p, lado.a, lado.b);
-    lado.nuevo->vecino23 = lado.fuera;
-    if (lado.enlace != nullptr) *lado.enlace = lado.nuevo;
+  CBorrador& b = *borrador;
+  CAbanico& abanico = b.abanico;
+  const std::size_t n = abanico.Cantidad();
+  b.camino.Pon(cerca);
+  abanico.Calcula(*p);
+  // Condemned triangles give their places to new ones, of which there are two more.
+  for (std::size_t i = b.condenados; i < n; ++i) {
+    b.cavidad[i] = static_cast<CTriangulo2D*>(CTriangulo2D::operator new(sizeof(CTriangulo2D)));
   }
+  for (CTriangulo2D* t : b.Condenados()) t->set->Quita(t, *this);
+  PonAbanico(p);
   for (std::size_t i = 0; i < n; ++i) {
-    CTriangulo2D* t = contorno[i].nuevo;
-    CTriangulo2D* siguiente = contorno[despues[i]].nuevo;
-    t->vecino31 = siguiente;
-    siguiente->vecino12 = t;
-  }
-  for (std::size_t i = 0; i < n; ++i) {
-    CTriangulo2D* t = contorno[orden[i]].nuevo;
+    CTriangulo2D* t = b.cavidad[abanico.Orden(i)];
     const CCaja caja = CajaDe(*t);
-    CSetTriangulos2D* desde = &cerca;
-    while (!desde->paso.Contiene(caja)) desde = desde->padre;
-    desde->SetPara(caja).Anexa(t);
+    // A triangle without a circle, of three points on a line, has its place at the origin.
+    CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(caja) : SetPara(caja);
+    suyo.Anexa(t);
   }
-  abiertos.clear();
+}
+
+/// Makes the triangles of the fan in the places that stand in `cavidad`, and links them.
+void CSetTriangulos2D::PonAbanico(CCoor3D<int>* p) {
+  CBorrador& b = *borrador;
+  CAbanico const& abanico = b.abanico;
+  const std::size_t n = abanico.Cantidad();
+  // All links are found before the first one changes: an old neighbour's place may be a new one's.
+  for (std::size_t i = 0; i < n; ++i) {
+    CAbanico::CLado const& lado = abanico.Lado(i);
+    if (lado.fuera != nullptr) b.entrada[i] = lado.fuera->LadoHacia(lado.condenado);
+  }
+  for (std::size_t i = 0, antes = n - 1; i < n; antes = i++) {
+    auto* t = new (b.cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i));
+    t->vecino12 = b.cavidad[antes];
+    t->vecino23 = abanico.Lado(i).fuera;
+    t->vecino31 = b.cavidad[i + 1 < n ? i + 1 : 0];
+    if (t->vecino23 != nullptr) t->vecino23->*CTriangulo2D::kVecino[b.entrada[i]] = t;
+  }
 }
 
 void CSetTriangulos2D::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance) {

@@ -110,6 +110,10 @@ void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos)
     setsCerrados.push_back(set);
   }
   aviso.fetch_add(1);
+  // To wake a thread costs more than to write a set; a few dozen of them may wait for one another.
+  constexpr std::uint64_t kTriangulosPorAviso = 4096;
+  if (cerradosHasta.back() - avisadosHasta < kTriangulosPorAviso) return;
+  avisadosHasta = cerradosHasta.back();
   aviso.notify_one();
 }
 

@@ -271,6 +271,7 @@ class URDIMBRE_API CTriangulacion2D {
   HANDLE evento = nullptr;                   ///< signalled while the worker lives
   std::atomic<unsigned> aviso{0};            ///< grows with whatever the worker waits for
   std::vector<std::uint64_t> cerradosHasta;  ///< triangles in the queue up to each entry
+  std::uint64_t avisadosHasta = 0;           ///< triangles in the queue when the worker was last woken
   CSetTriangulos2D::CBalance balance;        ///< triangles ever made, and destroyed by a later point
   CResumenPlano resumen;
 };

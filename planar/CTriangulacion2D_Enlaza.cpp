@@ -102,6 +102,7 @@ void CTriangulacion2D::PreparaEnlace() {
   evento = nullptr;
   setsCerrados.clear();
   cerradosHasta.clear();
+  avisadosHasta = 0;
   setRaiz.Vacia();
   balance = {};
 }
@@ -138,7 +139,11 @@ int CTriangulacion2D::ConcluyeFichero() {
   return Abandona(kFicheroInaccesible);
 }
 
-void CTriangulacion2D::CierraRaiz() { Salva(&divisiones); }
+/// Whatever the worker has not been woken for is done now.
+void CTriangulacion2D::CierraRaiz() {
+  Salva(&divisiones);
+  aviso.notify_one();
+}
 
 void CTriangulacion2D::Alza(std::atomic<int>& bandera) {
   {

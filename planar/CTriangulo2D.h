@@ -147,13 +147,17 @@ class URDIMBRE_API CTriangulo2D {
     return EnCirculo(p.x, p.y);
   }
   /// The same question without a trace.
-  [[nodiscard]] bool EnCirculo(int px, int py) const {
+  [[nodiscard]] bool EnCirculo(double x, double y) const {
     const double cx = circulo.x, cy = circulo.y, r = circulo.radio;
-    if (r > kRadioDudoso) return EnCirculoEnorme(px, py);
-    const double x = px, y = py, dx = cx - x, dy = cy - y;
-    // The box of the circle has no tolerance. It is asked last, because the circle turns more points away.
-    if (dx * dx + dy * dy - circulo.radio2 > MargenCuadrado(r)) return false;
-    return cx - r <= x && x <= cx + r && cy - r <= y && y <= cy + r;
+    if (r > kRadioDudoso) [[unlikely]] {
+      return EnCirculoEnorme(static_cast<int>(x), static_cast<int>(y));
+    }
+    const double dx = cx - x, dy = cy - y, exceso = dx * dx + dy * dy - circulo.radio2;
+    // The box of the circle has no tolerance; only on the circle's edge can it tell otherwise.
+    if (!(std::abs(exceso) > MargenCuadrado(r))) [[unlikely]] {
+      return cx - r <= x && x <= cx + r && cy - r <= y && y <= cy + r;
+    }
+    return exceso < 0;
   }
   /// Projects the point vertically on the triangle's plane. 0: not on the triangle; 1: on a side, to one scaled unit;
   /// 2: inside or on a vertex. Without `comprueba` any point within the circle gives 2. With `actualizaZ` the point
@@ -175,6 +179,10 @@ class URDIMBRE_API CTriangulo2D {
  private:
   friend class CSetTriangulos2D;
 
+  /// The triangle of a fan: all that there is to compute comes ready.
+  CTriangulo2D(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c, CCirculo const& suCirculo, std::uint16_t indices)
+      : circulo(suCirculo), flags(indices), p1(a), p2(b), p3(c) {}
+
   /// Scaled units: from here on the squared distances to a centre are rounded more coarsely than the tolerance of their
   /// comparison (2 r 1e-7 against r^2 2^-53), and the tolerance itself spans whole triangles: the vertices tell,
   /// exactly.
@@ -184,6 +192,10 @@ class URDIMBRE_API CTriangulo2D {
   static constexpr unsigned kMarcaBorrado = 0x1000;
   static constexpr unsigned kMascaraIndices = 0x0FFF;
 
+  [[nodiscard]] bool TieneVerticeEn(CCoor3D<int> const& p) const {
+    const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };
+    return coincide(p1) || coincide(p2) || coincide(p3);
+  }
   [[nodiscard]] bool EnCirculoEnorme(int px, int py) const;
   void Recalcula();
   void CalculaIndices(int eje);
@@ -194,10 +206,9 @@ class URDIMBRE_API CTriangulo2D {
     const unsigned i = (static_cast<unsigned>(flags) >> bit) & 3U;
     return i == 0 ? p1 : (i == 1 ? p2 : p3);
   }
-  /// The link across the side that is shared with the neighbour `t`.
-  [[nodiscard]] CTriangulo2D** EnlaceA(CTriangulo2D const* t) {
-    CTriangulo2D** enlace = vecino23 == t ? &vecino23 : &vecino31;
-    return vecino12 == t ? &vecino12 : enlace;
+  /// Which side is shared with the neighbour `t`: 0 for P1P2, 1 for P2P3, 2 for P3P1.
+  [[nodiscard]] unsigned LadoHacia(CTriangulo2D const* t) const {
+    return static_cast<unsigned>(vecino23 == t) + 2 * static_cast<unsigned>(vecino31 == t);
   }
   /// Forgets the neighbours without telling them: they are about to be linked anew, or die as well.
   void SueltaVecinos() { vecino12 = vecino23 = vecino31 = nullptr; }
@@ -206,6 +217,10 @@ class URDIMBRE_API CTriangulo2D {
     vecino->BorraVecino(this);
     vecino = nullptr;
   }
+
+  /// Begin of a side and neighbour across it, by its index: chosen without a jump.
+  static CCoor3D<int>* CTriangulo2D::*const kPunto[3];
+  static CTriangulo2D* CTriangulo2D::*const kVecino[3];
 
   // What a walk reads comes first and fills one cache line: the pool starts each triangle on a line.
   CCirculo circulo;
@@ -217,5 +232,10 @@ class URDIMBRE_API CTriangulo2D {
   CCoor3D<int>*p1 = nullptr, *p2 = nullptr, *p3 = nullptr;
   CTriangulo2D *sig = nullptr, *ant = nullptr;
 };
+
+inline constexpr CCoor3D<int>* CTriangulo2D::*const CTriangulo2D::kPunto[3] = {&CTriangulo2D::p1, &CTriangulo2D::p2,
+                                                                               &CTriangulo2D::p3};
+inline constexpr CTriangulo2D* CTriangulo2D::*const CTriangulo2D::kVecino[3] = {
+    &CTriangulo2D::vecino12, &CTriangulo2D::vecino23, &CTriangulo2D::vecino31};
 
 }  // namespace Meseta47
