@@ -26,7 +26,6 @@ class CAbanico {
 
   /// Room for `n` sides. What stands in the first ones stays.
   void Amplia(std::size_t n);
-  [[nodiscard]] std::size_t Cabida() const { return lados.size(); }
   CLado* Lados() { return lados.data(); }
 
   /// Lays out the ring of `n` sides, which begins with side 0. False when a corner lies on `p` in plan or comes twice.

@@ -1,0 +1,139 @@
+// The fan of a new point, held against the triangle made one by one and the sort of sides.
+#include "planar/CAbanico.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <random>
+
+#include "planar/CTriangulo2D.h"
+
+namespace Meseta47 {
+namespace {
+
+/// A ring of corners around a point, its sides in the fan in another order than round the ring.
+class Ring {
+ public:
+  Ring(CCoor3D<int> centre, std::vector<CCoor3D<int>> ringCorners) : p(centre), corners(std::move(ringCorners)) {
+    const auto n = static_cast<unsigned>(corners.size());
+    fan.Amplia(n);
+    for (unsigned i = 0; i < n; ++i) {
+      fan.Lados()[Slot(i)] = {&corners[i], nullptr, nullptr, Slot((i + 1) % n)};
+    }
+  }
+  bool LaidOut() { return fan.Dispone(p, corners.size()); }
+
+  CCoor3D<int> p;
+  std::vector<CCoor3D<int>> corners;
+  CAbanico fan;
+
+ private:
+  /// Side 0 stays first; the others run backwards.
+  [[nodiscard]] unsigned Slot(unsigned i) const { return i == 0 ? 0 : static_cast<unsigned>(corners.size()) - i; }
+};
+
+/// `n` corners clockwise around the origin, their numbers without order, some heights equal.
+std::vector<CCoor3D<int>> Corners(int n, double radius, unsigned seed) {
+  std::minstd_rand random(seed);
+  std::vector<int> numbers(static_cast<std::size_t>(n));
+  std::iota(numbers.begin(), numbers.end(), -2);
+  std::shuffle(numbers.begin(), numbers.end(), random);
+  std::vector<CCoor3D<int>> corners;
+  for (int i = 0; i < n; ++i) {
+    const double angle = -2 * 3.14159265358979 * i / n, far = radius * (1 + 0.3 * ((i * 7) % 5));
+    corners.emplace_back(static_cast<int>(far * std::cos(angle)), static_cast<int>(far * std::sin(angle)), i % 3,
+                         numbers[static_cast<std::size_t>(i)]);
+  }
+  return corners;
+}
+
+class CAbanicoOf : public testing::TestWithParam<int> {};
+
+TEST_P(CAbanicoOf, TheTrianglesAreThoseMadeOneByOne) {
+  // Up to 131,072 units from the point all is exact; the last radius is beyond that.
+  for (const double radius : {20.0, 5000.0, 60000.0, 3e8}) {
+    Ring ring({3, -2, 1, 1000}, Corners(GetParam(), radius, 7));
+    ASSERT_TRUE(ring.LaidOut());
+    ring.fan.Calcula(ring.p);
+    ASSERT_EQ(ring.fan.Cantidad(), ring.corners.size());
+    for (std::size_t i = 0; i < ring.fan.Cantidad(); ++i) {
+      EXPECT_EQ(ring.fan.A(i), &ring.corners[i]);
+      EXPECT_EQ(ring.fan.B(i), &ring.corners[(i + 1) % ring.corners.size()]);
+      CCirculo circle;
+      circle.Por3Puntos(ring.p, *ring.fan.A(i), *ring.fan.B(i));
+      const CCirculo got = ring.fan.Circulo(i);
+      EXPECT_EQ(got.x, circle.x);
+      EXPECT_EQ(got.y, circle.y);
+      EXPECT_EQ(got.radio, circle.radio);
+      EXPECT_EQ(got.radio2, circle.radio2);
+      const CTriangulo2D single(&ring.p, ring.fan.A(i), ring.fan.B(i));
+      const CCoor3D<int>* vertices[3] = {single.P1(), single.P2(), single.P3()};
+      const unsigned bits = ring.fan.Indices(i);
+      EXPECT_EQ(vertices[bits & 3U]->x, single.GetMinX());
+      EXPECT_EQ(vertices[bits >> 2 & 3U]->y, single.GetMinY());
+      EXPECT_EQ(vertices[bits >> 4 & 3U]->z, single.GetMinZ());
+      EXPECT_EQ(vertices[bits >> 6 & 3U]->x, single.GetMaxX());
+      EXPECT_EQ(vertices[bits >> 8 & 3U]->y, single.GetMaxY());
+      EXPECT_EQ(vertices[bits >> 10 & 3U]->z, single.GetMaxZ());
+    }
+  }
+}
+
+TEST_P(CAbanicoOf, TheOrderIsThatOfTheSortedSides) {
+  Ring ring({0, 0, 0, 1000}, Corners(GetParam(), 700, 11));
+  ASSERT_TRUE(ring.LaidOut());
+  std::vector<CLado2D> sides, sorted;
+  for (std::size_t i = 0; i < ring.fan.Cantidad(); ++i) sides.emplace_back(ring.fan.A(i), ring.fan.B(i));
+  sorted = sides;
+  std::sort(sorted.begin(), sorted.end());
+  for (std::size_t i = 0; i < sides.size(); ++i) EXPECT_EQ(sides[ring.fan.Orden(i)], sorted[i]);
+}
+
+TEST_P(CAbanicoOf, ACornerThatComesTwiceIsRefused) {
+  std::vector<CCoor3D<int>> corners = Corners(GetParam(), 700, 3);
+  corners.back().num = corners[1].num;
+  EXPECT_FALSE(Ring({0, 0, 0, 1000}, corners).LaidOut());
+}
+
+TEST_P(CAbanicoOf, ACornerOnThePointIsRefused) {
+  std::vector<CCoor3D<int>> corners = Corners(GetParam(), 700, 3);
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    EXPECT_FALSE(Ring({corners[i].x, corners[i].y, 99, 1000}, corners).LaidOut()) << i;
+  }
+}
+
+// Around the length of a batch, the two lengths of the ranking, and beyond.
+INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 15, 16, 17, 40));
+
+TEST(CAbanico, ThreePointsOnALineMakeNoCircle) {
+  Ring ring({0, 0, 5, 10}, {{-10, 0, 1, 1}, {10, 0, 2, 2}, {0, -10, 3, 3}});
+  ASSERT_TRUE(ring.LaidOut());
+  ring.fan.Calcula(ring.p);
+  EXPECT_EQ(ring.fan.Circulo(0).radio, 0);
+  EXPECT_EQ(ring.fan.Circulo(0).radio2, 0);
+  EXPECT_EQ(ring.fan.Indices(0), 0);
+  EXPECT_GT(ring.fan.Circulo(1).radio, 0);
+}
+
+TEST(CAbanico, AnEarlierLargerFanLeavesNoTrace) {
+  Ring ring({0, 0, 0, 1000}, Corners(40, 700, 5));
+  ASSERT_TRUE(ring.LaidOut());
+  ring.fan.Calcula(ring.p);
+  const std::vector<CCoor3D<int>> few = Corners(5, 90, 6);
+  ring.corners = few;
+  for (unsigned i = 0; i < 5; ++i) ring.fan.Lados()[i] = {&ring.corners[i], nullptr, nullptr, (i + 1) % 5};
+  ASSERT_TRUE(ring.LaidOut());
+  ring.fan.Calcula(ring.p);
+  Ring alone({0, 0, 0, 1000}, few);
+  ASSERT_TRUE(alone.LaidOut());
+  alone.fan.Calcula(alone.p);
+  for (std::size_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(ring.fan.Circulo(i).radio2, alone.fan.Circulo(i).radio2);
+    EXPECT_EQ(ring.fan.Indices(i), alone.fan.Indices(i));
+    EXPECT_EQ(ring.fan.Orden(i), alone.fan.Orden(i));
+  }
+}
+
+}  // namespace
+}  // namespace Meseta47
