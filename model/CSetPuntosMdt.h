@@ -80,6 +80,7 @@ class URDIMBRE_API CSetPuntosMdt {
   /// Makes no points and unmakes none: whoever resizes fills. A point's destructor does nothing, yet as a virtual one
   /// it is called for each.
   struct Asignador : AsignadorCrudo<CPuntoTIN> {
+    /// The allocator of another type, as containers ask for it.
     template <class U>
     struct rebind {
       using other = Asignador;
