@@ -164,16 +164,6 @@ void CTriangulo2D::ActualizaMaxMin(int eje) {
   }
 }
 
-void CTriangulo2D::BorraVecino(CTriangulo2D const* t) {
-  if (vecino12 == t) {
-    vecino12 = nullptr;
-  } else if (vecino23 == t) {
-    vecino23 = nullptr;
-  } else if (vecino31 == t) {
-    vecino31 = nullptr;
-  }
-}
-
 void CTriangulo2D::ColocaPuntos(bool soloRota) {
   const int menor = (*p1 > *p2) ? ((*p2 > *p3) ? 3 : 2) : ((*p1 > *p3) ? 3 : 1);
   if (soloRota) {

@@ -127,7 +127,11 @@ class URDIMBRE_API CTriangulo2D {
   void ActualizaMaxMin(int eje);
   void SetBorrado(bool b) { flags = static_cast<std::uint16_t>((flags & ~kMascaraMarca) | (b ? kMarcaBorrado : 0)); }
   /// Clears the first neighbour link that equals `t`.
-  void BorraVecino(CTriangulo2D const* t);
+  void BorraVecino(CTriangulo2D const* t) {
+    // Chosen without a jump: which of the three it is, is as good as random.
+    CTriangulo2D*& suyo = this->*kVecino[LadoHacia(t)];
+    suyo = suyo == t ? nullptr : suyo;
+  }
   /// Clears the links between this triangle and its neighbours, on both sides.
   void BorraMisVecinos() {
     Desengancha(vecino12);
@@ -208,7 +212,8 @@ class URDIMBRE_API CTriangulo2D {
   }
   /// Which side is shared with the neighbour `t`: 0 for P1P2, 1 for P2P3, 2 for P3P1.
   [[nodiscard]] unsigned LadoHacia(CTriangulo2D const* t) const {
-    return static_cast<unsigned>(vecino23 == t) + 2 * static_cast<unsigned>(vecino31 == t);
+    const auto no12 = static_cast<unsigned>(vecino12 != t), no23 = static_cast<unsigned>(vecino23 != t);
+    return no12 + (no12 & no23);
   }
   /// Forgets the neighbours without telling them: they are about to be linked anew, or die as well.
   void SueltaVecinos() { vecino12 = vecino23 = vecino31 = nullptr; }
