@@ -19,10 +19,11 @@ struct Reparto {
   std::atomic<std::size_t> siguiente{0};
   std::atomic<bool> cancelado{false}, faltoMemoria{false};
 
-  /// Does one more block. False when there is none left.
+  /// Does one more block. False when there is none left. Whoever takes a block sees all that others did before
+  /// they took their last ones: memory may go round between blocks.
   bool Bloque() {
     if (cancelado.load(std::memory_order_relaxed)) return false;
-    const std::size_t desde = siguiente.fetch_add(bloque, std::memory_order_relaxed);
+    const std::size_t desde = siguiente.fetch_add(bloque, std::memory_order_acq_rel);
     if (desde >= total) return false;
     trabajo(desde, desde + std::min(bloque, total - desde));
     return true;

@@ -39,7 +39,7 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHilo {
   ~CHiloSalvaTriangulosEnlazados() override { Stop(); }
 
   /// Starts the thread, unless there is one, with the job of writing records. `elEvento` is reset when the thread
-  /// leaves. False when the system gives no thread.
+  /// leaves. False when the system gives no thread. Takes what it is given in either case: not for a thread at work.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola const& laCola, CFile* elFichero, unsigned elModo = SALVA);
   /// The same with the job of cutting triangles with contour levels: the interval and the longest side, in scaled
   /// units.

@@ -127,9 +127,11 @@ TEST_F(SalvaEnlazados, IsStoppedBeforeItHasStartedAndTwiceWithoutHarm) {
   EXPECT_EQ(worker.Hechos(), 0U);
 }
 
-TEST_F(SalvaEnlazados, AThreadThatRunsIsNotStartedAgain) {
+TEST_F(SalvaEnlazados, AThreadThatIsThereIsNotStartedAgain) {
   FaultGuard guard;
+  end = 1;
   ASSERT_TRUE(worker.Start(0, &event, Queue(), &file));
+  WaitForLeaving();
   EXPECT_TRUE(worker.Start(0, &event, Queue(), &file));
   EXPECT_EQ(guard.Asked(EOperacion::CreaHilo), 1);
 }
