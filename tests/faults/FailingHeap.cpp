@@ -10,9 +10,16 @@ namespace {
 constexpr long kNever = std::numeric_limits<long>::max();
 std::atomic<long> asked{0}, first{kNever}, last{kNever};
 
-void Ask() {
+bool Refused() {
   const long nth = asked.fetch_add(1) + 1;
-  if (nth >= first && nth <= last) throw std::bad_alloc();
+  return nth >= first && nth <= last;
+}
+
+void* Ask(std::size_t bytes) noexcept { return Refused() ? nullptr : std::malloc(bytes); }
+
+void* Ask(std::size_t bytes, std::align_val_t alignment) noexcept {
+  const auto step = static_cast<std::size_t>(alignment);
+  return Refused() ? nullptr : std::aligned_alloc(step, (bytes + step - 1) / step * step);
 }
 
 void* Given(void* memory) {
@@ -20,23 +27,31 @@ void* Given(void* memory) {
   return memory;
 }
 
-std::size_t RoundedUp(std::size_t bytes, std::size_t step) { return (bytes + step - 1) / step * step; }
-
 }  // namespace
 
-void* operator new(std::size_t bytes) {
-  Ask();
-  return Given(std::malloc(bytes));
-}
-void* operator new(std::size_t bytes, std::align_val_t alignment) {
-  Ask();
-  const auto step = static_cast<std::size_t>(alignment);
-  return Given(std::aligned_alloc(step, RoundedUp(bytes, step)));
-}
+// Every form, those that do not throw and those of arrays too: a checking heap brings its own of each, and would meet
+// memory of one of these in one of its own.
+using std::align_val_t, std::nothrow_t, std::size_t;
+void* operator new(size_t bytes) { return Given(Ask(bytes)); }
+void* operator new[](size_t bytes) { return Given(Ask(bytes)); }
+void* operator new(size_t bytes, align_val_t step) { return Given(Ask(bytes, step)); }
+void* operator new[](size_t bytes, align_val_t step) { return Given(Ask(bytes, step)); }
+void* operator new(size_t bytes, const nothrow_t&) noexcept { return Ask(bytes); }
+void* operator new[](size_t bytes, const nothrow_t&) noexcept { return Ask(bytes); }
+void* operator new(size_t bytes, align_val_t step, const nothrow_t&) noexcept { return Ask(bytes, step); }
+void* operator new[](size_t bytes, align_val_t step, const nothrow_t&) noexcept { return Ask(bytes, step); }
 void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t, align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, size_t, align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, const nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory, align_val_t, const nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, align_val_t, const nothrow_t&) noexcept { std::free(memory); }
 
 namespace failing_heap {
 
