@@ -25,6 +25,8 @@ HostApp::HostApp(CommonOptions const& options) : CWinApp(L"urdimbre"), bar_(opti
   PonProcesadores(options.threads);
   PonCarpetaTemporal(CString::DesdeUtf8(options.tempDir));
   PonManejadorInterrupcion();
+  DevuelveMemoriaLibre();
+  SueltaBibliotecas();
 }
 
 int HostApp::Porcentaje(int, unsigned long long valor, unsigned long long total, bool) {

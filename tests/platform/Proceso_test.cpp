@@ -1,10 +1,14 @@
 #include "platform/Proceso.h"
 
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <vector>
+
+#include "support/PlanarSizes.h"
 
 namespace {
 
@@ -19,6 +23,35 @@ TEST(ProcessMemory, GrowsWithWhatIsHeldAndThePeakStays) {
   EXPECT_GE(MemoriaResidenteMaxima(), before + kBytes / 2);
   const auto after = MemoriaResidente();  // first: it may grow between the two
   EXPECT_GE(MemoriaResidenteMaxima(), after);
+}
+
+TEST(ProcessMemory, LibrariesThatAreLetGoTakeLessAndStillWork) {
+  const double root = std::sqrt(static_cast<double>(MemoriaResidente()));
+  const auto before = MemoriaResidente();
+  SueltaBibliotecas();
+  EXPECT_LT(MemoriaResidente(), before - 1'000'000);
+  EXPECT_EQ(std::lround(root * root), std::lround(std::pow(root, 2)));  // of the libraries of C and C++
+  EXPECT_EQ(std::to_string(1.5).substr(0, 3), "1.5");
+}
+
+TEST(ProcessMemory, FreedBlocksGoBackAtOnce) {
+#if URDIMBRE_SANITIZED
+  GTEST_SKIP() << "the heap is the sanitizer's own";
+#endif
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        DevuelveMemoriaLibre();
+        constexpr std::size_t kBlock = std::size_t{8} << 20;
+        for (int i = 0; i < 4; ++i) std::make_unique<std::vector<char>>(kBlock, 'x').reset();  // a heap learns by these
+        const auto before = MemoriaResidente();
+        {
+          const std::vector<char> held(kBlock, 'x');
+          if (MemoriaResidente() < before + kBlock / 2) std::exit(2);
+        }
+        std::exit(MemoriaResidente() < before + kBlock / 4 ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST(Terminal, AFileIsNoneAndHasTheUsualColumns) {
