@@ -43,7 +43,8 @@ TEST(ProcessMemory, FreedBlocksGoBackAtOnce) {
       {
         DevuelveMemoriaLibre();
         constexpr std::size_t kBlock = std::size_t{8} << 20;
-        for (int i = 0; i < 4; ++i) std::make_unique<std::vector<char>>(kBlock, 'x').reset();  // a heap learns by these
+        // The usual heap learns by these to keep blocks of that size.
+        for (int i = 0; i < 4; ++i) std::make_unique<std::vector<char>>(kBlock, 'x').reset();
         const auto before = MemoriaResidente();
         {
           const std::vector<char> held(kBlock, 'x');
