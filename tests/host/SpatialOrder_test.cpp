@@ -54,7 +54,7 @@ TEST_P(Boxes, PointsFollowTheCurveOverTheHalvedCells) {
 
 constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 
-// Cells of less than a unit, of hardly more, of many; both sides of where the search gives way to a division.
+// Cells of less than a unit, of hardly more, of many.
 INSTANTIATE_TEST_SUITE_P(OfAnyWidth, Boxes,
                          testing::Values(Box{0, 0, 0, 0}, Box{5, 6, -7, -5}, Box{-3, 100, 0, 1000},
                                          Box{-1, 65533, 7, 65543}, Box{-40000, 25537, 1, 65537},
