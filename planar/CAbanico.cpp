@@ -6,12 +6,13 @@
 #include <utility>
 
 #include "planar/CLado2D.h"
+#include "platform/Parejas.h"
 
 namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kPocos = 8, kAlgunos = 16;  // boundaries have 6 sides as a rule and hardly ever more than 16
+constexpr std::size_t kPocos = 8, kAlgunos = 12;  // boundaries have 6 sides as a rule and hardly ever more than 12
 
 /// All bits set where `a` is below `b`.
 int SiMenor(int a, int b) { return -static_cast<int>(a < b); }
@@ -41,6 +42,7 @@ void CAbanico::Amplia(std::size_t n) {
   const std::size_t sitio = tandas.size() * kTanda + 1;
   vuelta.resize(sitio);
   orden.resize(sitio);
+  esquinas.resize(sitio);
   num.resize(sitio);
 }
 
@@ -52,8 +54,9 @@ bool CAbanico::Dispone(CCoor3D<int> const& p, std::size_t n) {
     CTanda& tanda = tandas[i / kTanda];
     // Beyond its end the ring is gone round again: batches are always full, and their loops of fixed length.
     for (std::size_t k = 0; k <= kTanda; ++k) {
-      CCoor3D<int> const& a = *lados[lado].a;
+      CCoor3D<int>& a = *lados[lado].a;
       vuelta[i + k] = lado;
+      esquinas[i + k] = &a;
       num[i + k] = a.num;
       tanda.x[k] = a.x;
       tanda.y[k] = a.y;
@@ -109,6 +112,37 @@ void CAbanico::Calcula(CCoor3D<int> const& p) {
     PonCirculos(tanda, p);
     PonIndices(tanda, p);
     CorrigeCirculos(tanda, p);
+  }
+}
+
+void CAbanico::Situa(CMarcos const& m) {
+  constexpr std::size_t kParejas = kTanda / 2;
+  for (std::size_t i = 0; i < cantidad; i += kTanda) {
+    CTanda& t = tandas[i / kTanda];
+    CPareja cotas[4][kParejas];
+    for (std::size_t k = 0; k < kParejas; ++k) {
+      const CPareja cx = CPareja::De(t.cx + 2 * k), cy = CPareja::De(t.cy + 2 * k), r = CPareja::De(t.radio + 2 * k);
+      cotas[CMarcos::MIN_X][k] = cx - r;
+      cotas[CMarcos::MIN_Y][k] = cy - r;
+      cotas[CMarcos::MENOS_MAX_X][k] = -(cx + r);
+      cotas[CMarcos::MENOS_MAX_Y][k] = -(cy + r);
+    }
+    CMarcas salen[kParejas] = {}, fuera[kParejas] = {};
+    const auto prueba = [&](CMarcos::CLimite const& limite) {
+      const CPareja minimo = CPareja::De(limite.minimo);
+      CPareja const* cota = cotas[limite.cota];
+      for (std::size_t k = 0; k < kParejas; ++k) salen[k] = salen[k] | (cota[k] < minimo);
+    };
+    const auto cuenta = [&] {
+      for (std::size_t k = 0; k < kParejas; ++k) fuera[k] = fuera[k] - salen[k];
+    };
+    for (CMarcos::CLimite const& limite : m.ultimo) prueba(limite);
+    cuenta();
+    for (std::size_t j = CMarcos::kCuantos - 1; j-- != 0;) {
+      for (CMarcos::CLimite const& limite : m.propios[j]) prueba(limite);
+      cuenta();
+    }
+    for (std::size_t k = 0; k < kParejas; ++k) fuera[k].Deja(t.fuera + 2 * k);
   }
 }
 

@@ -24,6 +24,19 @@ class CAbanico {
     unsigned siguiente;               ///< the side that begins where this one ends
   };
 
+  /// Frames in plan: each is a quarter of the next, or that itself again.
+  struct CMarcos {
+    static constexpr std::size_t kCuantos = 4;
+    enum CCota : unsigned { MIN_X, MIN_Y, MENOS_MAX_X, MENOS_MAX_Y };  ///< of a box; greatest values negated
+    /// The least that a box within the frame may have there.
+    struct CLimite {
+      CCota cota;
+      double minimo[2];  ///< twice the same number
+    };
+    CLimite propios[kCuantos - 1][2];  ///< of each frame but the last, what the next one does not ask for
+    CLimite ultimo[4];                 ///< of the last frame, all
+  };
+
   /// Room for `n` sides. What stands in the first ones stays.
   void Amplia(std::size_t n);
   CLado* Lados() { return lados.data(); }
@@ -32,12 +45,14 @@ class CAbanico {
   bool Dispone(CCoor3D<int> const& p, std::size_t n);
   /// Circles and index bits of the triangles. After `Dispone`.
   void Calcula(CCoor3D<int> const& p);
+  /// Counts the frames that each circle leaves. After `Calcula`.
+  void Situa(CMarcos const& marcos);
 
   // Of the triangle from the point to the `i`th side of the ring.
   [[nodiscard]] std::size_t Cantidad() const { return cantidad; }
   [[nodiscard]] CLado const& Lado(std::size_t i) const { return lados[vuelta[i]]; }
-  [[nodiscard]] CCoor3D<int>* A(std::size_t i) const { return lados[vuelta[i]].a; }
-  [[nodiscard]] CCoor3D<int>* B(std::size_t i) const { return lados[vuelta[i + 1]].a; }
+  [[nodiscard]] CCoor3D<int>* A(std::size_t i) const { return esquinas[i]; }
+  [[nodiscard]] CCoor3D<int>* B(std::size_t i) const { return esquinas[i + 1]; }
   [[nodiscard]] CCirculo Circulo(std::size_t i) const {
     CTanda const& t = tandas[i / kTanda];
     const std::size_t k = i % kTanda;
@@ -46,6 +61,10 @@ class CAbanico {
   /// Index bits, as `CTriangulo2D` keeps them.
   [[nodiscard]] std::uint16_t Indices(std::size_t i) const {
     return static_cast<std::uint16_t>(tandas[i / kTanda].indices[i % kTanda]);
+  }
+  /// How many of the frames its circle leaves.
+  [[nodiscard]] std::size_t Fuera(std::size_t i) const {
+    return static_cast<std::size_t>(tandas[i / kTanda].fuera[i % kTanda]);
   }
   /// Which triangle is the `i`th by the numbers of its side, as `CLado2D` has it.
   [[nodiscard]] std::size_t Orden(std::size_t i) const { return orden[i]; }
@@ -58,8 +77,9 @@ class CAbanico {
     int x[kTanda + 1], y[kTanda + 1], z[kTanda + 1];
     int indices[kTanda];
     double cx[kTanda], cy[kTanda], radio[kTanda], radio2[kTanda];
-    double area2[kTanda];     ///< twice the area
-    double alcance2[kTanda];  ///< squared distance from the point to the farther end of the side
+    double area2[kTanda];        ///< twice the area
+    double alcance2[kTanda];     ///< squared distance from the point to the farther end of the side
+    std::int64_t fuera[kTanda];  ///< frames that the circle leaves
   };
 
   static void PonCirculos(CTanda& tanda, CCoor3D<int> const& p);
@@ -71,8 +91,9 @@ class CAbanico {
 
   std::size_t cantidad = 0;
   std::vector<CLado> lados;
-  std::vector<unsigned> vuelta;  ///< sides in the order of the ring, and on round it until a batch is full
-  std::vector<int> num;          ///< numbers of the corners, likewise
+  std::vector<unsigned> vuelta;         ///< sides in the order of the ring, and on round it until a batch is full
+  std::vector<CCoor3D<int>*> esquinas;  ///< where each begins, likewise
+  std::vector<int> num;                 ///< and the numbers of those
   std::vector<CTanda> tandas;
   std::vector<unsigned> orden;
 };

@@ -164,12 +164,13 @@ class URDIMBRE_API CSetTriangulos2D {
   /// An open set near a point and those above it. The circle of a triangle that has the point as a vertex belongs to
   /// one of them: it reaches the point, and so no cell beside their way.
   struct CCamino {
-    static constexpr std::size_t kNiveles = 4;  ///< few circles leave more
+    static constexpr std::size_t kNiveles = CAbanico::CMarcos::kCuantos;  ///< few circles leave more
     CSetTriangulos2D* sets[kNiveles + 1] = {};  ///< from below; the root again and again once it is reached
-    double minX[kNiveles], minY[kNiveles], maxX[kNiveles], maxY[kNiveles];  ///< what a box must keep to, of each
+    CAbanico::CMarcos marcos;                   ///< what a box must keep to, of each but the last
 
     void Pon(CSetTriangulos2D& cerca);
-    [[nodiscard]] CSetTriangulos2D& SetPara(CCaja const& caja) const;
+    /// The set for a triangle whose circle leaves the first `fuera` of them.
+    [[nodiscard]] CSetTriangulos2D& SetPara(CTriangulo2D const& t, std::size_t fuera) const;
   };
 
   /// A triangle that a growing cavity has looked at, and its stamp before that.
@@ -247,20 +248,13 @@ inline CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
   return {cx - r, cy - r, cx + r, cy + r};
 }
 
-/// Each limit lies within the next one, so the sets that don't hold the box are counted, without a jump on the way.
-inline CSetTriangulos2D& CSetTriangulos2D::CCamino::SetPara(CCaja const& caja) const {
-  double pequenos = 0;  // a number of the kind that is compared: several at once
-  for (std::size_t k = 0; k < kNiveles; ++k) {
-    const int enX = static_cast<int>(caja.minX >= minX[k]) & static_cast<int>(caja.maxX <= maxX[k]);
-    const int enY = static_cast<int>(caja.minY >= minY[k]) & static_cast<int>(caja.maxY <= maxY[k]);
-    pequenos += (enX & enY) != 0 ? 0.0 : 1.0;
-  }
-  CSetTriangulos2D* s = sets[static_cast<std::size_t>(pequenos)];
-  if (pequenos == kNiveles) {
-    while (!s->paso.Contiene(caja)) s = s->padre;
+inline CSetTriangulos2D& CSetTriangulos2D::CCamino::SetPara(CTriangulo2D const& t, std::size_t fuera) const {
+  CSetTriangulos2D* s = sets[fuera];
+  if (fuera == kNiveles) {
+    while (!s->paso.Contiene(CajaDe(t))) s = s->padre;
   }
   // A full leaf is to be divided; one that just was has its box in a child.
-  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(caja);
+  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(CajaDe(t));
   return *s;
 }
 

@@ -43,13 +43,21 @@ CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
 
 void CSetTriangulos2D::CCamino::Pon(CSetTriangulos2D& cerca) {
   if (sets[0] == &cerca) return;
+  using CMarcos = CAbanico::CMarcos;
+  const auto limite = [](CMarcos::CCota cota, double minimo) { return CMarcos::CLimite{cota, {minimo, minimo}}; };
   CSetTriangulos2D* s = &cerca;
   for (std::size_t k = 0; k < kNiveles; ++k) {
     sets[k] = s;
-    minX[k] = s->paso.minX;
-    minY[k] = s->paso.minY;
-    maxX[k] = s->paso.maxX;
-    maxY[k] = s->paso.maxY;
+    CMarco const& m = s->paso;
+    const CMarcos::CLimite minX = limite(CMarcos::MIN_X, m.minX), maxX = limite(CMarcos::MENOS_MAX_X, -m.maxX);
+    const CMarcos::CLimite minY = limite(CMarcos::MIN_Y, m.minY), maxY = limite(CMarcos::MENOS_MAX_Y, -m.maxY);
+    if (k + 1 == kNiveles) {
+      std::ranges::copy(std::initializer_list{minX, maxX, minY, maxY}, marcos.ultimo);
+    } else {
+      const auto hijo = s->padre != nullptr ? s - s->padre->hijos : 0;
+      marcos.propios[k][0] = (hijo & 1) != 0 ? minX : maxX;
+      marcos.propios[k][1] = hijo < 2 ? minY : maxY;
+    }
     if (s->padre != nullptr) s = s->padre;
   }
   sets[kNiveles] = s;
@@ -157,16 +165,8 @@ CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int>
 void CSetTriangulos2D::Borra(CTriangulo2D* t) { Quita(t, *GetNivel0()); }
 
 void CSetTriangulos2D::Quita(CTriangulo2D* t, CSetTriangulos2D& raiz) {
-  if (t->ant != nullptr) {
-    t->ant->sig = t->sig;
-  } else {
-    primero = t->sig;
-  }
-  if (t->sig != nullptr) {
-    t->sig->ant = t->ant;
-  } else {
-    ultimo = t->ant;
-  }
+  (t->ant != nullptr ? t->ant->sig : primero) = t->sig;
+  (t->sig != nullptr ? t->sig->ant : ultimo) = t->ant;
   if (actual == t) actual = t->ant != nullptr ? t->ant : t->sig;
   if (inicio == t) inicio = actual;
   if (raiz.inicio == t) {
@@ -191,7 +191,13 @@ unsigned CSetTriangulos2D::QuitaTrianguloActual() {
     }
   }
   std::erase_if(raiz->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
-  for (CTriangulo2D* t = primero; t != nullptr; t = t->sig) t->BorraMisVecinos();
+  // From both ends: where the next triangle lies is known only once this one has come from memory.
+  CTriangulo2D *t = primero, *u = ultimo;
+  for (unsigned pares = cantidad / 2; pares != 0; --pares, t = t->sig, u = u->ant) {
+    t->BorraMisVecinos();
+    u->BorraMisVecinos();
+  }
+  if (cantidad % 2 != 0) t->BorraMisVecinos();
   unsigned cortados = cantidad;
   if (hijos != nullptr) {
     for (unsigned i = 0; i < 4; ++i) cortados += hijos[i].QuitaTrianguloActual();

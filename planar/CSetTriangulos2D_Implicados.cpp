@@ -60,18 +60,21 @@ CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsign
   if (cola.empty()) cola.resize(64);
   cola[0] = inicio;
   std::size_t puestos = 1;
+  const double x = p.x, y = p.y;
+  const int numero = p.num;
   for (std::size_t i = 0; i < puestos; ++i) {
     CTriangulo2D* t = cola[i];
     ++aceptados;
-    if (t->GetUltimoPuntoProyectado() == p.num) continue;
-    if (t->Dentro(p)) return t;
+    if (t->GetUltimoPuntoProyectado() == numero) continue;
+    t->ultimoPunto = numero;
+    if (t->EnCirculo(x, y)) return t;
     ++rechazados;
     if (cola.size() < puestos + 3) cola.resize(2 * puestos + 64);
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
       if (v == nullptr) continue;
       cola[puestos] = v;  // counted without a jump: whether it is new is as good as random
       puestos +=
-          static_cast<std::size_t>(v->GetUltimoPuntoProyectado() != p.num) & static_cast<std::size_t>(!v->Borrado());
+          static_cast<std::size_t>(v->GetUltimoPuntoProyectado() != numero) & static_cast<std::size_t>(!v->Borrado());
     }
   }
   return nullptr;

@@ -23,14 +23,11 @@ int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTr
   return 0;
 }
 
-/// 0, or 5 with the cavity no longer condemned.
+/// 0, or 5.
 int CSetTriangulos2D::JuzgaAltura(CCoor3D<int>* p, int tolerancia) {
   if (tolerancia == 0) return 0;
   p->num += kSegundaMarca;
-  if (!AdmiteAltura(*p, tolerancia)) {
-    for (CTriangulo2D* t : borrador->Condenados()) t->SetBorrado(false);
-    return 5;
-  }
+  if (!AdmiteAltura(*p, tolerancia)) return 5;
   p->num -= kSegundaMarca;
   return 0;
 }
@@ -73,7 +70,6 @@ class CSetTriangulos2D::CCrecimiento {
     b.condenados = condenados;
   }
   void Deshace() {
-    for (CTriangulo2D* t : b.Condenados()) t->SetBorrado(false);
     while (visita-- != b.visitas.data()) visita->triangulo->ultimoPunto = visita->marca;
     b.condenados = 0;
   }
@@ -96,7 +92,6 @@ class CSetTriangulos2D::CCrecimiento {
     cavidad[0] = semilla;
     *visita++ = {semilla, semilla->ultimoPunto};
     semilla->ultimoPunto = segundaMarca;
-    semilla->SetBorrado(true);
     for (unsigned k = 0; k < 3; ++k) {
       anillo[k].siguiente = (k + 1) % 3;
       Mira(semilla, k, k);
@@ -131,7 +126,6 @@ class CSetTriangulos2D::CCrecimiento {
     const unsigned dentro = static_cast<unsigned>(v->EnCirculo(x, y)) & ~enPrimera;
     *visita++ = {v, marca};
     v->ultimoPunto = enPrimera != 0 ? primeraMarca : segundaMarca;
-    v->flags = static_cast<std::uint16_t>(v->flags | dentro * CTriangulo2D::kMarcaBorrado);
     vistos += 1 & ~enPrimera & ~enSegunda;
     rodeado |= dentro & enSegunda;
     cavidad[condenados] = v;
@@ -168,12 +162,14 @@ bool CSetTriangulos2D::CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semill
   return true;
 }
 
-/// Whether a triangle around the cavity lies, unlinked, across a side where the mesh ends.
+/// Whether a triangle around the cavity lies, unlinked, across a side where the mesh ends. It has two corners of the
+/// ring already, so it can only be behind the side before or after.
 bool CSetTriangulos2D::HayAbiertoSinEnlazar() const {
   CAbanico const& abanico = borrador->abanico;
-  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) {
+  const std::size_t n = abanico.Cantidad();
+  for (std::size_t i = 0; i < n; ++i) {
     if (abanico.Lado(i).fuera != nullptr) continue;
-    for (std::size_t j = 0; j < abanico.Cantidad(); ++j) {
+    for (const std::size_t j : {i == 0 ? n - 1 : i - 1, i + 1 == n ? 0 : i + 1}) {
       CTriangulo2D const* fuera = abanico.Lado(j).fuera;
       if (fuera != nullptr && fuera->ContieneLado(abanico.B(i)->num, abanico.A(i)->num) != 0) return true;
     }
@@ -192,6 +188,7 @@ void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca
   const std::size_t n = abanico.Cantidad();
   b.camino.Pon(cerca);
   abanico.Calcula(*p);
+  abanico.Situa(b.camino.marcos);
   // Condemned triangles give their places to new ones, of which there are two more.
   for (std::size_t i = b.condenados; i < n; ++i) {
     b.cavidad[i] = static_cast<CTriangulo2D*>(CTriangulo2D::operator new(sizeof(CTriangulo2D)));
@@ -199,10 +196,10 @@ void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca
   for (CTriangulo2D* t : b.Condenados()) t->set->Quita(t, *this);
   PonAbanico(p);
   for (std::size_t i = 0; i < n; ++i) {
-    CTriangulo2D* t = b.cavidad[abanico.Orden(i)];
-    const CCaja caja = CajaDe(*t);
+    const std::size_t cual = abanico.Orden(i);
+    CTriangulo2D* t = b.cavidad[cual];
     // A triangle without a circle, of three points on a line, has its place at the origin.
-    CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(caja) : SetPara(caja);
+    CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(*t, abanico.Fuera(cual)) : SetPara(CajaDe(*t));
     suyo.Anexa(t);
   }
 }
@@ -212,17 +209,13 @@ void CSetTriangulos2D::PonAbanico(CCoor3D<int>* p) {
   CBorrador& b = *borrador;
   CAbanico const& abanico = b.abanico;
   const std::size_t n = abanico.Cantidad();
-  // All links are found before the first one changes: an old neighbour's place may be a new one's.
+  CTriangulo2D* anterior = b.cavidad[n - 1];
   for (std::size_t i = 0; i < n; ++i) {
-    CAbanico::CLado const& lado = abanico.Lado(i);
-    if (lado.fuera != nullptr) b.entrada[i] = lado.fuera->LadoHacia(lado.condenado);
-  }
-  for (std::size_t i = 0, antes = n - 1; i < n; antes = i++) {
-    auto* t = new (b.cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i));
-    t->vecino12 = b.cavidad[antes];
-    t->vecino23 = abanico.Lado(i).fuera;
-    t->vecino31 = b.cavidad[i + 1 < n ? i + 1 : 0];
-    if (t->vecino23 != nullptr) t->vecino23->*CTriangulo2D::kVecino[b.entrada[i]] = t;
+    CTriangulo2D* fuera = abanico.Lado(i).fuera;
+    CTriangulo2D* siguiente = b.cavidad[i + 1 < n ? i + 1 : 0];
+    anterior = ::new (b.cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i),
+                                                 {anterior, fuera, siguiente});
+    if (fuera != nullptr) fuera->*CTriangulo2D::kVecino[fuera->LadoDesde(abanico.B(i))] = anterior;
   }
 }
 

@@ -1,5 +1,6 @@
 // How one point enters the mesh, and how the points after the seeds are fed to it.
 #include <algorithm>
+#include <optional>
 
 #include "model/CTIN.h"
 #include "model/IPorcentaje.h"
@@ -139,14 +140,11 @@ int CTriangulacion2D::InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo
   const bool curvas = modo == CHiloSalvaTriangulosEnlazados::CURVA;
   const auto triangula = [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
     CCoor3D<int>* p = PunteroDeRun(e, k);
-    CInfoClasificacion info;
-    unsigned short intensidad = 0;
-    if (afinidad) {
-      info = CInfoClasificacion(p->clasificacion, 0.0, CString());
-      intensidad = p->intensidad;
-    }
+    std::optional<CInfoClasificacion> info;
+    unsigned short intensidad = p->intensidad;
+    if (afinidad) info.emplace(p->clasificacion, 0.0, CString());
     unsigned suA = 0, suB = 0;
-    if (!TriangulaPunto(p, lista, entidad, k, suA, suB, !curvas, curvas, tolerancia, afinidad ? &info : nullptr,
+    if (!TriangulaPunto(p, lista, entidad, k, suA, suB, !curvas, curvas, tolerancia, afinidad ? &*info : nullptr,
                         afinidad ? infos : nullptr, afinidad ? &intensidad : nullptr, afinidad ? intensidades : nullptr,
                         registro)) {
       return false;  // reported already: the list ends here and the run goes on with what it has

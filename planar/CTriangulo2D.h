@@ -184,8 +184,19 @@ class URDIMBRE_API CTriangulo2D {
   friend class CSetTriangulos2D;
 
   /// The triangle of a fan: all that there is to compute comes ready.
-  CTriangulo2D(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c, CCirculo const& suCirculo, std::uint16_t indices)
-      : circulo(suCirculo), flags(indices), p1(a), p2(b), p3(c) {}
+  struct CVecinos {
+    CTriangulo2D *por12, *por23, *por31;
+  };
+  CTriangulo2D(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c, CCirculo const& suCirculo, std::uint16_t indices,
+               CVecinos const& v)
+      : circulo(suCirculo),
+        flags(indices),
+        vecino12(v.por12),
+        vecino31(v.por31),
+        vecino23(v.por23),
+        p1(a),
+        p2(b),
+        p3(c) {}
 
   /// Scaled units: from here on the squared distances to a centre are rounded more coarsely than the tolerance of their
   /// comparison (2 r 1e-7 against r^2 2^-53), and the tolerance itself spans whole triangles: the vertices tell,
@@ -214,6 +225,11 @@ class URDIMBRE_API CTriangulo2D {
   [[nodiscard]] unsigned LadoHacia(CTriangulo2D const* t) const {
     const auto no12 = static_cast<unsigned>(vecino12 != t), no23 = static_cast<unsigned>(vecino23 != t);
     return no12 + (no12 & no23);
+  }
+  /// Which side begins at the vertex `p`.
+  [[nodiscard]] unsigned LadoDesde(CCoor3D<int> const* p) const {
+    const auto no1 = static_cast<unsigned>(p1 != p), no2 = static_cast<unsigned>(p2 != p);
+    return no1 + (no1 & no2);
   }
   /// Forgets the neighbours without telling them: they are about to be linked anew, or die as well.
   void SueltaVecinos() { vecino12 = vecino23 = vecino31 = nullptr; }

@@ -90,6 +90,40 @@ TEST_P(CAbanicoOf, TheOrderIsThatOfTheSortedSides) {
   for (std::size_t i = 0; i < sides.size(); ++i) EXPECT_EQ(sides[ring.fan.Orden(i)], sorted[i]);
 }
 
+TEST_P(CAbanicoOf, ACircleIsCountedOutOfEachFrameThatItsBoxLeaves) {
+  using Frames = CAbanico::CMarcos;
+  struct Box {
+    double minX, minY, maxX, maxY;
+  };
+  // Quarters of quarters around the origin, now one side cut off and now the other.
+  const Box nested[Frames::kCuantos] = {
+      {-300, -300, 2000, 700}, {-300, -300, 2000, 2500}, {-4000, -5000, 2000, 2500}, {-4000, -5000, 6000, 9000}};
+  const auto least = [](Frames::CCota side, double value) { return Frames::CLimite{side, {value, value}}; };
+  const Frames frames = {{{least(Frames::MENOS_MAX_Y, -700), least(Frames::MIN_X, -300)},
+                          {least(Frames::MIN_X, -300), least(Frames::MIN_Y, -300)},
+                          {least(Frames::MENOS_MAX_X, -2000), least(Frames::MENOS_MAX_Y, -2500)}},
+                         {least(Frames::MIN_X, -4000), least(Frames::MENOS_MAX_X, -6000), least(Frames::MIN_Y, -5000),
+                          least(Frames::MENOS_MAX_Y, -9000)}};
+  std::vector<bool> seen(Frames::kCuantos + 1);
+  for (const double radius : {100.0, 500.0, 1500.0, 3000.0, 6000.0, 9000.0}) {
+    Ring ring({0, 0, 0, 1000}, Corners(GetParam(), radius, 5));
+    ASSERT_TRUE(ring.LaidOut());
+    ring.fan.Calcula(ring.p);
+    ring.fan.Situa(frames);
+    for (std::size_t i = 0; i < ring.fan.Cantidad(); ++i) {
+      const CCirculo c = ring.fan.Circulo(i);
+      const auto leaves = [&c](Box const& box) {
+        return c.x - c.radio < box.minX || c.x + c.radio > box.maxX || c.y - c.radio < box.minY ||
+               c.y + c.radio > box.maxY;
+      };
+      const auto left = static_cast<std::size_t>(std::count_if(std::begin(nested), std::end(nested), leaves));
+      EXPECT_EQ(ring.fan.Fuera(i), left);
+      seen[left] = true;
+    }
+  }
+  EXPECT_GE(std::count(seen.begin(), seen.end(), true), 4);
+}
+
 TEST_P(CAbanicoOf, ACornerThatComesTwiceIsRefused) {
   std::vector<CCoor3D<int>> corners = Corners(GetParam(), 700, 3);
   corners.back().num = corners[1].num;
@@ -104,7 +138,7 @@ TEST_P(CAbanicoOf, ACornerOnThePointIsRefused) {
 }
 
 // Around the length of a batch, the two lengths of the ranking, and beyond.
-INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 15, 16, 17, 40));
+INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 11, 12, 13, 16, 17, 40));
 
 TEST(CAbanico, ThreePointsOnALineMakeNoCircle) {
   Ring ring({0, 0, 5, 10}, {{-10, 0, 1, 1}, {10, 0, 2, 2}, {0, -10, 3, 3}});
@@ -114,6 +148,23 @@ TEST(CAbanico, ThreePointsOnALineMakeNoCircle) {
   EXPECT_EQ(ring.fan.Circulo(0).radio2, 0);
   EXPECT_EQ(ring.fan.Indices(0), 0);
   EXPECT_GT(ring.fan.Circulo(1).radio, 0);
+}
+
+TEST(CAbanico, ACircleThatTouchesAFrameLiesInIt) {
+  // The circle around (5, 0) with radius 5.
+  Ring ring({0, 0, 0, 1000}, {{10, 0, 0, 1}, {5, -5, 0, 2}, {-1, -9, 0, 3}, {-2, 8, 0, 4}});
+  ASSERT_TRUE(ring.LaidOut());
+  ring.fan.Calcula(ring.p);
+  using Frames = CAbanico::CMarcos;
+  const auto least = [](Frames::CCota side, double value) { return Frames::CLimite{side, {value, value}}; };
+  for (const double past : {0.0, 1e-12}) {
+    Frames frames;
+    for (auto& own : frames.propios) own[0] = own[1] = least(Frames::MIN_X, -1e9);
+    for (auto& limit : frames.ultimo) limit = least(Frames::MIN_Y, -1e9);
+    frames.propios[1][0] = least(Frames::MENOS_MAX_X, -10 + past);
+    ring.fan.Situa(frames);
+    EXPECT_EQ(ring.fan.Fuera(0), past == 0 ? 0U : 2U);
+  }
 }
 
 TEST(CAbanico, AnEarlierLargerFanLeavesNoTrace) {
