@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <numeric>
 #include <utility>
 
 #include "model/CDibujo.h"
+#include "model/Juntas.h"
 
 namespace Meseta47 {
 
@@ -28,24 +28,6 @@ int Compara(CPuntos const& a, CPuntos const& b) {
 CPuntos EnSuSentido(CPuntos puntos) {
   CPuntos alReves(puntos.rbegin(), puntos.rend());
   return Compara(alReves, puntos) < 0 ? alReves : puntos;
-}
-
-/// Where a ring begins so that its list of points, the last one not repeated, comes first among all its turns. O(n):
-/// of two candidates, each mismatch discards a whole run (Y. Shiloach, Fast canonization of circular strings, 1981).
-std::size_t PrimerGiro(CPuntos const& anillo) {
-  const std::size_t n = anillo.size();
-  std::size_t i = 0, j = 1, k = 0;
-  while (i < n && j < n && k < n) {
-    CCoor3D<int> const &a = anillo[(i + k) % n], &b = anillo[(j + k) % n];
-    if (a == b) {
-      ++k;
-      continue;
-    }
-    (b < a ? i : j) += k + 1;
-    if (i == j) ++j;
-    k = 0;
-  }
-  return std::min(i, j);
 }
 
 /// A ring, given with its first point repeated at the end, in the turn and sense that come first among all.
@@ -76,30 +58,6 @@ struct CExtremo {
     return cual < o.cual;
   }
 };
-
-/// How a line leaves a node, in plan.
-struct CSalida {
-  std::int64_t dx, dy;
-  std::uint32_t cual;
-
-  /// 0 on the side from west, included, over south to east; 1 on the other; a line without direction comes first.
-  [[nodiscard]] int Mitad() const { return dx == 0 && dy == 0 ? -1 : (dy < 0 || (dy == 0 && dx < 0) ? 0 : 1); }
-
-  /// Counter-clockwise from the west.
-  [[nodiscard]] int ComparaGiro(CSalida const& o) const {
-    if (Mitad() != o.Mitad()) return Mitad() < o.Mitad() ? -1 : 1;
-    const double giro = ProductoVectorial(dx, dy, o.dx, o.dy);
-    return giro > 0 ? -1 : (giro < 0 ? 1 : 0);
-  }
-};
-
-/// Cosine of the angle between two lines that leave a node: -1 where one goes straight on as the other.
-double Coseno(CSalida const& a, CSalida const& b) {
-  const double ax = static_cast<double>(a.dx), ay = static_cast<double>(a.dy);
-  const double bx = static_cast<double>(b.dx), by = static_cast<double>(b.dy);
-  const double largos = std::sqrt(ax * ax + ay * ay) * std::sqrt(bx * bx + by * by);
-  return largos == 0 ? 1 : (ax * bx + ay * by) / largos;
-}
 
 /// Joins lines at their ends. What it makes depends on the lines alone, not on their order nor on their sense.
 class CJuntador {
@@ -163,49 +121,9 @@ class CJuntador {
     }
   }
 
-  /// Where more than two lines meet, each goes on into its neighbour in the order of their directions, so that what
-  /// comes out touches at the node without crossing there. Of the ways to do that, the straightest:
-  ///
-  ///      0   1             4 lines: 0-1 and 2-3, or 1-2 and 3-0
-  ///       \ /              5 lines: one of them ends here, and the other four go on two by two
-  ///    ----*----
-  ///       / \              .
-  ///      3   2
-  ///
   void EmparejaNudo(std::vector<CExtremo> const& extremos) {
     const std::vector<CSalida> salidas = SalidasPorGiro(extremos);
-    const std::size_t n = salidas.size();
-    std::vector<double> coseno(n);
-    for (std::size_t i = 0; i < n; ++i) coseno[i] = Coseno(salidas[i], salidas[(i + 1) % n]);
-    const std::size_t primera = n % 2 == 0 ? PrimeraPareja(coseno) : (LaQueSobra(coseno) + 1) % n;
-    for (std::size_t i = 0; i + 1 < n; i += 2)
-      Une(salidas[(primera + i) % n].cual, salidas[(primera + i + 1) % n].cual);
-  }
-
-  /// Of an even number of lines: 0 when the pairs 0-1, 2-3 ... go straighter than 1-2, 3-4 ..., else 1.
-  static std::size_t PrimeraPareja(std::vector<double> const& coseno) {
-    double suma[2] = {0, 0};
-    for (std::size_t i = 0; i < coseno.size(); ++i) suma[i % 2] += coseno[i];
-    return suma[1] < suma[0] ? 1 : 0;
-  }
-
-  /// Of an odd number of lines: the one without which the others pair straightest. From leaving s out to leaving s + 2
-  /// out, one pair changes: (s + 1, s + 2) becomes (s, s + 1).
-  static std::size_t LaQueSobra(std::vector<double> const& coseno) {
-    const std::size_t n = coseno.size();
-    double suma = 0;
-    for (std::size_t i = 1; i < n; i += 2) suma += coseno[i];
-    double menor = suma;
-    std::size_t mejor = 0;
-    for (std::size_t s = 0, vez = 1; vez < n; ++vez) {
-      suma += coseno[s] - coseno[(s + 1) % n];
-      s = (s + 2) % n;
-      if (suma < menor) {
-        menor = suma;
-        mejor = s;
-      }
-    }
-    return mejor;
+    CNudo(salidas).Empareja([this](std::uint32_t a, std::uint32_t b) { Une(a, b); });
   }
 
   [[nodiscard]] std::vector<CSalida> SalidasPorGiro(std::vector<CExtremo> const& extremos) const {

@@ -18,7 +18,7 @@ bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, C
 }
 
 bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, CCola const& laCola,
-                                          CDibujo<int>* lasCurvas, int laEquidistancia, double elLado2) {
+                                          CSegmentos* lasCurvas, int laEquidistancia, double elLado2) {
   fichero = nullptr;
   curvas = lasCurvas;
   equidistancia = laEquidistancia;

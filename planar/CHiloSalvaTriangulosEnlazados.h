@@ -3,7 +3,6 @@
 #include <atomic>
 #include <vector>
 
-#include "model/CDibujo.h"
 #include "model/CHilo.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
@@ -12,6 +11,7 @@ class CFile;
 
 namespace Meseta47 {
 
+class CSegmentos;
 class CSetTriangulos2D;
 
 /// The worker of a linking pass: takes closed sets from the queue, in order, and does to each the job of the run's
@@ -43,7 +43,7 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHilo {
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola const& laCola, CFile* elFichero, unsigned elModo = SALVA);
   /// The same with the job of cutting triangles with contour levels: the interval and the longest side, in scaled
   /// units.
-  bool Start(unsigned elIndice, HANDLE* elEvento, CCola const& laCola, CDibujo<int>* lasCurvas, int laEquidistancia,
+  bool Start(unsigned elIndice, HANDLE* elEvento, CCola const& laCola, CSegmentos* lasCurvas, int laEquidistancia,
              double elLado2);
   /// Raises the stop flag and waits for the thread.
   void Stop() override;
@@ -67,7 +67,7 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHilo {
   CFile* fichero = nullptr;
   unsigned modo = SALVA;
   CCola cola;
-  CDibujo<int>* curvas = nullptr;   ///< mode 1
+  CSegmentos* curvas = nullptr;     ///< mode 1
   int equidistancia = 0;            ///< mode 1, scaled units
   double lado2 = 0;                 ///< mode 1, squared scaled units
   std::atomic<unsigned> hechos{0};  ///< index of the next entry of the queue

@@ -20,6 +20,7 @@ namespace Meseta47 {
 class CTIN;
 template <class T>
 class CDibujo;
+class CSegmentos;
 
 /// A cell of the quadtree of triangle lists. A triangle sits in the deepest set whose quadrant wholly holds the box of
 /// its circle, so what a set and its subtree hold can only be disturbed by a new point inside that quadrant: once the
@@ -131,6 +132,7 @@ class URDIMBRE_API CSetTriangulos2D {
   /// Cuts the triangles of a closed set with the levels at multiples of `equidistancia`, leaving out those with a side
   /// whose squared plan length passes `lado2`; frees them and the children.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
+  void Curva(CSegmentos& curvas, int equidistancia, double lado2);
   /// Empties the set into a model whose points carry these numbers: a triangle goes in when no vertex belongs to the
   /// frame and no side is longer in plan than `ladoMaximo` scaled units.
   void RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero);
@@ -147,6 +149,8 @@ class URDIMBRE_API CSetTriangulos2D {
   void GraficoMaxMin(CDibujo<int>& dibujo, bool triangulos) const;
 
  private:
+  template <class Destino>
+  void CortaTodo(Destino& curvas, int equidistancia, double lado2);
   /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
   /// set where rounding turns over.
   struct CCaja {

@@ -5,13 +5,14 @@
 
 #include "model/CDibujo.h"
 #include "model/COrdenaPunto.h"
+#include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
 
 namespace Meseta47 {
 
 namespace {
 
-void Segmento(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) {
+void Anade(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) {
   CLinea<int> linea(L"nuevo");
   linea.Reserva(2);
   linea << a;
@@ -19,41 +20,69 @@ void Segmento(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b
   curvas.Inserta(std::move(linea));
 }
 
+void Anade(CSegmentos& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) { curvas.Anade(a, b); }
+
+/// The lowest level that is not below a height.
+std::int64_t PrimerNivel(int z, int equidistancia) {
+  const std::int64_t nivel = std::int64_t{z} / equidistancia * equidistancia;  // towards zero
+  return nivel < z ? nivel + equidistancia : nivel;
+}
+
+/// By height, those of one height in a row; of equal ones the first cut comes first.
+bool VaAntes(CCoor3D<int> const& a, CCoor3D<int> const& b) {
+  static const COrdenaPunto<int> orden(3);
+  if (orden(a, b) != 0) return true;
+  return orden(b, a) == 0 && a.num < b.num;
+}
+
 }  // namespace
 
 void CSetTriangulos2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) {
+  CortaTodo(curvas, equidistancia, lado2);
+}
+
+void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2) {
+  CortaTodo(curvas, equidistancia, lado2);
+}
+
+template <class Destino>
+void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2) {
   CSetTriangulos2D* susHijos = hijos;
   CTriangulo2D* t = primero;
   hijos = nullptr;
   primero = ultimo = actual = inicio = nullptr;
   while (t != nullptr) {
-    t->Curva(curvas, equidistancia, lado2);
+    t->Corta(curvas, equidistancia, lado2);
     CTriangulo2D* siguiente = t->sig;
     delete t;
     t = siguiente;
   }
   cantidad = 0;
   if (susHijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) susHijos[i].Curva(curvas, equidistancia, lado2);
+  for (unsigned i = 0; i < 4; ++i) susHijos[i].CortaTodo(curvas, equidistancia, lado2);
   delete[] susHijos;
 }
 
 void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const {
+  Corta(curvas, equidistancia, lado2);
+}
+
+template <class Destino>
+void CTriangulo2D::Corta(Destino& curvas, int equidistancia, double lado2) const {
   if (!EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
+  if (PrimerNivel(GetMinZ(), equidistancia) > GetMaxZ()) return;
   if (p1->Distancia2(*p2, 0) > lado2 || p2->Distancia2(*p3, 0) > lado2 || p3->Distancia2(*p1, 0) > lado2) return;
 
   std::vector<CCoor3D<int>> puntosCorte;
   for (short lado = 0; lado < 3; ++lado) CortaLado(puntosCorte, lado, equidistancia);
-  const COrdenaPunto<int> orden(3);
-  std::stable_sort(puntosCorte.begin(), puntosCorte.end(),
-                   [&orden](CCoor3D<int> const& a, CCoor3D<int> const& b) { return orden(a, b) != 0; });
+  std::sort(puntosCorte.begin(), puntosCorte.end(), VaAntes);
 
   // A side that runs along a level is a piece of contour as it stands; its ends are then spent as cuts.
   const std::array<CCoor3D<int> const*, 3> v{p1, p2, p3};
   std::array<bool, 3> libre{true, true, true};
   for (auto const& [i, j] : {std::pair<std::size_t, std::size_t>{0, 1}, {0, 2}, {1, 2}}) {
     if (v[i]->z != v[j]->z || v[i]->z % equidistancia != 0) continue;
-    Segmento(curvas, *v[i], *v[j]);
+    Anade(curvas, *v[i], *v[j]);
     libre[i] = libre[j] = false;
   }
   if (!libre[0] && !libre[1] && !libre[2]) return;
@@ -65,9 +94,9 @@ void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) 
   }
   for (std::size_t i = 0; i < puntosCorte.size(); ++i) {
     if (puntosCorte[i].EsBorrado()) continue;
-    for (std::size_t j = i + 1; j < puntosCorte.size(); ++j) {
-      if (puntosCorte[j].EsBorrado() || puntosCorte[j].z != puntosCorte[i].z) continue;
-      Segmento(curvas, puntosCorte[i], puntosCorte[j]);
+    for (std::size_t j = i + 1; j < puntosCorte.size() && puntosCorte[j].z == puntosCorte[i].z; ++j) {
+      if (puntosCorte[j].EsBorrado()) continue;
+      Anade(curvas, puntosCorte[i], puntosCorte[j]);
       puntosCorte[j].SetBorrado(true);
       break;
     }
@@ -88,13 +117,12 @@ void CTriangulo2D::CortaLado(std::vector<CCoor3D<int>>& puntosCorte, short lado,
   CCoor3D<int> const& alto = b.z < a.z ? a : b;
   const double dx = static_cast<double>(alto.x) - bajo.x, dy = static_cast<double>(alto.y) - bajo.y;
   const double dz = static_cast<double>(alto.z) - bajo.z;
-  std::int64_t nivel = std::int64_t{bajo.z} / equidistancia * equidistancia;  // towards zero
+  std::int64_t nivel = PrimerNivel(bajo.z, equidistancia);
   if (nivel == bajo.z && dz == 0) {
     anade(a);
     anade(b);
     return;
   }
-  if (nivel < bajo.z) nivel += equidistancia;
   for (; nivel <= alto.z; nivel += equidistancia) {
     const double t = static_cast<double>(nivel) - bajo.z;
     CCoor3D<int> corte;

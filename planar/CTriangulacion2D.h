@@ -16,6 +16,7 @@
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 #include "planar/CPosicion.h"
 #include "planar/CResumenPlano.h"
+#include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CFile.h"
@@ -29,6 +30,7 @@ namespace Meseta47 {
 class CBusquedaPuntos;
 class CFiltroPuntos;
 class CIntensidadTipo;
+class CNivelDeCurvas;
 class CRango;
 class CRGBTipo;
 class CSetPuntosMdt;
@@ -49,6 +51,8 @@ class IPorcentaje;
 class URDIMBRE_API CTriangulacion2D {
  public:
   using CDivisiones = CDivisiones2D;
+  /// Receives the contours of a level. What it throws ends the run and reaches whoever asked for it.
+  using CRecibeNivel = std::function<void(CNivelDeCurvas const&)>;
 
   // --- life ---
   /// The first argument selects nothing. `identificador` goes into the name of the temporary file.
@@ -100,12 +104,17 @@ class URDIMBRE_API CTriangulacion2D {
   /// without sorting and without resetting their numbers; the lines have the scaled units of `dibujo`, whatever the
   /// seed of `curvas`.
   ///
-  /// No triangle is kept: beyond the drawings and the segments, a run needs no more than its unfinished mesh. kHecho,
-  /// kCancelado, kPocosPuntos, kFicheroInconsistente. Cancelled among the levels, or out of memory there, it leaves
-  /// those that are done in `curvas`; after any other code `curvas` is as it was. Joining takes O(n log n) on the
-  /// segments.
+  /// No triangle is kept: beyond the drawings and the segments, of 16 bytes each, a run needs no more than its
+  /// unfinished mesh. kHecho, kCancelado, kPocosPuntos, kFicheroInconsistente. Cancelled among the levels, or out of
+  /// memory there, it leaves those that are done in `curvas`; after any other code `curvas` is as it was. Joining takes
+  /// O(n log n) on the segments.
   int Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double ladoMaximo, double equidistancia,
               std::vector<CDibujo<int>*>* otros);
+  /// The same for contours that need not be held all at once: `recibe` is called with each level that has any, from the
+  /// lowest to the highest, as soon as it is joined. With `vaciar` the drawing is cleared once it is cut, so that
+  /// joining has its memory.
+  int Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
+              std::vector<CDibujo<int>*>* otros, bool vaciar);
 
   // --- searches: runs that give points of the drawing a class, and make no model ---
   /// Finds the points that stand above the ground, such as trees and buildings, and gives them the class of `info`.
@@ -211,7 +220,7 @@ class URDIMBRE_API CTriangulacion2D {
   CCoor3D<int> esquinas[4];                                       ///< corners of the frame, numbered -1 to -4
   std::unique_ptr<CFile> ficheroTemporal;                         ///< finished triangles; null when none is open
   std::vector<CPosicion> primerosPuntos;                          ///< first point of each leaf, in the order of filling
-  CDibujo<int> dibujoCurvas;                                      ///< where the contouring job leaves its segments
+  CSegmentos segmentosCurvas;                                     ///< where the contouring job leaves them
   std::int32_t paramCurvaA = 0, paramCurvaB = 0, paramPicoA = 0;  ///< arguments left here for the worker's job
   double paramPicoB = 0;
   CMaximas<int> maximas;  ///< extents of the accepted points
@@ -266,7 +275,7 @@ class URDIMBRE_API CTriangulacion2D {
                       std::vector<CIntensidadTipo>* intensidades);
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
-  int JuntaNiveles(CDibujo<int>& curvas);
+  int JuntaNiveles(CRecibeNivel const& recibe);
 
   HANDLE evento = nullptr;                   ///< signalled while the worker lives
   std::atomic<unsigned> aviso{0};            ///< grows with whatever the worker waits for

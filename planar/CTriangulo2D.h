@@ -183,6 +183,9 @@ class URDIMBRE_API CTriangulo2D {
  private:
   friend class CSetTriangulos2D;
 
+  template <class Destino>
+  void Corta(Destino& curvas, int equidistancia, double lado2) const;
+
   /// The triangle of a fan: all that there is to compute comes ready.
   struct CVecinos {
     CTriangulo2D *por12, *por23, *por31;

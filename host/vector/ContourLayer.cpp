@@ -1,7 +1,6 @@
 #include "host/vector/ContourLayer.h"
 
 #include <cmath>
-#include <optional>
 
 namespace Meseta47::host {
 
@@ -31,37 +30,35 @@ VectorLayer contourLayer(int decimals) {
   return {kLayer, false, decimals, {{"ELEV", false}, {"INDEX", true}, {"CLOSED", true}, {"LENGTH", false}}};
 }
 
-ContourCounts addContours(CDibujo<int> const& contours, ContourLevels const& levels, ContourChoice const& choice,
-                          VectorOutput& output, std::function<void(std::uint64_t)> const& progress) {
-  ContourCounts counts;
-  std::optional<int> level;
-  Ring places;
-  for (unsigned i = 0; i < contours.Cantidad(); ++i) {
-    progress(i + 1);
-    CLinea<int> const& line = contours[i];
-    placesOf(line, contours.semilla, places);
-    const double length = planLength(places);
-    if (length < choice.minLength) {
-      ++counts.tooShort;
-      continue;
-    }
-    const int z = line.Punto(0).z;
-    const double height = places.front()[2];
-    const bool isIndex = choice.indexEvery != 0 && levels.number(z) % choice.indexEvery == 0;
-    const bool isClosed = line.EsCerrada();
-    const std::array<double, 4> values{height, isIndex ? 1.0 : 0.0, isClosed ? 1.0 : 0.0, length};
-    output.addLine(places, values, isIndex ? kIndexLayer : kLayer);
+ContourWriter::ContourWriter(CDataSemilla const& seed, ContourLevels const& levels, ContourChoice const& choice,
+                             VectorOutput& output)
+    : seed_(seed), levels_(levels), choice_(choice), output_(output) {}
 
-    if (counts.contours++ == 0) counts.lowest = height;
-    counts.highest = height;
-    if (level != z) ++counts.levels;
-    level = z;
-    if (isClosed) ++counts.closed;
-    if (isIndex) ++counts.index;
-    counts.vertices += places.size();
-    counts.length += length;
+void ContourWriter::add(CLinea<int> const& line) {
+  placesOf(line, seed_, places_);
+  const double length = planLength(places_);
+  if (length < choice_.minLength) {
+    ++counts_.tooShort;
+    return;
   }
-  return counts;
+  const int z = line.Punto(0).z;
+  const bool isIndex = choice_.indexEvery != 0 && levels_.number(z) % choice_.indexEvery == 0;
+  const bool isClosed = line.EsCerrada();
+  const std::array<double, 4> values{places_.front()[2], isIndex ? 1.0 : 0.0, isClosed ? 1.0 : 0.0, length};
+  output_.addLine(places_, values, isIndex ? kIndexLayer : kLayer);
+  count(z, isIndex, isClosed, length);
+}
+
+void ContourWriter::count(int z, bool isIndex, bool isClosed, double length) {
+  const double height = places_.front()[2];
+  if (counts_.contours++ == 0) counts_.lowest = height;
+  counts_.highest = height;
+  if (level_ != z) ++counts_.levels;
+  level_ = z;
+  if (isClosed) ++counts_.closed;
+  if (isIndex) ++counts_.index;
+  counts_.vertices += places_.size();
+  counts_.length += length;
 }
 
 }  // namespace Meseta47::host

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 
 #include "host/vector/ContourLevels.h"
 #include "host/vector/VectorOutput.h"
-#include "model/CDibujo.h"
+#include "model/CDataSemilla.h"
+#include "model/CLinea.h"
 
 namespace Meseta47::host {
 
@@ -27,9 +28,28 @@ struct ContourCounts {
 /// (1 for a ring, else 0) and LENGTH (in plan). A DXF has the layers `contour` and `contour_index` instead.
 [[nodiscard]] VectorLayer contourLayer(int decimals);
 
-/// Adds contours to an output with that layer: lines of one height each, lowest first, on the seed of the drawing.
-/// `progress` is told how many are done.
-ContourCounts addContours(CDibujo<int> const& contours, ContourLevels const& levels, ContourChoice const& choice,
-                          VectorOutput& output, std::function<void(std::uint64_t)> const& progress);
+/// Adds contours to an output with that layer, one after another, lowest first, and counts them.
+class ContourWriter {
+ public:
+  /// The contours stand on the seed. What is given must outlive the writer.
+  ContourWriter(CDataSemilla const& seed, ContourLevels const& levels, ContourChoice const& choice,
+                VectorOutput& output);
+
+  /// A line of one height; throws FileError.
+  void add(CLinea<int> const& line);
+
+  [[nodiscard]] ContourCounts const& counts() const { return counts_; }
+
+ private:
+  void count(int z, bool isIndex, bool isClosed, double length);
+
+  CDataSemilla seed_;
+  ContourLevels const& levels_;
+  ContourChoice const& choice_;
+  VectorOutput& output_;
+  ContourCounts counts_;
+  std::optional<int> level_;  // of the line before
+  Ring places_;
+};
 
 }  // namespace Meseta47::host

@@ -10,6 +10,7 @@
 #include "host/vector/ContourLayer.h"
 #include "host/verbs/Verbs.h"
 #include "planar/CFiltroPuntos.h"
+#include "planar/CNivelDeCurvas.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"
 
@@ -150,22 +151,30 @@ void printSummary(ContourSummary const& s, std::string const& output) {
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
-/// The contours of a drawing, at their own heights. The drawing is emptied: they need its memory no more.
-CDibujo<int> contoursOf(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
-                        ContourSummary& summary) {
+/// Contours of a drawing, as they are found, at their own heights. The drawing is emptied on the way.
+void writeContours(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
+                   VectorOutput& output, ContourSummary& summary) {
   const double units = drawing.semilla.Precision();
   const CDataTriangulacion filters = shifted(filtersOf(options.cloud), 0, units);
   requireLevels(levels, heightsOf(drawing, filters), units, options.cloud.what());
   shiftHeights(drawing, -levels.shift());
+  ContourWriter writer(drawing.semilla, levels, options.choice, output);
+  const auto write = [&](CNivelDeCurvas const& level) {
+    const Stopwatch writing;
+    for (std::size_t i = 0; i < level.Cantidad(); ++i) {
+      CLinea<int> line = level.Linea(i);
+      line.Mover(0, 0, levels.shift());
+      writer.add(line);
+    }
+    summary.seconds.write += writing.seconds();
+  };
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
-  CDibujo<int> contours(drawing.semilla);
   const int code =
-      triangulation.Curvado(drawing, contours, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr);
+      triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr, true);
   requireDone(code, options.cloud.what());
   summary.run = triangulation.Resumen();
-  drawing.Clear();
-  shiftHeights(contours, levels.shift());
-  return contours;
+  summary.found = writer.counts();
+  requireContours(summary.found, options.cloud.what());
 }
 
 void runContour(ContourOptions const& options, CommonOptions const& common, HostApp& app) {
@@ -186,16 +195,14 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");
   CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
-  const CDibujo<int> contours =
-      timed(summary.seconds.contour, [&] { return contoursOf(drawing, options, levels, summary); });
+  const Stopwatch contouring;
+  writeContours(drawing, options, levels, output, summary);
+  summary.seconds.contour = contouring.seconds() - summary.seconds.write;
 
   app.phase("Writing");
-  timed(summary.seconds.write, [&] {
-    summary.found = addContours(contours, levels, options.choice, output,
-                                [&](std::uint64_t done) { app.step(done, contours.Cantidad()); });
-    requireContours(summary.found, options.cloud.what());
-    output.commit();
-  });
+  const Stopwatch writing;
+  output.commit();
+  summary.seconds.write += writing.seconds();
   summary.seconds.total = whole.seconds();
   app.clearProgress();
   if (common.json) {

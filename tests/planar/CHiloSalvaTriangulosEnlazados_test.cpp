@@ -167,8 +167,8 @@ TEST_F(SalvaEnlazados, ARefusalOfTheDiskStaysWithTheFileAndTheSetsAreFreed) {
   EXPECT_FALSE(worker.FaltoMemoria());
 }
 
-TEST_F(SalvaEnlazados, TheJobOfCuttingFillsADrawingAndWritesNothing) {
-  CDibujo<int> contours;
+TEST_F(SalvaEnlazados, TheJobOfCuttingGathersSegmentsAndWritesNothing) {
+  CSegmentos contours;
   Append(1);
   Raise(end);
   ASSERT_TRUE(worker.Start(0, &event, Queue(), &contours, 40, 1e12));

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "planar/CNivelDeCurvas.h"
 #include "support/PlanarRun.h"
 #include "support/PlanarScene.h"
 
@@ -378,7 +379,7 @@ TEST(Curvado, CancelledAtAnyStepItLeavesTheLevelsDone) {
     levelsAsked = 0;
     CDibujo<int> drawing = DrawingOf(points), contours;
     code = triangulation.Curvado(drawing, contours, kAnySide, 10, nullptr);
-    EXPECT_EQ(triangulation.dibujoCurvas.Cantidad(), 0U);
+    EXPECT_EQ(triangulation.segmentosCurvas.Cantidad(), 0U);
     if (code == kHecho) break;
     EXPECT_EQ(Paths(contours), std::vector<Path>(all.begin(), all.begin() + std::max(0, levelsAsked - 1)));
     EXPECT_EQ(static_cast<int>(app.steps.size()), at) << "nothing is asked after the answer";
@@ -458,8 +459,55 @@ TEST(Curvado, AgainOnOneObjectItGivesTheSame) {
     ASSERT_EQ(triangulation.Curvado(drawing, contours, kAnySide, 10, nullptr), kHecho);
     if (round == 0) first = Paths(contours);
     EXPECT_EQ(Paths(contours), first);
-    EXPECT_EQ(triangulation.dibujoCurvas.Cantidad(), 0U);
+    EXPECT_EQ(triangulation.segmentosCurvas.Cantidad(), 0U);
   }
+}
+
+// ---- Level by level ----
+
+TEST(CurvadoPorNiveles, LevelsComeOneByOneFromTheLowestWithTheLinesOfAll) {
+  const QuietApp app;
+  const std::vector<Point> points = Plateau(-13, 48);
+  CDibujo<int> drawing = DrawingOf(points), lines(kWholeUnits);
+  std::vector<int> heights;
+  OpenTriangulation triangulation;
+  const auto receive = [&](CNivelDeCurvas const& level) {
+    heights.push_back(level.Altura());
+    for (std::size_t i = 0; i < level.Cantidad(); ++i) lines.Inserta(level.Linea(i));
+  };
+  ASSERT_EQ(triangulation.Curvado(drawing, receive, kAnySide, 10, nullptr, false), kHecho);
+  EXPECT_THAT(heights, ElementsAre(-10, 0, 10, 20, 30, 40));
+  EXPECT_EQ(Paths(lines), Contours(points, 10));
+  EXPECT_EQ(drawing.nPuntos, points.size());
+}
+
+TEST(CurvadoPorNiveles, ADrawingThatIsToBeClearedIsSoBeforeTheFirstLevel) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(Pyramid(5, 25));
+  std::vector<unsigned> left;
+  OpenTriangulation triangulation;
+  const auto receive = [&](CNivelDeCurvas const&) { left.push_back(drawing.Cantidad()); };
+  ASSERT_EQ(triangulation.Curvado(drawing, receive, kAnySide, 10, nullptr, true), kHecho);
+  EXPECT_THAT(left, ElementsAre(0U, 0U));
+  CDibujo<int> again = DrawingOf(Pyramid(5, 25)), contours;
+  EXPECT_EQ(triangulation.Curvado(again, contours, kAnySide, 10, nullptr), kHecho);
+  EXPECT_EQ(contours.Cantidad(), 2U);
+}
+
+TEST(CurvadoPorNiveles, WhatAReceiverThrowsEndsTheRunAndLeavesNoSegments) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(Pyramid(5, 25));
+  OpenTriangulation triangulation;
+  int received = 0;
+  const auto refuse = [&](CNivelDeCurvas const&) {
+    ++received;
+    throw std::runtime_error("a full disk");
+  };
+  EXPECT_THROW(triangulation.Curvado(drawing, refuse, kAnySide, 10, nullptr, true), std::runtime_error);
+  EXPECT_EQ(received, 1);
+  CDibujo<int> again = DrawingOf(Pyramid(5, 15)), contours;
+  EXPECT_EQ(triangulation.Curvado(again, contours, kAnySide, 10, nullptr), kHecho);
+  EXPECT_EQ(contours.Cantidad(), 1U);
 }
 
 }  // namespace

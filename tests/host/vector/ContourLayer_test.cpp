@@ -1,6 +1,7 @@
 #include "host/vector/ContourLayer.h"
 
 #include "host/Failure.h"
+#include "model/CDibujo.h"
 #include "tests/host/vector/VectorScenes.h"
 
 using namespace Meseta47;
@@ -33,6 +34,13 @@ CDibujo<int> someContours() {
   drawing.Inserta(line({{0, 0}, {300, 0}}, 500));
   drawing.Inserta(line({{0, 0}, {2, 0}}, 500));
   return drawing;
+}
+
+ContourCounts write(VectorOutput& output, ContourLevels const& levels, ContourChoice const& choice) {
+  const CDibujo<int> contours = someContours();
+  ContourWriter writer(contours.semilla, levels, choice, output);
+  for (unsigned i = 0; i < contours.Cantidad(); ++i) writer.add(contours[i]);
+  return writer.counts();
 }
 
 }  // namespace
@@ -93,11 +101,8 @@ TEST(ContourLevels, MoreThanAHundredThousandAreRefusedWithTheNumbers) {
 TEST(ContourLayer, CountsWhatItWrites) {
   const Folder folder;
   VectorOutput output(folder.file("a.gpkg"), ReferenceSystem(), contourLayer(2));
-  std::uint64_t told = 0;
-  const ContourCounts counts =
-      addContours(someContours(), ContourLevels(1, 0, 2), {5, 0.1}, output, [&](std::uint64_t done) { told = done; });
+  const ContourCounts counts = write(output, ContourLevels(1, 0, 2), {5, 0.1});
   output.commit();
-  EXPECT_EQ(told, 3U);
   EXPECT_EQ(counts.contours, 2U);
   EXPECT_EQ(counts.tooShort, 1U);
   EXPECT_EQ(counts.closed, 1U);
@@ -112,7 +117,7 @@ TEST(ContourLayer, CountsWhatItWrites) {
 TEST(ContourLayer, EachContourHasItsFields) {
   const Folder folder;
   VectorOutput output(folder.file("a.geojson"), ReferenceSystem(), contourLayer(2));
-  addContours(someContours(), ContourLevels(1, 0, 2), {5, 0.1}, output, [](std::uint64_t) {});
+  write(output, ContourLevels(1, 0, 2), {5, 0.1});
   output.commit();
   const Bytes bytes = bytesOf(folder.file("a.geojson"));
   EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
@@ -124,7 +129,7 @@ TEST(ContourLayer, EachContourHasItsFields) {
 TEST(ContourLayer, IndexContoursOfADxfHaveALayerOfTheirOwn) {
   const Folder folder;
   VectorOutput output(folder.file("a.dxf"), ReferenceSystem(), contourLayer(2));
-  addContours(someContours(), ContourLevels(1, 0, 2), {5, 0.1}, output, [](std::uint64_t) {});
+  write(output, ContourLevels(1, 0, 2), {5, 0.1});
   output.commit();
   const VectorContent content = readVectorFile(folder.file("a.dxf"), {});
   ASSERT_EQ(content.entities.size(), 2U);
@@ -136,7 +141,7 @@ TEST(ContourLayer, IndexContoursOfADxfHaveALayerOfTheirOwn) {
 TEST(ContourLayer, IndexContoursAreCountedFromTheBase) {
   const Folder folder;
   VectorOutput output(folder.file("a.gpkg"), ReferenceSystem(), contourLayer(2));
-  EXPECT_EQ(addContours(someContours(), ContourLevels(1, 1, 2), {4, 0}, output, [](std::uint64_t) {}).index, 3U);
+  EXPECT_EQ(write(output, ContourLevels(1, 1, 2), {4, 0}).index, 3U);
   VectorOutput none(folder.file("b.gpkg"), ReferenceSystem(), contourLayer(2));
-  EXPECT_EQ(addContours(someContours(), ContourLevels(1, 0, 2), {0, 0}, none, [](std::uint64_t) {}).index, 0U);
+  EXPECT_EQ(write(none, ContourLevels(1, 0, 2), {0, 0}).index, 0U);
 }

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "model/CCoor3D.h"
+
+namespace Meseta47 {
+
+/// A position in plan, in scaled units, ordered by x, then y.
+struct CLugarPlano {
+  std::int32_t x, y;
+
+  auto operator<=>(CLugarPlano const&) const = default;
+};
+
+/// A piece of a contour: two places on its level.
+struct CSegmento {
+  CLugarPlano a, b;
+
+  auto operator<=>(CSegmento const&) const = default;
+};
+
+/// The pieces of all contours of a run, from when triangles are cut until the levels are joined: 16 bytes each, for
+/// there are as many as triangles. They keep their positions and nothing else of the points that they come from.
+///
+/// Used by one thread at a time.
+class URDIMBRE_API CSegmentos {
+ public:
+  /// Adds a piece of the level that both ends lie on, lower end first. O(log levels), mostly O(1).
+  void Anade(CCoor3D<int> const& a, CCoor3D<int> const& b);
+
+  [[nodiscard]] std::size_t Cantidad() const { return cantidad; }
+  /// Heights of the lowest level and of the highest one; there must be pieces.
+  [[nodiscard]] int MinimoZ() const { return niveles.begin()->first; }
+  [[nodiscard]] int MaximoZ() const { return niveles.rbegin()->first; }
+
+  /// Takes the pieces of a level out, in the order in which they came; none when it has none.
+  [[nodiscard]] std::vector<CSegmento> Saca(int z);
+  void Clear();
+
+ private:
+  /// Blocks that are filled one after another and never move: of a list that doubles its room, two thirds at the worst
+  /// would be empty while it moves.
+  struct CNivel {
+    std::vector<std::vector<CSegmento>> bloques;
+    std::size_t cantidad = 0;
+
+    void Anade(CSegmento const& s);
+  };
+
+  std::map<int, CNivel> niveles;  ///< by height
+  CNivel* ultimo = nullptr;       ///< level of the piece added last, where the next one lies as a rule
+  int ultimoZ = 0;
+  std::size_t cantidad = 0;
+};
+
+}  // namespace Meseta47
