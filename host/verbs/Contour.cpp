@@ -153,15 +153,20 @@ void printSummary(ContourSummary const& s, std::string const& output) {
 
 /// Contours of a drawing, as they are found, at their own heights. The drawing is emptied on the way.
 void writeContours(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
-                   VectorOutput& output, ContourSummary& summary) {
+                   VectorOutput& output, ContourSummary& summary, HostApp& app) {
   const double units = drawing.semilla.Precision();
   const CDataTriangulacion filters = shifted(filtersOf(options.cloud), 0, units);
-  requireLevels(levels, heightsOf(drawing, filters), units, options.cloud.what());
+  const Heights heights = heightsOf(drawing, filters);
+  requireLevels(levels, heights, units, options.cloud.what());
+  const auto all = static_cast<std::uint64_t>(levels.between(heights.low, heights.high));
   shiftHeights(drawing, -levels.shift());
   ContourWriter writer(drawing.semilla, levels, options.choice, output);
+  std::uint64_t received = 0;
   const auto write = [&](CNivelDeCurvas const& level) {
     const Stopwatch writing;
+    if (received++ == 0) app.phase("Writing");
     for (std::size_t i = 0; i < level.Cantidad(); ++i) {
+      app.step(received, all);
       CLinea<int> line = level.Linea(i);
       line.Mover(0, 0, levels.shift());
       writer.add(line);
@@ -196,10 +201,9 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   if (hilbert) app.phase("Ordering");
   CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
   const Stopwatch contouring;
-  writeContours(drawing, options, levels, output, summary);
+  writeContours(drawing, options, levels, output, summary, app);
   summary.seconds.contour = contouring.seconds() - summary.seconds.write;
 
-  app.phase("Writing");
   const Stopwatch writing;
   output.commit();
   summary.seconds.write += writing.seconds();
