@@ -78,6 +78,12 @@ void requireDone(int code, std::string const& what) {
 
 void requireRun(int code, std::string const& what, std::uint64_t bytes) {
   if (code != kFicheroInaccesible && code != kFicheroInconsistente) return requireDone(code, what);
+  if (bytes == 0) {
+    throw Failure(fmt::format(
+        "{}: memory or threads gave out while the points were linked: take a smaller part with --bounds, or "
+        "fewer --threads",
+        what));
+  }
   requireTempSpace(bytes);
   if (code == kFicheroInconsistente) {
     throw Failure(fmt::format(

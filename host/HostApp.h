@@ -55,7 +55,8 @@ void requireTempSpace(std::uint64_t bytes);
 /// work.
 void requireDone(int code, std::string const& what);
 
-/// The same for a run that spills to the folder for temporary files and was promised `bytes` there.
+/// The same for a run that spills to the folder for temporary files and was promised `bytes` there; 0 for one that does
+/// not.
 void requireRun(int code, std::string const& what, std::uint64_t bytes);
 
 }  // namespace Meseta47::host

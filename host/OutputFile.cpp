@@ -60,10 +60,14 @@ void OutputFile::seek(std::uint64_t position) {
   }
 }
 
-void OutputFile::commit() {
+void OutputFile::close() {
   if (!file_.Close()) {
     fail("cannot be written", causeOf(file_));
   }
+}
+
+void OutputFile::commit() {
+  close();
   std::error_code error;
   if (const fs::file_status old = fs::status(target_, error); fs::exists(old)) {
     fs::permissions(part_, old.permissions(), error);  // at worst the new file has the usual ones

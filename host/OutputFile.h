@@ -31,7 +31,10 @@ class OutputFile {
   void seek(std::uint64_t position);
   [[nodiscard]] std::uint64_t position() const { return file_.GetPosition(); }
 
-  /// Hands everything to the disk and gives the file its name. Nothing may be written afterwards.
+  /// Hands everything to the disk: of all that may fail, only the name is left. Nothing may be written afterwards.
+  void close();
+
+  /// Closes the file and gives it its name.
   void commit();
 
   [[nodiscard]] std::string const& name() const { return name_; }

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 #include "host/Failure.h"
 #include "host/HostApp.h"
@@ -52,7 +53,13 @@ int run(Work const& work, CommonOptions const& common) {
     // A vector asked for more than any memory has says so in its own way.
     const bool memory = dynamic_cast<std::bad_alloc const*>(&error) != nullptr ||
                         dynamic_cast<std::length_error const*>(&error) != nullptr;
-    return memory ? complainOfMemory() : complain(kFailed, error.what());
+    if (memory) return complainOfMemory();
+    if (auto const* refusal = dynamic_cast<std::system_error const*>(&error);
+        refusal != nullptr && refusal->code() == std::errc::resource_unavailable_try_again) {
+      return complain(kFailed,
+                      "the system gives no more threads or locks: take fewer --threads, or end other programs");
+    }
+    return complain(kFailed, error.what());
   }
 }
 

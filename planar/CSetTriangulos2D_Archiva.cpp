@@ -87,8 +87,8 @@ void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bo
   t->set = this;
   CSetTriangulos2D* raiz = GetNivel0();
   if (enlaza) raiz->EnlazaVecinos(t);
+  Anexa(t);  // first: should memory give out, the set owns it
   if (t->LadosLimite() != 0) raiz->abiertos.push_back(t);
-  Anexa(t);
 }
 
 //       P3                 A side runs one way in this triangle and the other way in its neighbour. `lado` tells which

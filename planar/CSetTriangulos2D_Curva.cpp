@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <memory>
+#include <utility>
 
 #include "model/CDibujo.h"
 #include "model/COrdenaPunto.h"
@@ -47,20 +49,15 @@ void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2
 
 template <class Destino>
 void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2) {
-  CSetTriangulos2D* susHijos = hijos;
-  CTriangulo2D* t = primero;
-  hijos = nullptr;
-  primero = ultimo = actual = inicio = nullptr;
-  while (t != nullptr) {
-    t->Corta(curvas, equidistancia, lado2);
-    CTriangulo2D* siguiente = t->sig;
-    delete t;
-    t = siguiente;
+  ultimo = actual = inicio = nullptr;
+  while (primero != nullptr) {
+    primero->Corta(curvas, equidistancia, lado2);  // should memory give out, the set still owns what is left
+    delete std::exchange(primero, primero->sig);
   }
   cantidad = 0;
+  const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return;
   for (unsigned i = 0; i < 4; ++i) susHijos[i].CortaTodo(curvas, equidistancia, lado2);
-  delete[] susHijos;
 }
 
 void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const {

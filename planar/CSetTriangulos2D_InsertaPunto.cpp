@@ -5,6 +5,21 @@
 
 namespace Meseta47 {
 
+namespace {
+
+/// Places for `n` triangles, to be made in them; none is taken when it throws for want of memory.
+void PideSitios(CTriangulo2D** sitios, std::size_t n) {
+  std::size_t i = 0;
+  try {
+    for (; i < n; ++i) sitios[i] = static_cast<CTriangulo2D*>(CTriangulo2D::operator new(sizeof(CTriangulo2D)));
+  } catch (...) {
+    while (i-- > 0) CTriangulo2D::operator delete(sitios[i], sizeof(CTriangulo2D));
+    throw;
+  }
+}
+
+}  // namespace
+
 int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia,
                                    unsigned& aceptados, unsigned& rechazados, CBalance& balance) {
   CTriangulo2D* semilla = nullptr;
@@ -190,17 +205,21 @@ void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca
   abanico.Calcula(*p);
   abanico.Situa(b.camino.marcos);
   // Condemned triangles give their places to new ones, of which there are two more.
-  for (std::size_t i = b.condenados; i < n; ++i) {
-    b.cavidad[i] = static_cast<CTriangulo2D*>(CTriangulo2D::operator new(sizeof(CTriangulo2D)));
-  }
+  PideSitios(&b.cavidad[b.condenados], n - b.condenados);
   for (CTriangulo2D* t : b.Condenados()) t->set->Quita(t, *this);
   PonAbanico(p);
-  for (std::size_t i = 0; i < n; ++i) {
-    const std::size_t cual = abanico.Orden(i);
-    CTriangulo2D* t = b.cavidad[cual];
-    // A triangle without a circle, of three points on a line, has its place at the origin.
-    CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(*t, abanico.Fuera(cual)) : SetPara(CajaDe(*t));
-    suyo.Anexa(t);
+  std::size_t i = 0;
+  try {
+    for (; i < n; ++i) {
+      const std::size_t cual = abanico.Orden(i);
+      CTriangulo2D* t = b.cavidad[cual];
+      // A triangle without a circle, of three points on a line, has its place at the origin.
+      CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(*t, abanico.Fuera(cual)) : SetPara(CajaDe(*t));
+      suyo.Anexa(t);
+    }
+  } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
+    for (; i < n; ++i) Anexa(b.cavidad[abanico.Orden(i)]);
+    throw;
   }
 }
 

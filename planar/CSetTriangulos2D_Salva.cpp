@@ -1,4 +1,6 @@
 // What becomes of the triangles of a closed set: records in the spill file, or faces of a model.
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "model/CTIN.h"
@@ -8,26 +10,25 @@
 namespace Meseta47 {
 
 bool CSetTriangulos2D::Salva(CFile* fichero) {
-  CSetTriangulos2D* susHijos = hijos;
-  CTriangulo2D* t = primero;
-  hijos = nullptr;
-  primero = ultimo = actual = inicio = nullptr;
+  actual = inicio = nullptr;
   bool bien = true;
   if (cantidad != 0) {
     // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
     std::vector<std::int32_t> numeros;
     numeros.reserve(std::size_t{3} * cantidad);
     const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
-    for (CTriangulo2D const* u = t; u != nullptr; u = u->sig) {
+    for (CTriangulo2D const* u = primero; u != nullptr; u = u->sig) {
       for (CCoor3D<int> const* p : {u->p1, u->p2, u->p3}) numeros.push_back(numero(p));
     }
-    CTriangulo2D::DestruyeLista(t);
-    bien = fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
+    // Not before: should memory give out above, the set still owns its triangles.
+    CTriangulo2D::DestruyeLista(std::exchange(primero, nullptr));
+    ultimo = nullptr;
     cantidad = 0;
+    bien = fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
   }
+  const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;
   for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero) && bien;
-  delete[] susHijos;
   return bien;
 }
 

@@ -33,6 +33,7 @@ CTriangulacion2D::CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentifica
 
 CTriangulacion2D::~CTriangulacion2D() {
   hiloSalva.Stop();
+  BorraFicheroTemporal();  // of a run that ended for want of an event
   if (evento != nullptr) CloseHandle(evento);
 }
 

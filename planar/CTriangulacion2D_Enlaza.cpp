@@ -240,7 +240,7 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
     if (const int codigo = AbreFicheroTemporal(); codigo != kHecho) return codigo;
   }
   PreparaCola();
-  if (evento == nullptr) return kFicheroInconsistente;  // the file stays, for whoever looks into it
+  if (evento == nullptr) return kFicheroInconsistente;  // the file stays as long as this object
   if (const int codigo = ArrancaHilo(modo); codigo != kHecho) return codigo;
   trabajo.total = cantidadPuntos;
   cantidadPuntos = 0;  // numbering begins here

@@ -191,7 +191,9 @@ void VectorOutput::finish() {
     GByte const* const data = VSIGetMemFileBuffer(memory.c_str(), &bytes, FALSE);
     const bool isMain = side == own;
     if (!isMain) files_.push_back(std::make_unique<OutputFile>((fs::path(name_).parent_path() / side).string()));
-    (isMain ? files_.front() : files_.back())->write(data, static_cast<std::size_t>(bytes));
+    OutputFile& file = isMain ? *files_.front() : *files_.back();
+    file.write(data, static_cast<std::size_t>(bytes));
+    file.close();
     VSIUnlink(memory.c_str());
   }
 }

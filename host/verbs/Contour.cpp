@@ -176,7 +176,7 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
   const int code =
       triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr, true);
-  requireDone(code, options.cloud.what());
+  requireRun(code, options.cloud.what(), 0);
   summary.run = triangulation.Resumen();
   summary.found = writer.counts();
   requireContours(summary.found, options.cloud.what());

@@ -180,10 +180,8 @@ void writeModel(CModeloDigital& model, std::string const& output, CDataExportarM
   const CString path = CString::DesdeUtf8(output);
   const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
   if (code == kFicheroInaccesible) {
-    const long long room = EspacioLibre(CString::DesdeUtf8(output));
-    throw Failure(fmt::format("{}: could not be written{}: is the folder there, writable, and with room enough?",
-                              output,
-                              room < 0 ? "" : fmt::format(" ({:.1f} MB free there)", static_cast<double>(room) / 1e6)));
+    throw Failure(fmt::format("{}: {}: write into a folder that exists and is yours, with room for the file", output,
+                              model.Error().Utf8()));
   }
   requireDone(code, output);
 }

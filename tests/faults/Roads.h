@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "model/CModeloDigital.h"
 #include "planar/PhaseScenes.h"
 #include "support/ScratchFolder.h"
+#include "support/WorkingFolder.h"
 
 /// The roads through the library, each as a piece of work on small things, for tests that let something fail on the
 /// way.
@@ -191,21 +191,6 @@ template <class Made>
 Kind Named(char const* name) {
   return {name, [] { return std::make_unique<Made>(); }};
 }
-
-/// A run that is refused a temporary name takes one in the current folder, the same in every run: each test has to work
-/// in a folder of its own, since several run at a time.
-class WorkingFolder {
- public:
-  explicit WorkingFolder(CString const& folder) : before(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder.Utf8());
-  }
-  WorkingFolder(WorkingFolder const&) = delete;
-  WorkingFolder& operator=(WorkingFolder const&) = delete;
-  ~WorkingFolder() { std::filesystem::current_path(before); }
-
- private:
-  std::filesystem::path before;
-};
 
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {

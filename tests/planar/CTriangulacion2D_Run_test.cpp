@@ -169,6 +169,17 @@ TEST_P(EveryRun, WithoutAnEventADrawingsRunLeavesItsFileAndAModelsRunsOn) {
   EXPECT_EQ(road.Run(), kHecho) << "the same object runs once the system has events again";
 }
 
+TEST_P(EveryRun, TheFileOfARunWithoutAnEventGoesWithTheObject) {
+  const QuietApp app;
+  {
+    Road road(GetParam(), Near(30));
+    FaultGuard guard;
+    guard.Refuse(EOperacion::CreaEvento);
+    road.Run();
+  }
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
 TEST_P(EveryRun, AnExceptionOfTheHostLeavesNoFileAndNoWorker) {
   for (const std::size_t at : {5U, 40U, 70U, 85U}) {
     ListeningApp app(2);

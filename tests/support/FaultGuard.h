@@ -9,6 +9,13 @@
 
 #include "platform/IVigilante.h"
 
+/// All that can be refused.
+inline constexpr EOperacion kEveryOperation[] = {
+    EOperacion::Abre,       EOperacion::Lee,          EOperacion::Escribe,    EOperacion::Posiciona,
+    EOperacion::Longitud,   EOperacion::Sincroniza,   EOperacion::Cierra,     EOperacion::Renombra,
+    EOperacion::Borra,      EOperacion::CreaTemporal, EOperacion::CreaEvento, EOperacion::CreaHilo,
+    EOperacion::CreaSeccion};
+
 /// A guard that counts what is asked of the system and refuses what the test wants refused, while it lives.
 class FaultGuard : public IVigilante {
  public:

@@ -1,0 +1,200 @@
+// Every verb of the program with a failure at the first, second, third ... operation of each kind, until none fires:
+// one line that names a file and the cause, exit 1, what stood there before untouched, and nothing left behind.
+#include <cstdio>
+#include <gmock/gmock.h>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "faults/Refusals.h"
+#include "host/Program.h"
+#include "platform/Environment.h"
+#include "support/ScratchFolder.h"
+#include "support/WorkingFolder.h"
+
+namespace Meseta47::host {
+namespace {
+
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+/// A run of the program: what it takes, and the files that it makes or replaces.
+struct Verb {
+  char const* name;
+  std::vector<std::string> arguments;
+  std::vector<std::string> outputs;
+
+  friend void PrintTo(Verb const& verb, std::ostream* out) { *out << verb.name; }
+};
+
+struct Outcome {
+  int code;
+  std::string complaint;
+};
+
+Outcome Urdimbre(std::vector<std::string> const& arguments) {
+  std::vector<char const*> argv{"urdimbre", "--quiet", "--threads", "2", "--temp-dir", "tmp"};
+  for (std::string const& argument : arguments) argv.push_back(argument.c_str());
+  testing::internal::CaptureStderr();
+  const int code = runProgram(static_cast<int>(argv.size()), argv.data());
+  return {code, testing::internal::GetCapturedStderr()};
+}
+
+using Files = std::map<std::string, std::string>;
+
+Files FilesIn(std::filesystem::path const& folder) {
+  Files files;
+  for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) files[entry.path().string()] = BytesOf(CString::DesdeUtf8(entry.path().string()));
+  }
+  return files;
+}
+
+class Verbs : public testing::TestWithParam<Verb> {
+ protected:
+  Verbs() {
+    std::filesystem::create_directory("tmp");
+    std::filesystem::create_directory("home");
+    for (auto const& preparation :
+         std::vector<std::vector<std::string>>{{"generate", "in.las", "--points", "400", "--seed", "3"},
+                                               {"generate", "more.las", "--points", "100", "--seed", "4"},
+                                               {"tin", "in.las", "-o", "in.ply"},
+                                               {"tin", "in.las", "-o", "in.urd"}}) {
+      EXPECT_EQ(Urdimbre(preparation).code, 0);
+    }
+    for (std::string const& output : GetParam().outputs) PutBytes(CString::DesdeUtf8(output), kEarlier);
+    before = FilesIn(".");
+    const Outcome clean = Urdimbre(GetParam().arguments);
+    EXPECT_EQ(clean.code, 0) << clean.complaint;
+    after = FilesIn(".");
+    for (std::string const& output : GetParam().outputs) EXPECT_NE(after.at("./" + output), kEarlier);
+  }
+
+  /// A run with one thing amiss, and a clean one behind it when it failed. Returns whether it met what was amiss.
+  template <class Spoil, class Met>
+  bool RunAmiss(EOperacion operation, Spoil spoil, Met met) {
+    Restore();
+    Outcome outcome{};
+    bool fired = false;
+    {
+      FaultGuard guard;
+      spoil(guard);
+      outcome = Urdimbre(GetParam().arguments);
+      fired = met(guard);
+    }
+    const bool mayLitter = operation == EOperacion::Borra;  // what cannot be deleted stays
+    if (outcome.code == 0) {
+      EXPECT_EQ(outcome.complaint, "");
+      EXPECT_TRUE(mayLitter || FilesIn(".") == after) << "a failure that went unseen: " << Names();
+      return fired;
+    }
+    EXPECT_TRUE(fired);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.complaint, IsOneLineThatNamesFileAndCause());
+    EXPECT_TRUE(mayLitter || IsAsBefore(operation)) << outcome.complaint << Names();
+    ++failures;
+    Restore();
+    EXPECT_EQ(Urdimbre(GetParam().arguments).code, 0) << "the system is well again";
+    EXPECT_TRUE(FilesIn(".") == after);
+    return fired;
+  }
+
+  /// `RunAmiss` for the loops of Refusals.h.
+  auto Amiss() {
+    return [this](EOperacion operation, auto spoil, auto met) { return RunAmiss(operation, spoil, met); };
+  }
+
+  void Report(char const* how, int injected) {
+    RecordProperty(how, injected);
+    std::printf("%s: %s: %d faults injected, %d runs failed by them\n", GetParam().name, how, injected, failures);
+  }
+
+  ScratchFolder scratch;
+  WorkingFolder here{scratch.Path()};
+  Environment settings{"XDG_CONFIG_HOME", scratch.Path("home").Utf8()};
+  Files before, after;
+  int failures = 0;
+
+ private:
+  static constexpr char kEarlier[] = "of an earlier day";
+
+  void Restore() const {
+    const Files now = FilesIn(".");
+    for (auto const& [name, bytes] : now) {
+      if (!before.contains(name)) std::filesystem::remove(name);
+    }
+    for (auto const& [name, bytes] : before) {
+      const auto found = now.find(name);
+      if (found == now.end() || found->second != bytes) PutBytes(CString::DesdeUtf8(name), bytes);
+    }
+  }
+
+  /// Of several outputs the first have their names when the next is refused its own; what more there is to fail has
+  /// been done by then.
+  bool IsAsBefore(EOperacion operation) const {
+    Files now = FilesIn(".");
+    if (operation == EOperacion::Renombra && GetParam().outputs.size() > 1) {
+      for (std::string const& output : GetParam().outputs) {
+        std::string& bytes = now["./" + output];
+        if (bytes == after.at("./" + output)) bytes = kEarlier;
+      }
+    }
+    return now == before;
+  }
+
+  static std::string Names() {
+    std::string names = "there are";
+    for (auto const& [name, bytes] : FilesIn(".")) names += " " + name + " (" + std::to_string(bytes.size()) + ")";
+    return names;
+  }
+
+  static testing::Matcher<std::string> IsOneLineThatNamesFileAndCause() {
+    return AllOf(
+        MatchesRegex("urdimbre: [^\n]+\n"),
+        AnyOf(HasSubstr(" in."), HasSubstr(" out."), HasSubstr(" more."), HasSubstr("tmp"), HasSubstr("--threads")),
+        AnyOf(HasSubstr("No space left"), HasSubstr("Permission denied"), HasSubstr("Input/output error"),
+              HasSubstr("memory, threads"), HasSubstr("memory or threads"), HasSubstr("threads or locks"),
+              HasSubstr("the disk refused")));
+  }
+};
+
+TEST_P(Verbs, WhateverIsRefusedFromItsNthTimeOnEndsWithALineAndHarmsNothing) {
+  const auto refuse = [](FaultGuard& guard, EOperacion operation, int nth) { guard.Refuse(operation, nth); };
+  Report("refused for good", test::MeetEachRefusal("refused for good", refuse, Amiss()));
+  EXPECT_GT(failures, 2);
+}
+
+TEST_P(Verbs, OneRefusalIsNotForgottenWhenWhatFollowsGoesWell) {
+  const auto refuse = [](FaultGuard& guard, EOperacion operation, int nth) { guard.RefuseOnce(operation, nth); };
+  Report("refused once", test::MeetEachRefusal("refused once", refuse, Amiss()));
+  EXPECT_GT(failures, 2);
+}
+
+TEST_P(Verbs, ADiskThatFillsAnywhereIsToldOrHadRoomEnough) { Report("no space", test::FillTheDisk(failures, Amiss())); }
+
+TEST_P(Verbs, ShortTransfersChangeNothing) {
+  Report("short transfers", test::ShortenTransfers(Amiss()));
+  EXPECT_EQ(failures, 0);
+}
+
+Verb Tin(char const* name, std::string const& output) { return {name, {"tin", "in.las", "-o", output}, {output}}; }
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Verbs,
+    testing::Values(
+        Tin("TinPly", "out.ply"), Tin("TinObj", "out.obj"), Tin("Tin2dm", "out.2dm"), Tin("TinLandXml", "out.xml"),
+        Tin("TinNative", "out.urd"),
+        Verb{"TinUpdate", {"tin", "in.las", "--update", "more.las", "-o", "out.ply"}, {"out.ply"}},
+        Verb{"TinOutline", {"tin", "in.las", "-o", "out.ply", "--outline", "out.geojson"}, {"out.ply", "out.geojson"}},
+        Verb{"Contour", {"contour", "in.las", "--interval", "1", "-o", "out.geojson"}, {"out.geojson"}},
+        Verb{"ClassifyHigh", {"classify", "high", "in.las", "-o", "out.las"}, {"out.las"}},
+        Verb{"RenderCloud", {"render", "in.las", "-o", "out.png", "--size", "60"}, {"out.png"}},
+        Verb{"RenderModel", {"render", "in.ply", "-o", "out.png", "--size", "60"}, {"out.png"}},
+        Verb{"CheckPly", {"check", "in.ply"}, {}}, Verb{"CheckNative", {"check", "in.urd"}, {}},
+        Verb{"Info", {"info", "in.las"}, {}},
+        Verb{"Generate", {"generate", "out.las", "--points", "100"}, {"out.las"}}),
+    [](testing::TestParamInfo<Verb> const& verb) { return verb.param.name; });
+
+}  // namespace
+}  // namespace Meseta47::host
