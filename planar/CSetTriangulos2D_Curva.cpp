@@ -66,7 +66,7 @@ void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) 
 
 template <class Destino>
 void CTriangulo2D::Corta(Destino& curvas, int equidistancia, double lado2) const {
-  if (!EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
+  if (equidistancia == 0 || !EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
   if (PrimerNivel(GetMinZ(), equidistancia) > GetMaxZ()) return;
   if (p1->Distancia2(*p2, 0) > lado2 || p2->Distancia2(*p3, 0) > lado2 || p3->Distancia2(*p1, 0) > lado2) return;
 
