@@ -12,7 +12,8 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kPocos = 8, kAlgunos = 12;  // boundaries have 6 sides as a rule and hardly ever more than 12
+// Boundaries have 6 sides as a rule; where points lie in dense lines, twenty are not rare.
+constexpr std::size_t kMasComparados = 32;
 
 /// All bits set where `a` is below `b`.
 int SiMenor(int a, int b) { return -static_cast<int>(a < b); }
@@ -38,7 +39,7 @@ constexpr std::array<std::int64_t, 2 * N> kVacios = [] {
 
 void CAbanico::Amplia(std::size_t n) {
   lados.resize(n);
-  tandas.resize(std::max(n, kAlgunos) / kTanda + 1);
+  tandas.resize(std::max(n, kMasComparados) / kTanda + 1);
   const std::size_t sitio = tandas.size() * kTanda + 1;
   vuelta.resize(sitio);
   orden.resize(sitio);
@@ -66,8 +67,9 @@ bool CAbanico::Dispone(CCoor3D<int> const& p, std::size_t n) {
     }
   }
   if (coincide != 0) return false;
-  if (n <= kPocos) return OrdenaPocos<kPocos>();
-  return n <= kAlgunos ? OrdenaPocos<kAlgunos>() : OrdenaMuchos();
+  if (n <= 8) return OrdenaPocos<8>();
+  if (n <= 12) return OrdenaPocos<12>();
+  return n <= kMasComparados ? OrdenaAlgunos() : OrdenaMuchos();
 }
 
 /// The sides by the numbers of their points, which fixes the order of the new triangles. False when a number comes
@@ -93,6 +95,28 @@ bool CAbanico::OrdenaPocos() {
     for (std::size_t j = 0; j < N; ++j) iguales += static_cast<int>(principios[j] == principios[i]);
   }
   return iguales == static_cast<int>(N);
+}
+
+/// The same in loops over as many sides as there are.
+bool CAbanico::OrdenaAlgunos() {
+  constexpr std::size_t N = kMasComparados;
+  int menores[N], mayores[N];
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    menores[i] = std::min(num[i], num[i + 1]);
+    mayores[i] = std::max(num[i], num[i + 1]);
+  }
+  int const* principios = num.data();
+  int iguales = 0;
+  for (unsigned i = 0; i < cantidad; ++i) {
+    const int menor = menores[i], mayor = mayores[i], principio = principios[i];
+    int rango = 0;
+    for (std::size_t j = 0; j < cantidad; ++j) {
+      rango -= SiMenor(menores[j], menor) | (-static_cast<int>(menores[j] == menor) & SiMenor(mayores[j], mayor));
+      iguales += static_cast<int>(principios[j] == principio);
+    }
+    orden[static_cast<std::size_t>(rango)] = i;
+  }
+  return iguales == static_cast<int>(cantidad);
 }
 
 bool CAbanico::OrdenaMuchos() {

@@ -87,6 +87,7 @@ class CAbanico {
   static void CorrigeCirculos(CTanda& tanda, CCoor3D<int> const& p);
   template <std::size_t N>
   [[nodiscard]] bool OrdenaPocos();
+  [[nodiscard]] bool OrdenaAlgunos();
   [[nodiscard]] bool OrdenaMuchos();
 
   std::size_t cantidad = 0;

@@ -137,8 +137,8 @@ TEST_P(CAbanicoOf, ACornerOnThePointIsRefused) {
   }
 }
 
-// Around the length of a batch, the two lengths of the ranking, and beyond.
-INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 11, 12, 13, 16, 17, 40));
+// Around the length of a batch, the lengths of the ranking, and beyond.
+INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 11, 12, 13, 16, 17, 24, 25, 32, 33, 40));
 
 TEST(CAbanico, ThreePointsOnALineMakeNoCircle) {
   Ring ring({0, 0, 5, 10}, {{-10, 0, 1, 1}, {10, 0, 2, 2}, {0, -10, 3, 3}});
