@@ -12,17 +12,6 @@ namespace {
 
 constexpr int kOrdenDeContornos = 3;  // sort key of entities: larger outlines before the smaller ones inside them
 
-/// Every point counts, whatever its height.
-CDataTriangulacion Todo() {
-  CDataTriangulacion datos;
-  datos.zMin = -2147483648.0;
-  datos.zMax = 2147483647.0;
-  datos.entero = 0;
-  datos.incluidos.Inserta(CElementoDigiTab(CTipoDat(ENTIDAD_LINEA, kCodigoTodos), 70, 70, 70, 0, 0, L"", 1), true);
-  datos.excluidos.clear();
-  return datos;
-}
-
 }  // namespace
 
 CDibujo<int> DibujoDeHallados(CDataSemilla const& semilla, std::vector<CCoor3D<int>>& puntos) {
@@ -39,9 +28,12 @@ int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes niv
   CDataSacaLimites como;
   como.distancia = distancia;
   como.superficieMinima = -1.0;
-  CTriangulacion triangulacion(nuevo.semilla, Todo());
+  CTriangulacion triangulacion(nuevo.semilla, CDataTriangulacion());
   triangulacion.Mensajes(nivel);
-  const int codigo = triangulacion.LimiteDibujo(nuevo, limites, &como, 1, 0);
+  std::vector<CCoor3D<int>> puntos;
+  CSetPuntos<int>::De(nuevo[0])->swap(puntos);  // there is not room for them twice
+  nuevo.Clear();
+  const int codigo = triangulacion.LimitePuntos(std::move(puntos), limites, &como, 1, 0);
   if (codigo == kHecho) limites.Sort(kOrdenDeContornos, true, -1);
   return codigo;
 }

@@ -7,9 +7,9 @@ namespace Meseta47 {
 /// A drawing with the points alone, which it takes over.
 [[nodiscard]] CDibujo<int> DibujoDeHallados(CDataSemilla const& semilla, std::vector<CCoor3D<int>>& puntos);
 
-/// Puts into `limites` the outlines of what a search has found, with sides up to `distancia` (drawing units), larger
-/// ones first. Repeated points leave `nuevo`; without points there is no outline. They are told and can be cancelled at
-/// message level `nivel`. A code of CTriangulacion::LimiteDibujo.
+/// Puts into `limites` the outlines of what a search has found, one set of points, with sides up to `distancia`
+/// (drawing units), larger ones first. It takes the points over and leaves `nuevo` empty; without points there is no
+/// outline. They are told and can be cancelled at message level `nivel`. A code of CTriangulacion::LimiteDibujo.
 int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites);
 
 }  // namespace Meseta47

@@ -23,14 +23,20 @@ void Exige(bool hecho) {
 }
 
 /// The number of a point, whose sign other threads may turn meanwhile.
-int Numero(CPuntoTIN& p) { return std::atomic_ref<int>(p.num).load(std::memory_order_relaxed); }
+int Numero(CCoor3D<int>& p) { return std::atomic_ref<int>(p.num).load(std::memory_order_relaxed); }
+
+/// Three points that do not lie on one line in space.
+bool EsTriangulo(CCoor3D<int> const* a, CCoor3D<int> const* b, CCoor3D<int> const* c) {
+  if (a == nullptr || b == nullptr || c == nullptr) return false;
+  return c->CalculaLado(*a, *b, 0) != 0 || c->CalculaLado(*a, *b, 1) != 0 || c->CalculaLado(*a, *b, 2) != 0;
+}
 
 }  // namespace
 
 /// A triangle as its vertices see it: the side of index i runs from vertex i to the next one.
 struct CHiloBuscaPuntosAltos::CLados {
-  explicit CLados(CTriangulo const& t)
-      : vertices{t.P1, t.P2, t.P3}, d2{t.Distancia2_12(false), t.Distancia2_23(false), t.Distancia2_31(false)} {}
+  CLados(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c)
+      : vertices{a, b, c}, d2{a->Distancia2(*b, 0), b->Distancia2(*c, 0), c->Distancia2(*a, 0)} {}
 
   [[nodiscard]] static unsigned Siguiente(unsigned i) { return (i + 1) % 3; }
   [[nodiscard]] static unsigned Anterior(unsigned i) { return (i + 2) % 3; }
@@ -39,14 +45,14 @@ struct CHiloBuscaPuntosAltos::CLados {
     return static_cast<std::int64_t>(vertices[i]->z) - vertices[j]->z;
   }
 
-  CPuntoTIN* vertices[3];
+  CCoor3D<int>* vertices[3];
   double d2[3];  ///< squared lengths in plan
 };
 
 void CHiloBuscaPuntosAltos::Start(unsigned int k, HANDLE* elEventoFin, HANDLE* elEventoSigue, IPorcentaje* elPorcentaje,
                                   unsigned int elIdPorcentaje, std::uint64_t elAcumulado, CString const& ruta,
-                                  CSetPuntosMdt* losPuntos, unsigned int* laPasada, unsigned int* laCantidad,
-                                  std::vector<int>* laTabla, int laAlturaMin, int laDistanciaMax, double laPendiente,
+                                  CBusquedaPuntos const* losPuntos, unsigned int* laPasada, unsigned int* laCantidad,
+                                  int laAlturaMin, int laDistanciaMax, double laPendiente,
                                   std::vector<CCoor3D<int>>* losAltos, bool* elCambio, std::uint64_t* elTotal,
                                   unsigned int porHilo, CCriticalSection* laSeccion, long* losTerminados,
                                   unsigned int* losLeidos, bool* elCancelado) {
@@ -59,7 +65,6 @@ void CHiloBuscaPuntosAltos::Start(unsigned int k, HANDLE* elEventoFin, HANDLE* e
   puntos = losPuntos;
   pasada = laPasada;
   cantidad = laCantidad;
-  tabla = laTabla;
   alturaMin = laAlturaMin;
   distanciaMax = laDistanciaMax;
   pendiente = laPendiente;
@@ -135,15 +140,15 @@ void CHiloBuscaPuntosAltos::LeeTrozo(CSingleLock& cerrojo) {
 }
 
 void CHiloBuscaPuntosAltos::Procesa(CBusquedaFichero::CRegistro const& numeros, CSingleLock& cerrojo) {
-  const auto punto = [&](int numero) { return CBusquedaPuntos::Punto(*puntos, *tabla, numero); };
-  const CTriangulo t(punto(numeros[0]), punto(numeros[1]), punto(numeros[2]), -1, -1, -1);
-  if (!t.EsValido()) return;
-  const int nums[3] = {Numero(*t.P1), Numero(*t.P2), Numero(*t.P3)};
+  CCoor3D<int>*const a = puntos->Punto(numeros[0]), *const b = puntos->Punto(numeros[1]);
+  CCoor3D<int>* const c = puntos->Punto(numeros[2]);
+  if (!EsTriangulo(a, b, c)) return;
+  const int nums[3] = {Numero(*a), Numero(*b), Numero(*c)};
   if (nums[0] < 0 && nums[1] < 0 && nums[2] < 0) return;
   if (*pasada == 0) {
-    BuscaSemilla(CLados(t), cerrojo);
+    BuscaSemilla(CLados(a, b, c), cerrojo);
   } else if (nums[0] < 0 || nums[1] < 0 || nums[2] < 0) {
-    Extiende(CLados(t), nums, cerrojo);
+    Extiende(CLados(a, b, c), nums, cerrojo);
   }
 }
 
@@ -176,7 +181,7 @@ void CHiloBuscaPuntosAltos::Extiende(CLados const& lados, int const (&nums)[3], 
 }
 
 /// Another slice may have found the point in the meantime; a sign that turned twice would lose it.
-void CHiloBuscaPuntosAltos::Marca(CPuntoTIN& punto, CSingleLock& cerrojo) {
+void CHiloBuscaPuntosAltos::Marca(CCoor3D<int>& punto, CSingleLock& cerrojo) {
   cerrojo.Lock();
   const int num = Numero(punto);
   if (num > 0) {

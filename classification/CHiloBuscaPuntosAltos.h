@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "classification/CBusquedaFichero.h"
+#include "model/CCoor3D.h"
 #include "model/CHilo.h"
-#include "model/CSetPuntosMdt.h"
-#include "model/CTriangulo.h"
 #include "model/Codigos.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CFile.h"
@@ -17,6 +16,7 @@ class CSingleLock;
 
 namespace Meseta47 {
 
+class CBusquedaPuntos;
 class IPorcentaje;
 
 /// Looks for high points in its slice of the temporary file, pass after pass; one of several that share the points.
@@ -45,8 +45,8 @@ class URDIMBRE_API CHiloBuscaPuntosAltos : public CHilo {
   /// than 0, by the length of the file; `losLeidos` by the bytes read, a block at a time. The progress interface, its
   /// level and the bytes of finished passes are kept for whoever looks at a thread.
   void Start(unsigned int k, HANDLE* elEventoFin, HANDLE* elEventoSigue, IPorcentaje* elPorcentaje,
-             unsigned int elIdPorcentaje, std::uint64_t elAcumulado, CString const& ruta, CSetPuntosMdt* losPuntos,
-             unsigned int* laPasada, unsigned int* laCantidad, std::vector<int>* laTabla, int laAlturaMin,
+             unsigned int elIdPorcentaje, std::uint64_t elAcumulado, CString const& ruta,
+             CBusquedaPuntos const* losPuntos, unsigned int* laPasada, unsigned int* laCantidad, int laAlturaMin,
              int laDistanciaMax, double laPendiente, std::vector<CCoor3D<int>>* losAltos, bool* elCambio,
              std::uint64_t* elTotal, unsigned int porHilo, CCriticalSection* laSeccion, long* losTerminados,
              unsigned int* losLeidos, bool* elCancelado);
@@ -69,13 +69,12 @@ class URDIMBRE_API CHiloBuscaPuntosAltos : public CHilo {
   void Procesa(CBusquedaFichero::CRegistro const& numeros, CSingleLock& cerrojo);
   void BuscaSemilla(CLados const& lados, CSingleLock& cerrojo);
   void Extiende(CLados const& lados, int const (&nums)[3], CSingleLock& cerrojo);
-  void Marca(CPuntoTIN& punto, CSingleLock& cerrojo);
+  void Marca(CCoor3D<int>& punto, CSingleLock& cerrojo);
   [[nodiscard]] bool Cancelado() const;
 
-  CSetPuntosMdt* puntos = nullptr;
+  CBusquedaPuntos const* puntos = nullptr;
   unsigned int* pasada = nullptr;
   unsigned int* cantidad = nullptr;
-  std::vector<int>* tabla = nullptr;
   int alturaMin = 0, distanciaMax = 0;
   double pendiente = 0;
   std::vector<CCoor3D<int>>* altos = nullptr;

@@ -49,24 +49,20 @@ int CTriangulacion2D::RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>
 }
 
 int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo,
-                                      std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion,
-                                      std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades) {
+                                      std::vector<CDibujo<int>*>* otros,
+                                      std::vector<CPosicionEntidad> const* seleccion) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
-  busqueda.puntos.reserve(cantidadPuntos - duplicados, maximas.Minimo.x, maximas.Maximo.x);
-  divisiones.clear();  // before the points are held twice
+  divisiones.clear();  // the search needs the memory
   unsigned long long contador = 0;
   const auto registra = [&](CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
-    return RegistraPuntos(busqueda.puntos, d, contador, cantidadPuntos, elegidos, colores, intensidades);
+    return RecorreMalla(d, contador, cantidadPuntos, elegidos,
+                        [&](CLinea<int> const& e, unsigned k) { busqueda.Anade(PunteroDeRun(e, k)); });
   };
-  if (const int codigo = registra(dibujo, seleccion); codigo != kHecho) return codigo;
-  if (otros != nullptr) {
-    for (CDibujo<int> const* otro : *otros) {
-      if (otro == nullptr) continue;
-      if (const int codigo = registra(*otro, nullptr); codigo != kHecho) return codigo;
-    }
+  int codigo = registra(dibujo, seleccion);
+  for (std::size_t i = 0; codigo == kHecho && otros != nullptr && i < otros->size(); ++i) {
+    if ((*otros)[i] != nullptr) codigo = registra(*(*otros)[i], nullptr);
   }
-  busqueda.Renumera(cantidadPuntos);
-  return kHecho;
+  return codigo;
 }
 
 }  // namespace Meseta47

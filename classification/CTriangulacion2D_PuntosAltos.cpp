@@ -63,7 +63,7 @@ class CEventos {
 /// The threads of a search, and what they share.
 class CBuscadores {
  public:
-  CBuscadores(CFile& elFichero, CBusquedaPuntos& laBusqueda, CParametros const& losParametros,
+  CBuscadores(CFile& elFichero, CBusquedaPuntos const& laBusqueda, CParametros const& losParametros,
               std::vector<CCoor3D<int>>& losAltos, unsigned& laCantidad, IPorcentaje* elPorcentaje, int elNivel)
       : fichero(elFichero),
         busqueda(laBusqueda),
@@ -117,9 +117,9 @@ class CBuscadores {
     for (unsigned k = 0; k < cuantos; ++k) {
       CHiloBuscaPuntosAltos& hilo = hilos[k];
       hilo.Start(k, eventosFin[k], eventosSigue[k], porcentaje, static_cast<unsigned>(nivel), pasadas.acumulado,
-                 fichero.GetFilePath(), &busqueda.puntos, &pasadas.pasada, &cantidad, &busqueda.tabla,
-                 parametros.alturaMin, parametros.distanciaMax, kPendiente, &altos, &pasadas.cambio, &pasadas.total,
-                 porHilo, &*seccion, &terminados, &leido, &cancelado);
+                 fichero.GetFilePath(), &busqueda, &pasadas.pasada, &cantidad, parametros.alturaMin,
+                 parametros.distanciaMax, kPendiente, &altos, &pasadas.cambio, &pasadas.total, porHilo, &*seccion,
+                 &terminados, &leido, &cancelado);
       if (hilo.Codigo() != kHecho) return hilo.Codigo();
       SetEvent(*eventosSigue[k]);
     }
@@ -157,7 +157,7 @@ class CBuscadores {
   }
 
   CFile& fichero;
-  CBusquedaPuntos& busqueda;
+  CBusquedaPuntos const& busqueda;
   CParametros parametros;
   std::vector<CCoor3D<int>>& altos;
   unsigned& cantidad;
@@ -175,15 +175,14 @@ class CBuscadores {
 
 /// The points that a search has found and whose class may be changed. Points that bear the class already join those
 /// found, to be outlined with them.
-std::vector<CPosicionEntidad> RecogeHallados(CDibujo<int> const& dibujo, CBusquedaPuntos& busqueda,
-                                             CListasClases const& clases, CInfoClasificacion const& info,
-                                             std::vector<CCoor3D<int>>& altos) {
+std::vector<CPosicionEntidad> RecogeHallados(CDibujo<int> const& dibujo, CListasClases const& clases,
+                                             CInfoClasificacion const& info, std::vector<CCoor3D<int>>& altos) {
   std::vector<CPosicionEntidad> hallados;
   for (unsigned e = 0; e < dibujo.Cantidad(); ++e) {
     for (int j = 0; j < dibujo[e].NPuntos(); ++j) {
       CCoor3D<int> const& p = dibujo[e].Punto(j);
       if (info.Compara(p.clasificacion)) altos.push_back(p);
-      if (busqueda.EsHallado(p.num) && clases.Admite(p.clasificacion)) hallados.emplace_back(static_cast<int>(e), j);
+      if (p.num < 0 && clases.Admite(p.clasificacion)) hallados.emplace_back(static_cast<int>(e), j);
     }
   }
   return hallados;
@@ -210,25 +209,25 @@ int CTriangulacion2D::RunPuntosAltos(CDibujo<int>& dibujo, double distanciaMax, 
 int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax,
                                        double alturaMin, CInfoClasificacion const& info, int unaPasada,
                                        unsigned int& cantidad, std::vector<CPosicionEntidad> const* seleccion) {
-  CBusquedaPuntos busqueda;
-  int codigo = PreparaBusqueda(busqueda, dibujo, otros, seleccion, nullptr, nullptr);
-  if (codigo != kHecho) return codigo;
-
-  IPorcentaje* porcentaje = Progreso();
-  if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
+  const CListasClases clases(datos);
   const CParametros parametros{Trunca(Precision() * alturaMin), Trunca(Precision() * distanciaMax),
                                unaPasada != 0 ? 1 : kPasadas};
   std::vector<CCoor3D<int>> altos;
-  altos.reserve(cantidadPuntos / 2);
-  codigo = CBuscadores(*ficheroTemporal, busqueda, parametros, altos, cantidad, porcentaje, mensajes).Busca();
-  if (codigo != kHecho) return codigo;
-
-  const CListasClases clases(datos);
-  const std::vector<CPosicionEntidad> hallados = RecogeHallados(dibujo, busqueda, clases, info, altos);
-  busqueda = CBusquedaPuntos();  // the outline needs the memory
+  std::vector<CPosicionEntidad> hallados;
+  {
+    CBusquedaPuntos busqueda(cantidadPuntos);
+    int codigo = PreparaBusqueda(busqueda, dibujo, otros, seleccion);
+    if (codigo != kHecho) return codigo;
+    IPorcentaje* porcentaje = Progreso();
+    if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
+    altos.reserve(cantidadPuntos);  // room that is not used costs nothing, and growth would move what is
+    codigo = CBuscadores(*ficheroTemporal, busqueda, parametros, altos, cantidad, porcentaje, mensajes).Busca();
+    if (codigo != kHecho) return codigo;
+    hallados = RecogeHallados(dibujo, clases, info, altos);
+  }
   cantidad = 0;
   CDibujo<int> limites(dibujo.semilla);
-  codigo = Cronometra(resumen.segundosContorno, [&] {
+  const int codigo = Cronometra(resumen.segundosContorno, [&] {
     CDibujo<int> nuevo = DibujoDeHallados(dibujo.semilla, altos);
     return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites);
   });

@@ -43,30 +43,43 @@ std::uint32_t Fraccion(int valor, int minimo, int maximo) {
   return static_cast<std::uint32_t>((desde << 32) / todo);
 }
 
+struct CEnLaCurva {
+  std::uint64_t lugar;
+  std::size_t indice;
+};
+
+/// Puts each point where the list has its index, along the cycles of that permutation: there is not room for the points
+/// twice. The list is used up.
+void Permuta(std::vector<CCoor3D<int>>& puntos, std::vector<CEnLaCurva>& orden) {
+  for (std::size_t i = 0; i < puntos.size(); ++i) {
+    const CCoor3D<int> primero = puntos[i];
+    std::size_t aqui = i;
+    while (orden[aqui].indice != i) {
+      const std::size_t de = std::exchange(orden[aqui].indice, aqui);
+      puntos[aqui] = puntos[de];
+      aqui = de;
+    }
+    puntos[aqui] = primero;
+    orden[aqui].indice = aqui;
+  }
+}
+
 /// Puts the points along a Hilbert curve over their box, which links them fast, and leaves of each plan position the
 /// highest one. Cocircular points may be cut either way, by the order in which they come: an order of positions alone
 /// gives the same pieces however the drawing holds them.
-std::vector<CCoor3D<int>> EnOrden(std::vector<CCoor3D<int>> const& puntos, CMaximas<int> const& caja) {
-  struct CLugar {
-    std::uint64_t enLaCurva;
-    std::size_t indice;
-  };
-  std::vector<CLugar> lugares;
-  lugares.reserve(puntos.size());
+void Ordena(std::vector<CCoor3D<int>>& puntos, CMaximas<int> const& caja) {
+  std::vector<CEnLaCurva> orden;
+  orden.reserve(puntos.size());
   for (CCoor3D<int> const& p : puntos) {
-    lugares.push_back(
-        {Hilbert(Fraccion(p.x, caja.Minimo.x, caja.Maximo.x), Fraccion(p.y, caja.Minimo.y, caja.Maximo.y)),
-         lugares.size()});
+    orden.push_back({Hilbert(Fraccion(p.x, caja.Minimo.x, caja.Maximo.x), Fraccion(p.y, caja.Minimo.y, caja.Maximo.y)),
+                     orden.size()});
   }
-  std::sort(lugares.begin(), lugares.end(), [&](CLugar const& a, CLugar const& b) {
-    return a.enLaCurva != b.enLaCurva ? a.enLaCurva < b.enLaCurva : puntos[a.indice].z > puntos[b.indice].z;
+  std::sort(orden.begin(), orden.end(), [&](CEnLaCurva const& a, CEnLaCurva const& b) {
+    return a.lugar != b.lugar ? a.lugar < b.lugar : puntos[a.indice].z > puntos[b.indice].z;
   });
-  std::vector<CCoor3D<int>> ordenados;
-  ordenados.reserve(puntos.size());
-  for (std::size_t i = 0; i < lugares.size(); ++i) {
-    if (i == 0 || lugares[i].enLaCurva != lugares[i - 1].enLaCurva) ordenados.push_back(puntos[lugares[i].indice]);
-  }
-  return ordenados;
+  Permuta(puntos, orden);
+  const auto mismaPlanta = [](CCoor3D<int> const& a, CCoor3D<int> const& b) { return a.x == b.x && a.y == b.y; };
+  puntos.erase(std::unique(puntos.begin(), puntos.end(), mismaPlanta), puntos.end());
 }
 
 /// The phases of a run over one drawing. The end of the progress level is left to whoever asked for the outline.
@@ -128,23 +141,26 @@ std::vector<CCoor3D<int>> CTriangulacion::PuntosDe(CDibujo<int> const& dibujo) c
 
 int CTriangulacion::LimiteDibujo(CDibujo<int>& dibujo, CDibujo<int>& limites, CDataSacaLimites const* data, int sentido,
                                  int soloExteriores) {
+  return LimitePuntos(PuntosDe(dibujo), limites, data, sentido, soloExteriores);
+}
+
+int CTriangulacion::LimitePuntos(std::vector<CCoor3D<int>> puntos, CDibujo<int>& limites, CDataSacaLimites const* data,
+                                 int sentido, int soloExteriores) {
   const CDataSacaLimites como = data != nullptr ? *data : CDataSacaLimites();
   CMaximas<int> extension;
+  for (CCoor3D<int> const& p : puntos) extension.Nuevo(p);
+  Ordena(puntos, extension);
   CTIN tin(0, 0, semilla);
-  {
-    std::vector<CCoor3D<int>> puntos = PuntosDe(dibujo);
-    for (CCoor3D<int> const& p : puntos) extension.Nuevo(p);
-    puntos = EnOrden(puntos, extension);
-    if (puntos.size() >= kMinimoPuntos && como.distancia != 0) {
-      CSetPuntos<int> nube;
-      nube.CLinea<int>::Asigna(std::move(puntos));
-      CDibujo<int> ordenado(semilla);
-      ordenado.Inserta(std::move(nube));
-      CMalla malla(0, semilla, SinElegirPuntos(datos), 0);
-      malla.Mensajes(nivelMensajes);
-      const double ladoMaximo = como.distancia > 0 ? como.distancia * kHolguraDecimal : 0;
-      if (const int codigo = malla.Genera(ordenado, tin, ladoMaximo); codigo != kHecho) return codigo;
-    }
+  if (puntos.size() >= kMinimoPuntos && como.distancia != 0) {
+    CSetPuntos<int> nube;
+    nube.CLinea<int>::Asigna(std::move(puntos));
+    CDibujo<int> ordenado(semilla);
+    ordenado.Inserta(std::move(nube));
+    ordenado.PonNumerosACero();
+    CMalla malla(0, semilla, SinElegirPuntos(datos), 0);
+    malla.Mensajes(nivelMensajes);
+    const double ladoMaximo = como.distancia > 0 ? como.distancia * kHolguraDecimal : 0;
+    if (const int codigo = malla.Genera(ordenado, tin, ladoMaximo); codigo != kHecho) return codigo;
   }
 
   const double dobleMinima = 2 * como.superficieMinima * semilla.Precision() * semilla.Precision();

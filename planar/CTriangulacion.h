@@ -37,6 +37,9 @@ class URDIMBRE_API CTriangulacion : public CObjetoFichero {
   /// planar run: O(n log n), about 170 bytes a point at the peak.
   int LimiteDibujo(CDibujo<int>& dibujo, CDibujo<int>& limites, CDataSacaLimites const* data, int sentido,
                    int soloExteriores);
+  /// The same for points, all of which count. Whoever moves them in spares the room for a second list.
+  int LimitePuntos(std::vector<CCoor3D<int>> puntos, CDibujo<int>& limites, CDataSacaLimites const* data, int sentido,
+                   int soloExteriores);
 
   [[nodiscard]] CDataSemilla const& Semilla() const { return semilla; }
   [[nodiscard]] CDataTriangulacion const& Data() const { return datos; }

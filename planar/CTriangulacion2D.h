@@ -269,10 +269,9 @@ class URDIMBRE_API CTriangulacion2D {
   /// A search from its beginning to its end: `busca` is called once the mesh is in the file.
   int RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
                   std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca);
-  /// Collects, orders and renumbers the points of the mesh for a search.
+  /// Collects the points of the mesh for a search.
   int PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
-                      std::vector<CPosicionEntidad> const* seleccion, std::vector<CRGBTipo>* colores,
-                      std::vector<CIntensidadTipo>* intensidades);
+                      std::vector<CPosicionEntidad> const* seleccion);
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
   int JuntaNiveles(CRecibeNivel const& recibe);

@@ -99,16 +99,33 @@ TEST(PointsFoundFirst, AreNotLookedForAtTheFrame) {
 }
 
 TEST(PointsFoundFirst, AreNotLookedForWithoutThreePoints) {
-  PassScene scene(Corner(200), {{0, 2, 3}, {1, 0, 3}, {1, 2, 4}, {1, 2, 2'000'000'000}, {1, 2, 2}});
-  scene.table[2] = 0;  // a number whose point was not registered
+  // Number 3 is of a point that was not registered.
+  PassScene scene({{0, 0, 200}, {100, 0, 0}}, {{0, 2, 1}, {1, 0, 2}, {1, 2, 3}, {1, 2, 2'000'000'000}, {1, 2, 2}});
   EXPECT_THAT(scene.Run(0), IsEmpty());
   EXPECT_EQ(scene.read, 60U);
 }
 
-TEST(PointsFoundFirst, AreFoundThroughTheTable) {
-  PassScene scene(Corner(200), {{3, 1, 2}});
-  scene.table = {2, 3, 1};  // number 3 is the first point
-  EXPECT_THAT(scene.Run(0), ElementsAre(1));
+TEST(PointsFoundFirst, AreFoundByTheirNumbers) {
+  PassScene scene(Corner(200), {{7, 5, 6}});
+  for (std::size_t i = 0; i < 3; ++i) {
+    scene.points[i].num = static_cast<int>(i) == 0 ? 7 : static_cast<int>(i) + 4;
+    scene.mesh.Anade(&scene.points[i]);
+  }
+  EXPECT_THAT(scene.Run(0), ElementsAre(7));
+}
+
+TEST(PointsFoundFirst, HaveTheirNumbersBackOnceTheSearchIsOver) {
+  std::vector<CCoor3D<int>> points{{0, 0, 0, 1}, {1, 0, 0, 2}};
+  {
+    CBusquedaPuntos mesh(2);
+    for (CCoor3D<int>& p : points) mesh.Anade(&p);
+    mesh.Punto(2)->num = -2;
+    EXPECT_EQ(mesh.Punto(0), nullptr);
+    EXPECT_EQ(mesh.Punto(-1), nullptr);
+    EXPECT_EQ(mesh.Punto(3), nullptr);
+  }
+  EXPECT_EQ(points[0].num, 1);
+  EXPECT_EQ(points[1].num, 2);
 }
 
 // --- passes 1 and 2: a vertex above what has been found ---

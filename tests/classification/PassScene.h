@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
 #include "support/PlanarRun.h"
 
@@ -15,9 +16,9 @@ class PassScene {
  public:
   PassScene(std::vector<support::Point> const& places, std::vector<support::Triangle> const& triangles) {
     for (support::Point const& p : places) {
-      points.push_back(CPuntoTIN(CCoor3D<int>(p.x, p.y, p.z, static_cast<int>(points.size()) + 1)), true);
-      table.push_back(static_cast<int>(points.size()));
+      points.emplace_back(p.x, p.y, p.z, static_cast<int>(points.size()) + 1);
     }
+    for (CCoor3D<int>& p : points) mesh.Anade(&p);
     std::string bytes;
     for (support::Triangle const& t : triangles) bytes.append(reinterpret_cast<char const*>(t.data()), 12);
     PutBytes(path, bytes);
@@ -55,20 +56,20 @@ class PassScene {
     }
   }
   void Start(unsigned k, unsigned threads) {
-    threads_[k].Start(k, &done_[k], &go_[k], nullptr, 0, 0, path, &points, &pass, &count, &table, height, distance,
-                      slope, &high, &change, &total, records / threads + 1, &section, &finished, &read, &cancelled);
+    threads_[k].Start(k, &done_[k], &go_[k], nullptr, 0, 0, path, &mesh, &pass, &count, height, distance, slope, &high,
+                      &change, &total, records / threads + 1, &section, &finished, &read, &cancelled);
   }
   CHiloBuscaPuntosAltos& Thread(unsigned k) { return threads_[k]; }
   HANDLE& Go(unsigned k) { return go_[k]; }
 
   [[nodiscard]] std::set<int> Found() const {
     std::set<int> found;
-    for (CPuntoTIN const& p : points) {
+    for (CCoor3D<int> const& p : points) {
       if (p.num < 0) found.insert(-p.num);
     }
     return found;
   }
-  void Mark(int number) { points[static_cast<unsigned>(number) - 1].num = -number; }
+  void Mark(int number) { points[static_cast<std::size_t>(number) - 1].num = -number; }
 
   PassScene(PassScene const&) = delete;
   PassScene& operator=(PassScene const&) = delete;
@@ -78,10 +79,12 @@ class PassScene {
     for (HANDLE event : go_) CloseHandle(event);
   }
 
+  static constexpr std::size_t kMostNumbers = 100'000;
+
   ScratchFolder folder;
   CString path = folder.Path("triangles");
-  CSetPuntosMdt points{0, 0};
-  std::vector<int> table;
+  std::vector<CCoor3D<int>> points;
+  CBusquedaPuntos mesh{kMostNumbers};
   unsigned records = 0;
   int height = 100, distance = 10;
   double slope = 0.7853981633974483;
