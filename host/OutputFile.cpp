@@ -12,9 +12,7 @@ namespace Meseta47::host {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-std::string resolved(std::string const& name) {
+std::string replacedBy(std::string const& name) {
   std::error_code error;
   const fs::path target = fs::is_symlink(name, error) ? fs::canonical(name, error) : fs::path(name);
   return error ? name : target.string();
@@ -32,11 +30,14 @@ void requireReplaceable(std::string const& name) {
   }
 }
 
+namespace {
+
 std::string causeOf(CFile const& file) { return std::generic_category().message(file.CodigoError()); }
 
 }  // namespace
 
-OutputFile::OutputFile(std::string name) : name_(std::move(name)), target_(resolved(name_)), part_(target_ + ".part") {
+OutputFile::OutputFile(std::string name)
+    : name_(std::move(name)), target_(replacedBy(name_)), part_(target_ + ".part") {
   requireReplaceable(name_);
   if (!file_.Open(CString::DesdeUtf8(part_), CFile::modeCreate | CFile::modeWrite)) {
     throw FileError(name_, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "

@@ -9,6 +9,12 @@
 
 namespace Meseta47::host {
 
+/// The file that one written under a name stands in for: the name itself, or where it points to as a symbolic link.
+[[nodiscard]] std::string replacedBy(std::string const& name);
+
+/// Throws a FileError for a name that no new file can take: that of a folder or a device.
+void requireReplaceable(std::string const& name);
+
 /// A file in the making. It is written as NAME.part and takes its name in one step in commit(): until then whatever
 /// stands under that name is untouched, and without a commit() nothing is left behind. A symbolic link keeps pointing
 /// to the file that is replaced, and a replaced file's permissions stay.

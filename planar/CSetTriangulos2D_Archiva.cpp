@@ -52,7 +52,8 @@ void CSetTriangulos2D::CCamino::Pon(CSetTriangulos2D& cerca) {
     const CMarcos::CLimite minX = limite(CMarcos::MIN_X, m.minX), maxX = limite(CMarcos::MENOS_MAX_X, -m.maxX);
     const CMarcos::CLimite minY = limite(CMarcos::MIN_Y, m.minY), maxY = limite(CMarcos::MENOS_MAX_Y, -m.maxY);
     if (k + 1 == kNiveles) {
-      std::ranges::copy(std::initializer_list{minX, maxX, minY, maxY}, marcos.ultimo);
+      const CMarcos::CLimite todos[] = {minX, maxX, minY, maxY};
+      std::ranges::copy(todos, marcos.ultimo);
     } else {
       const auto hijo = s->padre != nullptr ? s - s->padre->hijos : 0;
       marcos.propios[k][0] = (hijo & 1) != 0 ? minX : maxX;

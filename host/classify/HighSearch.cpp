@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/Failure.h"
+#include "host/NumberCheck.h"
 
 namespace Meseta47::host {
 
@@ -25,11 +26,11 @@ void HighSearch::addOptions(CLI::App& verb) {
   verb.add_option("--distance", distance_,
                   "Longest side of the outline drawn around what is found, in units of the input: what lies within is "
                   "taken too; 0 draws none (default: 5)")
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb.add_option("--height", height_,
                   "How much a point must rise above both other corners of a triangle to be found, in units of the "
                   "input; the most that a point within an outline may lie above it (default: 5)")
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb.add_option(
           "--to", to_,
           "Class of what is found, 0 to 255, or to 31 in point formats 0 to 5; points that have it already join the "

@@ -1,12 +1,15 @@
 #include "host/las/ByteSource.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/format.h>
 #include <system_error>
 
 #include "host/FileError.h"
 
 namespace Meseta47::host {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -23,7 +26,16 @@ namespace {
 
 }  // namespace
 
+void requireOrdinaryFile(std::string const& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
+    throw FileError(path, "is not an ordinary file: copy what it gives to one, and name that");
+  }
+}
+
 FileSource::FileSource(std::string const& path) : ByteSource(path, 0) {
+  requireOrdinaryFile(path);
   if (!file_.Open(CString::DesdeUtf8(path), CFile::modeRead)) {
     failToOpen(path, file_.CodigoError());
   }

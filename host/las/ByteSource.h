@@ -31,7 +31,11 @@ class ByteSource {
   std::uint64_t size_;
 };
 
-/// A file on the disk. The constructor throws FileError for a file that is missing, cannot be read, or is a folder.
+/// Throws FileError for a pipe or a device. Opening one may wait for ever, and none has a length or a second reading.
+void requireOrdinaryFile(std::string const& path);
+
+/// A file on the disk. The constructor throws FileError for one that is missing, cannot be read, or is no ordinary
+/// file.
 class FileSource : public ByteSource {
  public:
   explicit FileSource(std::string const& path);

@@ -46,12 +46,11 @@ std::vector<std::uint8_t> classesIn(Surface const& surface, View const& view) {
 
 std::vector<ContourLine> contoursFor(Surface const& surface, double interval, HeightRange const& heights) {
   const double levels = levelsBetween(heights.low, heights.high, interval);
-  if (levels > kMostLevels) {
+  if (!(levels <= kMostLevels)) {  // with so small an interval it is no number
     throw Failure(
-        fmt::format("--contours {:g}: from height {:g} to {:g} that is {} levels, too many to tell apart: "
+        fmt::format("--contours {:g}: from height {:g} to {:g} that is {:g} levels, too many to tell apart: "
                     "give {} or more",
-                    interval, heights.low, heights.high, withThousands(static_cast<std::uint64_t>(levels)),
-                    roundStep(heights.high - heights.low, 50).text(1)));
+                    interval, heights.low, heights.high, levels, roundStep(heights.high - heights.low, 50).text(1)));
   }
   return contoursOf(surface, interval);
 }

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "host/FileError.h"
+#include "host/las/ByteSource.h"
 #include "host/vector/Gdal.h"
 
 namespace Meseta47::host {
@@ -49,6 +50,7 @@ class Reader {
   Reader(std::string const& path, VectorOptions const& options) : path_(path), options_(options) {}
 
   VectorContent read() {
+    requireOrdinaryFile(path_);
     const GdalReport report;
     const GDALDatasetUniquePtr dataset(
         GDALDataset::Open(path_.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, nullptr, nullptr));

@@ -6,6 +6,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/NumberCheck.h"
 #include "host/Stopwatch.h"
 #include "host/vector/ContourLayer.h"
 #include "host/verbs/Verbs.h"
@@ -226,20 +227,21 @@ void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
   verb->add_option("-o,--output", o.output, "The contours: .gpkg, .geojson, .fgb, .shp or .dxf")->required();
   verb->add_option("--interval", o.interval, "Height between contours, in units of the input")
       ->required()
-      ->check(CLI::PositiveNumber);
+      ->check(aboveZero());
   verb->add_option("--base", o.base, "Height that contours are counted from, in units of the input")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(anyNumber());
   verb->add_option("--max-side", o.maxSide,
                    "Longest side of a triangle in plan, in units of the input; contours end where longer ones would be "
                    "needed; 0 is any")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb->add_option("--index", o.choice.indexEvery, "Every so many levels there is an index contour; 0 is none")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb->add_option("--min-length", o.choice.minLength, "Leave shorter contours out; in plan, in units of the input")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb->callback([options, &common, &chosen] {
     chosen = [options, &common](HostApp& app) { runContour(*options, common, app); };
   });

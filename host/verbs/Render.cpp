@@ -8,6 +8,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/NumberCheck.h"
 #include "host/OutputFile.h"
 #include "host/Stopwatch.h"
 #include "host/mesh/SurfaceSource.h"
@@ -145,11 +146,11 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
       ->capture_default_str();
   verb->add_option("--contours", o.contours,
                    "Draw contours at this interval, in units of the input's heights, every fifth of them thicker")
-      ->check(CLI::PositiveNumber);
+      ->check(aboveZero());
   verb->add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb->callback(
       [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runRender(*options, common, app); }; });
 }

@@ -6,13 +6,14 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/NumberCheck.h"
+#include "host/OutputFile.h"
 #include "host/Stopwatch.h"
 #include "host/vector/OutlineLayer.h"
 #include "host/verbs/Verbs.h"
 #include "model/CModeloDigital.h"
 #include "model/CRango.h"
 #include "planar/CTriangulacion2D.h"
-#include "platform/Ficheros.h"
 #include "platform/Proceso.h"
 
 namespace Meseta47::host {
@@ -177,7 +178,7 @@ CDataExportarMDT exportOf(int format, ReferenceSystem const& system, std::string
 
 void writeModel(CModeloDigital& model, std::string const& output, CDataExportarMDT const& how) {
   const int format = how.formato;
-  const CString path = CString::DesdeUtf8(output);
+  const CString path = CString::DesdeUtf8(replacedBy(output));
   const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
   if (code == kFicheroInaccesible) {
     throw Failure(fmt::format("{}: {}: write into a folder that exists and is yours, with room for the file", output,
@@ -245,6 +246,7 @@ struct RunInput {
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   formatOf(options.output);
+  requireReplaceable(options.output);
   if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);
   const CDataTriangulacion filters = filtersOf(options);
   const LoadOptions load = loadOptionsOf(options.cloud);
@@ -329,7 +331,7 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
                    "Write the outline too, as polygons with holes: .gpkg, .geojson, .fgb, .shp or .dxf");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(fromZeroUp());
   verb->add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
   auto* height = verb->add_option("--height-difference", o.heightDifference,
                                   "MIN:MAX difference of height along each side, in units of the input (default: any)");
@@ -340,7 +342,7 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
                        "With --update: the most that an added point may lie above the surface, in units of "
                        "the input; 0 is any")
           ->capture_default_str()
-          ->check(CLI::NonNegativeNumber);
+          ->check(fromZeroUp());
   auto* update = verb->add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
   tolerance->needs(update);
   update->excludes(height)->excludes(intensity);

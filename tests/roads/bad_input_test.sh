@@ -60,6 +60,38 @@ refuses 1 "the filters reject all" "$urdimbre" tin good.las -o o.ply --max-side 
 refuses 1 "one line" "$urdimbre" render straight.txt -o o.png
 refuses 1 "fewer than 3" "$urdimbre" tin good.las -o o.ply --z 9000:9001
 
+# numbers that are none, or too large or small for anything
+for option in --max-side=nan --max-side=inf --max-side=-1 --max-side=; do
+  refuses 2 "max-side" "$urdimbre" tin good.las -o o.ply "$option"
+done
+refuses 2 "nan" "$urdimbre" contour good.las -o o.geojson --interval nan
+refuses 2 "nan" "$urdimbre" contour good.las -o o.geojson --interval 1 --base nan
+refuses 2 "nan" "$urdimbre" contour good.las -o o.geojson --interval 1 --min-length nan
+refuses 2 "nan" "$urdimbre" classify high good.las -o o.las --height nan
+refuses 2 "nan" "$urdimbre" render good.las -o o.png --contours nan
+for interval in 1e-300 1e-320; do
+  refuses 1 "too many" "$urdimbre" render good.las -o o.png --contours "$interval"
+done
+
+# what is no ordinary file is neither waited for nor read for ever
+mkfifo pipe.las pipe.txt pipe.ply pipe.urd pipe.gpkg
+for pipe in pipe.las pipe.txt pipe.gpkg /dev/zero /dev/full /dev/stdin; do
+  refuses 1 "$pipe: is not an ordinary file" timeout 20 "$urdimbre" tin "$pipe" -o o.ply < <(cat good.las)
+done
+refuses 1 "pipe.ply: is not an ordinary file" timeout 20 "$urdimbre" check pipe.ply
+refuses 1 "pipe.urd: is not an ordinary file" timeout 20 "$urdimbre" check pipe.urd
+mkdir folder.ply
+for output in folder.ply full.ply; do
+  [ -e "$output" ] || ln -s /dev/full "$output"
+  refuses 1 "$output: is " "$urdimbre" tin good.las -o "$output"
+done
+expect "the phases before an impossible name is refused" "$(grep -c '^Reading' stderr)" 0
+echo precious >behind.ply
+ln -s behind.ply link.ply
+"$urdimbre" --quiet tin good.las -o link.ply
+[ -L link.ply ] && [ ! -L behind.ply ] || fail "a link was replaced by a file"
+expect "the file behind a link" "$(fact triangles behind.ply)" "$(fact triangles link.ply)"
+
 # an existing file survives every failure
 echo precious >kept.ply
 refuses 1 "cut short" "$urdimbre" tin cut.las -o kept.ply
