@@ -26,7 +26,6 @@ HostApp::HostApp(CommonOptions const& options) : CWinApp(L"urdimbre"), bar_(opti
   PonCarpetaTemporal(CString::DesdeUtf8(options.tempDir));
   PonManejadorInterrupcion();
   DevuelveMemoriaLibre();
-  SueltaBibliotecas();
 }
 
 int HostApp::Porcentaje(int, unsigned long long valor, unsigned long long total, bool) {

@@ -15,12 +15,6 @@
 /// for a program whose phases need much memory each, and one after another. To be called before there are threads.
 URDIMBRE_API void DevuelveMemoriaLibre();
 
-/// Lets go of the code and constants of other libraries that the process has met so far: linking a hundred of them
-/// reads their tables of names, tens of megabytes that are not looked at again. What is needed after all comes back by
-/// itself from the system's cache of files, a fault of a microsecond for every sixteen pages. Changes nothing that a
-/// program can see; breakpoints of a debugger in those libraries go. From any thread.
-URDIMBRE_API void SueltaBibliotecas();
-
 /// Whether a standard stream (stdout, stderr) is a terminal, and how many columns it has then, 80 when it does not
 /// tell.
 [[nodiscard]] URDIMBRE_API bool EsTerminal(std::FILE* salida);

@@ -196,7 +196,6 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   summary.system = cloud.system;
   const ContourLevels levels(options.interval, options.base, cloud.seed.precision);
   VectorOutput output(options.output, cloud.system, contourLayer(cloud.seed.precision));
-  SueltaBibliotecas();  // GDAL's formats have been set up, and the points are to come
 
   const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");

@@ -1,14 +1,11 @@
 #include "platform/Proceso.h"
 
 #include <atomic>
-#include <cstdint>
 #include <cstring>
-#include <link.h>
 #include <malloc.h>
 #include <memory>
 #include <signal.h>
 #include <sys/ioctl.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace {
@@ -53,45 +50,6 @@ unsigned long long LineaDeEstado(char const* clave) {
   return 0;
 }
 
-constexpr std::uintptr_t kPagina = 4096;
-
-/// A part of a loaded file, as it stands in memory.
-struct Tramo {
-  std::uintptr_t desde, hasta;
-
-  Tramo(dl_phdr_info const& fichero, ElfW(Phdr) const& parte)
-      : desde((fichero.dlpi_addr + parte.p_vaddr) / kPagina * kPagina),
-        hasta(fichero.dlpi_addr + parte.p_vaddr + parte.p_memsz) {}
-  [[nodiscard]] bool Contiene(void const* lugar) const {
-    const auto donde = reinterpret_cast<std::uintptr_t>(lugar);
-    return desde <= donde && donde < hasta;
-  }
-};
-
-template <class Visita>
-void RecorreTramos(dl_phdr_info const& fichero, Visita const& visita) {
-  for (unsigned i = 0; i < fichero.dlpi_phnum; ++i) {
-    ElfW(Phdr) const& parte = fichero.dlpi_phdr[i];
-    if (parte.p_type == PT_LOAD) visita(parte, Tramo(fichero, parte));
-  }
-}
-
-/// What may be written holds the process's own values; the rest is as in the file. The program and this library stay:
-/// they are small, in use, and where breakpoints are set.
-int SueltaBiblioteca(dl_phdr_info* fichero, std::size_t, void*) {
-  bool esPropio = fichero->dlpi_name == nullptr || *fichero->dlpi_name == '\0';
-  RecorreTramos(*fichero, [&](ElfW(Phdr) const&, Tramo const& tramo) {
-    esPropio = esPropio || tramo.Contiene(&interrumpido) || tramo.Contiene(fichero);
-  });
-  if (esPropio) return 0;
-  RecorreTramos(*fichero, [](ElfW(Phdr) const& parte, Tramo const& tramo) {
-    if ((parte.p_flags & PF_W) == 0) {
-      ::madvise(reinterpret_cast<void*>(tramo.desde), tramo.hasta - tramo.desde, MADV_DONTNEED);
-    }
-  });
-  return 0;
-}
-
 }  // namespace
 
 // A fixed limit: one that grows with what is freed, as by default, soon keeps blocks of 32 MB.
@@ -100,8 +58,6 @@ void DevuelveMemoriaLibre() {
   ::mallopt(M_MMAP_THRESHOLD, kGrande);
   ::mallopt(M_TRIM_THRESHOLD, kGrande);
 }
-
-void SueltaBibliotecas() { ::dl_iterate_phdr(SueltaBiblioteca, nullptr); }
 
 unsigned long long MemoriaResidente() { return LineaDeEstado("VmRSS:"); }
 
