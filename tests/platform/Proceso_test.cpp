@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "support/PlanarSizes.h"
