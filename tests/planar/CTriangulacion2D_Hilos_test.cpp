@@ -110,8 +110,9 @@ TEST(HilosVarios, AnObjectMayBeDestroyedWithItsFileOpenAndItsWorkerThere) {
     OpenTriangulation t;
     ASSERT_EQ(t.Link(drawing), kHecho);
     path = t.nombreTemporal;
+    ASSERT_TRUE(Exists(path));
   }
-  EXPECT_TRUE(Exists(path)) << "the file is the run's to delete";
+  EXPECT_FALSE(Exists(path)) << "nobody else would delete it";
 }
 
 }  // namespace
