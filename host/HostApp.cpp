@@ -13,10 +13,16 @@ namespace Meseta47::host {
 
 namespace {
 
+/// Where the library would take the current folder for want of room in a path, and say nothing, this says so.
 std::string tempFolder() {
+  constexpr unsigned long kNameOfAFile = 32, kLongest = MAX_PATH - kNameOfAFile;
   wchar_t folder[MAX_PATH];
   const unsigned long length = GetTempPathW(MAX_PATH, folder);
-  return length != 0 && length < MAX_PATH ? CString(folder).Utf8() : ".";
+  if (length != 0 && length < kLongest) return CString(folder).Utf8();
+  throw Failure(
+      fmt::format("the path of the temporary folder has more than {} characters: name a shorter one with "
+                  "--temp-dir",
+                  kLongest - 2));
 }
 
 }  // namespace

@@ -101,6 +101,9 @@ expect "an existing output" "$(cat kept.ply)" precious
 refuses 1 "nowhere" "$urdimbre" --temp-dir nowhere tin good.las -o o.ply
 refuses 1 "need" "$urdimbre" --temp-dir good.las tin good.las -o o.ply
 refuses 1 "o.ply" "$urdimbre" tin good.las -o nowhere/o.ply
+long=$PWD/$(printf 'x%.0s' {1..225})
+mkdir "$long"
+refuses 1 "temporary folder" "$urdimbre" --temp-dir "$long" tin good.las -o o.ply
 "$urdimbre" --quiet generate bigger.las --points 50000 --seed 1
 refuses 1 "temporary folder" bash -c "ulimit -f 500; exec \"$urdimbre\" tin bigger.las -o o.ply"
 refuses 1 "o.obj" bash -c "ulimit -f 1500; exec \"$urdimbre\" tin bigger.las -o o.obj"
