@@ -33,11 +33,8 @@ CTriangulacion2D::CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentifica
 
 CTriangulacion2D::~CTriangulacion2D() {
   hiloSalva.Stop();
-  if (evento != nullptr) {
-    CloseHandle(evento);
-  } else {
-    BorraFicheroTemporal();  // a run that got no event ended there; any other deletes its own, or leaves it on purpose
-  }
+  BorraFicheroTemporal();  // of a run that ended for want of an event
+  if (evento != nullptr) CloseHandle(evento);
 }
 
 void CTriangulacion2D::Clear() {

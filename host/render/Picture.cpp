@@ -15,6 +15,7 @@ namespace Meseta47::host {
 
 namespace {
 
+constexpr double kCountable = 1e15;   // beyond it the number of levels says nothing any more
 constexpr double kMostLevels = 1000;  // of contours in a picture: more are nothing but ink
 
 View extentOf(Surface const& surface) {
@@ -48,9 +49,11 @@ std::vector<ContourLine> contoursFor(Surface const& surface, double interval, He
   const double levels = levelsBetween(heights.low, heights.high, interval);
   if (!(levels <= kMostLevels)) {  // with so small an interval it is no number
     throw Failure(
-        fmt::format("--contours {:g}: from height {:g} to {:g} that is {:g} levels, too many to tell apart: "
+        fmt::format("--contours {:g}: from height {:g} to {:g} that is {} levels, too many to tell apart: "
                     "give {} or more",
-                    interval, heights.low, heights.high, levels, roundStep(heights.high - heights.low, 50).text(1)));
+                    interval, heights.low, heights.high,
+                    levels < kCountable ? withThousands(static_cast<std::uint64_t>(levels)) : "countless",
+                    roundStep(heights.high - heights.low, 50).text(1)));
   }
   return contoursOf(surface, interval);
 }
