@@ -33,8 +33,11 @@ CTriangulacion2D::CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentifica
 
 CTriangulacion2D::~CTriangulacion2D() {
   hiloSalva.Stop();
-  BorraFicheroTemporal();  // of a run that ended for want of an event
-  if (evento != nullptr) CloseHandle(evento);
+  if (evento != nullptr) {
+    CloseHandle(evento);
+  } else {
+    BorraFicheroTemporal();  // a run that got no event ended there; any other deletes its own, or leaves it on purpose
+  }
 }
 
 void CTriangulacion2D::Clear() {
