@@ -6,11 +6,7 @@
 #include <emmintrin.h>
 #endif
 
-/// Two numbers that go through each operation together, in one instruction where the processor has it. For loops in
-/// which compilers don't find such instructions by themselves.
-struct CPareja;
-
-/// Two integers: all bits set where a comparison holds, or a count of such.
+/// Two integers, the companions of a CPareja: all bits set where a comparison holds, or a count of such.
 struct CMarcas {
 #if defined(__SSE2__)
   __m128i dos;
@@ -28,6 +24,8 @@ struct CMarcas {
 #endif
 };
 
+/// Two numbers that go through each operation together, in one instruction where the processor has it. For loops in
+/// which compilers don't find such instructions by themselves.
 struct CPareja {
 #if defined(__SSE2__)
   __m128d dos;
