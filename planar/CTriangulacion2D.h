@@ -220,7 +220,7 @@ class URDIMBRE_API CTriangulacion2D {
   CCoor3D<int> esquinas[4];                                       ///< corners of the frame, numbered -1 to -4
   std::unique_ptr<CFile> ficheroTemporal;                         ///< finished triangles; null when none is open
   std::vector<CPosicion> primerosPuntos;                          ///< first point of each leaf, in the order of filling
-  CSegmentos segmentosCurvas;                                     ///< where the contouring job leaves them
+  CSegmentos dibujoCurvas;                                        ///< where the contouring job leaves them
   std::int32_t paramCurvaA = 0, paramCurvaB = 0, paramPicoA = 0;  ///< arguments left here for the worker's job
   double paramPicoB = 0;
   CMaximas<int> maximas;  ///< extents of the accepted points

@@ -27,7 +27,7 @@ int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, 
   const double escala = dibujo.semilla.Precision();
   paramCurvaA = Trunca(escala * equidistancia);
   paramCurvaB = Trunca(escala * ladoMaximo);
-  segmentosCurvas.Clear();
+  dibujoCurvas.Clear();
   int codigo = CortaNiveles(dibujo, otros);
   if (codigo == kHecho) {
     BorraFicheroTemporal();  // of an earlier run, if it was left open
@@ -35,13 +35,13 @@ int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, 
     if (vaciar) dibujo.Clear();
     codigo = JuntaNiveles(recibe);
   }
-  segmentosCurvas.Clear();
+  dibujoCurvas.Clear();
   if (codigo != kHecho) return codigo;
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(mensajes, 0);
   return kHecho;
 }
 
-/// Triangulates, and leaves the segments of all levels in `segmentosCurvas`.
+/// Triangulates, and leaves the segments of all levels in `dibujoCurvas`.
 int CTriangulacion2D::CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros) {
   const int codigo = Rellena(dibujo, otros, nullptr, nullptr);
   if (codigo != kHecho) return codigo;
@@ -53,13 +53,13 @@ int CTriangulacion2D::CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int
 int CTriangulacion2D::JuntaNiveles(CRecibeNivel const& recibe) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeJunta);
-  if (segmentosCurvas.Cantidad() == 0) return kHecho;
-  const std::int64_t zMin = segmentosCurvas.MinimoZ(), zMax = segmentosCurvas.MaximoZ();
+  if (dibujoCurvas.Cantidad() == 0) return kHecho;
+  const std::int64_t zMin = dibujoCurvas.MinimoZ(), zMax = dibujoCurvas.MaximoZ();
   const auto pasos = static_cast<unsigned long long>((zMax - zMin) / paramCurvaA);
   unsigned long long paso = 0;
   for (std::int64_t z = zMin; z <= zMax; z += paramCurvaA) {
     if (porcentaje != nullptr && porcentaje->Porcentaje(mensajes, ++paso, pasos, false) == 0) return kCancelado;
-    const CNivelDeCurvas nivel(static_cast<int>(z), segmentosCurvas.Saca(static_cast<int>(z)));
+    const CNivelDeCurvas nivel(static_cast<int>(z), dibujoCurvas.Saca(static_cast<int>(z)));
     if (nivel.Cantidad() != 0) recibe(nivel);
   }
   return kHecho;

@@ -116,7 +116,7 @@ void CTriangulacion2D::PreparaCola() {
 int CTriangulacion2D::ArrancaHilo(unsigned modo) {
   if (modo > kUltimoModo) return kHecho;
   const bool enMarcha = modo == CHiloSalvaTriangulosEnlazados::CURVA
-                            ? hiloSalva.Start(0, &evento, Cola(), &segmentosCurvas, paramCurvaA,
+                            ? hiloSalva.Start(0, &evento, Cola(), &dibujoCurvas, paramCurvaA,
                                               static_cast<double>(paramCurvaB) * paramCurvaB)
                             : hiloSalva.Start(0, &evento, Cola(), ficheroTemporal.get(), modo);
   if (!enMarcha) return Abandona(kFicheroInconsistente);

@@ -379,7 +379,7 @@ TEST(Curvado, CancelledAtAnyStepItLeavesTheLevelsDone) {
     levelsAsked = 0;
     CDibujo<int> drawing = DrawingOf(points), contours;
     code = triangulation.Curvado(drawing, contours, kAnySide, 10, nullptr);
-    EXPECT_EQ(triangulation.segmentosCurvas.Cantidad(), 0U);
+    EXPECT_EQ(triangulation.dibujoCurvas.Cantidad(), 0U);
     if (code == kHecho) break;
     EXPECT_EQ(Paths(contours), std::vector<Path>(all.begin(), all.begin() + std::max(0, levelsAsked - 1)));
     EXPECT_EQ(static_cast<int>(app.steps.size()), at) << "nothing is asked after the answer";
@@ -459,7 +459,7 @@ TEST(Curvado, AgainOnOneObjectItGivesTheSame) {
     ASSERT_EQ(triangulation.Curvado(drawing, contours, kAnySide, 10, nullptr), kHecho);
     if (round == 0) first = Paths(contours);
     EXPECT_EQ(Paths(contours), first);
-    EXPECT_EQ(triangulation.segmentosCurvas.Cantidad(), 0U);
+    EXPECT_EQ(triangulation.dibujoCurvas.Cantidad(), 0U);
   }
 }
 

@@ -122,7 +122,7 @@ TEST_P(SegmentsOfClouds, AreWhatEachTriangleGives) {
   triangulation.paramCurvaA = contoured.rule.interval;
   triangulation.paramCurvaB = static_cast<std::int32_t>(contoured.rule.longestSide);
   ASSERT_EQ(triangulation.Link(drawing, nullptr, nullptr, 0, CHiloSalvaTriangulosEnlazados::CURVA), kHecho);
-  EXPECT_EQ(pieceFaults(piecesOf(LinesOf(triangulation.segmentosCurvas, contoured.rule.interval)),
+  EXPECT_EQ(pieceFaults(piecesOf(LinesOf(triangulation.dibujoCurvas, contoured.rule.interval)),
                         plainContours(contoured.mesh, contoured.rule).pieces()),
             "");
 }

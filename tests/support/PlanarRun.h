@@ -109,7 +109,7 @@ class OpenTriangulation : public CTriangulacion2D {
   using CTriangulacion2D::parar;
   using CTriangulacion2D::primerosPuntos;
   using CTriangulacion2D::reservado;
-  using CTriangulacion2D::segmentosCurvas;
+  using CTriangulacion2D::dibujoCurvas;
   using CTriangulacion2D::setRaiz;
   using CTriangulacion2D::setsCerrados;
 
