@@ -1,6 +1,8 @@
 #include "planar/CTriangulacion2D.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "model/IPorcentaje.h"
 #include "platform/CSingleLock.h"
@@ -103,11 +105,26 @@ void CTriangulacion2D::Salva(CDivisiones* celda) {
   EncolaCerrado(celda->setAsociado, triangulos);
 }
 
-void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos) {
-  const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
+std::uint64_t CTriangulacion2D::Liberados() const {
   const unsigned hechos = hiloSalva.EstaEnMarcha() ? hiloSalva.Hechos() : 0;
-  const std::uint64_t liberados = hechos == 0 ? 0 : cerradosHasta[hechos - 1];
-  resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - liberados);
+  return hechos == 0 ? 0 : cerradosHasta[hechos - 1];
+}
+
+/// A worker that gets no processor, or writes to a slow disk, must not have the mesh fill the memory. It may also have
+/// been suspended by the host: a while later the run goes on without it, and its progress steps can end it.
+void CTriangulacion2D::EsperaSiElHiloSeRetrasa() const {
+  constexpr std::uint64_t kTriangulosEnCola = 1 << 14;
+  constexpr int kMilisegundos = 40;
+  if (cerradosHasta.empty() || !hiloSalva.EstaEnMarcha()) return;
+  for (int i = 0; i < kMilisegundos && cerradosHasta.back() - Liberados() > kTriangulosEnCola; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos) {
+  EsperaSiElHiloSeRetrasa();
+  const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
+  resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - Liberados());
   cerradosHasta.push_back(antes + triangulos);
   {
     CSingleLock cerrojo(&seccion, true);

@@ -249,6 +249,9 @@ class URDIMBRE_API CTriangulacion2D {
   [[nodiscard]] CHiloSalvaTriangulosEnlazados::CCola Cola();
   void PreparaCola();
   int ArrancaHilo(unsigned modo);
+  /// Triangles that the worker has written and freed.
+  [[nodiscard]] std::uint64_t Liberados() const;
+  void EsperaSiElHiloSeRetrasa() const;
   void EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos);
   [[nodiscard]] std::size_t Encolados();
   void CierraRaiz();

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "planar/PhaseScenes.h"
+#include "platform/IVigilante.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarSizes.h"
 #include "support/Random.h"
@@ -65,6 +66,42 @@ TEST_P(Hilos, TheWorkersPaceLeavesTheFileAsItIs) {
     EXPECT_TRUE(bytes == expected) << "run " << run;
     t.BorraFicheroTemporal();
   }
+}
+
+/// A disk on which every write takes a while.
+class SlowDisk : public IVigilante {
+ public:
+  SlowDisk() : before_(PonVigilante(this)) {}
+  SlowDisk(SlowDisk const&) = delete;
+  SlowDisk& operator=(SlowDisk const&) = delete;
+  ~SlowDisk() override { PonVigilante(before_); }
+
+  bool Permite(EOperacion, CString const&) override { return true; }
+  std::size_t Concede(EOperacion operation, CString const&, std::size_t bytes) override {
+    if (operation == EOperacion::Escribe) std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    return bytes;
+  }
+
+ private:
+  IVigilante* before_;
+};
+
+TEST(HilosLentos, ASlowDiskFillsNeitherMemoryNorChangesTheFile) {
+  const QuietApp app;
+  const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, 30'000}.Points();
+  const auto linked = [&points](OpenTriangulation& t) {
+    CDibujo<int> drawing = DrawingOf(points);
+    EXPECT_EQ(t.Link(drawing), kHecho);
+    std::string bytes = t.SpilledBytes();
+    t.BorraFicheroTemporal();
+    return bytes;
+  };
+  OpenTriangulation fast, slow;
+  const std::string expected = linked(fast);
+  const SlowDisk disk;
+  EXPECT_TRUE(linked(slow) == expected);
+  EXPECT_GT(slow.Resumen().enlazados, 60'000U);
+  EXPECT_LT(slow.Resumen().picoVivos, 30'000U);
 }
 
 TEST(HilosCancelados, InAnyPhaseLeaveNoFileAndARunThatIsRight) {

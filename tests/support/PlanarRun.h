@@ -93,6 +93,7 @@ class OpenTriangulation : public CTriangulacion2D {
 
   using CTriangulacion2D::cantidadPuntos;
   using CTriangulacion2D::datos;
+  using CTriangulacion2D::dibujoCurvas;
   using CTriangulacion2D::divisiones;
   using CTriangulacion2D::duplicados;
   using CTriangulacion2D::esquinas;
@@ -109,7 +110,6 @@ class OpenTriangulation : public CTriangulacion2D {
   using CTriangulacion2D::parar;
   using CTriangulacion2D::primerosPuntos;
   using CTriangulacion2D::reservado;
-  using CTriangulacion2D::dibujoCurvas;
   using CTriangulacion2D::setRaiz;
   using CTriangulacion2D::setsCerrados;
 
