@@ -113,7 +113,7 @@ std::uint64_t CTriangulacion2D::Liberados() const {
 /// A worker that gets no processor, or writes to a slow disk, must not have the mesh fill the memory. It may also have
 /// been suspended by the host: a while later the run goes on without it, and its progress steps can end it.
 void CTriangulacion2D::EsperaSiElHiloSeRetrasa() const {
-  constexpr std::uint64_t kTriangulosEnCola = 1 << 14;
+  constexpr std::uint64_t kTriangulosEnCola = 1 << 15;
   constexpr int kMilisegundos = 40;
   if (cerradosHasta.empty() || !hiloSalva.EstaEnMarcha()) return;
   for (int i = 0; i < kMilisegundos && cerradosHasta.back() - Liberados() > kTriangulosEnCola; ++i) {
