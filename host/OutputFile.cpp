@@ -1,7 +1,9 @@
 #include "host/OutputFile.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -39,7 +41,7 @@ std::string causeOf(CFile const& file) { return std::generic_category().message(
 OutputFile::OutputFile(std::string name)
     : name_(std::move(name)), target_(replacedBy(name_)), part_(target_ + ".part") {
   requireReplaceable(name_);
-  if (!file_.Open(CString::DesdeUtf8(part_), CFile::modeCreate | CFile::modeWrite)) {
+  if (!file_.Open(CString::DesdeUtf8(part_), CFile::modeCreate | CFile::modeReadWrite)) {
     throw FileError(name_, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
                                        "for the file",
                                        causeOf(file_)));
@@ -55,8 +57,37 @@ void OutputFile::write(void const* data, std::size_t bytes) {
   }
 }
 
+std::size_t OutputFile::read(void* data, std::size_t bytes) {
+  constexpr std::size_t kPart = std::size_t{1} << 30;  // lengths of single transfers have 32 bits
+  std::size_t done = 0;
+  for (std::size_t came = kPart; came == kPart && done < bytes; done += came) {
+    came = file_.Read(static_cast<char*>(data) + done, static_cast<unsigned>(std::min(kPart, bytes - done)));
+  }
+  if (file_.HayError()) {
+    fail("cannot be written", causeOf(file_));
+  }
+  return done;
+}
+
 void OutputFile::seek(std::uint64_t position) {
+  if (position > static_cast<std::uint64_t>(std::numeric_limits<long long>::max())) {
+    fail("cannot be written", std::make_error_code(std::errc::file_too_large).message());
+  }
   if (file_.Seek(static_cast<long long>(position), CFile::begin) < 0) {
+    fail("cannot be written", causeOf(file_));
+  }
+}
+
+std::uint64_t OutputFile::length() {
+  const std::uint64_t bytes = file_.GetLength();
+  if (file_.HayError()) {
+    fail("cannot be written", causeOf(file_));
+  }
+  return bytes;
+}
+
+void OutputFile::resize(std::uint64_t bytes) {
+  if (!file_.SetLength(bytes)) {
     fail("cannot be written", causeOf(file_));
   }
 }

@@ -33,9 +33,17 @@ class OutputFile {
   void write(void const* data, std::size_t bytes);
   void write(std::string_view text) { write(text.data(), text.size()); }
 
-  /// Moves the position, from the start of the file, to write over what stands there.
+  /// Reads back from the position, which advances, and returns how many bytes came: fewer at the end of the file.
+  [[nodiscard]] std::size_t read(void* data, std::size_t bytes);
+
+  /// Moves the position, from the start of the file. What is written beyond the end has zeros before it.
   void seek(std::uint64_t position);
   [[nodiscard]] std::uint64_t position() const { return file_.GetPosition(); }
+
+  /// Bytes written so far, the file's end.
+  [[nodiscard]] std::uint64_t length();
+  /// Cuts the file off at a length, or fills it up with zeros. The position stays.
+  void resize(std::uint64_t bytes);
 
   /// Hands everything to the disk: of all that may fail, only the name is left. Nothing may be written afterwards.
   void close();

@@ -215,6 +215,20 @@ unsigned long long CFile::GetLength() {
   return static_cast<unsigned long long>(std::max(bytes, pendiente));
 }
 
+bool CFile::SetLength(unsigned long long bytes) {
+  if (HayError()) {
+    return false;
+  }
+  if (!IsOpen() || (flags_ & kAcceso) == modeRead) {
+    return Falla(kAccesoIndebido, "resize");
+  }
+  if (bytes > static_cast<unsigned long long>(std::numeric_limits<long long>::max())) {
+    return Falla(static_cast<int>(std::errc::file_too_large), "resize");
+  }
+  MueveVentana(static_cast<long long>(GetPosition()));
+  return !HayError() && Falla(sistema::Trunca(descriptor_, path_, static_cast<long long>(bytes)), "resize");
+}
+
 CString CFile::Error() const {
   CString texto;
   if (HayError()) {

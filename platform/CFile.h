@@ -82,6 +82,10 @@ class URDIMBRE_API CFile {
   /// Bytes in the file, pending ones included; 0 on a failure. One question to the system a call.
   [[nodiscard]] unsigned long long GetLength();
 
+  /// Cuts the file off at a length, or fills it up with zeros. The position stays, even beyond the new end. False on a
+  /// failure, now or kept from before.
+  bool SetLength(unsigned long long bytes);
+
   /// The path as it was given to the last Open().
   [[nodiscard]] CString GetFilePath() const { return path_; }
 

@@ -28,6 +28,7 @@ std::errc FalloSimulado(EOperacion operacion) {
     case EOperacion::Lee:
     case EOperacion::Posiciona:
     case EOperacion::Longitud:
+    case EOperacion::Trunca:
       break;
   }
   return std::errc::io_error;

@@ -12,6 +12,7 @@ enum class EOperacion {
   Escribe,
   Posiciona,
   Longitud,
+  Trunca,
   Sincroniza,
   Cierra,
   Renombra,

@@ -32,6 +32,7 @@ int Lee(Descriptor fichero, CString const& path, void* destino, std::size_t cuan
 int Escribe(Descriptor fichero, CString const& path, void const* origen, std::size_t cuantos, std::size_t& movidos);
 int Posiciona(Descriptor fichero, CString const& path, long long posicion);
 int Longitud(Descriptor fichero, CString const& path, long long& bytes);
+int Trunca(Descriptor fichero, CString const& path, long long bytes);
 int Sincroniza(Descriptor fichero, CString const& path);
 /// The descriptor is given back also on failure.
 int Cierra(Descriptor fichero, CString const& path);

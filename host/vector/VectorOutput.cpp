@@ -1,7 +1,7 @@
 #include "host/vector/VectorOutput.h"
 
 #include <algorithm>
-#include <atomic>
+#include <cpl_conv.h>
 #include <filesystem>
 #include <fmt/format.h>
 #include <ogrsf_frmts.h>
@@ -43,10 +43,7 @@ VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
 
 namespace {
 
-std::string freshFolder() {
-  static std::atomic<unsigned> count{0};
-  return fmt::format("/vsimem/urdimbre_{}", ++count);
-}
+std::string fileName(std::string const& path) { return fs::path(path).filename().string(); }
 
 OGRLineString lineOf(std::span<Place const> places) {
   OGRLineString line;
@@ -70,29 +67,25 @@ ReferenceSystem byCode(ReferenceSystem const& system, std::string const& file) {
 void VectorOutput::requireFormat(std::string const& name) { formatOf(name); }
 
 VectorOutput::VectorOutput(std::string const& name, ReferenceSystem const& system, VectorLayer layer)
-    : name_(name), format_(formatOf(name)), plan_(std::move(layer)), folder_(freshFolder()) {
-  files_.push_back(std::make_unique<OutputFile>(name_));
+    : name_(name), format_(formatOf(name)), plan_(std::move(layer)), files_(fs::path(name).parent_path().string()) {
   startGdalFormats();
   try {
     createLayer(format_.bySystemCode && system.isKnown() ? byCode(system, name_) : system);
   } catch (...) {
-    closeDataset();
-    VSIRmdirRecursive(folder_.c_str());
+    abandon();
     throw;
   }
 }
 
-VectorOutput::~VectorOutput() {
-  closeDataset();
-  VSIRmdirRecursive(folder_.c_str());
-}
+VectorOutput::~VectorOutput() { abandon(); }
 
 void VectorOutput::createLayer(ReferenceSystem const& system) {
   const GdalReport report;
   GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName(format_.driver);
   if (driver == nullptr) fail(fmt::format("the GDAL of this machine has no {} driver", format_.driver));
-  const std::string place = folder_ + "/" + fs::path(name_).filename().string();
-  dataset_ = driver->Create(place.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+  // A database that is not finished is thrown away: nothing would ever be played back.
+  const CPLConfigOptionSetter journal("OGR_SQLITE_JOURNAL", "OFF", false);
+  dataset_ = driver->Create(files_.path(fileName(name_)).c_str(), 0, 0, 0, GDT_Unknown, nullptr);
   if (dataset_ == nullptr) fail(report.failure());
 
   CPLStringList options;
@@ -103,6 +96,9 @@ void VectorOutput::createLayer(ReferenceSystem const& system) {
     options.SetNameValue("ENCODING", "UTF-8");
     options.SetNameValue("DBF_DATE_LAST_UPDATE", "2000-01-01");  // equal runs give equal bytes
   }
+  if (format_.driver == std::string_view("FlatGeobuf")) {
+    options.SetNameValue("TEMPORARY_DIR", files_.path().c_str());  // else it is one of the system's, past this output
+  }
   OGRSpatialReference spatial;
   spatial.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
   const bool tell = system.isKnown() && format_.holdsSystem;
@@ -112,6 +108,7 @@ void VectorOutput::createLayer(ReferenceSystem const& system) {
   if (layer_ == nullptr) fail(report.failure());
   createFields();
   if (dataset_->TestCapability(ODsCTransactions) != 0) dataset_->StartTransaction();
+  files_.check();
 }
 
 void VectorOutput::createFields() {
@@ -165,6 +162,7 @@ void VectorOutput::add(std::unique_ptr<OGRGeometry> geometry, std::span<double c
     }
   }
   if (layer_->CreateFeature(&feature) != OGRERR_NONE) fail(report.failure());
+  files_.check();
 }
 
 bool VectorOutput::isCad() const { return format_.driver == std::string_view("DXF"); }
@@ -174,44 +172,33 @@ void VectorOutput::closeDataset() {
   layer_ = nullptr;
 }
 
+void VectorOutput::abandon() {
+  files_.abandon();
+  closeDataset();
+}
+
 void VectorOutput::finish() {
   if (std::exchange(finished_, true)) return;
   const GdalReport report;
   if (dataset_->TestCapability(ODsCTransactions) != 0) dataset_->CommitTransaction();
   closeDataset();
   if (report.failed()) fail(report.failure());
-
-  const std::string own = fs::path(name_).filename().string();
-  const CPLStringList found(VSIReadDir(folder_.c_str()));
-  for (int i = 0; i < found.Count(); ++i) {
-    const std::string side = found[i];
-    if (side == "." || side == "..") continue;
-    const std::string memory = folder_ + "/" + side;
-    vsi_l_offset bytes = 0;
-    GByte const* const data = VSIGetMemFileBuffer(memory.c_str(), &bytes, FALSE);
-    const bool isMain = side == own;
-    if (!isMain) files_.push_back(std::make_unique<OutputFile>((fs::path(name_).parent_path() / side).string()));
-    OutputFile& file = isMain ? *files_.front() : *files_.back();
-    file.write(data, static_cast<std::size_t>(bytes));
-    file.close();
-    VSIUnlink(memory.c_str());
-  }
+  files_.close();
 }
 
 void VectorOutput::commit() {
   finish();
   const fs::path stem = fs::path(name_).replace_extension();
   for (char const* const ending : format_.sides) {
-    const std::string side = stem.string() + ending;
-    const bool ours =
-        std::any_of(files_.begin(), files_.end(), [&](auto const& file) { return fs::path(file->name()) == side; });
+    const fs::path side = stem.string() + ending;
     std::error_code ignored;
-    if (!ours) fs::remove(side, ignored);
+    if (!files_.has(side.filename().string())) fs::remove(side, ignored);
   }
-  for (auto file = files_.rbegin(); file != files_.rend(); ++file) (*file)->commit();
+  files_.commit(fileName(name_));
 }
 
 void VectorOutput::fail(std::string const& why) const {
+  files_.check();  // what the disk said tells more than what GDAL made of it
   throw FileError(name_, fmt::format("cannot be written: {}: write another format or less at a time", why));
 }
 

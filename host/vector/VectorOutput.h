@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/OutputFile.h"
+#include "host/vector/GdalFiles.h"
 #include "host/vector/ReferenceSystem.h"
 
 class GDALDataset;
@@ -32,8 +32,9 @@ struct VectorLayer {
 };
 
 /// A vector file in the making, of the format that its extension names: .gpkg, .geojson, .fgb, .shp or .dxf. GDAL
-/// writes it into memory, where no disk can fail it, and OutputFile takes it from there to the disk in one step: all
-/// the files of a shapefile or none, and nothing under their names before. It needs the memory of the finished file.
+/// writes it as NAME.part, through GdalFiles, and it takes its name in the end: all the files of a shapefile or none,
+/// and nothing under their names before. What is added goes to the disk as it comes; of a FlatGeobuf and a DXF a second
+/// copy stands there for a while.
 ///
 /// Geometries have heights. A DXF knows no fields: there the name that each geometry is given is its layer, and rings
 /// of polygons are closed lines, since CAD has no polygons with holes. Throws FileError. Used by one thread at a time.
@@ -42,8 +43,8 @@ class VectorOutput {
   /// Throws UsageError unless the extension names a format. Cheap: to be called before any work.
   static void requireFormat(std::string const& name);
 
-  /// Opens NAME.part. Throws UsageError as requireFormat does, FileError for a folder that cannot be written, a format
-  /// that this GDAL lacks, or a reference system that the format cannot hold.
+  /// Opens the files that the format begins with. Throws UsageError as requireFormat does, FileError for a folder that
+  /// cannot be written, a format that this GDAL lacks, or a reference system that the format cannot hold.
   VectorOutput(std::string const& name, ReferenceSystem const& system, VectorLayer layer);
   VectorOutput(VectorOutput const&) = delete;
   VectorOutput& operator=(VectorOutput const&) = delete;
@@ -54,8 +55,8 @@ class VectorOutput {
   /// Adds a polygon: its outer ring first, then its holes, which in a DXF go to a layer of their own.
   void addPolygon(std::span<Ring const> rings, std::span<double const> values, std::string const& cadLayer);
 
-  /// Finishes what stands in memory and brings it to the disk, still as NAME.part: what a full disk refuses, it refuses
-  /// here. Nothing may be added afterwards.
+  /// Brings all to the disk, still as NAME.part: what a full disk refuses, it refuses by here. Nothing may be added
+  /// afterwards.
   void finish();
   /// Gives everything its name; finishes first when that was not done. Files that belong to what is replaced, and would
   /// say something wrong about the new one, go.
@@ -69,16 +70,16 @@ class VectorOutput {
   void createFields();
   void add(std::unique_ptr<OGRGeometry> geometry, std::span<double const> values, std::string const& cadLayer);
   void closeDataset();
+  void abandon();
   [[nodiscard]] bool isCad() const;
   [[noreturn]] void fail(std::string const& why) const;
 
   std::string name_;
   Format const& format_;
   VectorLayer plan_;
-  std::string folder_;  // in GDAL's memory
+  GdalFiles files_;
   GDALDataset* dataset_ = nullptr;
   OGRLayer* layer_ = nullptr;
-  std::vector<std::unique_ptr<OutputFile>> files_;  // the one with the given name first
   bool finished_ = false;
 };
 

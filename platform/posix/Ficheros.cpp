@@ -118,6 +118,11 @@ int Longitud(Descriptor fichero, CString const& path, long long& bytes) {
   return CodigoDe(respuesta);
 }
 
+int Trunca(Descriptor fichero, CString const& path, long long bytes) {
+  const int codigo = Consulta(EOperacion::Trunca, path);
+  return codigo != 0 ? codigo : CodigoDe(Insiste([&] { return ::ftruncate(static_cast<int>(fichero), bytes); }));
+}
+
 int Sincroniza(Descriptor fichero, CString const& path) {
   if (const int codigo = Consulta(EOperacion::Sincroniza, path); codigo != 0) {
     return codigo;

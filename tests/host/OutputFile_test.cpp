@@ -68,6 +68,45 @@ TEST(OutputFile, WritesOverAnEarlierPlace) {
   EXPECT_EQ(textOf(folder.file("a.txt")), "headbody");
 }
 
+TEST(OutputFile, ReadsBackAndTellsItsLength) {
+  const Folder folder;
+  OutputFile file(folder.file("a.txt"));
+  file.write("0123456789");
+  EXPECT_EQ(file.length(), 10U);
+  file.seek(7);
+  std::string text(5, '?');
+  EXPECT_EQ(file.read(text.data(), 5), 3U);
+  EXPECT_EQ(text, "789??");
+  EXPECT_EQ(file.position(), 10U);
+}
+
+TEST(OutputFile, IsCutOffAndFilledUp) {
+  const Folder folder;
+  OutputFile file(folder.file("a.txt"));
+  file.write("0123456789");
+  file.resize(4);
+  EXPECT_EQ(file.position(), 10U);
+  file.resize(6);
+  file.commit();
+  EXPECT_EQ(textOf(folder.file("a.txt")), std::string("0123\0\0", 6));
+}
+
+TEST(OutputFile, WhatCannotBeReadBackOrCutLeavesNothing) {
+  const Folder folder;
+  for (const EOperacion refused : {EOperacion::Lee, EOperacion::Longitud, EOperacion::Trunca}) {
+    const FullDisk disk(1000000, refused);
+    EXPECT_THAT(errorOf([&] {
+                  OutputFile file(folder.file("a.txt"));
+                  char byte = 0;
+                  (void)file.read(&byte, 1);
+                  (void)file.length();
+                  file.resize(5);
+                }),
+                AllOf(HasSubstr("a.txt: cannot be written"), HasSubstr("Input/output error")));
+    EXPECT_THAT(folder.names(), IsEmpty());
+  }
+}
+
 TEST(OutputFile, AFullDiskIsNamedAndLeavesWhatWasThere) {
   const Folder folder;
   const std::string name = folder.make("a.txt", std::string("precious"));

@@ -200,6 +200,28 @@ TEST(CFileFaults, ALengthThatCannotBeHadIsAFailure) {
   EXPECT_TRUE(file.HayError());
 }
 
+TEST(CFileFaults, ALengthThatCannotBeSetIsAFailure) {
+  ScratchFolder folder;
+  FaultGuard guard;
+  guard.Refuse(EOperacion::Trunca);
+  CFile file(folder.Path("a"), kCreate);
+  file.Write("abc", 3);
+  EXPECT_FALSE(file.SetLength(1));
+  EXPECT_EQ(file.CodigoError(), static_cast<int>(std::errc::io_error));
+  EXPECT_FALSE(file.Close());
+}
+
+TEST(CFileFaults, APendingBlockThatCannotBeWrittenForbidsTheNewLength) {
+  ScratchFolder folder;
+  FaultGuard guard;
+  guard.Refuse(EOperacion::Escribe);
+  CFile file(folder.Path("a"), kCreate);
+  file.Write("abc", 3);
+  EXPECT_FALSE(file.SetLength(1));
+  EXPECT_EQ(file.CodigoError(), kNoSpace);
+  EXPECT_EQ(guard.Asked(EOperacion::Trunca), 0);
+}
+
 TEST(CFileFaults, AnOpenThatIsRefusedMakesNoFile) {
   ScratchFolder folder;
   FaultGuard guard;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <gmock/gmock.h>
+#include <limits>
 #include <system_error>
 #include <vector>
 
@@ -198,6 +199,44 @@ TEST(CFile, PositionsPastFourGigabytesWork) {
   char word[4] = {};
   EXPECT_EQ(file.Read(word, 3), 3u);
   EXPECT_STREQ(word, "end");
+}
+
+TEST(CFile, ALengthCutsOffWhatIsPendingToo) {
+  ScratchFolder folder;
+  CFile file(folder.Path("a"), kCreate);
+  file.Write("0123456789", 10);
+  EXPECT_TRUE(file.SetLength(4));
+  EXPECT_EQ(file.GetLength(), 4u);
+  EXPECT_EQ(file.GetPosition(), 10u);
+  file.Seek(0, CFile::begin);
+  EXPECT_EQ(ReadAll(file), "0123");
+}
+
+TEST(CFile, ALengthFillsUpWithZeros) {
+  ScratchFolder folder;
+  CFile file(folder.Path("a"), kCreate);
+  file.Write("ab", 2);
+  file.Seek(0, CFile::begin);
+  char byte = 0;
+  EXPECT_EQ(file.Read(&byte, 1), 1u);
+  EXPECT_TRUE(file.SetLength(4));
+  EXPECT_EQ(file.GetPosition(), 1u);
+  EXPECT_EQ(file.Read(&byte, 1), 1u);
+  EXPECT_EQ(byte, 'b');
+  file.Seek(0, CFile::begin);
+  EXPECT_EQ(ReadAll(file), std::string("ab\0\0", 4));
+}
+
+TEST(CFile, NoLengthIsSetInAFileThatIsOnlyReadAndNoneThatNoFileHas) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a"), "abc");
+  CFile reader(folder.Path("a"), CFile::modeRead);
+  EXPECT_FALSE(reader.SetLength(1));
+  CFile writer(folder.Path("a"), kReadWrite);
+  EXPECT_FALSE(writer.SetLength(std::numeric_limits<unsigned long long>::max()));
+  EXPECT_EQ(writer.CodigoError(), static_cast<int>(std::errc::file_too_large));
+  EXPECT_FALSE(writer.SetLength(1)) << "the failure is kept";
+  EXPECT_EQ(BytesOf(folder.Path("a")), "abc");
 }
 
 TEST(CFile, TheLengthCountsWhatIsPending) {

@@ -11,10 +11,10 @@
 
 /// All that can be refused.
 inline constexpr EOperacion kEveryOperation[] = {
-    EOperacion::Abre,       EOperacion::Lee,          EOperacion::Escribe,    EOperacion::Posiciona,
-    EOperacion::Longitud,   EOperacion::Sincroniza,   EOperacion::Cierra,     EOperacion::Renombra,
-    EOperacion::Borra,      EOperacion::CreaTemporal, EOperacion::CreaEvento, EOperacion::CreaHilo,
-    EOperacion::CreaSeccion};
+    EOperacion::Abre,     EOperacion::Lee,        EOperacion::Escribe,      EOperacion::Posiciona,
+    EOperacion::Longitud, EOperacion::Trunca,     EOperacion::Sincroniza,   EOperacion::Cierra,
+    EOperacion::Renombra, EOperacion::Borra,      EOperacion::CreaTemporal, EOperacion::CreaEvento,
+    EOperacion::CreaHilo, EOperacion::CreaSeccion};
 
 /// A guard that counts what is asked of the system and refuses what the test wants refused, while it lives.
 class FaultGuard : public IVigilante {
