@@ -8,6 +8,13 @@ for phase in Reading Ordering Filling Linking "Generating the surface"; do
 done
 cancels Writing 1 o.obj "$urdimbre" tin scan.las -o o.obj
 
+# Contours are written while the cloud is linked, all files of a format at once.
+for output in o.gpkg o.geojson o.fgb o.shp o.dxf; do
+  cancels Linking 1 "$output" "$urdimbre" contour scan.las --interval 1 -o "$output"
+  cancels Writing 1 "$output" "$urdimbre" contour scan.las --interval 1 -o "$output"
+done
+expect "what contours left" "$(echo o.*)" "o.*"
+
 # A search fills and links twice: the cloud, and what was found of it for its outline.
 classify=("$urdimbre" classify high scan.las --distance 2 --height 2 -o o.las)
 cp scan.las before.las

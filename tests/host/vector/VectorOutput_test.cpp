@@ -99,6 +99,33 @@ TEST_P(EveryFormat, EqualLinesGiveEqualBytes) {
   EXPECT_EQ(bytesOf(name()), first);
 }
 
+TEST_P(EveryFormat, WhatIsAddedGoesToTheDiskAsItComes) {
+  const auto onDisk = [&] {
+    std::uintmax_t bytes = 0;
+    for (std::string const& file : folder.names()) bytes += std::filesystem::file_size(folder.file(file));
+    return bytes;
+  };
+  VectorOutput output(name(), kUtm, someLines());
+  const std::array<double, 1> height{1};
+  Ring places;
+  for (int i = 0; i < 1000; ++i) places.push_back({400000.0 + i, 4000000.0 + i % 7, 1});
+  for (int i = 0; i < 400; ++i) output.addLine(places, height, "contour");
+  const std::uintmax_t before = onDisk();
+  output.commit();
+  EXPECT_GT(onDisk(), 8'000'000U);
+  EXPECT_GT(before, onDisk() / 2);
+}
+
+TEST_P(EveryFormat, ALinkKeepsPointingToTheFileThatIsReplaced) {
+  const Folder elsewhere;
+  const std::string target = elsewhere.make("target", std::string("old"));
+  std::filesystem::create_symlink(target, name());
+  writeOne(name());
+  EXPECT_TRUE(std::filesystem::is_symlink(name()));
+  EXPECT_THAT(elsewhere.names(), ElementsAre("target"));
+  EXPECT_EQ(readVectorFile(name(), {}).entities.size(), 1U);
+}
+
 TEST_P(EveryFormat, PolygonsKeepTheirHoles) {
   {
     VectorOutput output(name(), kUtm, {"outline", true, 2, {{"AREA", false}, {"HOLES", true}}});
