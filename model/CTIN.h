@@ -36,6 +36,7 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
   unsigned char estado = 0;  ///< 0 in the making; 1 sorted; 3 and above, its points have the richer form in files
   int longitudMaxima = 0;    ///< scaled units: greatest side in plan
   CDataSemilla semilla;
+  bool conVecinos = true;  ///< false: Sort() links nothing, even where asked to, for an owner that reads no neighbours
 
   /// An empty model. The first integer selects nothing; a `forma` of 3 or above becomes the state and selects the
   /// richer form of the points.
@@ -65,9 +66,9 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
   int GenerarLimiteAPartirLados(std::vector<CLado>& lados, int sentido, int base);
 
   /// Orders the triangles by their first, second and third point, and gives back the memory of the filling; with
-  /// `enlaza`, links them too. Reports to the interface, which may be null. The integer selects nothing. O(t) on all
-  /// processors, 12 bytes a triangle and 4 a point above the result. kHecho, or kCancelado, which leaves the triangles
-  /// as they were.
+  /// `enlaza`, links them too, unless `conVecinos` is false. Reports to the interface, which may be null. The integer
+  /// selects nothing. O(t) on all processors, 12 bytes a triangle and 4 a point above the result. kHecho, or
+  /// kCancelado, which leaves the triangles as they were.
   int Sort(IPorcentaje* progreso, int, bool enlaza);
 
   /// Drops triangles and outline; the points stay.

@@ -94,8 +94,9 @@ class CEmpareja {
 int CTIN::Sort(IPorcentaje* progreso, int, bool enlaza) {
   constexpr std::uint64_t kMayorCantidad = kSinTriangulo / 3;  // sides are numbered too
   if (Cantidad() > kMayorCantidad) return kFicheroInconsistente;
-  CAvance avance(progreso, nivelMensajes, enlaza ? 6 : 3);
-  return Ordena(avance) && (!enlaza || Enlaza(avance)) ? kHecho : kCancelado;
+  const bool enlazara = enlaza && conVecinos;
+  CAvance avance(progreso, nivelMensajes, enlazara ? 6 : 3);
+  return Ordena(avance) && (!enlazara || Enlaza(avance)) ? kHecho : kCancelado;
 }
 
 /// Groups by the first point, about two triangles each, and then orders every group: a pass over the triangles costs

@@ -280,6 +280,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   const auto heights = rangeOf(heightLimits, seed.Precision());
   const auto intensities = rangeOf(intensityLimits, 1);
   auto tin = std::make_unique<CTIN>(0, 0, seed);
+  tin->conVecinos = how.formato == FORMATO_NATIVO;  // the other formats have no place for them
   CTriangulacion2D triangulation(0, seed, filters, 1);
   std::uint64_t again = 0;
   const int code = options.update.empty()

@@ -105,6 +105,16 @@ TEST(CTIN, WithoutLinkingThereAreNoNeighbours) {
   EXPECT_EQ(tin.Triangulo(0).vecino23, -1);
 }
 
+TEST(CTIN, AModelWhoseOwnerReadsNoNeighboursIsOrderedAllTheSame) {
+  CTIN tin = square();
+  tin.conVecinos = false;
+  insert(tin, {1, 3, 2});
+  insert(tin, {0, 1, 2});
+  EXPECT_EQ(tin.Sort(nullptr, 0, true), kHecho);
+  EXPECT_EQ(sortedTriangles(tin), (std::vector<Terna>{{0, 1, 2}, {1, 3, 2}}));
+  EXPECT_FALSE(tin.EstaEnlazado());
+}
+
 TEST(CTIN, TrianglesInsertedLaterAreSortedIn) {
   CTIN tin = square();
   insert(tin, {1, 3, 2});
