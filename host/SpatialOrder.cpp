@@ -9,6 +9,7 @@
 
 #include "model/CMaximas.h"
 #include "model/Hilbert.h"
+#include "model/VectorCrudo.h"
 #include "platform/Procesadores.h"
 
 namespace Meseta47::host {
@@ -82,7 +83,7 @@ Lanes curveKeys(std::span<CCoor3D<int> const> points, CMaximas<int> const& box) 
 }
 
 /// One stable pass of a radix sort: each thread counts and moves its own stretch, and the counts give it its places.
-void sortPass(std::vector<Item> const& from, std::vector<Item>& to, unsigned shift, unsigned parts) {
+void sortPass(VectorCrudo<Item> const& from, VectorCrudo<Item>& to, unsigned shift, unsigned parts) {
   constexpr std::size_t kBins = std::size_t{1} << kDigit;
   std::vector<std::array<std::size_t, kBins>> places(parts);
   const auto bin = [shift](Item const& item) { return item.key >> shift & (kBins - 1); };
@@ -111,7 +112,8 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points)
   const unsigned parts = partsFor(n);
   CMaximas<int> box;
   for (CCoor3D<int> const& p : points) box.Nuevo(p);
-  std::vector<Item> items(n), other(n);
+  std::vector<std::uint32_t> order(n);  // first, so that what is freed here is one piece and serves whoever asks next
+  VectorCrudo<Item> items(n), other(n);
   inParallel(parts, [&](unsigned part, unsigned) {
     const std::size_t end = n * (part + 1) / parts;
     for (std::size_t i = n * part / parts; i < end; i += kLanes) {
@@ -124,7 +126,6 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points)
     sortPass(items, other, pass * kDigit, parts);
     items.swap(other);
   }
-  std::vector<std::uint32_t> order(n);
   std::transform(items.begin(), items.end(), order.begin(), [](Item const& item) { return item.index; });
   return order;
 }
