@@ -15,6 +15,11 @@
 /// for a program whose phases need much memory each, and one after another. To be called before there are threads.
 URDIMBRE_API void DevuelveMemoriaLibre();
 
+/// The opposite: asks the heap to keep what is freed, whatever its size and whichever thread had it, and to hand it out
+/// again: for a program whose phases need about as much memory each, so that only the first one pays for pages from the
+/// system. To be called before there are threads.
+URDIMBRE_API void GuardaMemoriaLibre();
+
 /// Whether a standard stream (stdout, stderr) is a terminal, and how many columns it has then, 80 when it does not
 /// tell.
 [[nodiscard]] URDIMBRE_API bool EsTerminal(std::FILE* salida);

@@ -245,6 +245,7 @@ struct RunInput {
 
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
+  GuardaMemoriaLibre();
   formatOf(options.output);
   requireReplaceable(options.output);
   if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <limits>
 #include <malloc.h>
 #include <memory>
 #include <signal.h>
@@ -57,6 +58,13 @@ void DevuelveMemoriaLibre() {
   constexpr int kGrande = 1 << 20;
   ::mallopt(M_MMAP_THRESHOLD, kGrande);
   ::mallopt(M_TRIM_THRESHOLD, kGrande);
+}
+
+void GuardaMemoriaLibre() {
+  constexpr int kTodo = std::numeric_limits<int>::max();
+  ::mallopt(M_MMAP_THRESHOLD, kTodo);
+  ::mallopt(M_TRIM_THRESHOLD, kTodo);
+  ::mallopt(M_ARENA_MAX, 1);  // what one thread frees serves the others
 }
 
 unsigned long long MemoriaResidente() { return LineaDeEstado("VmRSS:"); }

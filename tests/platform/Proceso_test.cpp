@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "support/PlanarSizes.h"
@@ -40,6 +41,28 @@ TEST(ProcessMemory, FreedBlocksGoBackAtOnce) {
           if (MemoriaResidente() < before + kBlock / 2) std::exit(2);
         }
         std::exit(MemoriaResidente() < before + kBlock / 4 ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(ProcessMemory, FreedBlocksServeTheNextPhaseWhicheverThreadAsks) {
+#if URDIMBRE_SANITIZED
+  GTEST_SKIP() << "the heap is the sanitizer's own";
+#endif
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        DevuelveMemoriaLibre();
+        GuardaMemoriaLibre();
+        constexpr std::size_t kBlock = std::size_t{64} << 20;
+        std::make_unique<std::vector<char>>(kBlock, 'x').reset();
+        const auto before = MemoriaResidente();
+        if (before < kBlock) std::exit(2);
+        std::thread([] {
+          const std::vector<char> one(kBlock / 3, 'x'), two(kBlock / 3, 'x');
+          if (one != two) std::exit(3);
+        }).join();
+        std::exit(MemoriaResidenteMaxima() < before + kBlock / 4 ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
 }
