@@ -48,13 +48,16 @@ void CDivisiones2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
 
 bool CDivisiones2D::ColocaIndices(CCoor3D<int> const& p, std::int16_t suLista, std::int32_t entidad,
                                   std::int32_t punto) {
-  for (CDivisiones2D* celda = this;; celda = celda->Hijo(p)) {
-    const bool primera = celda->ultimaLista < 0 || celda->ultimaEntidad < 0 || celda->ultimoPuntoCelda < 0;
+  if (ultimaHoja == nullptr || ajenos || !ultimaHoja->Encierra(p)) {
+    for (ultimaHoja = this; ultimaHoja->hijos != nullptr;) ultimaHoja = ultimaHoja->Hijo(p);
+  }
+  const bool primera = ultimaHoja->ultimaLista < 0 || ultimaHoja->ultimaEntidad < 0 || ultimaHoja->ultimoPuntoCelda < 0;
+  for (CDivisiones2D* celda = ultimaHoja;; celda = celda->padre) {
     ++celda->lista.cantidad;
     celda->ultimaLista = suLista;
     celda->ultimaEntidad = entidad;
     celda->ultimoPuntoCelda = punto;
-    if (celda->hijos == nullptr) return primera;
+    if (celda == this) return primera;
   }
 }
 
