@@ -46,6 +46,13 @@ void startGdalFormats() {
   std::call_once(once, [] { GDALAllRegister(); });
 }
 
+void startGdalFormat(void (*registers)()) {
+  startGdal();
+  static std::mutex one;
+  const std::scoped_lock lock(one);
+  registers();
+}
+
 GdalReport::GdalReport() { CPLPushErrorHandlerEx(hear, &failure_); }
 
 GdalReport::~GdalReport() { CPLPopErrorHandler(); }

@@ -8,6 +8,7 @@
 #include <cpl_vsi.h>
 #include <cstdint>
 #include <fmt/format.h>
+#include <gdal_frmts.h>
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 #include <optional>
@@ -178,7 +179,7 @@ GeoKeys withoutBlanks(GeoKeys keys) {
 
 std::string wktOfGeoKeys(GeoKeys const& keys, std::string const& file) {
   if (!keys.shortValue(kProjected) && !keys.shortValue(kGeographic)) return {};
-  startGdalFormats();
+  startGdalFormat(GDALRegister_GTiff);
   const GdalReport quiet;
   const auto plan =
       isInRegister(keys) ? planIn(MemoryImage(imageWith(withModelType(withoutBlanks(keys))))) : std::nullopt;

@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 struct VectorOutput::Format {
   char const* extension;
   char const* driver;
+  void (*registers)();
   bool holdsSystem;
   bool bySystemCode;               // names a system by its EPSG code alone
   std::vector<char const*> sides;  // endings of files beside the main one, of ours or of programs that used the old one
@@ -27,11 +28,16 @@ struct VectorOutput::Format {
 VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
   static const std::array<Format, 5> kFormats{{
       // A journal left beside an older database would be played back into the new one.
-      {".gpkg", "GPKG", true, false, {".gpkg-wal", ".gpkg-shm", ".gpkg-journal"}},
-      {".geojson", "GeoJSON", true, true, {}},
-      {".fgb", "FlatGeobuf", true, false, {}},
-      {".shp", "ESRI Shapefile", true, false, {".shx", ".dbf", ".prj", ".cpg", ".qix", ".sbn", ".sbx", ".shp.xml"}},
-      {".dxf", "DXF", false, false, {}},
+      {".gpkg", "GPKG", RegisterOGRGeoPackage, true, false, {".gpkg-wal", ".gpkg-shm", ".gpkg-journal"}},
+      {".geojson", "GeoJSON", RegisterOGRGeoJSON, true, true, {}},
+      {".fgb", "FlatGeobuf", RegisterOGRFlatGeobuf, true, false, {}},
+      {".shp",
+       "ESRI Shapefile",
+       RegisterOGRShape,
+       true,
+       false,
+       {".shx", ".dbf", ".prj", ".cpg", ".qix", ".sbn", ".sbx", ".shp.xml"}},
+      {".dxf", "DXF", RegisterOGRDXF, false, false, {}},
   }};
   const std::string extension = fs::path(name).extension().string();
   for (Format const& format : kFormats) {
@@ -68,7 +74,7 @@ void VectorOutput::requireFormat(std::string const& name) { formatOf(name); }
 
 VectorOutput::VectorOutput(std::string const& name, ReferenceSystem const& system, VectorLayer layer)
     : name_(name), format_(formatOf(name)), plan_(std::move(layer)), files_(fs::path(name).parent_path().string()) {
-  startGdalFormats();
+  startGdalFormat(format_.registers);
   try {
     createLayer(format_.bySystemCode && system.isKnown() ? byCode(system, name_) : system);
   } catch (...) {
