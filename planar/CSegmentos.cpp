@@ -1,6 +1,7 @@
 #include "planar/CSegmentos.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace Meseta47 {
 
@@ -8,14 +9,48 @@ namespace {
 
 constexpr std::size_t kMenorBloque = 16, kMayorBloque = 1 << 16;  // pieces: 256 bytes to a megabyte
 
+// Pieces that go to the file together: 64 KB, which is what a file moves at a time.
+constexpr std::size_t kBloqueDeFichero = 1 << 12;
+constexpr auto kBytesDeBloque = static_cast<unsigned>(kBloqueDeFichero * sizeof(CSegmento));
+static_assert(std::is_trivially_copyable_v<CSegmento> && sizeof(CSegmento) == 16);
+
 }  // namespace
 
-void CSegmentos::CNivel::Anade(CSegmento const& s) {
+void CSegmentos::CNivel::Anade(CSegmento const& s, CFile* fichero) {
+  if (fichero != nullptr && cantidad == kBloqueDeFichero) Guarda(*fichero);
   if (bloques.empty() || bloques.back().size() == bloques.back().capacity()) {
-    bloques.emplace_back().reserve(std::clamp(cantidad, kMenorBloque, kMayorBloque));
+    const std::size_t mayor = fichero != nullptr ? kBloqueDeFichero - cantidad : kMayorBloque;
+    bloques.emplace_back().reserve(std::min(std::max(cantidad, kMenorBloque), mayor));
   }
   bloques.back().push_back(s);
   ++cantidad;
+}
+
+void CSegmentos::CNivel::Guarda(CFile& fichero) {
+  enFichero.push_back(fichero.SeekToEnd());
+  for (std::vector<CSegmento> const& bloque : bloques) {
+    static_cast<void>(fichero.Write(bloque.data(), bloque.size() * sizeof(CSegmento)));  // the file keeps a failure
+  }
+  bloques.clear();
+  cantidad = 0;
+}
+
+std::size_t CSegmentos::CNivel::Total() const { return enFichero.size() * kBloqueDeFichero + cantidad; }
+
+/// Appends all pieces, and empties the blocks on the way: there is not room for the level twice.
+void CSegmentos::CNivel::Recoge(std::vector<CSegmento>& segmentos, CFile* fichero) {
+  segmentos.reserve(Total());
+  for (const long long lugar : enFichero) {
+    const std::size_t antes = segmentos.size();
+    segmentos.resize(antes + kBloqueDeFichero);
+    fichero->Seek(lugar, CFile::begin);
+    const bool entero = fichero->Read(segmentos.data() + antes, kBytesDeBloque) == kBytesDeBloque;
+    if (!entero) segmentos.resize(antes);
+  }
+  for (std::vector<CSegmento>& bloque : bloques) {
+    segmentos.insert(segmentos.end(), bloque.begin(), bloque.end());
+    std::vector<CSegmento>().swap(bloque);
+  }
 }
 
 void CSegmentos::Anade(CCoor3D<int> const& a, CCoor3D<int> const& b) {
@@ -24,7 +59,7 @@ void CSegmentos::Anade(CCoor3D<int> const& a, CCoor3D<int> const& b) {
     ultimoZ = a.z;
   }
   const CLugarPlano p{a.x, a.y}, q{b.x, b.y};
-  ultimo->Anade({std::min(p, q), std::max(p, q)});
+  ultimo->Anade({std::min(p, q), std::max(p, q)}, fichero);
   ++cantidad;
 }
 
@@ -32,12 +67,8 @@ std::vector<CSegmento> CSegmentos::Saca(int z) {
   std::vector<CSegmento> segmentos;
   const auto nivel = niveles.find(z);
   if (nivel == niveles.end()) return segmentos;
-  segmentos.reserve(nivel->second.cantidad);
-  for (std::vector<CSegmento>& bloque : nivel->second.bloques) {
-    segmentos.insert(segmentos.end(), bloque.begin(), bloque.end());
-    std::vector<CSegmento>().swap(bloque);  // there is not room for the level twice
-  }
-  cantidad -= segmentos.size();
+  cantidad -= nivel->second.Total();
+  nivel->second.Recoge(segmentos, fichero);
   niveles.erase(nivel);
   ultimo = nullptr;
   return segmentos;
@@ -47,6 +78,7 @@ void CSegmentos::Clear() {
   niveles.clear();
   ultimo = nullptr;
   cantidad = 0;
+  fichero = nullptr;
 }
 
 }  // namespace Meseta47

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/CCoor3D.h"
+#include "platform/CFile.h"
 
 namespace Meseta47 {
 
@@ -25,11 +26,16 @@ struct CSegmento {
 };
 
 /// The pieces of all contours of a run, from when triangles are cut until the levels are joined: 16 bytes each, for
-/// there are as many as triangles. They keep their positions and nothing else of the points that they come from.
+/// there are as many as triangles. They keep their positions and nothing else of the points that they come from. With a
+/// file, at most 64 KB of a level are in memory. A file that fails keeps its failure, and pieces are missing then.
 ///
 /// Used by one thread at a time.
 class URDIMBRE_API CSegmentos {
  public:
+  /// From now on, what is more than 4,096 pieces of a level goes to the file's end, in the order in which it comes. The
+  /// file is open for reading and writing, and must stand until Clear(); null for none.
+  void PonFichero(CFile* elFichero) { fichero = elFichero; }
+
   /// Adds a piece of the level that both ends lie on, lower end first. O(log levels), mostly O(1).
   void Anade(CCoor3D<int> const& a, CCoor3D<int> const& b);
 
@@ -40,18 +46,24 @@ class URDIMBRE_API CSegmentos {
 
   /// Takes the pieces of a level out, in the order in which they came; none when it has none.
   [[nodiscard]] std::vector<CSegmento> Saca(int z);
+  /// Forgets all pieces, and the file, which stays as it is.
   void Clear();
 
  private:
   /// Blocks that are filled one after another and never move: of a list that doubles its room, two thirds at the worst
   /// would be empty while it moves.
   struct CNivel {
+    std::vector<long long> enFichero;  ///< where each block begins that is in the file
     std::vector<std::vector<CSegmento>> bloques;
-    std::size_t cantidad = 0;
+    std::size_t cantidad = 0;  ///< in memory
 
-    void Anade(CSegmento const& s);
+    void Anade(CSegmento const& s, CFile* fichero);
+    void Guarda(CFile& fichero);
+    std::size_t Total() const;
+    void Recoge(std::vector<CSegmento>& segmentos, CFile* fichero);
   };
 
+  CFile* fichero = nullptr;
   std::map<int, CNivel> niveles;  ///< by height
   CNivel* ultimo = nullptr;       ///< level of the piece added last, where the next one lies as a rule
   int ultimoZ = 0;

@@ -112,9 +112,10 @@ class URDIMBRE_API CTriangulacion2D {
               std::vector<CDibujo<int>*>* otros);
   /// The same for contours that need not be held all at once: `recibe` is called with each level that has any, from the
   /// lowest to the highest, as soon as it is joined. With `vaciar` the drawing is cleared once it is cut, so that
-  /// joining has its memory.
+  /// joining has its memory. In a file `piezas`, open for reading and writing and empty, the segments wait for their
+  /// level, but for 64 KB of each at most; when it fails, no further level is told and the code is kFicheroInaccesible.
   int Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
-              std::vector<CDibujo<int>*>* otros, bool vaciar);
+              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas = nullptr);
 
   // --- searches: runs that give points of the drawing a class, and make no model ---
   /// Finds the points that stand above the ground, such as trees and buildings, and gives them the class of `info`.
@@ -277,7 +278,7 @@ class URDIMBRE_API CTriangulacion2D {
                       std::vector<CPosicionEntidad> const* seleccion);
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
-  int JuntaNiveles(CRecibeNivel const& recibe);
+  int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
   HANDLE evento = nullptr;                   ///< signalled while the worker lives
   std::atomic<unsigned> aviso{0};            ///< grows with whatever the worker waits for

@@ -1,4 +1,6 @@
 // Contour lines: the worker cuts triangles as their cells close, and the segments are joined level by level.
+#include <utility>
+
 #include "model/IPorcentaje.h"
 #include "planar/CNivelDeCurvas.h"
 #include "planar/GuardaDeRun.h"
@@ -22,18 +24,19 @@ int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double
 }
 
 int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
-                              std::vector<CDibujo<int>*>* otros, bool vaciar) {
+                              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas) {
   const CGuarda guarda(*this);
   const double escala = dibujo.semilla.Precision();
   paramCurvaA = Trunca(escala * equidistancia);
   paramCurvaB = Trunca(escala * ladoMaximo);
   dibujoCurvas.Clear();
+  dibujoCurvas.PonFichero(piezas);
   int codigo = CortaNiveles(dibujo, otros);
   if (codigo == kHecho) {
     BorraFicheroTemporal();  // of an earlier run, if it was left open
     divisiones.clear();
     if (vaciar) dibujo.Clear();
-    codigo = JuntaNiveles(recibe);
+    codigo = JuntaNiveles(recibe, piezas);
   }
   dibujoCurvas.Clear();
   if (codigo != kHecho) return codigo;
@@ -50,7 +53,7 @@ int CTriangulacion2D::CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int
 }
 
 /// Every segment lies at a multiple of the interval, so that stepping by it from the lowest one meets them all.
-int CTriangulacion2D::JuntaNiveles(CRecibeNivel const& recibe) {
+int CTriangulacion2D::JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeJunta);
   if (dibujoCurvas.Cantidad() == 0) return kHecho;
@@ -59,7 +62,9 @@ int CTriangulacion2D::JuntaNiveles(CRecibeNivel const& recibe) {
   unsigned long long paso = 0;
   for (std::int64_t z = zMin; z <= zMax; z += paramCurvaA) {
     if (porcentaje != nullptr && porcentaje->Porcentaje(mensajes, ++paso, pasos, false) == 0) return kCancelado;
-    const CNivelDeCurvas nivel(static_cast<int>(z), dibujoCurvas.Saca(static_cast<int>(z)));
+    std::vector<CSegmento> segmentos = dibujoCurvas.Saca(static_cast<int>(z));
+    if (piezas != nullptr && piezas->HayError()) return kFicheroInaccesible;
+    const CNivelDeCurvas nivel(static_cast<int>(z), std::move(segmentos));
     if (nivel.Cantidad() != 0) recibe(nivel);
   }
   return kHecho;

@@ -1,4 +1,5 @@
 // urdimbre contour: clouds in, contour lines out, with no model between them.
+#include <array>
 #include <fmt/format.h>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -13,7 +14,9 @@
 #include "planar/CFiltroPuntos.h"
 #include "planar/CNivelDeCurvas.h"
 #include "planar/CTriangulacion2D.h"
+#include "platform/CFile.h"
 #include "platform/Proceso.h"
+#include "platform/Temporales.h"
 
 namespace Meseta47::host {
 
@@ -152,6 +155,35 @@ void printSummary(ContourSummary const& s, std::string const& output) {
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
+/// A file in the folder for temporary files. Its name is given up at once, so that nothing is left of it however the
+/// run ends.
+class TemporaryFile {
+ public:
+  TemporaryFile() {
+    std::array<wchar_t, MAX_PATH> folder{}, name{};
+    const unsigned long length = GetTempPathW(MAX_PATH, folder.data());
+    if (length == 0 || length >= MAX_PATH || GetTempFileNameW(folder.data(), L"curvas", 0, name.data()) == 0) {
+      throw Failure(
+          fmt::format("temporary folder {}: the disk refused the file that the run needs there: name another "
+                      "with --temp-dir",
+                      CString(folder.data()).Utf8()));
+    }
+    file_.Open(CString(name.data()), CFile::modeReadWrite);
+    DeleteFileW(name.data());
+    check();
+  }
+
+  [[nodiscard]] CFile* file() { return &file_; }
+  /// Throws Failure when the disk refused something.
+  void check() const {
+    if (!file_.HayError()) return;
+    throw Failure(fmt::format("{}: make room or name another folder with --temp-dir", file_.Error().Utf8()));
+  }
+
+ private:
+  CFile file_;
+};
+
 /// Contours of a drawing, as they are found, at their own heights. The drawing is emptied on the way.
 void writeContours(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
                    VectorOutput& output, ContourSummary& summary, HostApp& app) {
@@ -175,8 +207,10 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
     summary.seconds.write += writing.seconds();
   };
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
-  const int code =
-      triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr, true);
+  TemporaryFile pieces;
+  const int code = triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(),
+                                         nullptr, true, pieces.file());
+  pieces.check();
   requireRun(code, options.cloud.what(), 0);
   summary.run = triangulation.Resumen();
   summary.found = writer.counts();

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "support/FaultGuard.h"
+#include "support/ScratchFolder.h"
+
 namespace Meseta47 {
 
 void PrintTo(CSegmento const& s, std::ostream* out) {
@@ -71,6 +74,49 @@ TEST(CSegmentos, NoneIsLostWhereBlocksEnd) {
     for (std::size_t i = 0; i < taken.size(); ++i) ASSERT_EQ(taken[i].a.x, static_cast<int>(3 * i) + level);
   }
   EXPECT_EQ(segments.Cantidad(), 0U);
+}
+
+/// In a file as in memory: the same pieces of three levels in the same order, whole blocks and what is over.
+TEST(CSegmentos, AFileGivesBackWhatMemoryWould) {
+  const ScratchFolder folder;
+  CFile file(folder.Path("pieces"), CFile::modeCreate | CFile::modeReadWrite);
+  CSegmentos inMemory, inFile;
+  inFile.PonFichero(&file);
+  for (const int many : {1, 4'095, 4'096, 4'097, 50'000}) {
+    for (int i = 0; i < 3 * many; ++i) {
+      for (CSegmentos* segments : {&inMemory, &inFile}) Add(*segments, {i, 7}, {i + 1, i % 5}, i % 3 * 10);
+    }
+    EXPECT_EQ(inFile.Cantidad(), static_cast<std::size_t>(3 * many));
+    for (int z = 0; z <= 20; z += 10) EXPECT_TRUE(inFile.Saca(z) == inMemory.Saca(z)) << many << " at " << z;
+    EXPECT_EQ(inFile.Cantidad(), 0U);
+  }
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(BytesOf(folder.Path("pieces")).size(), 16U * 4'096 * 3 * (1 + 12)) << "whole blocks and nothing else";
+}
+
+TEST(CSegmentos, AFewPiecesOfALevelNeverTroubleTheFile) {
+  const ScratchFolder folder;
+  CFile file(folder.Path("pieces"), CFile::modeCreate | CFile::modeReadWrite);
+  CSegmentos segments;
+  segments.PonFichero(&file);
+  for (int i = 0; i < 100'000; ++i) Add(segments, {i, 0}, {i + 1, 0}, i % 100);
+  EXPECT_EQ(file.GetLength(), 0U);
+}
+
+TEST(CSegmentos, AFileThatFailsKeepsTheFailureAndPiecesAreMissing) {
+  for (const EOperacion refused : {EOperacion::Escribe, EOperacion::Lee, EOperacion::Longitud, EOperacion::Posiciona}) {
+    SCOPED_TRACE(static_cast<int>(refused));
+    const ScratchFolder folder;
+    CFile file(folder.Path("pieces"), CFile::modeCreate | CFile::modeReadWrite);
+    FaultGuard guard;
+    guard.Refuse(refused);
+    CSegmentos segments;
+    segments.PonFichero(&file);
+    for (int i = 0; i < 20'000; ++i) Add(segments, {i, 0}, {i + 1, 0}, 0);
+    EXPECT_LT(segments.Saca(0).size(), 20'000U);
+    EXPECT_TRUE(file.HayError());
+    EXPECT_EQ(segments.Cantidad(), 0U);
+  }
 }
 
 }  // namespace

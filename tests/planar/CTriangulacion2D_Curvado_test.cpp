@@ -5,8 +5,10 @@
 #include <stdexcept>
 
 #include "planar/CNivelDeCurvas.h"
+#include "support/FaultGuard.h"
 #include "support/PlanarRun.h"
 #include "support/PlanarScene.h"
+#include "support/ScratchFolder.h"
 
 namespace Meseta47 {
 
@@ -492,6 +494,55 @@ TEST(CurvadoPorNiveles, ADrawingThatIsToBeClearedIsSoBeforeTheFirstLevel) {
   CDibujo<int> again = DrawingOf(Pyramid(5, 25)), contours;
   EXPECT_EQ(triangulation.Curvado(again, contours, kAnySide, 10, nullptr), kHecho);
   EXPECT_EQ(contours.Cantidad(), 2U);
+}
+
+/// So rough a grid that a level has many blocks of pieces.
+std::vector<Point> Gravel() {
+  std::vector<Point> points;
+  for (int x = 0; x < 90; ++x) {
+    for (int y = 0; y < 90; ++y) points.push_back({100 * x + y % 7, 100 * y + x % 5, (x * 7 + y * 11) % 13});
+  }
+  return points;
+}
+
+/// The code of a run whose pieces wait in a file, and what levels it gave.
+std::pair<int, std::vector<Path>> ContoursByFile(CString const& path) {
+  CFile pieces(path, CFile::modeCreate | CFile::modeReadWrite);
+  CDibujo<int> drawing = DrawingOf(Gravel()), lines(kWholeUnits);
+  OpenTriangulation triangulation;
+  const auto receive = [&](CNivelDeCurvas const& level) {
+    for (std::size_t i = 0; i < level.Cantidad(); ++i) lines.Inserta(level.Linea(i));
+  };
+  const int code = triangulation.Curvado(drawing, receive, kAnySide, 5, nullptr, true, &pieces);
+  EXPECT_EQ(triangulation.dibujoCurvas.Cantidad(), 0U);
+  return {code, Paths(lines)};
+}
+
+TEST(CurvadoPorNiveles, InAFileThePiecesWaitAsInMemory) {
+  const QuietApp app;
+  const ScratchFolder folder;
+  const auto [code, lines] = ContoursByFile(folder.Path("pieces"));
+  EXPECT_EQ(code, kHecho);
+  EXPECT_EQ(lines, Contours(Gravel(), 5));
+  EXPECT_GT(BytesOf(folder.Path("pieces")).size(), 100'000U);
+}
+
+TEST(CurvadoPorNiveles, AFileThatFailsEndsTheRunAfterWholeLevels) {
+  const QuietApp app;
+  const ScratchFolder folder;
+  const std::vector<Path> all = Contours(Gravel(), 5);
+  for (const EOperacion refused : {EOperacion::Escribe, EOperacion::Lee, EOperacion::Longitud, EOperacion::Posiciona}) {
+    for (const int nth : {1, 2}) {
+      SCOPED_TRACE(testing::Message() << static_cast<int>(refused) << " refused at time " << nth);
+      FaultGuard guard;
+      guard.RefuseOnce(refused, nth);
+      const auto [code, lines] = ContoursByFile(folder.Path("pieces"));
+      EXPECT_EQ(code, kFicheroInaccesible);
+      ASSERT_LT(lines.size(), all.size());
+      EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
+      EXPECT_TRUE(lines.empty() || lines.back().front().z != all[lines.size()].front().z);
+    }
+  }
 }
 
 TEST(CurvadoPorNiveles, WhatAReceiverThrowsEndsTheRunAndLeavesNoSegments) {
