@@ -23,7 +23,6 @@
 #include <vector>
 
 #include "host/LoadedCloud.h"
-#include "host/SpatialOrder.h"
 #include "planar/CTriangulacion2D.h"
 
 using namespace Meseta47;
@@ -94,9 +93,8 @@ Sample load(std::filesystem::path const& file, HostApp& app) {
     LoadOptions options;
     options.precision = decimals;
     LoadedCloud loaded = std::move(loadClouds({{file.string()}}, options, app)[0]);
-    applyOrder(loaded.points, hilbertOrder(loaded.points));
     Cloud& cloud = sample.clouds[decimals];
-    cloud = {loaded.seed, std::move(loaded.points), {}};
+    cloud = {loaded.seed, takePoints(loaded, true), {}};
     for (CCoor3D<int>& p : cloud.points) {
       cloud.truth.push_back(p.clasificacion);
       p.clasificacion = kUnclassified;

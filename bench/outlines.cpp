@@ -143,9 +143,10 @@ int main(int argc, char** argv) {
     if (!file.empty()) {
       LoadedCloud cloud = std::move(loadClouds({{file}}, LoadOptions(), app)[0]);
       const std::string name = file.substr(file.find_last_of('/') + 1);
-      CDibujo<int> outlines = drawOutline(name, cloud.points, cloud.seed, distance);
+      std::vector<CCoor3D<int>> points = takePoints(cloud, false);
+      CDibujo<int> outlines = drawOutline(name, points, cloud.seed, distance);
       outlines.Sort(3, true, -1);
-      classify(name, std::move(cloud.points), outlines);
+      classify(name, std::move(points), outlines);
       return 0;
     }
     auto points = scattered(count, 1);

@@ -48,7 +48,7 @@ void writePly(Delaunay& mesh, LoadedCloud const& cloud, std::string const& path)
   const double scale = cloud.seed.Precision();
   int next = 0;
   for (auto vertex = mesh.finite_vertices_begin(); vertex != mesh.finite_vertices_end(); ++vertex) {
-    CCoor3D<int> const& p = cloud.points[vertex->info()];
+    ScaledPoint const& p = cloud.points[vertex->info()];
     for (const int v : {p.x, p.y, p.z}) put(bytes, v / scale);
     vertex->info() = static_cast<unsigned>(next++);
   }
@@ -71,7 +71,7 @@ int runPeer(std::vector<std::string> const& files, std::string const& output) {
   Stopwatch linking;
   std::vector<std::pair<Kernel::Point_2, unsigned>> points;
   points.reserve(cloud.points.size());
-  for (CCoor3D<int> const& p : cloud.points) {
+  for (ScaledPoint const& p : cloud.points) {
     points.emplace_back(Kernel::Point_2(p.x, p.y), static_cast<unsigned>(points.size()));
   }
   Delaunay mesh;

@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "host/FileError.h"
-#include "host/SpatialOrder.h"
 
 namespace Meseta47::host {
 
@@ -102,14 +101,9 @@ CDigiTab classTable(std::array<bool, 256> const& classes) {
 }
 
 CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
-  if (hilbert) {
-    const std::vector<std::uint32_t> order = hilbertOrder(cloud.points);
-    applyOrder(cloud.points, order);
-    if (!cloud.places.empty()) applyOrder(cloud.places, order);
-    app.step(1, 1);
-  }
   CSetPuntos<int> set(L"CLOUD");
-  set.CLinea<int>::Asigna(std::move(cloud.points));
+  set.CLinea<int>::Asigna(takePoints(cloud, hilbert));
+  if (hilbert) app.step(1, 1);
   CDibujo<int> drawing(cloud.seed);
   drawing.tipoNube = 1;
   if (hilbert) cloud.lines.Sort(7, true, -1);  // along a Hilbert curve too

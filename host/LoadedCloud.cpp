@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <future>
 #include <limits>
+#include <utility>
 
 #include "host/CommonSystem.h"
 #include "host/Failure.h"
@@ -144,10 +145,8 @@ void append(LoadedCloud& cloud, WidePoint const& wide, Reading const& reading) {
   if (reading.options.wayBack) cloud.classes.push_back(wide.classification);
   if (!reading.bounds.admits(wide)) return;
   if (!fits(wide)) throw OutOfRange{};
-  CCoor3D<int>& p = cloud.points.emplace_back(static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
-                                              static_cast<int>(wide.position[2]), 0);
-  p.intensidad = wide.intensity;
-  p.clasificacion = wide.classification;
+  cloud.points.push_back({static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
+                          static_cast<int>(wide.position[2]), wide.intensity, wide.classification});
   if (reading.options.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
 }
 
@@ -275,6 +274,14 @@ ReferenceSystem commonSystem(Groups const& groups, MapOptions const& map) {
 }
 
 }  // namespace
+
+std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert) {
+  const std::vector<ScaledPoint> points = std::exchange(cloud.points, {});
+  if (!hilbert) return {points.begin(), points.end()};
+  const std::vector<std::uint32_t> order = hilbertOrder(points);
+  if (!cloud.places.empty()) applyOrder(cloud.places, order);
+  return inOrder<CCoor3D<int>>(points, order);
+}
 
 std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,
                                     HostApp& app) {

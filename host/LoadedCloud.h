@@ -7,6 +7,7 @@
 
 #include "host/HostApp.h"
 #include "host/Parsing.h"
+#include "host/SpatialOrder.h"
 #include "host/vector/ReferenceSystem.h"
 #include "host/vector/VectorInput.h"
 #include "model/CCoor3D.h"
@@ -32,9 +33,9 @@ struct LoadOptions {
 
 /// Points of files as one cloud in scaled integers, in the order of the files.
 struct LoadedCloud {
-  CDataSemilla seed;                 ///< precision, and the whole-metre origin that was taken off in plan
-  std::vector<CCoor3D<int>> points;  ///< with intensity and class
-  std::uint64_t pointsRead = 0;      ///< in the files, before the bounds; those of vector files too
+  CDataSemilla seed;                ///< precision, and the whole-metre origin that was taken off in plan
+  std::vector<ScaledPoint> points;  ///< until they are taken
+  std::uint64_t pointsRead = 0;     ///< in the files, before the bounds; those of vector files too
 
   // With a way back alone:
   std::vector<std::uint32_t> places;  ///< of each point, its place among those read
@@ -46,6 +47,10 @@ struct LoadedCloud {
   std::uint64_t withoutZ = 0;    ///< geometries left out for want of heights
   ReferenceSystem system{};      ///< of all groups
 };
+
+/// Takes the points out of a cloud, as a drawing wants them, along the Hilbert curve of SpatialOrder.h when asked for;
+/// their places follow. Needs the memory of both forms of the points.
+[[nodiscard]] std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert);
 
 /// Reads groups of files, each group one cloud, all onto one seed. The origin is the middle of all extents. Throws
 /// FileError for a file that cannot be read or lies in another reference system than the rest, Failure for an extent

@@ -68,7 +68,8 @@ std::uint32_t distance(int low, int value) {
 }
 
 /// The places on the curve of the cells of up to kLanes points.
-Lanes curveKeys(std::span<CCoor3D<int> const> points, CMaximas<int> const& box) {
+template <class Point>
+Lanes curveKeys(std::span<Point const> points, CMaximas<int> const& box) {
   Lanes x{}, y{}, keys{};
   for (std::size_t i = 0; i < points.size(); ++i) {
     x[i] = distance(box.Minimo.x, points[i].x);
@@ -107,18 +108,19 @@ unsigned partsFor(std::size_t n) {
 
 }  // namespace
 
-std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points) {
+template <class Point>
+std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points) {
   const std::size_t n = points.size();
   const unsigned parts = partsFor(n);
   CMaximas<int> box;
-  for (CCoor3D<int> const& p : points) box.Nuevo(p);
+  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
   std::vector<std::uint32_t> order(n);  // first, so that what is freed here is one piece and serves whoever asks next
   VectorCrudo<Item> items(n), other(n);
   inParallel(parts, [&](unsigned part, unsigned) {
     const std::size_t end = n * (part + 1) / parts;
     for (std::size_t i = n * part / parts; i < end; i += kLanes) {
       const std::size_t count = std::min(kLanes, end - i);
-      const Lanes keys = curveKeys(std::span(points).subspan(i, count), box);
+      const Lanes keys = curveKeys(std::span<Point const>(points).subspan(i, count), box);
       for (std::size_t k = 0; k < count; ++k) items[i + k] = {keys[k], static_cast<std::uint32_t>(i + k)};
     }
   });
@@ -130,19 +132,22 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points)
   return order;
 }
 
-template <class T>
-void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) {
-  std::vector<T> ordered(items.size());
+template <class To, class From>
+std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_t> const& order) {
+  std::vector<To> ordered(items.size());
   const unsigned parts = partsFor(items.size());
   inParallel(parts, [&](unsigned part, unsigned) {
     for (std::size_t i = items.size() * part / parts; i < items.size() * (part + 1) / parts; ++i) {
-      ordered[i] = items[order[i]];
+      ordered[i] = static_cast<To>(items[order[i]]);
     }
   });
-  items.swap(ordered);
+  return ordered;
 }
 
-template void applyOrder(std::vector<CCoor3D<int>>& items, std::vector<std::uint32_t> const& order);
-template void applyOrder(std::vector<std::uint32_t>& items, std::vector<std::uint32_t> const& order);
+template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&);
+template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&);
+template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
+template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
+template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&, std::vector<std::uint32_t> const&);
 
 }  // namespace Meseta47::host

@@ -7,17 +7,41 @@
 
 namespace Meseta47::host {
 
+/// A point of a cloud in scaled integers, in half the memory that a drawing takes for it.
+struct ScaledPoint {
+  int x, y, z;
+  std::uint16_t intensity;
+  std::uint8_t classification;
+
+  explicit operator CCoor3D<int>() const {
+    CCoor3D<int> p(x, y, z, 0);
+    p.intensidad = intensity;
+    p.clasificacion = classification;
+    return p;
+  }
+};
+
 /// The order of the points along a Hilbert curve over the cells that a run divides their extents into, so that cells
 /// are finished one after another and hardly anything of the mesh is unfinished at a time. Points of one finest cell
 /// keep the order in which they came. Element i of the result is the index of the i-th point. O(n), on all processors;
 /// the result does not depend on their number.
-std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const& points);
+template <class Point>
+std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points);
 
-/// Puts the points, or what is kept beside them, in that order: `items[i]` becomes the one that stood at `order[i]`.
+/// The points, or what is kept beside them, in that order: element i is the one that stands at `order[i]`, made a `To`.
+template <class To, class From>
+std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_t> const& order);
+
 template <class T>
-void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order);
+void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) {
+  items = inOrder<T>(items, order);
+}
 
-extern template void applyOrder(std::vector<CCoor3D<int>>& items, std::vector<std::uint32_t> const& order);
-extern template void applyOrder(std::vector<std::uint32_t>& items, std::vector<std::uint32_t> const& order);
+extern template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&);
+extern template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&);
+extern template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
+extern template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
+extern template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&,
+                                                   std::vector<std::uint32_t> const&);
 
 }  // namespace Meseta47::host

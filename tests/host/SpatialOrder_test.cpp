@@ -1,6 +1,7 @@
 #include "host/SpatialOrder.h"
 
 #include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <limits>
 #include <numeric>
@@ -49,7 +50,11 @@ TEST_P(Boxes, PointsFollowTheCurveOverTheHalvedCells) {
   std::uniform_int_distribution<int> x(b.minX, b.maxX), y(b.minY, b.maxY);
   std::vector<CCoor3D<int>> points{{b.minX, b.minY, 0, 0}, {b.maxX, b.maxY, 0, 0}};
   for (int i = 0; i < 40000; ++i) points.emplace_back(x(random), y(random), 0, 0);
-  EXPECT_EQ(hilbertOrder(points), plainOrder(points));
+  const std::vector<std::uint32_t> order = plainOrder(points);
+  EXPECT_EQ(hilbertOrder(points), order);
+  std::vector<ScaledPoint> scaled;
+  for (auto const& p : points) scaled.push_back({p.x, p.y, 7, 0, 0});
+  EXPECT_EQ(hilbertOrder(scaled), order);
 }
 
 constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
@@ -61,12 +66,22 @@ INSTANTIATE_TEST_SUITE_P(OfAnyWidth, Boxes,
                                          Box{-50001, 50002, -99999, 3}, Box{0, 1 << 20, 0, (1 << 22) - 1},
                                          Box{kMin, kMax, kMin, kMax}, Box{kMin, kMin + 70000, kMax - 70001, kMax}));
 
-TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder({}).empty()); }
+TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder(std::vector<ScaledPoint>()).empty()); }
 
 TEST(SpatialOrder, IsAppliedToWhatIsKeptBesideThePoints) {
   std::vector<std::uint32_t> places{10, 11, 12, 13};
   applyOrder(places, {2, 0, 3, 1});
   EXPECT_EQ(places, (std::vector<std::uint32_t>{12, 10, 13, 11}));
+}
+
+TEST(SpatialOrder, MakesPointsOfADrawingWithAllThatTheyHave) {
+  const std::vector<ScaledPoint> points{{1, 2, 3, 60000, 9}, {4, 5, 6, 7, 255}};
+  const std::vector<CCoor3D<int>> taken = inOrder<CCoor3D<int>>(points, {1, 0});
+  ASSERT_EQ(taken.size(), 2U);
+  CCoor3D<int> const& p = taken[1];
+  EXPECT_EQ((std::array{p.x, p.y, p.z, p.num, int{p.intensidad}, int{p.clasificacion}}),
+            (std::array{1, 2, 3, 0, 60000, 9}));
+  EXPECT_EQ(taken[0].x, 4);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "host/LoadedCloud.h"
-#include "host/SpatialOrder.h"
 #include "model/CTIN.h"
 #include "model/Codigos.h"
 #include "planar/CTriangulacion.h"
@@ -33,10 +32,9 @@ TEST_P(RealOutlines, AreTheRimOfTheModelWithoutLongerSides) {
   if (!file) GTEST_SKIP() << support::missingCloud(GetParam().file);
   host::LoadedCloud cloud = Load(*file);
   const test::QuietApp app;
-  host::applyOrder(cloud.points, host::hilbertOrder(cloud.points));
   CDibujo<int> drawing(cloud.seed);
   CSetPuntos<int> set(L"cloud");
-  set.CLinea<int>::Asigna(std::move(cloud.points));
+  set.CLinea<int>::Asigna(host::takePoints(cloud, true));
   drawing.Inserta(std::move(set));
 
   CDibujo<int> outlines(cloud.seed);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "host/LoadedCloud.h"
-#include "host/SpatialOrder.h"
 #include "model/Codigos.h"
 #include "support/ContourRun.h"
 #include "support/PlanarRun.h"
@@ -44,11 +43,10 @@ TEST_P(RealContours, AreThoseOfTheFinishedModel) {
   }
   host::LoadedCloud cloud = Load(paths);
   const test::QuietApp app;
-  host::applyOrder(cloud.points, host::hilbertOrder(cloud.points));
   const double scale = cloud.seed.Precision();
   const ContourRule rule{static_cast<std::int32_t>(std::lround(scene.interval * scale)),
                          std::llround(std::min(scene.longestSide * scale, 2147483647.0))};
-  const test::Contoured contoured = test::ContourCloud(std::move(cloud.points), rule);
+  const test::Contoured contoured = test::ContourCloud(host::takePoints(cloud, true), rule);
   ASSERT_EQ(contoured.code, kHecho);
   EXPECT_GT(contoured.lines.size(), 10U);
   EXPECT_EQ(FaultsOf(contoured), "");
