@@ -34,6 +34,7 @@ struct Survey {
   Extent extent;
   int decimals = std::numeric_limits<int>::min();
   std::uint64_t points = 0;
+  std::vector<std::uint64_t> cloudPoints;  ///< of each group, without those of vector files
 };
 
 void include(Survey& result, Input const& input, bool believe) {
@@ -47,11 +48,13 @@ void include(Survey& result, Input const& input, bool believe) {
   if (const auto extent = stream.extent(believe)) result.extent.include(*extent);
   result.decimals = std::max(result.decimals, stream.decimals());
   result.points += stream.count();
+  result.cloudPoints.back() += stream.count();
 }
 
 Survey survey(Groups const& groups, bool believe) {
   Survey result;
   for (auto const& inputs : groups) {
+    result.cloudPoints.push_back(0);
     for (Input const& input : inputs) include(result, input, believe);
   }
   return result;
@@ -167,7 +170,7 @@ void requireCountable(LoadedCloud const& cloud, std::string const& file) {
 void readCloud(LoadedCloud& cloud, std::string const& file, Reading& reading) {
   std::vector<WidePoint> batch;
   PointStream stream(file);
-  reserve(cloud, stream.count(), reading);
+  if (reading.options.bounds) reserve(cloud, stream.count(), reading);  // of many files few points may be within
   while (stream.next(reading.seed, batch)) {
     for (WidePoint const& wide : batch) append(cloud, wide, reading);
     reading.done += batch.size();
@@ -211,8 +214,9 @@ void readVector(LoadedCloud& cloud, VectorContent const& content, Reading const&
   cloud.withoutZ += content.withoutZ;
 }
 
-LoadedCloud readGroup(std::vector<Input> const& inputs, Reading& reading) {
+LoadedCloud readGroup(std::vector<Input> const& inputs, std::uint64_t points, Reading& reading) {
   LoadedCloud cloud{reading.seed, {}, 0, {}, {}};
+  if (!reading.options.bounds) reserve(cloud, points, reading);
   cloud.lines.semilla = reading.seed;
   for (Input const& input : inputs) {
     if (input.vector) {
@@ -231,7 +235,9 @@ std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, Load
   const CDataSemilla seed = seedFor(extent, precision);
   Reading reading{seed, BoundsFilter(options, seed), options, found.points, 0, app};
   std::vector<LoadedCloud> clouds;
-  for (auto const& inputs : groups) clouds.push_back(readGroup(inputs, reading));
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    clouds.push_back(readGroup(groups[i], found.cloudPoints[i], reading));
+  }
   return clouds;
 }
 
