@@ -4,6 +4,9 @@ add_library(urdimbre_objects OBJECT)
 target_link_libraries(urdimbre_objects PRIVATE urdimbre_options PUBLIC Threads::Threads)
 target_include_directories(urdimbre_objects PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 target_compile_definitions(urdimbre_objects PRIVATE URDIMBRE_BUILDING)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")  # what the library exports its own loops call too: directly, and inlined where it pays
+  target_compile_options(urdimbre_objects PRIVATE -fno-semantic-interposition)
+endif()
 
 add_library(urdimbre SHARED)
 target_link_libraries(urdimbre PRIVATE urdimbre_objects $<BUILD_INTERFACE:urdimbre_options>)
@@ -12,7 +15,8 @@ target_include_directories(urdimbre PUBLIC
 target_compile_features(urdimbre PUBLIC cxx_std_20)
 set_target_properties(urdimbre PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
-  target_link_options(urdimbre PRIVATE LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map)
+  target_link_options(urdimbre PRIVATE
+    LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map LINKER:-Bsymbolic-functions)
   set_target_properties(urdimbre PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map)
 endif()
 add_library(Urdimbre::urdimbre ALIAS urdimbre)
