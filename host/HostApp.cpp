@@ -31,7 +31,6 @@ HostApp::HostApp(CommonOptions const& options) : CWinApp(L"urdimbre"), bar_(opti
   PonProcesadores(options.threads);
   PonCarpetaTemporal(CString::DesdeUtf8(options.tempDir));
   PonManejadorInterrupcion();
-  DevuelveMemoriaLibre();
 }
 
 int HostApp::Porcentaje(int, unsigned long long valor, unsigned long long total, bool) {

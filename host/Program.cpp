@@ -12,6 +12,7 @@
 #include "host/Failure.h"
 #include "host/HostApp.h"
 #include "host/verbs/Verbs.h"
+#include "platform/Proceso.h"
 
 namespace Meseta47::host {
 
@@ -39,6 +40,7 @@ int flushed() noexcept {
 
 int run(Work const& work, CommonOptions const& common) {
   HostApp app(common);
+  DevuelveMemoriaLibre();
   try {
     work(app);
     return flushed();
