@@ -16,20 +16,20 @@ static_assert(std::is_trivially_copyable_v<CSegmento> && sizeof(CSegmento) == 16
 
 }  // namespace
 
-void CSegmentos::CNivel::Anade(CSegmento const& s, CFile* fichero) {
-  if (fichero != nullptr && cantidad == kBloqueDeFichero) Guarda(*fichero);
+void CSegmentos::CNivel::Anade(CSegmento const& s, CFile* elFichero) {
+  if (elFichero != nullptr && cantidad == kBloqueDeFichero) Guarda(*elFichero);
   if (bloques.empty() || bloques.back().size() == bloques.back().capacity()) {
-    const std::size_t mayor = fichero != nullptr ? kBloqueDeFichero - cantidad : kMayorBloque;
+    const std::size_t mayor = elFichero != nullptr ? kBloqueDeFichero - cantidad : kMayorBloque;
     bloques.emplace_back().reserve(std::min(std::max(cantidad, kMenorBloque), mayor));
   }
   bloques.back().push_back(s);
   ++cantidad;
 }
 
-void CSegmentos::CNivel::Guarda(CFile& fichero) {
-  enFichero.push_back(fichero.SeekToEnd());
+void CSegmentos::CNivel::Guarda(CFile& elFichero) {
+  enFichero.push_back(elFichero.SeekToEnd());
   for (std::vector<CSegmento> const& bloque : bloques) {
-    static_cast<void>(fichero.Write(bloque.data(), bloque.size() * sizeof(CSegmento)));  // the file keeps a failure
+    static_cast<void>(elFichero.Write(bloque.data(), bloque.size() * sizeof(CSegmento)));  // the file keeps a failure
   }
   bloques.clear();
   cantidad = 0;
@@ -38,13 +38,13 @@ void CSegmentos::CNivel::Guarda(CFile& fichero) {
 std::size_t CSegmentos::CNivel::Total() const { return enFichero.size() * kBloqueDeFichero + cantidad; }
 
 /// Appends all pieces, and empties the blocks on the way: there is not room for the level twice.
-void CSegmentos::CNivel::Recoge(std::vector<CSegmento>& segmentos, CFile* fichero) {
+void CSegmentos::CNivel::Recoge(std::vector<CSegmento>& segmentos, CFile* elFichero) {
   segmentos.reserve(Total());
   for (const long long lugar : enFichero) {
     const std::size_t antes = segmentos.size();
     segmentos.resize(antes + kBloqueDeFichero);
-    fichero->Seek(lugar, CFile::begin);
-    const bool entero = fichero->Read(segmentos.data() + antes, kBytesDeBloque) == kBytesDeBloque;
+    elFichero->Seek(lugar, CFile::begin);
+    const bool entero = elFichero->Read(segmentos.data() + antes, kBytesDeBloque) == kBytesDeBloque;
     if (!entero) segmentos.resize(antes);
   }
   for (std::vector<CSegmento>& bloque : bloques) {

@@ -57,10 +57,10 @@ class URDIMBRE_API CSegmentos {
     std::vector<std::vector<CSegmento>> bloques;
     std::size_t cantidad = 0;  ///< in memory
 
-    void Anade(CSegmento const& s, CFile* fichero);
-    void Guarda(CFile& fichero);
+    void Anade(CSegmento const& s, CFile* elFichero);
+    void Guarda(CFile& elFichero);
     std::size_t Total() const;
-    void Recoge(std::vector<CSegmento>& segmentos, CFile* fichero);
+    void Recoge(std::vector<CSegmento>& segmentos, CFile* elFichero);
   };
 
   CFile* fichero = nullptr;

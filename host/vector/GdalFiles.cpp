@@ -1,5 +1,6 @@
 #include "host/vector/GdalFiles.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cpl_string.h>
