@@ -139,7 +139,7 @@ std::vector<CCoor3D<int>> cloudOf(std::vector<std::string> const& files) {
   CommonOptions quiet;
   quiet.quiet = true;
   HostApp app(quiet);
-  return std::move(loadClouds({files}, LoadOptions(), app)[0].points);
+  return takePoints(loadClouds({files}, LoadOptions(), app)[0], false);
 }
 
 }  // namespace
