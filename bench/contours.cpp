@@ -23,8 +23,8 @@
 #include "host/Stopwatch.h"
 #include "host/generate/Noise.h"
 #include "host/generate/Terrain.h"
-#include "model/CDibujo.h"
-#include "model/IPorcentaje.h"
+#include "model/drawing/CDibujo.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CWinApp.h"
 

@@ -16,7 +16,7 @@
 #include "host/LoadedCloud.h"
 #include "host/SpatialOrder.h"
 #include "host/Stopwatch.h"
-#include "model/CTIN.h"
+#include "model/terrain/CTIN.h"
 #include "planar/CTriangulacion.h"
 #include "planar/CTriangulacion2D.h"
 #include "support/Families.h"

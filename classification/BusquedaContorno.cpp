@@ -1,9 +1,9 @@
 // The outline step that ends the searches: everything among the points found is found as well.
 #include "classification/BusquedaContorno.h"
 
-#include "model/CDataSacaLimites.h"
-#include "model/CDataTriangulacion.h"
-#include "model/Codigos.h"
+#include "model/terrain/CDataSacaLimites.h"
+#include "model/terrain/CDataTriangulacion.h"
+#include "model/threads/Codigos.h"
 #include "planar/CTriangulacion.h"
 
 namespace Meseta47 {

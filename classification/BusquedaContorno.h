@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 
 namespace Meseta47 {
 

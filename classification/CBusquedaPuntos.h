@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 
 namespace Meseta47 {
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "classification/CBusquedaFichero.h"
-#include "model/CCoor3D.h"
-#include "model/CHilo.h"
-#include "model/Codigos.h"
+#include "model/geometry/CCoor3D.h"
+#include "model/threads/CHilo.h"
+#include "model/threads/Codigos.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CFile.h"
 

@@ -1,6 +1,6 @@
 // What all searches begin and end with.
 #include "classification/CBusquedaPuntos.h"
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CFiltroPuntos.h"
 #include "planar/Cronometra.h"
 #include "planar/GuardaDeRun.h"

@@ -6,7 +6,7 @@
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CListasClases.h"
 #include "planar/CTriangulacion2D.h"
 #include "planar/Cronometra.h"

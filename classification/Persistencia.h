@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/CInfoClasificacion.h"
+#include "model/drawing/CInfoClasificacion.h"
 #include "platform/CString.h"
 
 class CWinApp;

@@ -1,7 +1,10 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS urdimbre EXPORT UrdimbreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-foreach(folder platform model planar classification shell)
+foreach(folder platform model run planar classification tetrahedral shell)
+  if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+    continue()
+  endif()
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/urdimbre/${folder}
     FILES_MATCHING PATTERN "*.h" PATTERN "posix" EXCLUDE PATTERN "windows" EXCLUDE)
 endforeach()

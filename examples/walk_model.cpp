@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CWinApp.h"
 

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "fuzz/Fuzz.h"
-#include "model/CFicheroSumado.h"
-#include "model/CModeloDigital.h"
-#include "model/Codigos.h"
+#include "model/storage/CFicheroSumado.h"
+#include "model/terrain/CModeloDigital.h"
+#include "model/threads/Codigos.h"
 #include "platform/CWinApp.h"
 
 using namespace Meseta47;

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "host/LoadedCloud.h"
-#include "model/CDataTriangulacion.h"
-#include "model/CDibujo.h"
-#include "model/CDigiTab.h"
+#include "model/drawing/CDibujo.h"
+#include "model/drawing/CDigiTab.h"
+#include "model/terrain/CDataTriangulacion.h"
 
 namespace Meseta47::host {
 

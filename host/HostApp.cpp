@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "host/Failure.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "platform/Ficheros.h"
 #include "platform/Proceso.h"
 #include "platform/Temporales.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/ProgressBar.h"
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 #include "platform/CWinApp.h"
 
 namespace Meseta47::host {

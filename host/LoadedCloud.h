@@ -10,9 +10,9 @@
 #include "host/SpatialOrder.h"
 #include "host/vector/ReferenceSystem.h"
 #include "host/vector/VectorInput.h"
-#include "model/CCoor3D.h"
-#include "model/CDataSemilla.h"
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
+#include "model/geometry/CCoor3D.h"
+#include "model/geometry/CDataSemilla.h"
 
 namespace Meseta47::host {
 

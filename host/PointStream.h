@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/CloudReader.h"
-#include "model/CDataSemilla.h"
+#include "model/geometry/CDataSemilla.h"
 
 namespace Meseta47::host {
 

@@ -7,9 +7,9 @@
 #include <thread>
 #include <utility>
 
-#include "model/CMaximas.h"
-#include "model/Hilbert.h"
-#include "model/VectorCrudo.h"
+#include "model/geometry/CMaximas.h"
+#include "model/geometry/Hilbert.h"
+#include "model/storage/VectorCrudo.h"
 #include "platform/Procesadores.h"
 
 namespace Meseta47::host {

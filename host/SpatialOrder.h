@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 
 namespace Meseta47::host {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/CCirculo.h"
+#include "model/geometry/CCirculo.h"
 
 namespace Meseta47 {
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <vector>
 
-#include "model/CDataTriangulacion.h"
-#include "model/CDibujo.h"
-#include "model/CPosicionEntidad.h"
+#include "model/drawing/CDibujo.h"
+#include "model/drawing/CPosicionEntidad.h"
+#include "model/terrain/CDataTriangulacion.h"
 
 namespace Meseta47 {
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <new>
 
-#include "model/CRango.h"
-#include "model/CTIN.h"
+#include "model/geometry/CRango.h"
+#include "model/terrain/CTIN.h"
 #include "platform/Anticipa.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "model/CLado.h"
+#include "model/terrain/CLado.h"
 #include "planar/CResumenPlano.h"
 #include "platform/CFile.h"
 #include "platform/Manejadores.h"

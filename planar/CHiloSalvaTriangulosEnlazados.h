@@ -3,7 +3,7 @@
 #include <atomic>
 #include <vector>
 
-#include "model/CHilo.h"
+#include "model/threads/CHilo.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 
 namespace Meseta47 {
 

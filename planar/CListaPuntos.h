@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/CMaximas.h"
+#include "model/geometry/CMaximas.h"
 
 class CFile;
 

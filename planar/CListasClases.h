@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "model/CDataTriangulacion.h"
-#include "model/CInfoClasificacion.h"
+#include "model/drawing/CInfoClasificacion.h"
+#include "model/terrain/CDataTriangulacion.h"
 
 namespace Meseta47 {
 

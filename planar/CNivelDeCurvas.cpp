@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "model/Juntas.h"
+#include "model/drawing/Juntas.h"
 
 namespace Meseta47 {
 

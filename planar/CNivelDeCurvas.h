@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/CLinea.h"
+#include "model/drawing/CLinea.h"
 #include "planar/CSegmentos.h"
 
 namespace Meseta47 {

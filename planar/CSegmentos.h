@@ -6,7 +6,7 @@
 #include <map>
 #include <vector>
 
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 #include "platform/CFile.h"
 
 namespace Meseta47 {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/CMaximas.h"
+#include "model/geometry/CMaximas.h"
 #include "planar/CAbanico.h"
 #include "planar/CSetLados2D.h"
 #include "planar/CTriangulo2D.h"

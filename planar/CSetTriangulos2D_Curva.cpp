@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
-#include "model/CDibujo.h"
-#include "model/COrdenaPunto.h"
+#include "model/drawing/CDibujo.h"
+#include "model/geometry/COrdenaPunto.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
 

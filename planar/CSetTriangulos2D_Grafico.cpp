@@ -1,5 +1,5 @@
 // The tree of sets as a drawing, for the eye.
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "planar/CSetTriangulos2D.h"
 
 namespace Meseta47 {

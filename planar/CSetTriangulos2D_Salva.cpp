@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/CTIN.h"
+#include "model/terrain/CTIN.h"
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CFile.h"
 

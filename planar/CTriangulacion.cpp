@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "model/CTIN.h"
-#include "model/Hilbert.h"
+#include "model/geometry/Hilbert.h"
+#include "model/terrain/CTIN.h"
 #include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
 

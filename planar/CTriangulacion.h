@@ -2,11 +2,11 @@
 
 #include <vector>
 
-#include "model/CDataSacaLimites.h"
-#include "model/CDataSemilla.h"
-#include "model/CDataTriangulacion.h"
-#include "model/CDibujo.h"
-#include "model/CObjetoFichero.h"
+#include "model/drawing/CDibujo.h"
+#include "model/drawing/CObjetoFichero.h"
+#include "model/geometry/CDataSemilla.h"
+#include "model/terrain/CDataSacaLimites.h"
+#include "model/terrain/CDataTriangulacion.h"
 
 namespace Meseta47 {
 

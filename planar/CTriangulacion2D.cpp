@@ -4,7 +4,7 @@
 #include <chrono>
 #include <thread>
 
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 #include "platform/CSingleLock.h"
 #include "platform/CWinApp.h"
 #include "platform/Temporales.h"

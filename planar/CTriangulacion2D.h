@@ -6,12 +6,12 @@
 #include <memory>
 #include <vector>
 
-#include "model/CDataTriangulacion.h"
-#include "model/CDibujo.h"
-#include "model/CInfoClasificacion.h"
-#include "model/CNivelMensajes.h"
-#include "model/CPosicionEntidad.h"
-#include "model/Codigos.h"
+#include "model/drawing/CDibujo.h"
+#include "model/drawing/CInfoClasificacion.h"
+#include "model/drawing/CPosicionEntidad.h"
+#include "model/terrain/CDataTriangulacion.h"
+#include "model/threads/CNivelMensajes.h"
+#include "model/threads/Codigos.h"
 #include "planar/CDivisiones2D.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 #include "planar/CPosicion.h"
@@ -45,9 +45,9 @@ class IPorcentaje;
 /// mesh is in memory, below 40 bytes a point beyond the drawing for a cloud that comes in a spatial order.
 ///
 /// A run works on the stored points themselves: it writes their numbers and keeps pointers to them, so a drawing must
-/// not move its points while one is on. Runs answer the codes of model/Codigos.h and report to the application's
-/// IPorcentaje. One object does one run at a time, for one thread; several objects may run side by side on their own
-/// drawings.
+/// not move its points while one is on. Runs answer the codes of model/threads/Codigos.h and report to the
+/// application's IPorcentaje. One object does one run at a time, for one thread; several objects may run side by side
+/// on their own drawings.
 class URDIMBRE_API CTriangulacion2D {
  public:
   using CDivisiones = CDivisiones2D;

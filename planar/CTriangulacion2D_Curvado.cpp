@@ -1,7 +1,7 @@
 // Contour lines: the worker cuts triangles as their cells close, and the segments are joined level by level.
 #include <utility>
 
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CNivelDeCurvas.h"
 #include "planar/GuardaDeRun.h"
 

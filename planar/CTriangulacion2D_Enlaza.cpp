@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <new>
 
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
 #include "planar/PunteroDeRun.h"

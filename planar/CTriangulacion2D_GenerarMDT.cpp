@@ -6,10 +6,10 @@
 #include <limits>
 #include <utility>
 
-#include "model/CRango.h"
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
-#include "model/OrdenDePuntos.h"
+#include "model/geometry/CRango.h"
+#include "model/geometry/OrdenDePuntos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CHiloGenerarMDT.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CEvent.h"

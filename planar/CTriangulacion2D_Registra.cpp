@@ -1,8 +1,8 @@
 // A point set in the numbering that the temporary file uses.
-#include "model/CIntensidadTipo.h"
-#include "model/CRGBTipo.h"
-#include "model/CSetPuntosMdt.h"
-#include "model/IPorcentaje.h"
+#include "model/drawing/CIntensidadTipo.h"
+#include "model/drawing/CRGBTipo.h"
+#include "model/terrain/CSetPuntosMdt.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
 

@@ -1,7 +1,7 @@
 // The filling phase: a pass that counts and measures, a division of space sized by it, and a pass that records in every
 // cell which point will be its last.
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
 

@@ -1,6 +1,6 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/Cronometra.h"
 #include "planar/GuardaDeRun.h"
 

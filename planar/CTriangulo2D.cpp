@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "model/CReserva.h"
-#include "model/CirculoExacto.h"
+#include "model/geometry/CirculoExacto.h"
+#include "model/storage/CReserva.h"
 
 namespace Meseta47 {
 

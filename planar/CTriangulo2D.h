@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/CCentro.h"
-#include "model/CCirculo.h"
-#include "model/CMaximas.h"
+#include "model/geometry/CCentro.h"
+#include "model/geometry/CCirculo.h"
+#include "model/geometry/CMaximas.h"
 #include "planar/CLado2D.h"
 
 namespace Meseta47 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/CLinea.h"
+#include "model/drawing/CLinea.h"
 
 namespace Meseta47 {
 

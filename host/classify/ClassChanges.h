@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 
 namespace Meseta47::host {
 

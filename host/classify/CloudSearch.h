@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json_fwd.hpp>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CString.h"
 

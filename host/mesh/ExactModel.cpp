@@ -7,7 +7,7 @@
 
 #include "host/FileError.h"
 #include "host/mesh/SurfaceSource.h"
-#include "model/CModeloDigital.h"
+#include "model/terrain/CModeloDigital.h"
 
 namespace Meseta47::host {
 

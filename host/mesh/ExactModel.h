@@ -7,7 +7,7 @@
 
 #include "host/HostApp.h"
 #include "host/mesh/Surface.h"
-#include "model/CCoor3D.h"
+#include "model/geometry/CCoor3D.h"
 
 namespace Meseta47::host {
 

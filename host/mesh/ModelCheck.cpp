@@ -8,7 +8,7 @@
 
 #include "host/Failure.h"
 #include "host/FileError.h"
-#include "model/CirculoExacto.h"
+#include "model/geometry/CirculoExacto.h"
 
 namespace Meseta47::host {
 

@@ -10,7 +10,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/mesh/PlyReader.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {

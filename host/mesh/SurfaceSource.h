@@ -5,7 +5,7 @@
 #include "host/CloudOptions.h"
 #include "host/HostApp.h"
 #include "host/mesh/Surface.h"
-#include "model/CModeloDigital.h"
+#include "model/terrain/CModeloDigital.h"
 
 namespace Meseta47::host {
 

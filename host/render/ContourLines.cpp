@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 
 namespace Meseta47::host {
 

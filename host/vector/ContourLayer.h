@@ -5,8 +5,8 @@
 
 #include "host/vector/ContourLevels.h"
 #include "host/vector/VectorOutput.h"
-#include "model/CDataSemilla.h"
-#include "model/CLinea.h"
+#include "model/drawing/CLinea.h"
+#include "model/geometry/CDataSemilla.h"
 
 namespace Meseta47::host {
 

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "host/Failure.h"
-#include "model/CIndiceAnillos.h"
+#include "model/drawing/CIndiceAnillos.h"
 
 namespace Meseta47::host {
 

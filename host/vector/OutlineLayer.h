@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/vector/VectorOutput.h"
-#include "model/CTIN.h"
+#include "model/terrain/CTIN.h"
 
 namespace Meseta47::host {
 

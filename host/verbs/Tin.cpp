@@ -11,8 +11,8 @@
 #include "host/Stopwatch.h"
 #include "host/vector/OutlineLayer.h"
 #include "host/verbs/Verbs.h"
-#include "model/CModeloDigital.h"
-#include "model/CRango.h"
+#include "model/geometry/CRango.h"
+#include "model/terrain/CModeloDigital.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"
 

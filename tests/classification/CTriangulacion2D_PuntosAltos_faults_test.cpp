@@ -3,7 +3,7 @@
 #include <system_error>
 
 #include "classification/SearchScene.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/FaultGuard.h"
 
 namespace Meseta47 {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "classification/SearchScene.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 
 namespace Meseta47 {
 namespace {

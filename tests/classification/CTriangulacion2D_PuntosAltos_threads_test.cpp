@@ -8,7 +8,7 @@
 #include <set>
 
 #include "classification/SearchScene.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/PlanarSizes.h"
 
 namespace Meseta47 {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "classification/SearchScene.h"
-#include "model/CModeloDigital.h"
+#include "model/terrain/CModeloDigital.h"
 #include "planar/PhaseScenes.h"
 #include "support/ScratchFolder.h"
 #include "support/WorkingFolder.h"

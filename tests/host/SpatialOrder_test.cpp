@@ -7,8 +7,8 @@
 #include <numeric>
 #include <random>
 
-#include "model/CMaximas.h"
-#include "model/Hilbert.h"
+#include "model/geometry/CMaximas.h"
+#include "model/geometry/Hilbert.h"
 
 namespace Meseta47::host {
 namespace {

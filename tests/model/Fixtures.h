@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "model/CSetPuntos.h"
+#include "model/drawing/CSetPuntos.h"
 #include "platform/CFile.h"
 
 namespace Meseta47 {

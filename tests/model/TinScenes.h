@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/CTIN.h"
-#include "model/IPorcentaje.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/IPorcentaje.h"
 #include "platform/CWinApp.h"
 
 /// Surfaces made by hand, and what an independent count says of them.

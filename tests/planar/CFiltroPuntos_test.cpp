@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <limits>
 
-#include "model/CSetPuntos.h"
+#include "model/drawing/CSetPuntos.h"
 #include "support/PlanarScene.h"
 
 namespace Meseta47 {

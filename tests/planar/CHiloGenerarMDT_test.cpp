@@ -4,7 +4,7 @@
 #include <cstring>
 #include <gmock/gmock.h>
 
-#include "model/CRango.h"
+#include "model/geometry/CRango.h"
 #include "planar/PhaseScenes.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"

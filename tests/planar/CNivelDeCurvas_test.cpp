@@ -5,7 +5,7 @@
 #include <limits>
 #include <random>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 
 namespace Meseta47 {
 namespace {

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <tuple>
 
-#include "model/CTIN.h"
-#include "model/Codigos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/Codigos.h"
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CFile.h"
 #include "support/FaultGuard.h"

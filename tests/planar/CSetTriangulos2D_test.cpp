@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "support/SetScene.h"
 
 namespace Meseta47 {

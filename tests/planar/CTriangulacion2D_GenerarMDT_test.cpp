@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <limits>
 
-#include "model/CRango.h"
+#include "model/geometry/CRango.h"
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
 #include "support/ReferenceDelaunay.h"

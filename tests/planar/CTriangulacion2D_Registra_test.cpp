@@ -1,8 +1,8 @@
 // The points of a drawing in the numbering of the temporary file.
 #include <gmock/gmock.h>
 
-#include "model/CIntensidadTipo.h"
-#include "model/CRGBTipo.h"
+#include "model/drawing/CIntensidadTipo.h"
+#include "model/drawing/CRGBTipo.h"
 #include "planar/PhaseScenes.h"
 
 namespace Meseta47 {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <stdexcept>
 
-#include "model/CRango.h"
+#include "model/geometry/CRango.h"
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
 

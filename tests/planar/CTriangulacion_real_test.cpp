@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "host/LoadedCloud.h"
-#include "model/CTIN.h"
-#include "model/Codigos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/Codigos.h"
 #include "planar/CTriangulacion.h"
 #include "support/OutlineOracle.h"
 #include "support/PlanarRun.h"

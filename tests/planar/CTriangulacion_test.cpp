@@ -7,7 +7,7 @@
 #include <string>
 #include <thread>
 
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/Families.h"
 #include "support/FaultGuard.h"
 #include "support/OutlineOracle.h"

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <limits>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "planar/CSetTriangulos2D.h"
 #include "support/ExactInteger.h"
 #include "support/PlanarScene.h"

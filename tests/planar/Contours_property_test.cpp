@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/ContourRun.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarRun.h"

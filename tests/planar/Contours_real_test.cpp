@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/LoadedCloud.h"
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/ContourRun.h"
 #include "support/PlanarRun.h"
 #include "support/PlanarSizes.h"

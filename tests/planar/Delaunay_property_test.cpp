@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "model/Codigos.h"
+#include "model/threads/Codigos.h"
 #include "support/Extremes.h"
 #include "support/MeshOracle.h"
 #include "support/PlanarFeeds.h"

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "model/CTIN.h"
-#include "model/Codigos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/Codigos.h"
 #include "support/Canonical.h"
 #include "support/PlanarRun.h"
 #include "support/PlanarScene.h"

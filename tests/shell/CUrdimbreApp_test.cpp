@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "model/IPorcentaje.h"
+#include "model/threads/IPorcentaje.h"
 
 TEST(CUrdimbreApp, IsCurrentWhileTheProgramHasNoApplicationOfItsOwn) {
   EXPECT_EQ(AfxGetModuleState()->m_pCurrentWinApp, &UrdimbreApp());

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "model/CTIN.h"
-#include "model/Codigos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/Codigos.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::test {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "support/ContourFaults.h"
 #include "support/Mesh.h"
 #include "support/PlainContours.h"

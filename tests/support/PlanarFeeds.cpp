@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <ostream>
 
-#include "model/Hilbert.h"
+#include "model/geometry/Hilbert.h"
 
 namespace Meseta47::test {
 

@@ -4,8 +4,8 @@
 #include <ostream>
 #include <sstream>
 
-#include "model/CTIN.h"
-#include "model/Codigos.h"
+#include "model/terrain/CTIN.h"
+#include "model/threads/Codigos.h"
 #include "support/Canonical.h"
 #include "support/PlanarRun.h"
 

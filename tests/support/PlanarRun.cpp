@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "model/CSetPuntos.h"
-#include "model/Codigos.h"
+#include "model/drawing/CSetPuntos.h"
+#include "model/threads/Codigos.h"
 
 namespace Meseta47::test {
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/CDibujo.h"
-#include "model/IPorcentaje.h"
+#include "model/drawing/CDibujo.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CWinApp.h"
 #include "support/Families.h"

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "model/CMaximas.h"
+#include "model/geometry/CMaximas.h"
 #include "planar/CLado2D.h"
 #include "planar/CTriangulo2D.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/HostScenes.h"
-#include "model/CModeloDigital.h"
+#include "model/terrain/CModeloDigital.h"
 
 namespace Meseta47::host {
 namespace {

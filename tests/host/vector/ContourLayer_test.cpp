@@ -1,7 +1,7 @@
 #include "host/vector/ContourLayer.h"
 
 #include "host/Failure.h"
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "tests/host/vector/VectorScenes.h"
 
 using namespace Meseta47;

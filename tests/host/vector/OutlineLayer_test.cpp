@@ -3,7 +3,7 @@
 #include <functional>
 #include <numeric>
 
-#include "model/CDibujo.h"
+#include "model/drawing/CDibujo.h"
 #include "planar/CTriangulacion2D.h"
 #include "tests/host/vector/VectorScenes.h"
 

@@ -1,8 +1,0 @@
-#include "model/CMaximas.h"
-
-namespace Meseta47 {
-
-template class CMaximas<int>;
-template class CMaximas<double>;
-
-}  // namespace Meseta47

@@ -1,9 +1,0 @@
-#include "model/IPorcentaje.h"
-
-#include "platform/CWinApp.h"
-
-namespace Meseta47 {
-
-IPorcentaje* BuscaPorcentaje() { return dynamic_cast<IPorcentaje*>(AfxGetModuleState()->m_pCurrentWinApp); }
-
-}  // namespace Meseta47
