@@ -1,10 +1,9 @@
 // What all searches begin and end with.
 #include "classification/CBusquedaPuntos.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/Cronometra.h"
 #include "planar/GuardaDeRun.h"
-#include "planar/PunteroDeRun.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47 {
 
@@ -12,22 +11,15 @@ namespace {
 
 constexpr unsigned kMensajeRegistra = 19020;
 
-struct CBorraNumeros {
-  bool Entidad(CLinea<int> const&) { return true; }
-  bool Entera(CLinea<int> const&) { return false; }
-  CPaso Punto(CLinea<int> const& e, unsigned, unsigned k) {
-    PunteroDeRun(e, k)->num = 0;
-    return CPaso::Sigue;
-  }
-};
-
 }  // namespace
 
 /// The points of the further drawings that take part may hold numbers of an earlier run, and one that is not given
 /// another must not pass for a point of this one. The others keep theirs: they are not this search's.
 void CTriangulacion2D::BorraNumeros(std::vector<CDibujo<int>*> const& otros) const {
   for (CDibujo<int> const* otro : otros) {
-    if (otro != nullptr) RecorrePuntos(*otro, CFiltroPuntos(datos, Precision(), *otro), nullptr, CBorraNumeros());
+    if (otro == nullptr) continue;
+    RecorrePuntos(*otro, CFiltroPuntos(datos, Precision(), *otro), nullptr,
+                  [](CLinea<int> const& e, unsigned, unsigned k) { PuntoDeRun(e, k)->num = 0; });
   }
 }
 
@@ -56,7 +48,7 @@ int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> co
   unsigned long long contador = 0;
   const auto registra = [&](CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
     return RecorreMalla(d, contador, cantidadPuntos, elegidos,
-                        [&](CLinea<int> const& e, unsigned k) { busqueda.Anade(PunteroDeRun(e, k)); });
+                        [&](CLinea<int> const& e, unsigned k) { busqueda.Anade(PuntoDeRun(e, k)); });
   };
   int codigo = registra(dibujo, seleccion);
   for (std::size_t i = 0; codigo == kHecho && otros != nullptr && i < otros->size(); ++i) {

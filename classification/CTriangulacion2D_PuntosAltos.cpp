@@ -7,10 +7,10 @@
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CListasClases.h"
 #include "planar/CTriangulacion2D.h"
 #include "planar/Cronometra.h"
 #include "platform/Procesadores.h"
+#include "run/CListasClases.h"
 
 namespace Meseta47 {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "planar/CListaPuntos.h"
+#include "run/CListaPuntos.h"
 
 namespace Meseta47 {
 

@@ -6,8 +6,8 @@
 
 #include "model/geometry/Hilbert.h"
 #include "model/terrain/CTIN.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47 {
 
@@ -29,10 +29,9 @@ struct CRecogida {
     puntos.reserve(puntos.size() + static_cast<std::size_t>(e.NPuntos()));
     return false;
   }
-  CPaso Punto(CLinea<int> const& e, unsigned, unsigned k) {
+  void operator()(CLinea<int> const& e, unsigned, unsigned k) {
     CCoor3D<int> const& p = e.Punto(static_cast<int>(k));
     puntos.emplace_back(p.x, p.y, p.z, 0);
-    return CPaso::Sigue;
   }
 };
 

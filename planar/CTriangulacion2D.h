@@ -14,7 +14,6 @@
 #include "model/threads/Codigos.h"
 #include "planar/CDivisiones2D.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
-#include "planar/CPosicion.h"
 #include "planar/CResumenPlano.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
@@ -22,6 +21,7 @@
 #include "platform/CFile.h"
 #include "platform/CString.h"
 #include "platform/Manejadores.h"
+#include "run/CPosicion.h"
 
 class CStdioFile;
 

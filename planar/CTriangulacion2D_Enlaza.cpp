@@ -4,11 +4,10 @@
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
-#include "planar/PunteroDeRun.h"
 #include "platform/CSingleLock.h"
 #include "platform/Temporales.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47 {
 
@@ -166,7 +165,7 @@ int CTriangulacion2D::InsertaSemillas(CTrabajo& trabajo) {
     if (dibujo == nullptr || lugar.entidad >= dibujo->Cantidad()) continue;
     CLinea<int> const& linea = (*dibujo)[lugar.entidad];
     if (lugar.punto >= static_cast<unsigned>(linea.NPuntos())) continue;
-    CCoor3D<int>* p = PunteroDeRun(linea, lugar.punto);
+    CCoor3D<int>* p = PuntoDeRun(linea, lugar.punto);
     CInfoClasificacion info(p->clasificacion, 0.0, CString());
     unsigned short intensidad = p->intensidad;
     const bool afinidad = trabajo.EsAfinidad();
@@ -267,21 +266,13 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
 /// Gives the points of a class run the classes found for their numbers.
 void CTriangulacion2D::PonClases(CDibujo<int>& dibujo, CTrabajo const& trabajo) {
   if (!trabajo.EsAfinidad()) return;
-  const CFiltroPuntos filtro(datos, Precision(), dibujo, true);
-  struct CVisita {
-    CDibujo<int>& dibujo;
-    std::vector<CInfoClasificacion> const& infos;
-    bool Entidad(CLinea<int> const&) { return true; }
-    bool Entera(CLinea<int> const&) { return false; }
-    CPaso Punto(CLinea<int> const& e, unsigned entidad, unsigned k) {
-      const int num = e.PunteroAPunto(static_cast<int>(k))->num;
-      if (num == 0) return CPaso::Sigue;
-      CInfoClasificacion const& hallada = infos[static_cast<std::size_t>(num) - 1];
-      dibujo[entidad].SetClasificacion(CInfoClasificacion(hallada.GetTipo(), 0.0, CString()), static_cast<int>(k));
-      return CPaso::Sigue;
-    }
-  };
-  RecorrePuntos(dibujo, filtro, trabajo.seleccion, CVisita{dibujo, trabajo.infos});
+  const CFiltroPuntos filtro(datos, Precision(), dibujo, CFiltroPuntos::CPor::DibujoYClases);
+  RecorrePuntos(dibujo, filtro, trabajo.seleccion, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+    const int num = e.PunteroAPunto(static_cast<int>(k))->num;
+    if (num == 0) return;
+    CInfoClasificacion const& hallada = trabajo.infos[static_cast<std::size_t>(num) - 1];
+    dibujo[entidad].SetClasificacion(CInfoClasificacion(hallada.GetTipo(), 0.0, CString()), static_cast<int>(k));
+  });
 }
 
 int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {

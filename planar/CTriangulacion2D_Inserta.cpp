@@ -4,10 +4,9 @@
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
-#include "planar/PunteroDeRun.h"
 #include "platform/CWinApp.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47 {
 
@@ -32,36 +31,6 @@ std::size_t PrimeraSemilla(std::vector<CPosicion> const& semillas, short lista) 
   const auto esta = [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); };
   return static_cast<std::size_t>(std::find_if(semillas.begin(), semillas.end(), esta) - semillas.begin());
 }
-
-/// Hands each point that is no seed to `triangula`, which answers whether to go on.
-template <class F>
-struct CVisitaResto {
-  std::vector<CPosicion> const& semillas;
-  std::size_t cursor;
-  IPorcentaje* porcentaje;
-  int nivel;
-  F const& triangula;
-  short lista;
-  int& contador;
-  unsigned total;
-  int codigo = kHecho;
-
-  bool Entidad(CLinea<int> const&) { return true; }
-  bool Entera(CLinea<int> const&) { return false; }
-  CPaso Punto(CLinea<int> const& e, unsigned entidad, unsigned k) {
-    const CPosicion aqui(static_cast<unsigned>(lista), entidad, k);
-    if (cursor < semillas.size() && semillas[cursor] == aqui) {
-      ++cursor;  // it is in already
-      return CPaso::Sigue;
-    }
-    ++contador;
-    if (porcentaje != nullptr && porcentaje->Porcentaje(nivel, static_cast<unsigned>(contador), total, false) == 0) {
-      codigo = kCancelado;
-      return CPaso::Termina;
-    }
-    return triangula(e, entidad, k) ? CPaso::Sigue : CPaso::Termina;
-  }
-};
 
 }  // namespace
 
@@ -138,25 +107,37 @@ int CTriangulacion2D::InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo
                                          CStdioFile* registro) {
   const bool afinidad = modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
   const bool curvas = modo == CHiloSalvaTriangulosEnlazados::CURVA;
-  const auto triangula = [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
-    CCoor3D<int>* p = PunteroDeRun(e, k);
-    std::optional<CInfoClasificacion> info;
-    unsigned short intensidad = p->intensidad;
-    if (afinidad) info.emplace(p->clasificacion, 0.0, CString());
-    unsigned suA = 0, suB = 0;
-    if (!TriangulaPunto(p, lista, entidad, k, suA, suB, !curvas, curvas, tolerancia, afinidad ? &*info : nullptr,
-                        afinidad ? infos : nullptr, afinidad ? &intensidad : nullptr, afinidad ? intensidades : nullptr,
-                        registro)) {
-      return false;  // reported already: the list ends here and the run goes on with what it has
-    }
-    a += suA;
-    b += suB;
-    return true;
-  };
-  CVisitaResto<decltype(triangula)> visita{
-      primerosPuntos, PrimeraSemilla(primerosPuntos, lista), Progreso(), mensajes, triangula, lista, contador, total};
-  RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion, visita);
-  return visita.codigo;
+  std::size_t cursor = PrimeraSemilla(primerosPuntos, lista);
+  IPorcentaje* porcentaje = Progreso();
+  int codigo = kHecho;
+  RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion,
+                [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+                  if (cursor < primerosPuntos.size() &&
+                      primerosPuntos[cursor] == CPosicion(static_cast<unsigned>(lista), entidad, k)) {
+                    ++cursor;  // it is in already
+                    return true;
+                  }
+                  ++contador;
+                  if (porcentaje != nullptr &&
+                      porcentaje->Porcentaje(mensajes, static_cast<unsigned>(contador), total, false) == 0) {
+                    codigo = kCancelado;
+                    return false;
+                  }
+                  CCoor3D<int>* p = PuntoDeRun(e, k);
+                  std::optional<CInfoClasificacion> info;
+                  unsigned short intensidad = p->intensidad;
+                  if (afinidad) info.emplace(p->clasificacion, 0.0, CString());
+                  unsigned suA = 0, suB = 0;
+                  if (!TriangulaPunto(p, lista, entidad, k, suA, suB, !curvas, curvas, tolerancia,
+                                      afinidad ? &*info : nullptr, afinidad ? infos : nullptr,
+                                      afinidad ? &intensidad : nullptr, afinidad ? intensidades : nullptr, registro)) {
+                    return false;  // reported already: the list ends here and the run goes on with what it has
+                  }
+                  a += suA;
+                  b += suB;
+                  return true;
+                });
+  return codigo;
 }
 
 int CTriangulacion2D::InsertaRestoPuntos(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b,

@@ -2,8 +2,8 @@
 // cell which point will be its last.
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/CTriangulacion2D.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47 {
 
@@ -12,86 +12,27 @@ namespace {
 constexpr unsigned kMensajeRellena = 19020;
 constexpr unsigned kMinimoPuntos = 3;
 
-/// A progress interface, if any, and how far it has been told.
-struct CMarcha {
-  IPorcentaje* porcentaje;
-  int nivel;
-  unsigned& progreso;
-  unsigned total;
-
-  /// One step more; false when the run is cancelled.
-  [[nodiscard]] bool Avanza() const {
-    if (porcentaje == nullptr) return true;
-    ++progreso;
-    return porcentaje->Porcentaje(nivel, progreso, total, false) != 0;
-  }
-};
-
-/// Counts the points and takes the extents. An entity that lies wholly in the window is counted as a whole, also in a
-/// cloud of which some classes don't count: the number only sizes the divisions.
-struct CCuenta {
-  CMarcha marcha;
-  CFiltroPuntos const& filtro;
-  CMaximas<int>& caja;
-  unsigned& cuenta;
-  int codigo = kHecho;
-
-  bool Entidad(CLinea<int> const&) {
-    if (marcha.Avanza()) return true;
-    codigo = kCancelado;
-    return false;
-  }
-  bool Entera(CLinea<int> const& e) {
-    if (!filtro.TodaEnVentana(e)) return false;
-    cuenta += static_cast<unsigned>(e.NPuntos());
-    caja.Nuevo(e.maximas);
-    return true;
-  }
-  CPaso Punto(CLinea<int> const& e, unsigned, unsigned k) {
-    ++cuenta;
-    caja.Nuevo(*e.PunteroAPunto(static_cast<int>(k)));
-    return CPaso::Sigue;
-  }
-};
-
-/// Hands each point to `registra`.
-template <class F>
-struct CRegistro {
-  CMarcha marcha;
-  F registra;
-  int codigo = kHecho;
-
-  bool Entidad(CLinea<int> const&) { return true; }
-  bool Entera(CLinea<int> const&) { return false; }
-  CPaso Punto(CLinea<int> const& e, unsigned entidad, unsigned k) {
-    if (!marcha.Avanza()) {
-      codigo = kCancelado;
-      return CPaso::Termina;
-    }
-    registra(*e.PunteroAPunto(static_cast<int>(k)), entidad, k);
-    return CPaso::Sigue;
-  }
-};
-
 }  // namespace
 
 int CTriangulacion2D::Rellena(short lista, CDibujo<int> const& dibujo, CMaximas<int>& caja, unsigned& cuenta,
                               unsigned& progreso, unsigned total, bool contar,
                               std::vector<CPosicionEntidad> const* seleccion, bool registra) {
   const CFiltroPuntos filtro(datos, Precision(), dibujo);
-  const CMarcha marcha{Progreso(), mensajes, progreso, total};
+  CMarcha marcha(Progreso(), mensajes, total, progreso);
+  int codigo = kHecho;
   if (contar) {
-    CCuenta visita{marcha, filtro, caja, cuenta};
-    RecorrePuntos(dibujo, filtro, seleccion, visita);
-    return visita.codigo;
+    CCuentaPuntos suya{cuenta, caja};
+    codigo = CuentaPuntos(dibujo, filtro, seleccion, marcha, suya);
+    cuenta = suya.cuantos;
+    caja = suya.caja;
+  } else {
+    codigo = RecorrePuntos(dibujo, filtro, seleccion, marcha, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+      ColocaIndices(*e.PunteroAPunto(static_cast<int>(k)), lista, entidad, k, registra);
+      ++cantidadPuntos;
+    });
   }
-  const auto coloca = [&](CCoor3D<int> const& p, unsigned entidad, unsigned punto) {
-    ColocaIndices(p, lista, entidad, punto, registra);
-    ++cantidadPuntos;
-  };
-  CRegistro<decltype(coloca)> visita{marcha, coloca};
-  RecorrePuntos(dibujo, filtro, seleccion, visita);
-  return visita.codigo;
+  if (marcha.HayQuienEscuche()) progreso = static_cast<unsigned>(marcha.Hechos());
+  return codigo;
 }
 
 int CTriangulacion2D::Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
@@ -136,11 +77,13 @@ int CTriangulacion2D::Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<in
 
 int CTriangulacion2D::Rellena(short lista, CTIN& tin, CMaximas<int>& caja, unsigned& cuenta, unsigned& progreso,
                               unsigned total, bool contar) {
-  const CMarcha marcha{Progreso(), mensajes, progreso, total};
+  CMarcha marcha(Progreso(), mensajes, total, progreso);
   CSetPuntosMdt const& puntos = tin.puntos;
-  for (unsigned i = 0; i < puntos.size(); ++i) {
-    if (!marcha.Avanza()) return kCancelado;
-    if (contar) {
+  int codigo = kHecho;
+  for (unsigned i = 0; codigo == kHecho && i < puntos.size(); ++i) {
+    if (!marcha.Avanza()) {
+      codigo = kCancelado;
+    } else if (contar) {
       ++cuenta;
       caja.Nuevo(puntos[i]);
     } else {
@@ -148,7 +91,8 @@ int CTriangulacion2D::Rellena(short lista, CTIN& tin, CMaximas<int>& caja, unsig
       ++cantidadPuntos;
     }
   }
-  return kHecho;
+  if (marcha.HayQuienEscuche()) progreso = static_cast<unsigned>(marcha.Hechos());
+  return codigo;
 }
 
 int CTriangulacion2D::Rellena(CTIN& tin) {

@@ -11,12 +11,12 @@
 #include "host/Stopwatch.h"
 #include "host/vector/ContourLayer.h"
 #include "host/verbs/Verbs.h"
-#include "planar/CFiltroPuntos.h"
 #include "planar/CNivelDeCurvas.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CFile.h"
 #include "platform/Proceso.h"
 #include "platform/Temporales.h"
+#include "run/CFiltroPuntos.h"
 
 namespace Meseta47::host {
 

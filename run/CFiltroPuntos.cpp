@@ -1,6 +1,6 @@
-#include "planar/CFiltroPuntos.h"
+#include "run/CFiltroPuntos.h"
 
-#include "planar/CListasClases.h"
+#include "run/CListasClases.h"
 
 namespace Meseta47 {
 
@@ -15,13 +15,12 @@ bool Casa(CLinea<int> const& e, CDigiTab const& codigos) {
 
 }  // namespace
 
-CFiltroPuntos::CFiltroPuntos(CDataTriangulacion const& losDatos, double escala, CDibujo<int> const& dibujo,
-                             bool clasesSiempre)
+CFiltroPuntos::CFiltroPuntos(CDataTriangulacion const& losDatos, double escala, CDibujo<int> const& dibujo, CPor por)
     : datos(losDatos),
       zMin(losDatos.zMin * escala),
       zMax(losDatos.zMax * escala),
-      nube(dibujo.tipoNube >= 1 && dibujo.tipoNube <= 3),
-      porClases(nube || clasesSiempre) {
+      nube(por != CPor::CodigosSiempre && dibujo.tipoNube >= 1 && dibujo.tipoNube <= 3),
+      porClases(nube || por == CPor::DibujoYClases) {
   if (porClases) PreparaClases();
 }
 

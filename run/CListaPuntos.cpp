@@ -1,4 +1,4 @@
-#include "planar/CListaPuntos.h"
+#include "run/CListaPuntos.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "planar/CFiltroPuntos.h"
+#include "run/Recorrido.h"
 
 #include <array>
 #include <gmock/gmock.h>
@@ -45,7 +45,7 @@ struct Visitor {
     wholes += takesWholes ? 1 : 0;
     return takesWholes;
   }
-  CPaso Punto(CLinea<int> const&, unsigned entity, unsigned point) {
+  CPaso operator()(CLinea<int> const&, unsigned entity, unsigned point) {
     points.emplace_back(entity, point);
     if (points.size() - 1 == endAt) return CPaso::Termina;
     return points.size() - 1 == stayAt ? CPaso::SinAvanzar : CPaso::Sigue;
@@ -202,7 +202,7 @@ TEST_F(CFiltroPuntosCloud, ExclusionWinsOverInclusion) {
 TEST_F(CFiltroPuntosCloud, ClassesCanBeLookedAtWhateverTheKindOfDrawing) {
   drawing.tipoNube = 0;
   data.incluidos = Table({L"7", L"2"});
-  const CFiltroPuntos filter(data, kCentimetres, drawing, true);
+  const CFiltroPuntos filter(data, kCentimetres, drawing, CFiltroPuntos::CPor::DibujoYClases);
   EXPECT_TRUE(filter.AdmitePunto(drawing[0].Punto(1)));
   EXPECT_FALSE(filter.AdmitePunto(drawing[0].Punto(2)));
   EXPECT_TRUE(filter.AdmiteEntidad(drawing[0])) << "entities go by their code all the same";
@@ -274,6 +274,85 @@ TEST_F(CFiltroPuntosTest, TheVisitorMayEndTheWalkAtAnEntityOrAtAPoint) {
   atPoint.endAt = 1;
   EXPECT_THAT(Walk(nullptr, atEntity).points, ElementsAre(Pair(0, 0), Pair(0, 1), Pair(0, 2)));
   EXPECT_THAT(Walk(nullptr, atPoint).points, ElementsAre(Pair(0, 0), Pair(0, 1)));
+}
+
+TEST_F(CFiltroPuntosCloud, CodesOfEntitiesCanBeLookedAtInACloudToo) {
+  data.incluidos = Table({L"2"});  // a class, which is the code of no entity
+  EXPECT_TRUE(CFiltroPuntos(data, kCentimetres, drawing).AdmiteEntidad(drawing[0]));
+  const CFiltroPuntos byCode(data, kCentimetres, drawing, CFiltroPuntos::CPor::CodigosSiempre);
+  EXPECT_FALSE(byCode.AdmiteEntidad(drawing[0]));
+  EXPECT_TRUE(byCode.AdmitePunto(drawing[0].Punto(2))) << "classes have no part in it";
+}
+
+// --- what a lambda may answer, and progress
+
+TEST_F(CFiltroPuntosTest, AVisitThatAnswersNothingGoesOnToTheEnd) {
+  int met = 0;
+  EXPECT_TRUE(RecorrePuntos(drawing, Filter(), nullptr, [&](CLinea<int> const&, unsigned, unsigned) { ++met; }));
+  EXPECT_EQ(met, 6);
+}
+
+TEST_F(CFiltroPuntosTest, AVisitThatAnswersFalseEndsTheWalk) {
+  int met = 0;
+  EXPECT_FALSE(
+      RecorrePuntos(drawing, Filter(), nullptr, [&](CLinea<int> const&, unsigned, unsigned) { return ++met < 4; }));
+  EXPECT_EQ(met, 4);
+}
+
+/// Answers 0 at the step it is asked to.
+struct Listener final : IPorcentaje {
+  int Porcentaje(int, unsigned long long value, unsigned long long total, bool) override {
+    steps.emplace_back(value, total);
+    return steps.size() == cancelAt ? 0 : 1;
+  }
+  void Fase(int, unsigned) override {}
+  void Cierra(int, int) override {}
+  void Amplia(int, int) override {}
+  void Abre(int, int, int) override {}
+  void Mensaje(int, CString*, int) override {}
+
+  std::vector<std::pair<unsigned long long, unsigned long long>> steps;
+  std::size_t cancelAt = 0;
+};
+
+TEST_F(CFiltroPuntosTest, ProgressIsToldBeforeEachVisitAndEndsTheWalkWhenItIsAnswered0) {
+  Listener listener;
+  listener.cancelAt = 3;
+  CMarcha progress(&listener, 3, 9, 5);
+  int met = 0;
+  const auto visit = [&](CLinea<int> const&, unsigned, unsigned) { ++met; };
+  EXPECT_EQ(RecorrePuntos(drawing, Filter(), nullptr, progress, visit), kCancelado);
+  EXPECT_EQ(met, 2);
+  EXPECT_THAT(listener.steps, ElementsAre(Pair(6, 9), Pair(7, 9), Pair(8, 9)));
+}
+
+TEST_F(CFiltroPuntosTest, AWalkThatItsVisitEndsIsDone) {
+  CMarcha nobody(nullptr, 3, 6);
+  const auto visit = [](CLinea<int> const&, unsigned, unsigned) { return false; };
+  EXPECT_EQ(RecorrePuntos(drawing, Filter(), nullptr, nobody, visit), kHecho);
+  EXPECT_EQ(nobody.Hechos(), 1U);
+}
+
+TEST_F(CFiltroPuntosTest, CountingTellsProgressAnEntityAndTakesThoseWithinTheWindowWhole) {
+  data.zMax = 1.0;  // entity 0 has points above it; entity 1 lies below it with all of them
+  for (int k = 0; k < 3; ++k) drawing[1].PunteroAPunto(k)->z = 50 + k;
+  drawing[1].CalculaMaximas();
+  Listener listener;
+  CMarcha progress(&listener, 3, 2);
+  CCuentaPuntos count;
+  EXPECT_EQ(CuentaPuntos(drawing, Filter(), nullptr, progress, count), kHecho);
+  EXPECT_EQ(count.cuantos, 5U);
+  EXPECT_EQ(count.caja.Maximo.z, 100);
+  EXPECT_THAT(listener.steps, ElementsAre(Pair(1, 2), Pair(2, 2)));
+}
+
+TEST_F(CFiltroPuntosTest, CountingIsCancelledAtAnEntity) {
+  Listener listener;
+  listener.cancelAt = 2;
+  CMarcha progress(&listener, 3, 2);
+  CCuentaPuntos count;
+  EXPECT_EQ(CuentaPuntos(drawing, Filter(), nullptr, progress, count), kCancelado);
+  EXPECT_EQ(count.cuantos, 3U);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "planar/CListasClases.h"
+#include "run/CListasClases.h"
 
 #include <algorithm>
 
