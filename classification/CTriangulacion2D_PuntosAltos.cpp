@@ -221,7 +221,8 @@ int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo
     IPorcentaje* porcentaje = Progreso();
     if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
     altos.reserve(cantidadPuntos);  // room that is not used costs nothing, and growth would move what is
-    codigo = CBuscadores(*ficheroTemporal, busqueda, parametros, altos, cantidad, porcentaje, mensajes).Busca();
+    codigo =
+        CBuscadores(*ficheroTemporal.Fichero(), busqueda, parametros, altos, cantidad, porcentaje, mensajes).Busca();
     if (codigo != kHecho) return codigo;
     hallados = RecogeHallados(dibujo, clases, info, altos);
   }

@@ -1,13 +1,9 @@
 #include "planar/CTriangulacion2D.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
-#include "model/threads/IPorcentaje.h"
-#include "platform/CSingleLock.h"
+#include "model/threads/CMarcha.h"
 #include "platform/CWinApp.h"
-#include "platform/Temporales.h"
 
 namespace Meseta47 {
 
@@ -64,12 +60,7 @@ void CTriangulacion2D::Prepara() {
   resumen = CResumenPlano();
 }
 
-void CTriangulacion2D::BorraFicheroTemporal() {
-  if (ficheroTemporal == nullptr) return;
-  ficheroTemporal->Close();
-  ficheroTemporal.reset();
-  DeleteFileW(nombreTemporal);
-}
+void CTriangulacion2D::BorraFicheroTemporal() { ficheroTemporal.Borra(); }
 
 void CTriangulacion2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
   maximas = caja;
@@ -101,46 +92,14 @@ bool CTriangulacion2D::Inserta(CCoor3D<int>* p, short lista, unsigned entidad, u
 }
 
 void CTriangulacion2D::Salva(CDivisiones* celda) {
-  const unsigned triangulos = celda->setAsociado->QuitaTrianguloActual();
-  EncolaCerrado(celda->setAsociado, triangulos);
+  CSetTriangulos2D* set = celda->setAsociado;
+  const unsigned triangulos = set->QuitaTrianguloActual();
+  resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - setsCerrados.Liberados());
+  setsCerrados.Anade(set, triangulos);
 }
 
-std::uint64_t CTriangulacion2D::Liberados() const {
-  const unsigned hechos = hiloSalva.EstaEnMarcha() ? hiloSalva.Hechos() : 0;
-  return hechos == 0 ? 0 : cerradosHasta[hechos - 1];
-}
-
-/// A worker that gets no processor, or writes to a slow disk, must not have the mesh fill the memory. It may also have
-/// been suspended by the host: a while later the run goes on without it, and its progress steps can end it.
-void CTriangulacion2D::EsperaSiElHiloSeRetrasa() const {
-  constexpr std::uint64_t kTriangulosEnCola = 1 << 15;
-  constexpr int kMilisegundos = 40;
-  if (cerradosHasta.empty() || !hiloSalva.EstaEnMarcha()) return;
-  for (int i = 0; i < kMilisegundos && cerradosHasta.back() - Liberados() > kTriangulosEnCola; ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-}
-
-void CTriangulacion2D::EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos) {
-  EsperaSiElHiloSeRetrasa();
-  const std::uint64_t antes = cerradosHasta.empty() ? 0 : cerradosHasta.back();
-  resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - Liberados());
-  cerradosHasta.push_back(antes + triangulos);
-  {
-    CSingleLock cerrojo(&seccion, true);
-    setsCerrados.push_back(set);
-  }
-  aviso.fetch_add(1);
-  // To wake a thread costs more than to write a set; a few dozen of them may wait for one another.
-  constexpr std::uint64_t kTriangulosPorAviso = 4096;
-  if (cerradosHasta.back() - avisadosHasta < kTriangulosPorAviso) return;
-  avisadosHasta = cerradosHasta.back();
-  aviso.notify_one();
-}
-
-std::size_t CTriangulacion2D::Encolados() {
-  CSingleLock cerrojo(&seccion, true);
-  return setsCerrados.size();
+bool CTriangulacion2D::EsperaAlHilo(CMarcha const& marcha) {
+  return !hiloSalva.EstaEnMarcha() || setsCerrados.EsperaSitio([&marcha] { return marcha.Sigue(); });
 }
 
 void CTriangulacion2D::ImprimeLista(CDivisiones const& celda) const {

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
@@ -17,10 +15,9 @@
 #include "planar/CResumenPlano.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
-#include "platform/CCriticalSection.h"
-#include "platform/CFile.h"
 #include "platform/CString.h"
 #include "platform/Manejadores.h"
+#include "run/CFicheroTriples.h"
 #include "run/CPosicion.h"
 
 class CStdioFile;
@@ -30,6 +27,7 @@ namespace Meseta47 {
 class CBusquedaPuntos;
 class CFiltroPuntos;
 class CIntensidadTipo;
+class CMarcha;
 class CNivelDeCurvas;
 class CRango;
 class CRGBTipo;
@@ -219,19 +217,16 @@ class URDIMBRE_API CTriangulacion2D {
   CDataSemilla semilla;
   CSetTriangulos2D setRaiz{0};
   CCoor3D<int> esquinas[4];                                       ///< corners of the frame, numbered -1 to -4
-  std::unique_ptr<CFile> ficheroTemporal;                         ///< finished triangles; null when none is open
+  CFicheroTriples ficheroTemporal;                                ///< finished triangles
   std::vector<CPosicion> primerosPuntos;                          ///< first point of each leaf, in the order of filling
   CSegmentos dibujoCurvas;                                        ///< where the contouring job leaves them
   std::int32_t paramCurvaA = 0, paramCurvaB = 0, paramPicoA = 0;  ///< arguments left here for the worker's job
   double paramPicoB = 0;
   CMaximas<int> maximas;  ///< extents of the accepted points
   CDataTriangulacion datos;
-  CHiloSalvaTriangulosEnlazados hiloSalva;
-  std::vector<CSetTriangulos2D*> setsCerrados;  ///< queue from the inserting thread to the worker; entries stay in it
-  CCriticalSection seccion;                     ///< guards the queue and the two flags
-  std::atomic<int> parar{0}, fin{0};            ///< stop at once; no more work will come
-  std::int32_t reservado = 0;                   ///< 0: kept for the hosts that copy it
-  CString nombreTemporal;                       ///< full path of the temporary file
+  CColaCerrados<CSetTriangulos2D> setsCerrados;  ///< from the inserting thread to the worker
+  CHiloSalvaTriangulosEnlazados hiloSalva;       ///< after what it works on
+  std::int32_t reservado = 0;                    ///< 0: kept for the hosts that copy it
   std::uint32_t identificador;
 
  private:
@@ -245,18 +240,10 @@ class URDIMBRE_API CTriangulacion2D {
   [[nodiscard]] static CTriangulo2D* TrianguloInicial(CSetTriangulos2D const& set);
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
   void ConstruyeMarco();
-  [[nodiscard]] CString FormaNombreTemporal() const;
-  int AbreFicheroTemporal();
-  [[nodiscard]] CHiloSalvaTriangulosEnlazados::CCola Cola();
   void PreparaCola();
   int ArrancaHilo(unsigned modo);
-  /// Triangles that the worker has written and freed.
-  [[nodiscard]] std::uint64_t Liberados() const;
-  void EsperaSiElHiloSeRetrasa() const;
-  void EncolaCerrado(CSetTriangulos2D* set, unsigned triangulos);
-  [[nodiscard]] std::size_t Encolados();
-  void CierraRaiz();
-  void Alza(std::atomic<int>& bandera);
+  /// Lets the worker catch up; without a worker at once. False cancels.
+  bool EsperaAlHilo(CMarcha const& marcha);
   int InsertaSemillas(CTrabajo& trabajo);
   int InsertaSemillas(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b);
   int InsertaResto(CTrabajo& trabajo);
@@ -280,11 +267,8 @@ class URDIMBRE_API CTriangulacion2D {
   int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
-  HANDLE evento = nullptr;                   ///< signalled while the worker lives
-  std::atomic<unsigned> aviso{0};            ///< grows with whatever the worker waits for
-  std::vector<std::uint64_t> cerradosHasta;  ///< triangles in the queue up to each entry
-  std::uint64_t avisadosHasta = 0;           ///< triangles in the queue when the worker was last woken
-  CSetTriangulos2D::CBalance balance;        ///< triangles ever made, and destroyed by a later point
+  HANDLE evento = nullptr;             ///< signalled while the worker lives
+  CSetTriangulos2D::CBalance balance;  ///< triangles ever made, and destroyed by a later point
   CResumenPlano resumen;
 };
 

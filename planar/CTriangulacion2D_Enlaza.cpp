@@ -1,12 +1,9 @@
 // The linking pass: frame, temporary file, worker, seeds, all other points, and the wait for the worker.
 #include <algorithm>
-#include <new>
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
-#include "platform/CSingleLock.h"
-#include "platform/Temporales.h"
 #include "run/Recorrido.h"
 
 namespace Meseta47 {
@@ -17,7 +14,7 @@ constexpr unsigned kMensajeEnlaza = 19021;
 constexpr unsigned kMinimoPuntos = 3;
 constexpr double kHolguraMarco =
     1.2;  // the frame is a square around the data with a tenth of the larger extent to spare
-constexpr unsigned kAbrirNuevo = 36930;  // create, read and write, deny nothing, binary
+constexpr wchar_t kNombreDeReserva[] = L"Triangulacion2D.tmp";
 constexpr unsigned kUltimoModo = CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN;
 
 }  // namespace
@@ -66,58 +63,27 @@ void CTriangulacion2D::ConstruyeMarco() {
   balance.creados += 2;
 }
 
-CString CTriangulacion2D::FormaNombreTemporal() const {
-  CString prefijo;
-  prefijo.Format(L"%dMD", static_cast<int>(identificador));
-  wchar_t carpeta[MAX_PATH], nombre[MAX_PATH];
-  const unsigned long largo = GetTempPathW(MAX_PATH, carpeta);
-  const bool hayCarpeta = largo != 0 && largo < MAX_PATH;
-  if (GetTempFileNameW(hayCarpeta ? carpeta : L".", prefijo, 0, nombre) == 0) return prefijo + L"Triangulacion2D.tmp";
-  try {
-    return nombre;
-  } catch (std::bad_alloc const&) {
-    DeleteFileW(nombre);  // it is there already
-    throw;
-  }
-}
-
-int CTriangulacion2D::AbreFicheroTemporal() {
-  ficheroTemporal = std::make_unique<CFile>();  // before the name: what it names exists, and goes with the object
-  nombreTemporal = FormaNombreTemporal();
-  if (ficheroTemporal->Open(nombreTemporal, kAbrirNuevo)) return kHecho;
-  ficheroTemporal.reset();
-  DeleteFileW(nombreTemporal);
-  return kFicheroInaccesible;
-}
-
-CHiloSalvaTriangulosEnlazados::CCola CTriangulacion2D::Cola() {
-  return {&setsCerrados, &seccion, &parar, &fin, &aviso};
-}
-
 /// Drops what an earlier linking left: its worker, queue and mesh.
 void CTriangulacion2D::PreparaEnlace() {
   hiloSalva.Stop();
   if (evento != nullptr) CloseHandle(evento);
   evento = nullptr;
-  setsCerrados.clear();
-  cerradosHasta.clear();
-  avisadosHasta = 0;
+  setsCerrados.Prepara(0);
   setRaiz.Vacia();
   balance = {};
 }
 
 void CTriangulacion2D::PreparaCola() {
-  setsCerrados.reserve(primerosPuntos.size());
-  parar = fin = 0;
+  setsCerrados.Prepara(primerosPuntos.size());
   evento = CreateEventW(nullptr, true, true, nullptr);
 }
 
 int CTriangulacion2D::ArrancaHilo(unsigned modo) {
   if (modo > kUltimoModo) return kHecho;
   const bool enMarcha = modo == CHiloSalvaTriangulosEnlazados::CURVA
-                            ? hiloSalva.Start(0, &evento, Cola(), &dibujoCurvas, paramCurvaA,
+                            ? hiloSalva.Start(0, &evento, setsCerrados, &dibujoCurvas, paramCurvaA,
                                               static_cast<double>(paramCurvaB) * paramCurvaB)
-                            : hiloSalva.Start(0, &evento, Cola(), ficheroTemporal.get(), modo);
+                            : hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), modo);
   if (!enMarcha) return Abandona(kFicheroInconsistente);
   return kHecho;
 }
@@ -132,25 +98,10 @@ int CTriangulacion2D::Abandona(int codigo) {
 /// The records are on disk, or the run has failed: no triangle is lost in silence.
 int CTriangulacion2D::ConcluyeFichero() {
   resumen.duplicados = duplicados;
-  resumen.enlazados = cerradosHasta.empty() ? 0 : cerradosHasta.back();
+  resumen.enlazados = setsCerrados.Elementos();
   if (hiloSalva.FaltoMemoria()) return Abandona(kFicheroInconsistente);
-  if (ficheroTemporal == nullptr || ficheroTemporal->Flush()) return kHecho;
+  if (ficheroTemporal.Vuelca()) return kHecho;
   return Abandona(kFicheroInaccesible);
-}
-
-/// Whatever the worker has not been woken for is done now.
-void CTriangulacion2D::CierraRaiz() {
-  Salva(&divisiones);
-  aviso.notify_one();
-}
-
-void CTriangulacion2D::Alza(std::atomic<int>& bandera) {
-  {
-    CSingleLock cerrojo(&seccion, true);
-    bandera = 1;
-  }
-  aviso.fetch_add(1);
-  aviso.notify_one();
 }
 
 int CTriangulacion2D::InsertaSemillas(CTrabajo& trabajo) {
@@ -236,7 +187,7 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   PreparaEnlace();
   ConstruyeMarco();
   if (modo != CHiloSalvaTriangulosEnlazados::CURVA) {
-    if (const int codigo = AbreFicheroTemporal(); codigo != kHecho) return codigo;
+    if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
   }
   PreparaCola();
   if (evento == nullptr) return kFicheroInconsistente;  // the file stays as long as this object
@@ -247,17 +198,10 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   if (const int codigo = InsertaResto(trabajo); codigo != kHecho) return Abandona(codigo);
 
   // The run's last point has closed and queued the root as a rule; queued again it is found empty.
-  CierraRaiz();
-  const auto encolados = static_cast<unsigned>(Encolados());
-  for (unsigned hechos = hiloSalva.Hechos(); hiloSalva.EstaEnMarcha() && hechos < encolados;
-       hechos = hiloSalva.Hechos()) {
-    if (porcentaje != nullptr &&
-        porcentaje->Porcentaje(mensajes, static_cast<unsigned>(trabajo.contador), trabajo.total, false) == 0) {
-      return Abandona(kCancelado);
-    }
-    hiloSalva.EsperaMasHechosQue(hechos);
-  }
-  Alza(fin);
+  Salva(&divisiones);
+  const CMarcha marcha(porcentaje, mensajes, trabajo.total, static_cast<unsigned>(trabajo.contador));
+  if (hiloSalva.EstaEnMarcha() && !setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
+  setsCerrados.Acaba();
   PonClases(dibujo, trabajo);
   CTriangulo2D::EncogeReserva();
   return ConcluyeFichero();
@@ -282,7 +226,7 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
 
   PreparaEnlace();
   ConstruyeMarco();
-  if (const int codigo = AbreFicheroTemporal(); codigo != kHecho) return codigo;
+  if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
   PreparaCola();  // an event that could not be made hinders nothing here
   if (const int codigo = ArrancaHilo(CHiloSalvaTriangulosEnlazados::SALVA); codigo != kHecho) return codigo;
   const unsigned total = cantidadPuntos;
@@ -292,19 +236,16 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
   if (codigo == kHecho) codigo = InsertaRestoPuntos(tin, contador, total, a, b, nullptr);
   if (codigo != kHecho) return Abandona(codigo);
 
-  Alza(fin);
-  const auto encolados = static_cast<unsigned>(Encolados());
-  for (unsigned hechos = hiloSalva.Hechos(); hechos < encolados; hechos = hiloSalva.Hechos()) {
-    if (porcentaje != nullptr && porcentaje->Porcentaje(1, 0, 0, false) == 0) return Abandona(kCancelado);
-    hiloSalva.EsperaMasHechosQue(hechos);
-  }
+  setsCerrados.Acaba();
+  const CMarcha marcha(porcentaje, 1, 0);
+  if (!setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
   // The event is set until the worker leaves and resets it, and the worker may have left by now: the wait only looks.
   WaitForMultipleObjects(1, &evento, true, 0);
   // Stopped before the root is queued: a root that the last point has not closed (because it was a duplicate or a seed)
   // does not reach the file. Models are made anew from points that went through this once, and hosts rely on the
   // outcome.
-  Alza(parar);
-  CierraRaiz();
+  setsCerrados.Para();
+  Salva(&divisiones);
   setRaiz.clear();
   CTriangulo2D::EncogeReserva();
   return ConcluyeFichero();

@@ -200,8 +200,8 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
                                          CRango const* intensidades) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeGenera);
-  const unsigned long long longitud = ficheroTemporal->GetLength();
-  if (ficheroTemporal->HayError()) return kFicheroInconsistente;
+  const unsigned long long longitud = ficheroTemporal.Fichero()->GetLength();
+  if (ficheroTemporal.Fichero()->HayError()) return kFicheroInconsistente;
   const auto registros = static_cast<unsigned>(longitud / kRegistro);
   unsigned procesadores = NumeroProcesadores();
   unsigned parte = registros / procesadores;
@@ -218,7 +218,7 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
   std::vector<CLado> lados;
   {
     CLectores lectores(longitud, procesadores);
-    if (!lectores.Arranca(nombreTemporal, tin, mapa, lado2, parte, alturas, intensidades,
+    if (!lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, lado2, parte, alturas, intensidades,
                           HayFiltroPendiente(datos) ? &pendientes : nullptr)) {
       return kFicheroInaccesible;
     }

@@ -135,7 +135,9 @@ int CTriangulacion2D::InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo
                   }
                   a += suA;
                   b += suB;
-                  return true;
+                  const CMarcha marcha(porcentaje, mensajes, total, static_cast<unsigned>(contador));
+                  if (setsCerrados.EstaLlena() && !EsperaAlHilo(marcha)) codigo = kCancelado;
+                  return codigo == kHecho;
                 });
   return codigo;
 }
@@ -161,6 +163,8 @@ int CTriangulacion2D::InsertaRestoPuntos(CTIN& tin, int& contador, unsigned tota
     }
     a += suA;
     b += suB;
+    const CMarcha marcha(porcentaje, mensajes, total, static_cast<unsigned>(contador));
+    if (setsCerrados.EstaLlena() && !EsperaAlHilo(marcha)) return kCancelado;
   }
   return kHecho;
 }

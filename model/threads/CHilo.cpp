@@ -15,6 +15,19 @@ void CHilo::SetPriority(int prioridad) {
   if (hilo != nullptr) SetThreadPriority(hilo, prioridad);
 }
 
+void CHilo::Suspender() {
+  if (hilo != nullptr) SuspendThread(hilo);
+}
+
+void CHilo::Reanudar() {
+  if (hilo != nullptr) ResumeThread(hilo);
+}
+
+void CHilo::LevantaSuspension() {
+  constexpr unsigned long kHaTerminado = 0xFFFFFFFF;
+  for (unsigned long habia = 2; hilo != nullptr && habia > 1 && habia != kHaTerminado;) habia = ResumeThread(hilo);
+}
+
 bool CHilo::Arranca(LPTHREAD_START_ROUTINE rutina, void* argumento) {
   if (hilo != nullptr) return false;
   hilo = CreateThread(nullptr, 0, rutina, argumento, 0, nullptr);

@@ -23,13 +23,18 @@ class URDIMBRE_API CHilo {
   /// thread asks for it first. Nothing happens when there is no thread.
   virtual void Stop();
 
-  /// From -15 to 15. Nothing happens when there is no thread.
+  /// From -15 to 15. Nothing happens when there is no thread, here and below.
   void SetPriority(int prioridad);
+  /// Asks the thread to stand still at its next CompruebaSuspension(), and takes one such request back.
+  void Suspender();
+  void Reanudar();
 
  protected:
   /// Starts the thread at normal priority. False when the system refuses or a thread is there already.
   bool Arranca(LPTHREAD_START_ROUTINE rutina, void* argumento);
   void Espera();
+  /// Takes all requests to stand still back: a thread that is to end must see that it is.
+  void LevantaSuspension();
 
   HANDLE hilo = nullptr;  ///< null when there is no thread
   unsigned indice = 0;

@@ -414,7 +414,7 @@ TEST(Curvado, NoTemporaryFileIsMade) {
   CDibujo<int> drawing = DrawingOf(Pyramid(5, 25)), contours;
   OpenTriangulation triangulation;
   ASSERT_EQ(triangulation.Curvado(drawing, contours, kAnySide, 10, nullptr), kHecho);
-  EXPECT_EQ(triangulation.ficheroTemporal, nullptr);
+  EXPECT_FALSE(triangulation.ficheroTemporal.EstaAbierto());
   EXPECT_EQ(std::max(most, app.TemporaryFiles()), 0U);
 }
 

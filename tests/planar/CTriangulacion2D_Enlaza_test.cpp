@@ -42,10 +42,10 @@ TEST(EnlazaLista, ThreePointsSpillEveryTriangleOnceThoughTheRootIsQueuedTwice) {
   OpenTriangulation t;
   ASSERT_EQ(t.Link(drawing), kHecho);
   EXPECT_EQ(t.divisiones.hijos, nullptr);
-  EXPECT_THAT(t.setsCerrados, ElementsAre(&t.setRaiz, &t.setRaiz));
+  EXPECT_THAT(t.setsCerrados.Entradas(), ElementsAre(&t.setRaiz, &t.setRaiz));
   EXPECT_EQ(t.SpilledBytes().size(), 8U * 12);
   EXPECT_EQ(Spilled(t), support::canonicalSet(support::referenceDelaunay(kThree).triangles));
-  EXPECT_EQ(t.ficheroTemporal->GetLength(), 96U);
+  EXPECT_EQ(t.ficheroTemporal.Fichero()->GetLength(), 96U);
   EXPECT_EQ(t.setRaiz.Cantidad(), 0U);
   t.BorraFicheroTemporal();
   EXPECT_EQ(app.TemporaryFiles(), 0U);
@@ -97,7 +97,7 @@ TEST(EnlazaLista, WithModeOneThereIsNoFile) {
   CDibujo<int> drawing = DrawingOf(Scatter(300));
   OpenTriangulation t;
   EXPECT_EQ(t.Link(drawing, nullptr, nullptr, 0, 1), kHecho);
-  EXPECT_EQ(t.ficheroTemporal, nullptr);
+  EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
   EXPECT_EQ(app.TemporaryFiles(), 0U);
   EXPECT_EQ(t.setRaiz.Cantidad(), 0U) << "the worker has been through all sets";
 }
@@ -122,7 +122,7 @@ TEST(EnlazaLista, ModesAboveFourStartNoWorkerAndWriteNothing) {
   EXPECT_EQ(guard.Asked(EOperacion::CreaHilo), 0);
   EXPECT_FALSE(t.hiloSalva.EstaEnMarcha());
   EXPECT_EQ(t.SpilledBytes(), "");
-  EXPECT_THAT(t.setsCerrados, Not(IsEmpty()));
+  EXPECT_THAT(t.setsCerrados.Entradas(), Not(IsEmpty()));
   t.BorraFicheroTemporal();
   EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
@@ -166,7 +166,7 @@ TEST(EnlazaLista, ASeedAloneInItsCellLeavesItToAnAncestorToClose) {
   CDivisiones2D const& alone = t.divisiones.hijos[1];
   ASSERT_EQ(alone.ultimoPuntoCelda, 7);
   ASSERT_THAT(t.primerosPuntos, Contains(CPosicion(0, 0, 7)));
-  EXPECT_THAT(t.setsCerrados, Not(Contains(alone.setAsociado)));
+  EXPECT_THAT(t.setsCerrados.Entradas(), Not(Contains(alone.setAsociado)));
   EXPECT_EQ(RecordsOf(t.SpilledBytes()).size(), 2 * points.size() + 2) << "an ancestor has closed it";
   t.BorraFicheroTemporal();
 }
@@ -311,7 +311,7 @@ TEST(EnlazaLista, TheFilesNameHoldsTheIdentifierAndStandsInTheTemporaryFolder) {
   CDibujo<int> drawing = Three();
   OpenTriangulation t({}, {}, 35);
   ASSERT_EQ(t.Link(drawing), kHecho);
-  const std::filesystem::path path = t.nombreTemporal.Utf8();
+  const std::filesystem::path path = t.ficheroTemporal.Ruta().Utf8();
   EXPECT_EQ(path.parent_path(), std::filesystem::path(app.folder.Path().Utf8()));
   EXPECT_THAT(path.filename().string(), testing::StartsWith("35MD"));
   t.BorraFicheroTemporal();
@@ -325,8 +325,8 @@ TEST(EnlazaLista, WithoutATemporaryNameTheFileStandsWhereTheProgramRuns) {
   FaultGuard guard;
   guard.Refuse(EOperacion::CreaTemporal);
   ASSERT_EQ(t.Link(drawing), kHecho);
-  EXPECT_EQ(t.nombreTemporal, CString(L"7351MDTriangulacion2D.tmp"));
-  EXPECT_TRUE(Exists(t.nombreTemporal));
+  EXPECT_EQ(t.ficheroTemporal.Ruta(), CString(L"7351MDTriangulacion2D.tmp"));
+  EXPECT_TRUE(Exists(t.ficheroTemporal.Ruta()));
   t.BorraFicheroTemporal();
   EXPECT_FALSE(Exists(L"7351MDTriangulacion2D.tmp"));
 }
@@ -349,7 +349,7 @@ TEST_P(EitherForm, AFileThatCannotBeOpenedLeavesNothing) {
   FaultGuard guard;
   guard.Refuse(EOperacion::Abre);
   EXPECT_EQ(Link(t), kFicheroInaccesible);
-  EXPECT_EQ(t.ficheroTemporal, nullptr);
+  EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
   EXPECT_EQ(app.TemporaryFiles(), 0U);
   EXPECT_EQ(guard.Asked(EOperacion::CreaHilo), 0);
   guard.Allow(EOperacion::Abre);
@@ -364,7 +364,7 @@ TEST_P(EitherForm, AFullDiskLeavesNoFileWhereverItFills) {
     FaultGuard guard;
     guard.LimitDisk(room);
     EXPECT_EQ(Link(t), kFicheroInaccesible) << room;
-    EXPECT_EQ(t.ficheroTemporal, nullptr);
+    EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
     EXPECT_EQ(app.TemporaryFiles(), 0U);
   }
   const QuietApp app;
@@ -398,7 +398,7 @@ TEST_P(EitherForm, ASeedThatCannotGoInEndsTheRunWithoutAFile) {
                                        nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr),
             kFicheroInconsistente);
   EXPECT_THAT(app.messages, SizeIs(1));
-  EXPECT_EQ(t.ficheroTemporal, nullptr);
+  EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
   EXPECT_EQ(app.TemporaryFiles(), 0U);
   EXPECT_FALSE(t.hiloSalva.EstaEnMarcha());
 }
@@ -427,7 +427,7 @@ TEST_P(EitherForm, CancelledAtAnyStepItLeavesNothingAndTheSameObjectThenLinks) {
     }
     ++cancelled;
     EXPECT_EQ(code, kCancelado) << "at step " << n;
-    EXPECT_EQ(t.ficheroTemporal, nullptr);
+    EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
     EXPECT_EQ(app.TemporaryFiles(), 0U) << "at step " << n;
     const QuietApp quiet;
     ASSERT_EQ(Link(t), kHecho);
@@ -444,7 +444,7 @@ TEST(EnlazaLista, WithoutAnEventTheFileStaysForWhoeverLooksIntoIt) {
   FaultGuard guard;
   guard.Refuse(EOperacion::CreaEvento);
   EXPECT_EQ(t.Link(drawing), kFicheroInconsistente);
-  EXPECT_NE(t.ficheroTemporal, nullptr);
+  EXPECT_TRUE(t.ficheroTemporal.EstaAbierto());
   EXPECT_EQ(app.TemporaryFiles(), 1U);
   EXPECT_FALSE(t.hiloSalva.EstaEnMarcha());
   t.BorraFicheroTemporal();
@@ -535,7 +535,7 @@ TEST(EnlazaLista, SavingACellClosesItsSetAndQueuesIt) {
   test::Frame(t, -1, -1, 11, 11);
   t.Salva(&t.divisiones);
   EXPECT_TRUE(t.setRaiz.cerrado);
-  EXPECT_THAT(t.setsCerrados, ElementsAre(&t.setRaiz));
+  EXPECT_THAT(t.setsCerrados.Entradas(), ElementsAre(&t.setRaiz));
 }
 
 TEST(EnlazaLista, ASelectionLinksItsPointsAlone) {

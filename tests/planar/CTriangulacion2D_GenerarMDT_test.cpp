@@ -214,7 +214,7 @@ TEST(GenerarMDT, AnEmptyFileGivesNoTriangleNoOutlineAndTakesOneThread) {
   Made made;
   made.drawing = DrawingOf(Scatter(60));
   ASSERT_EQ(made.t.Link(made.drawing, nullptr, nullptr, 0, 5), kHecho);
-  ASSERT_EQ(made.t.ficheroTemporal->GetLength(), 0U);
+  ASSERT_EQ(made.t.ficheroTemporal.Fichero()->GetLength(), 0U);
   FaultGuard guard;
   EXPECT_EQ(made.t.GenerarMDT(made.drawing, nullptr, made.model, 0, false, nullptr, nullptr, nullptr, nullptr, nullptr),
             kHecho);

@@ -146,10 +146,58 @@ TEST(HilosVarios, AnObjectMayBeDestroyedWithItsFileOpenAndItsWorkerThere) {
     CDibujo<int> drawing = DrawingOf(test::Scatter(500));
     OpenTriangulation t;
     ASSERT_EQ(t.Link(drawing), kHecho);
-    path = t.nombreTemporal;
+    path = t.ficheroTemporal.Ruta();
     ASSERT_TRUE(Exists(path));
   }
   EXPECT_TRUE(Exists(path)) << "the file is the run's to delete";
+}
+
+/// Points enough for the queue to fill while the worker stands still.
+constexpr std::size_t kFillsTheQueue = 20'000;
+
+TEST(Suspended, ARunHeldUpByItsWorkerIsCancelledAndLeavesNothing) {
+  ListeningApp app;
+  OpenTriangulation t;
+  CDibujo<int> drawing = DrawingOf(Feed{Family::Uniform, Order::Hilbert, kFillsTheQueue}.Points());
+  ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
+  app.steps.clear();
+  app.onStep = [&] {
+    if (app.steps.size() == 1) t.hiloSalva.Suspender();
+    const auto n = app.steps.size();
+    const bool waits = n > 1 && app.steps[n - 1].value == app.steps[n - 2].value;
+    if (waits && app.cancelAt == 0) app.cancelAt = static_cast<int>(n);  // at this step alone
+  };
+  EXPECT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                          nullptr, nullptr, nullptr, nullptr, nullptr),
+            kCancelado);
+  EXPECT_LT(app.steps.back().value, kFillsTheQueue) << "before the last point";
+  EXPECT_FALSE(t.hiloSalva.EstaEnMarcha());
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(Suspended, ARunHeldUpByItsWorkerGoesOnWithIt) {
+  const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, kFillsTheQueue}.Points();
+  std::string expected;
+  for (const bool suspended : {false, true}) {
+    ListeningApp app;
+    OpenTriangulation t;
+    CDibujo<int> drawing = DrawingOf(points);
+    ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
+    app.steps.clear();
+    app.onStep = [&] {
+      const auto n = app.steps.size();
+      if (n == 1 && suspended) t.hiloSalva.Suspender();
+      if (n > 1 && app.steps[n - 1].value == app.steps[n - 2].value) t.hiloSalva.Reanudar();
+    };
+    ASSERT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                            nullptr, nullptr, nullptr, nullptr, nullptr),
+              kHecho);
+    const std::string bytes = t.SpilledBytes();
+    if (!suspended) expected = bytes;
+    EXPECT_TRUE(bytes == expected);
+    EXPECT_FALSE(bytes.empty());
+    t.BorraFicheroTemporal();
+  }
 }
 
 }  // namespace

@@ -215,9 +215,9 @@ TEST_F(TriangulaPunto, TheLastPointOfACellClosesItsSetWhenSavingOrCutting) {
       one.ColocaIndices(q, 0, 0, 1, true);
       test::Frame(one, -50, -50, 50, 50);
       one.TriangulaPunto(&p, 0, 0, 0, a, b, save, cut, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
-      EXPECT_THAT(one.setsCerrados, IsEmpty());
+      EXPECT_THAT(one.setsCerrados.Entradas(), IsEmpty());
       one.TriangulaPunto(&q, 0, 0, 1, a, b, save, cut, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
-      EXPECT_THAT(one.setsCerrados, SizeIs(save || cut ? 1 : 0));
+      EXPECT_THAT(one.setsCerrados.Entradas(), SizeIs(save || cut ? 1 : 0));
       EXPECT_EQ(one.setRaiz.cerrado, save || cut);
     }
   }
@@ -234,7 +234,7 @@ TEST_F(TriangulaPunto, ADuplicateOrARefusedLastPointClosesNothing) {
   t.ColocaIndices(high, 0, 0, 2, true);
   EXPECT_TRUE(Insert(high, 10, true));
   EXPECT_EQ(high.num, 0);
-  EXPECT_THAT(t.setsCerrados, IsEmpty());
+  EXPECT_THAT(t.setsCerrados.Entradas(), IsEmpty());
   EXPECT_FALSE(t.setRaiz.cerrado);
 }
 
@@ -384,8 +384,8 @@ TEST_F(InsertaRestoPuntos, ModeOneClosesCellsAsTheOthersDo) {
     CDibujo<int> drawing = DrawingOf(Scatter(10));
     Prepare(drawing);
     EXPECT_EQ(Insert(drawing, mode), kHecho);
-    EXPECT_THAT(t.setsCerrados, ElementsAre(&t.setRaiz)) << mode;
-    t.setsCerrados.clear();
+    EXPECT_THAT(t.setsCerrados.Entradas(), ElementsAre(&t.setRaiz)) << mode;
+    t.setsCerrados.Prepara(0);
     t.setRaiz.Vacia();
   }
 }
@@ -419,9 +419,9 @@ TEST_F(InsertaRestoPuntos, OfAModelSkipsItsSeedsAndSavesEveryCell) {
   EXPECT_EQ(t.InsertaRestoPuntos(model, step, 201, a, b, nullptr), kHecho);
   EXPECT_EQ(step, 201);
   EXPECT_THAT(app.steps, SizeIs(197));
-  EXPECT_THAT(t.setsCerrados, SizeIs(testing::Ge(1)))
+  EXPECT_THAT(t.setsCerrados.Entradas(), SizeIs(testing::Ge(1)))
       << "the run's last point closes the root and whatever is open in it";
-  EXPECT_EQ(t.setsCerrados.back(), &t.setRaiz);
+  EXPECT_EQ(t.setsCerrados.Entradas().back(), &t.setRaiz);
   for (CPuntoTIN const& p : model.puntos) EXPECT_GT(p.num, 0);
 }
 

@@ -79,7 +79,7 @@ TEST_P(EveryRun, MakesTheTrianglesOfThePointsAndLeavesNoFile) {
   Road road(GetParam(), Near(300));
   ASSERT_EQ(road.Run(), kHecho);
   EXPECT_EQ(app.TemporaryFiles(), 0U);
-  EXPECT_EQ(road.t.ficheroTemporal, nullptr);
+  EXPECT_FALSE(road.t.ficheroTemporal.EstaAbierto());
   EXPECT_THAT(app.closed, ElementsAre(Pair(3, 0)));
   Road plain(Road::FromDrawing, Near(300));
   ASSERT_EQ(plain.Run(), kHecho);
@@ -164,7 +164,7 @@ TEST_P(EveryRun, WithoutAnEventADrawingsRunLeavesItsFileAndAModelsRunsOn) {
   }
   EXPECT_EQ(road.Run(), kFicheroInconsistente);
   EXPECT_EQ(app.TemporaryFiles(), 1U);
-  EXPECT_TRUE(Exists(road.t.nombreTemporal));
+  EXPECT_TRUE(Exists(road.t.ficheroTemporal.Ruta()));
   guard.Allow(EOperacion::CreaEvento);
   EXPECT_EQ(road.Run(), kHecho) << "the same object runs once the system has events again";
 }

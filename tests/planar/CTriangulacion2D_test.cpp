@@ -30,7 +30,7 @@ TEST(CTriangulacion2D, ANewObjectReportsAtTheNormalLevelAndHasCountedNothing) {
   EXPECT_EQ(t.paramCurvaB, 0);
   EXPECT_EQ(t.paramPicoA, 0);
   EXPECT_EQ(t.paramPicoB, 0);
-  EXPECT_EQ(t.ficheroTemporal, nullptr);
+  EXPECT_FALSE(t.ficheroTemporal.EstaAbierto());
   EXPECT_TRUE(t.maximas.EstanVacias(true));
 }
 
@@ -132,8 +132,8 @@ TEST(CTriangulacion2D, ACopySharesTheDivisionsAndTheFiguresAndStartsEmptyOtherwi
   EXPECT_EQ(copy.identificador, 11U);
   EXPECT_EQ(copy.setRaiz.Cantidad(), 0U);
   EXPECT_THAT(copy.primerosPuntos, IsEmpty());
-  EXPECT_THAT(copy.setsCerrados, IsEmpty());
-  EXPECT_EQ(copy.ficheroTemporal, nullptr);
+  EXPECT_THAT(copy.setsCerrados.Entradas(), IsEmpty());
+  EXPECT_FALSE(copy.ficheroTemporal.EstaAbierto());
   EXPECT_FALSE(copy.hiloSalva.EstaEnMarcha());
   original.BorraFicheroTemporal();
 }

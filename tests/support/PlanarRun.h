@@ -98,16 +98,13 @@ class OpenTriangulation : public CTriangulacion2D {
   using CTriangulacion2D::duplicados;
   using CTriangulacion2D::esquinas;
   using CTriangulacion2D::ficheroTemporal;
-  using CTriangulacion2D::fin;
   using CTriangulacion2D::hiloSalva;
   using CTriangulacion2D::identificador;
   using CTriangulacion2D::maximas;
-  using CTriangulacion2D::nombreTemporal;
   using CTriangulacion2D::paramCurvaA;
   using CTriangulacion2D::paramCurvaB;
   using CTriangulacion2D::paramPicoA;
   using CTriangulacion2D::paramPicoB;
-  using CTriangulacion2D::parar;
   using CTriangulacion2D::primerosPuntos;
   using CTriangulacion2D::reservado;
   using CTriangulacion2D::setRaiz;
@@ -124,8 +121,8 @@ class OpenTriangulation : public CTriangulacion2D {
 
   /// The bytes of the temporary file, which stays.
   [[nodiscard]] std::string SpilledBytes() {
-    if (ficheroTemporal != nullptr) ficheroTemporal->Flush();
-    return BytesOf(nombreTemporal);
+    ficheroTemporal.Vuelca();
+    return BytesOf(ficheroTemporal.Ruta());
   }
 };
 
