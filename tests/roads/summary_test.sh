@@ -1,6 +1,5 @@
 # What the program tells a person: the same figures as its summary in JSON, and a bar on a terminal.
 . "$(dirname "$0")/lib.sh"
-command -v script >/dev/null || fail "script is not there: install bsdutils"
 
 # plain FILE COMMAND...: what a person reads. told KEY FILE: a number of a JSON summary, with its thousands parted.
 plain() { "$urdimbre" "${@:2}" >"$1" 2>/dev/null || fail "$*"; }
@@ -52,7 +51,13 @@ holds classify.txt "^points     20,000 read, 20,000 accepted, $(told found class
 plain dry.txt classify high scan.las --dry-run --distance 5 --height 2 --to 6
 holds dry.txt "^scan.las: $(told reclassified classify.json) of 20,000 points would change their class; nothing was written$"
 
-# On a terminal: a bar for each phase that fits the columns, and none of it left over.
+# On a terminal: a bar for each phase that fits the columns, and none of it left over. A bare root has no pseudo-terminals.
+command -v script >/dev/null || fail "script is not there: install bsdutils"
+if ! script -qec true /dev/null >/dev/null 2>&1; then
+  echo "This system gives no pseudo-terminal: the bars on a terminal were not looked at."
+  done_with
+  exit
+fi
 bar() { script -qec "stty cols $1; $urdimbre tin scan.las -o m.ply" /dev/null | tr '\r' '\n'; }
 bar 100 >wide.txt
 holds wide.txt '^Linking  .*[0-9]+ %'
