@@ -73,7 +73,7 @@ bool CAbanico::Dispone(CCoor3D<int> const& p, std::size_t n) {
 }
 
 /// The sides by the numbers of their points, which fixes the order of the new triangles. False when a number comes
-/// twice. To compare all with all, in loops of fixed length, costs less than the jumps of a sort that go wrong.
+/// twice. Comparing all with all, in loops of fixed length, costs less than the mispredicted branches of a sort.
 template <std::size_t N>
 bool CAbanico::OrdenaPocos() {
   std::uint64_t claves[N];

@@ -11,8 +11,8 @@ class CTriangulo2D;
 
 /// The fan of triangles from a new point to the boundary of its cavity. The boundary is a ring of sides, in which a
 /// side gives way to two when the triangle behind it is condemned. Once the ring stands, its corners are laid out one
-/// after another, in columns of numbers, so that loops over them do several triangles in an instruction and no jump
-/// depends on the data.
+/// after another, in columns of numbers, so that loops over them do several triangles in an instruction and no
+/// branch depends on the data.
 ///
 /// Kept from point to point by its owner: it allocates only for the largest fan so far.
 class CAbanico {
@@ -24,7 +24,7 @@ class CAbanico {
     unsigned siguiente;               ///< the side that begins where this one ends
   };
 
-  /// Frames in plan: each is a quarter of the next, or that itself again.
+  /// Frames in plan: each is a quadrant of the next one; the outermost repeats.
   struct CMarcos {
     static constexpr std::size_t kCuantos = 4;
     enum CCota : unsigned { MIN_X, MIN_Y, MENOS_MAX_X, MENOS_MAX_Y };  ///< of a box; greatest values negated

@@ -72,7 +72,7 @@ CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsign
     if (cola.size() < puestos + 3) cola.resize(2 * puestos + 64);
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
       if (v == nullptr) continue;
-      cola[puestos] = v;  // counted without a jump: whether it is new is as good as random
+      cola[puestos] = v;  // branch-free: whether it is new is unpredictable
       puestos +=
           static_cast<std::size_t>(v->GetUltimoPuntoProyectado() != numero) & static_cast<std::size_t>(!v->Borrado());
     }

@@ -123,8 +123,8 @@ class CSetTriangulos2D::CCrecimiento {
     Mira(t, kPrimero[k], viejo ^ cambio);
     Mira(t, kSegundo[k], nuevo ^ cambio);
   }
-  /// Puts a side in the ring and asks what lies behind it. Each neighbour is asked as often as it is met: that costs
-  /// less than a jump to find out whether it has been asked.
+  /// Puts a side in the ring and asks what lies behind it. Each neighbour is tested as often as it is met: that costs
+  /// less than a branch on whether it has been tested.
   void Mira(CTriangulo2D* t, unsigned k, unsigned lado) {
     CTriangulo2D* v = t->*CTriangulo2D::kVecino[k];
     CAbanico::CLado& suyo = anillo[lado];

@@ -76,8 +76,8 @@ bool CTriangulo2D::EnCirculoEnorme(int px, int py) const {
   return ExcesoSobreCirculo(*p1, *p2, *p3, CCoor3D<int>(px, py, 0, 0)) <= 0;
 }
 
-/// Among equal values the earliest vertex keeps the index. Which it is nobody can foretell, so nothing here jumps on
-/// it: the axes go side by side, in a loop of fixed length.
+/// Among equal values the earliest vertex keeps the index. The outcome is unpredictable, so the loop is branch-free,
+/// of fixed length, and takes the axes side by side.
 void CTriangulo2D::CalculaIndices(int eje) {
   const int v1[4] = {p1->x, p1->y, p1->z, 0}, v2[4] = {p2->x, p2->y, p2->z, 0}, v3[4] = {p3->x, p3->y, p3->z, 0};
   int menor[4], mayor[4];

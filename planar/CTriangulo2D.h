@@ -38,7 +38,7 @@ class URDIMBRE_API CTriangulo2D {
   static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
   static void operator delete(void* sitio, std::size_t bytes) noexcept;
   static void operator delete(void*, void*) noexcept {}
-  /// Destroys the triangles of a list that starts with `primero`, none of which may be linked to one that lives on. One
+  /// Destroys the triangles of a list that starts with `primero`, none of which may be linked to one that stays. One
   /// exchange with the thread that made them, whatever their number.
   static void DestruyeLista(CTriangulo2D* primero) noexcept;
   /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
@@ -128,7 +128,7 @@ class URDIMBRE_API CTriangulo2D {
   void SetBorrado(bool b) { flags = static_cast<std::uint16_t>((flags & ~kMascaraMarca) | (b ? kMarcaBorrado : 0)); }
   /// Clears the first neighbour link that equals `t`.
   void BorraVecino(CTriangulo2D const* t) {
-    // Chosen without a jump: which of the three it is, is as good as random.
+    // Chosen without a branch: which of the three it is, is unpredictable.
     CTriangulo2D*& suyo = this->*kVecino[LadoHacia(t)];
     suyo = suyo == t ? nullptr : suyo;
   }
@@ -242,7 +242,7 @@ class URDIMBRE_API CTriangulo2D {
     vecino = nullptr;
   }
 
-  /// Begin of a side and neighbour across it, by its index: chosen without a jump.
+  /// First vertex of a side and neighbour across it, by the side's index: no branch chooses.
   static CCoor3D<int>* CTriangulo2D::*const kPunto[3];
   static CTriangulo2D* CTriangulo2D::*const kVecino[3];
 

@@ -4,7 +4,7 @@
 
 namespace Meseta47 {
 
-/// An entity of a drawing as a list of points. What stores them is a line or one of its kin.
+/// An entity of a drawing as a list of points. A line, or a class derived from it, stores them.
 template <class T>
 class CEntidadDigi : public CCabDigi<T> {
  public:

@@ -29,8 +29,8 @@ struct CClavePunto {
 /// them. O(n) on all processors, with room for a second list; the result does not depend on their number.
 void OrdenaPorPosicion(VectorCrudo<CClavePunto>& claves, CMaximas<int> const& caja);
 
-/// To whoever passes over the points in that order: they are neighbours in it and far apart in memory. Fetches a point
-/// some way ahead of number `i`.
+/// For a pass over the points in that order, in which neighbours are far apart in memory: prefetches a point some way
+/// ahead of number `i`.
 inline void AnticipaPunto(VectorCrudo<CClavePunto> const& claves, std::size_t i) noexcept {
   constexpr std::size_t kAdelanto = 8;  // about as many lines as a core waits for at once
   if (i + kAdelanto < claves.size()) AnticipaLectura(claves[i + kAdelanto].punto);

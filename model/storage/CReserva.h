@@ -11,7 +11,7 @@ namespace Meseta47 {
 /// returns to the thread that took it. Slots start at a multiple of 64 bytes, so that an element can decide what of it
 /// shares a cache line.
 ///
-/// One object a class of element, alive for the whole process. Thread-safe. Built with the address sanitizer it hands
+/// One object a class of element, for the whole process. Thread-safe. Built with the address sanitizer it hands
 /// each request on to the system, so that a use after destruction is seen.
 class URDIMBRE_API CReserva {
  public:

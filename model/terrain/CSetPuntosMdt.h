@@ -77,8 +77,8 @@ class URDIMBRE_API CSetPuntosMdt {
   int Read(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje, CNivelMensajes nivel);
 
  private:
-  /// Makes no points and unmakes none: whoever resizes fills. A point's destructor does nothing, yet as a virtual one
-  /// it is called for each.
+  /// Elements are neither constructed nor destroyed here: the caller of resize() fills them. The destructor of a
+  /// point does nothing, but is virtual, and would be called for each.
   struct Asignador : AsignadorCrudo<CPuntoTIN> {
     /// The allocator of another type, as containers ask for it.
     template <class U>

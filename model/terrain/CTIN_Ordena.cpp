@@ -62,7 +62,7 @@ class CEmpareja {
  private:
   static constexpr std::size_t kPocos = 12;
 
-  /// Each with all: so few that no jump need depend on what they are, and a sort guesses wrong at every other step.
+  /// Each with all, branch-free: they are few, and every other branch of a sort would be mispredicted.
   void Compara(std::vector<Cabo> const& cabos) {
     for (Cabo const& cabo : cabos) {
       std::uint32_t iguales = 0, suma = 0;
