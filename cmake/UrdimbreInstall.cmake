@@ -20,5 +20,5 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/UrdimbreConfig.cmake ${CMAKE_CURRENT_B
 file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/urdimbre.pc.in urdimbre.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/urdimbre.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-install(FILES CHANGELOG.md docs/formats.md docs/classifying.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES CHANGELOG.md docs/formats.md docs/classifying.md docs/tutorial.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES COPYRIGHT DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)  # the name that Debian looks for
