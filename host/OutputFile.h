@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/CFile.h"
+#include "platform/CFicheroParcial.h"
 
 namespace Meseta47::host {
 
@@ -16,18 +16,17 @@ namespace Meseta47::host {
 void requireReplaceable(std::string const& name);
 
 /// A file in the making. It is written as NAME.part and takes its name in one step in commit(): until then whatever
-/// stands under that name is untouched, and without a commit() nothing is left behind. A symbolic link keeps pointing
-/// to the file that is replaced, and a replaced file's permissions stay.
+/// stands under that name is untouched, and without a commit() nothing is left behind. Links, permissions and other
+/// runs that write the same file are as CFicheroParcial has them.
 ///
 /// Every failure, a full disk included, is a FileError that names the file and the cause. Used by one thread at a time.
 class OutputFile {
  public:
-  /// Opens NAME.part, over one that an interrupted run left. Throws when the name is a folder or a device, or when the
-  /// folder cannot be written.
-  explicit OutputFile(std::string name);
+  /// Opens NAME.part. Throws when the name is a folder or a device, or when the folder cannot be written. Messages call
+  /// the file `shown`, for one that belongs to another; when that is empty, by its own name.
+  explicit OutputFile(std::string const& name, std::string shown = {});
   OutputFile(OutputFile const&) = delete;
   OutputFile& operator=(OutputFile const&) = delete;
-  ~OutputFile();
 
   /// Writes at the position, which advances.
   void write(void const* data, std::size_t bytes);
@@ -54,14 +53,11 @@ class OutputFile {
   [[nodiscard]] std::string const& name() const { return name_; }
 
  private:
-  [[noreturn]] void fail(std::string_view what, std::string_view cause);
-  void discard();
+  [[noreturn]] void fail(std::string_view what);
 
-  std::string name_;    // as the user gave it
-  std::string target_;  // with symbolic links resolved
-  std::string part_;
-  CFile file_;
-  bool pending_ = false;  // a .part of ours stands on the disk
+  std::string name_;  // as the user knows it
+  CFicheroParcial partial_;
+  CFile& file_;
 };
 
 }  // namespace Meseta47::host

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "platform/CFicheroParcial.h"
 #include "platform/CStdioFile.h"
-#include "platform/Sistema.h"
 
 namespace {
 
@@ -77,26 +77,13 @@ int CFicheroIni::Lee(CString const& path) {
 }
 
 int CFicheroIni::Escribe(CString const& path) const {
-  const int corte = path.ReverseFind(sistema::kSeparador);
-  const CString carpeta = corte == -1 ? CString(L".") : path.Left(corte + 1);
-  CString nuevo;
-  unsigned numero = 0;
-  if (const int codigo = sistema::CreaTemporal(carpeta, path.Mid(corte + 1), &path, nuevo, numero); codigo != 0) {
-    return codigo;
-  }
-  CStdioFile fichero(nuevo, CFile::modeWrite);
-  fichero.PonSincroniza(true);
+  CFicheroParcial parcial(path);
+  parcial.Fichero().PonSincroniza(true);
   for (CString const& linea : lineas_) {
-    fichero.WriteString(linea + L"\n");
+    const std::string texto = linea.Utf8() + '\n';
+    parcial.Fichero().Write(texto.data(), texto.size());
   }
-  fichero.Close();
-  const int codigo = fichero.HayError() ? fichero.CodigoError() : sistema::Renombra(nuevo, path);
-  if (codigo != 0) {
-    sistema::Borra(nuevo);
-  } else {
-    sistema::SincronizaCarpeta(carpeta);
-  }
-  return codigo;
+  return parcial.Confirma() ? 0 : parcial.CodigoError();
 }
 
 bool CFicheroIni::Busca(CString const& seccion, CString const& clave, CString& valor) const {

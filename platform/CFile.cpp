@@ -45,6 +45,7 @@ CFile& CFile::operator=(CFile&& otro) noexcept {
   flags_ = otro.flags_;
   codigo_ = std::exchange(otro.codigo_, 0);
   sincroniza_ = otro.sincroniza_;
+  borraAlCerrar_ = std::exchange(otro.borraAlCerrar_, false);
   accion_ = otro.accion_;
   path_ = std::exchange(otro.path_, CString());
   return *this;
@@ -57,18 +58,46 @@ bool CFile::Open(CString const& path, unsigned flags) {
   if (IsOpen() && !Close() && !sabido) {
     return false;
   }
+  Empieza(path, flags);
+  return Falla(sistema::Abre(path_, flags_, descriptor_), "open");
+}
+
+void CFile::Empieza(CString const& path, unsigned flags) {
   path_ = path;
   flags_ = flags;
   codigo_ = 0;
   base_ = posicionSistema_ = 0;
   Olvida();
   bloque_ = kPrimerBloque;
-  return Falla(sistema::Abre(path_, flags_, descriptor_), "open");
+}
+
+bool CFile::AbreTemporal(CString const& carpeta, CString const& prefijo) {
+  Close();
+  Empieza(carpeta, modeReadWrite);
+  if (!Falla(sistema::Consulta(EOperacion::CreaTemporal, carpeta), "write in")) {
+    return false;
+  }
+  if (sistema::AbreSinNombre(carpeta, descriptor_, path_) == 0) {
+    return true;
+  }
+  const auto nombre = [&](unsigned numero) {
+    CString final;
+    final.Format(L"%X.tmp", numero);
+    return sistema::EnCarpeta(carpeta, prefijo + final);
+  };
+  if (!Falla(sistema::AbreNumerado(nombre, modeCreate | modeReadWrite | modePrivado, path_, descriptor_), "write in")) {
+    return false;
+  }
+  borraAlCerrar_ = sistema::SueltaNombre(descriptor_, path_) != 0;
+  return true;
 }
 
 bool CFile::Close() {
   if (IsOpen()) {
     Flush();
+    if (std::exchange(borraAlCerrar_, false)) {
+      sistema::Borra(path_);
+    }
     const int codigo = sistema::Cierra(std::exchange(descriptor_, sistema::kSinFichero), path_);
     Falla(codigo, "close");
     base_ = posicionSistema_ = 0;
@@ -229,10 +258,10 @@ bool CFile::SetLength(unsigned long long bytes) {
   return !HayError() && Falla(sistema::Trunca(descriptor_, path_, static_cast<long long>(bytes)), "resize");
 }
 
-CString CFile::Error() const {
+CString CFile::Error(CString const& nombre) const {
   CString texto;
   if (HayError()) {
-    texto.Format("cannot %s %s: %s", accion_, path_.Utf8().c_str(), sistema::TextoError(codigo_).Utf8().c_str());
+    texto.Format("cannot %s %s: %s", accion_, nombre.Utf8().c_str(), sistema::TextoError(codigo_).Utf8().c_str());
   }
   return texto;
 }

@@ -29,6 +29,8 @@ class URDIMBRE_API CFile {
     modeNoInherit = 0x80,     ///< No file is ever inherited by a program started from this one.
     modeCreate = 0x1000,      ///< Makes the file, or empties an existing one.
     modeNoTruncate = 0x2000,  ///< With modeCreate, keeps what an existing file holds.
+    modeNuevo = 0x10000,      ///< Makes the file, and fails when anything, be it a link to nowhere, has its name.
+    modePrivado = 0x20000,    ///< A file made is for this user alone.
     typeText = 0x4000,
     typeBinary = 0x8000,
   };
@@ -48,6 +50,13 @@ class URDIMBRE_API CFile {
   /// still open is closed first; should that fail as the first failure of all, nothing is opened and it is kept. A
   /// folder cannot be opened. False on failure.
   bool Open(CString const& path, unsigned flags);
+
+  /// Opens a file of its own for what is too much for memory, empty, to be read and written, in a folder: for this user
+  /// alone, and gone when it is closed. It has no name where the system can do without one, and so leaves nothing
+  /// however the process ends; elsewhere it is "PREFIXnumber.tmp", and what a process that was killed left under such a
+  /// name goes when the next one asks. GetFilePath() tells by what name this process can open it a second time while it
+  /// is open.
+  bool AbreTemporal(CString const& carpeta, CString const& prefijo);
 
   /// Writes what is pending and closes. False when that, or anything before it, failed. Closing a file that is not open
   /// succeeds unless a failure is kept.
@@ -95,12 +104,16 @@ class URDIMBRE_API CFile {
   /// a person: "cannot write PATH: No space left on device".
   [[nodiscard]] bool HayError() const { return codigo_ != 0; }
   [[nodiscard]] int CodigoError() const { return codigo_; }
-  [[nodiscard]] CString Error() const;
+  [[nodiscard]] CString Error() const { return Error(path_); }
+  /// The same with another name for the file: that by which the person knows it.
+  [[nodiscard]] CString Error(CString const& nombre) const;
 
   /// Asks Flush() and Close() to wait until the data are on the disk itself. Off until asked for; stays through Open().
   void PonSincroniza(bool sincroniza) { sincroniza_ = sincroniza; }
 
  private:
+  friend class CFicheroParcial;
+
   // The buffer is a window on the file: validos_ bytes from base_, the position at base_ + cursor_, and in it one run
   // of bytes, from sucioDesde_ to sucioHasta_, that the disk has not seen. legibles_ is validos_ in a file that can be
   // read and 0 in one that cannot, so that Read() needs a single comparison.
@@ -114,6 +127,7 @@ class URDIMBRE_API CFile {
   void PonValidos(std::size_t validos);
   bool Situa(long long posicion);
   bool Falla(int codigo, char const* accion);
+  void Empieza(CString const& path, unsigned flags);
   bool ReservaBufer();
   void Olvida();
 
@@ -130,6 +144,7 @@ class URDIMBRE_API CFile {
   unsigned flags_ = 0;
   int codigo_ = 0;
   bool sincroniza_ = false;
+  bool borraAlCerrar_ = false;
   char const* accion_ = "";
   CString path_;
 };

@@ -1,5 +1,6 @@
 #include "platform/Ficheros.h"
 
+#include "platform/CFile.h"
 #include "platform/Sistema.h"
 
 namespace {
@@ -27,8 +28,7 @@ bool CreaCarpeta(CString const& path, CString* error) {
 }
 
 bool CarpetaEscribible(CString const& path, CString* error) {
-  CString prueba;
-  unsigned numero = 0;
-  const int codigo = sistema::CreaTemporal(path, L"urdimbre", nullptr, prueba, numero);
-  return Informa(codigo, "write in", path, error) && BorraFichero(prueba, error);
+  CFile prueba;
+  static_cast<void>(prueba.AbreTemporal(path, L"urdimbre"));
+  return Informa(prueba.CodigoError(), "write in", path, error);
 }

@@ -15,7 +15,7 @@ bool URDIMBRE_API BorraFichero(CString const& path, CString* error = nullptr);
 /// Makes a folder and those above it that are missing. True when it stands there in the end.
 bool URDIMBRE_API CreaCarpeta(CString const& path, CString* error = nullptr);
 
-/// Whether files can be made in a folder. It makes one and deletes it: permissions alone do not tell.
+/// Whether files can be made in a folder. It makes one, which goes at once: permissions alone do not tell.
 [[nodiscard]] bool URDIMBRE_API CarpetaEscribible(CString const& path, CString* error = nullptr);
 
 /// Bytes that this user may still write on the disk that holds a file or folder; -1 when it cannot be told.

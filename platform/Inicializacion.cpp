@@ -6,10 +6,12 @@
 #include <system_error>
 
 #include "platform/CFicheroIni.h"
+#include "platform/CFicheroParcial.h"
 
 namespace {
 
-/// Two threads that change one file at a time would undo each other's change.
+/// Two threads that change one file at a time would undo each other's change, and so would two processes: their lock is
+/// that of the file's folder.
 std::mutex& CerrojoEscritura() {
   static std::mutex cerrojo;
   return cerrojo;
@@ -81,6 +83,7 @@ bool WritePrivateProfileStringW(wchar_t const* seccion, wchar_t const* clave, wc
     return false;
   }
   const std::scoped_lock cerrojo(CerrojoEscritura());
+  const CCerrojoCarpeta cerrojoDeTodos(CarpetaDe(DestinoFinal(fichero)));
   CFicheroIni ini;
   const int leido = ini.Lee(fichero);
   if (leido != 0 && leido != static_cast<int>(std::errc::no_such_file_or_directory)) {

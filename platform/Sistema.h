@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -25,8 +26,28 @@ int Consulta(EOperacion operacion, wchar_t const* path);
 /// Bytes that the guard grants to one transfer.
 std::size_t Concedidos(EOperacion operacion, CString const& path, std::size_t bytes);
 
-/// `flags` are those of CFile. A folder is refused.
+/// `flags` are those of CFile. A folder is refused. A file opened as modeNuevo is locked for as long as it, or a
+/// duplicate of it, is open: the system gives the lock up when the process ends, whatever way that is.
 int Abre(CString const& path, unsigned flags, Descriptor& fichero);
+/// A file without a name in a folder, for this user alone: nothing of it is left when the last who has it open closes
+/// it or ends. `path` is a name by which this process alone can open it again. Fails where the system has no such
+/// files.
+int AbreSinNombre(CString const& carpeta, Descriptor& fichero, CString& path);
+/// The same of a file that is open: it gives up its name. Fails, and the name stays, where the system needs it.
+int SueltaNombre(Descriptor fichero, CString& path);
+/// Another hold on an open file and its lock, for Suelta(); kSinFichero when the system gives none.
+Descriptor Duplica(Descriptor fichero);
+/// Gives up a hold that nothing is written through. kSinFichero is none.
+void Suelta(Descriptor fichero);
+/// Gives an open file the owner, the group and the permissions of another one. What this user may not give makes the
+/// file more private, never less.
+void HeredaPermisos(Descriptor fichero, CString const& modelo);
+/// Deletes what a process that has ended left open as modeNuevo; whatever else has the name is left alone.
+enum class EResto { Nada, Borrado, EnUso };
+EResto BorraResto(CString const& path);
+/// Opens, as modeNuevo, the first of a row of names (1, 2, 3 ...) that is free, and deletes what processes that have
+/// ended left under the row's names.
+int AbreNumerado(std::function<CString(unsigned)> const& nombre, unsigned flags, CString& path, Descriptor& fichero);
 /// One transfer at the file's position. A write moves at least a byte or fails.
 int Lee(Descriptor fichero, CString const& path, void* destino, std::size_t cuantos, std::size_t& movidos);
 int Escribe(Descriptor fichero, CString const& path, void const* origen, std::size_t cuantos, std::size_t& movidos);
@@ -37,18 +58,28 @@ int Sincroniza(Descriptor fichero, CString const& path);
 /// The descriptor is given back also on failure.
 int Cierra(Descriptor fichero, CString const& path);
 
-/// Makes an empty file that must not exist: without a model for this user alone, with one it has the model's
-/// permissions, or those of any new file when the model does not exist.
-int CreaExclusivo(CString const& path, CString const* modelo);
+/// Makes an empty file that must not exist, for this user alone.
+int CreaExclusivo(CString const& path);
 /// The same under a new name, "FOLDER/PREFIXnumber.tmp", until one is free; the number is never 0.
-int CreaTemporal(CString const& carpeta, CString const& prefijo, CString const* modelo, CString& path,
-                 unsigned& numero);
+int CreaTemporal(CString const& carpeta, CString const& prefijo, CString& path, unsigned& numero);
+/// Whether something, a link for what it is, stands under a name.
+bool Existe(CString const& path);
+/// Where a symbolic link points, from its own folder; false for what is none.
+bool SigueEnlace(CString const& path, CString& hasta);
+/// Bytes that a step of a path may have.
+inline constexpr std::size_t kMayorNombre = 255;
 int Renombra(CString const& desde, CString const& hasta);
 /// Asks for no memory: it is what cleans up when memory has run out.
 int Borra(wchar_t const* path);
 int CreaCarpeta(CString const& path);
 /// Makes a rename in the folder last through a loss of power. Best effort.
 void SincronizaCarpeta(CString const& carpeta);
+/// Waits until no other process has the folder's lock, ten seconds at most, and takes it; kSinFichero when it still has
+/// it then, or where folders have no locks. Suelta() gives it up.
+Descriptor BloqueaCarpeta(CString const& carpeta);
+
+/// The path of a file in a folder.
+CString EnCarpeta(CString carpeta, CString const& nombre);
 
 /// A value of the environment; empty when it is not set.
 CString Entorno(char const* nombre);

@@ -3,22 +3,16 @@
 #include <cwchar>
 #include <system_error>
 
+#include "platform/CFile.h"
 #include "platform/CWinApp.h"
 #include "platform/Sistema.h"
 
 namespace {
 
-CString ConSeparador(CString carpeta) {
-  if (!carpeta.IsEmpty() && carpeta[carpeta.GetLength() - 1] != sistema::kSeparador) {
-    carpeta += sistema::kSeparador;
-  }
-  return carpeta;
-}
-
 CString NombreNumerado(CString const& carpeta, CString const& prefijo, unsigned numero) {
   CString final;
   final.Format(L"%X.tmp", numero);
-  return ConSeparador(carpeta) + prefijo + final;
+  return sistema::EnCarpeta(carpeta, prefijo + final);
 }
 
 void Copia(CString const& texto, wchar_t* destino) {
@@ -27,8 +21,30 @@ void Copia(CString const& texto, wchar_t* destino) {
 
 }  // namespace
 
-int sistema::CreaTemporal(CString const& carpeta, CString const& prefijo, CString const* modelo, CString& path,
-                          unsigned& numero) {
+CString sistema::EnCarpeta(CString carpeta, CString const& nombre) {
+  if (!carpeta.IsEmpty() && carpeta[carpeta.GetLength() - 1] != kSeparador) {
+    carpeta += kSeparador;
+  }
+  return std::move(carpeta += nombre);
+}
+
+int sistema::AbreNumerado(std::function<CString(unsigned)> const& nombre, unsigned flags, CString& path,
+                          Descriptor& fichero) {
+  constexpr int kEnUso = static_cast<int>(std::errc::file_exists);
+  constexpr unsigned kIntentos = 1000;  // at work at once in one place: more is no coincidence
+  int codigo = kEnUso;
+  unsigned numero = 0;
+  while (codigo == kEnUso && numero < kIntentos) {
+    path = nombre(++numero);
+    BorraResto(path);
+    codigo = Abre(path, flags | CFile::modeNuevo, fichero);
+  }
+  while (codigo == 0 && numero < kIntentos && BorraResto(nombre(++numero)) != EResto::Nada) {
+  }
+  return codigo;
+}
+
+int sistema::CreaTemporal(CString const& carpeta, CString const& prefijo, CString& path, unsigned& numero) {
   constexpr int kEnUso = static_cast<int>(std::errc::file_exists);
   // A number in use is a chance in thousands of millions: where this many are in a row, another try will not help.
   constexpr int kIntentos = 100;
@@ -36,7 +52,7 @@ int sistema::CreaTemporal(CString const& carpeta, CString const& prefijo, CStrin
   for (int intento = 0; codigo == kEnUso && intento < kIntentos; ++intento) {
     numero = NumeroAlAzar() | 1u;
     path = NombreNumerado(carpeta, prefijo, numero);
-    codigo = CreaExclusivo(path, modelo);
+    codigo = CreaExclusivo(path);
   }
   return codigo;
 }
@@ -44,7 +60,7 @@ int sistema::CreaTemporal(CString const& carpeta, CString const& prefijo, CStrin
 unsigned long GetTempPathW(unsigned long tamano, wchar_t* destino) {
   CWinApp const* const aplicacion = AfxGetApp();
   CString carpeta = aplicacion == nullptr ? CString() : aplicacion->CarpetaTemporal();
-  carpeta = ConSeparador(carpeta.IsEmpty() ? sistema::CarpetaTemporal() : carpeta);
+  carpeta = sistema::EnCarpeta(carpeta.IsEmpty() ? sistema::CarpetaTemporal() : carpeta, L"");
   const auto largo = static_cast<unsigned long>(carpeta.GetLength());
   if (largo >= tamano || destino == nullptr) {
     return largo + 1;
@@ -63,7 +79,7 @@ unsigned GetTempFileNameW(wchar_t const* carpeta, wchar_t const* prefijo, unsign
   unsigned numero = unico;
   if (unico != 0) {
     path = NombreNumerado(carpeta, prefijo, unico);
-  } else if (sistema::CreaTemporal(carpeta, prefijo, nullptr, path, numero) != 0) {
+  } else if (sistema::CreaTemporal(carpeta, prefijo, path, numero) != 0) {
     return 0;
   }
   Copia(path, destino);

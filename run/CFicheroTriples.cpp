@@ -1,49 +1,34 @@
 #include "run/CFicheroTriples.h"
 
 #include <algorithm>
-#include <new>
 
 #include "model/threads/Codigos.h"
 #include "platform/Temporales.h"
 
 namespace Meseta47 {
 
-namespace {
-
-/// A name that no other file has, which the system makes by making the file; or one made up here.
-CString FormaRuta(unsigned identificador, wchar_t const* deReserva) {
+int CFicheroTriples::Abre(unsigned identificador, wchar_t const* deReserva) {
+  constexpr unsigned kNuevo = CFile::modeCreate | CFile::modeNuevo | CFile::modePrivado | CFile::modeReadWrite;
+  Borra();
   CString prefijo;
   prefijo.Format(L"%dMD", static_cast<int>(identificador));
-  wchar_t carpeta[MAX_PATH], nombre[MAX_PATH];
+  wchar_t carpeta[MAX_PATH];
   const unsigned long largo = GetTempPathW(MAX_PATH, carpeta);
-  const bool hayCarpeta = largo != 0 && largo < MAX_PATH;
-  if (GetTempFileNameW(hayCarpeta ? carpeta : L".", prefijo, 0, nombre) == 0) return prefijo + deReserva;
-  try {
-    return nombre;
-  } catch (std::bad_alloc const&) {
-    DeleteFileW(nombre);  // it is there already
-    throw;
-  }
-}
-
-}  // namespace
-
-int CFicheroTriples::Abre(unsigned identificador, wchar_t const* deReserva) {
-  constexpr unsigned kNuevo = CFile::modeCreate | CFile::modeReadWrite | CFile::shareDenyNone | CFile::typeBinary;
-  Borra();
-  auto nuevo = std::make_unique<CFile>();  // before the name: what it names exists, and goes with the object
-  ruta = FormaRuta(identificador, deReserva);
+  auto nuevo = std::make_unique<CFile>();
+  bool abierto = nuevo->AbreTemporal(largo != 0 && largo < MAX_PATH ? carpeta : L".", prefijo);
+  tieneNombre = !abierto;
+  ruta = abierto ? nuevo->GetFilePath() : prefijo + deReserva;
+  abierto = abierto || nuevo->Open(ruta, kNuevo);
+  if (!abierto) return kFicheroInaccesible;
   fichero = std::move(nuevo);
-  if (fichero->Open(ruta, kNuevo)) return kHecho;
-  Borra();
-  return kFicheroInaccesible;
+  return kHecho;
 }
 
 void CFicheroTriples::Borra() {
   if (fichero == nullptr) return;
   fichero->Close();
   fichero.reset();
-  DeleteFileW(ruta);
+  if (tieneNombre) DeleteFileW(ruta);
 }
 
 bool CLectorTriples::Abre(CString const& ruta) {

@@ -25,9 +25,10 @@ class URDIMBRE_API CFicheroTriples {
  public:
   static constexpr unsigned kBytes = sizeof(CTriple);
 
-  /// Makes the file in the folder for temporary files. Its name begins with the number and "MD"; where the system has
-  /// no name to give it is that and `deReserva`, in the current folder. kHecho; kFicheroInaccesible when it cannot be
-  /// opened, and then nothing is left. Throws std::bad_alloc.
+  /// Makes the file in the folder for temporary files, without a name where the system can do without one
+  /// (CFile::AbreTemporal). Elsewhere the name begins with the number and "MD"; where that folder takes no file it is
+  /// that and `deReserva`, in the current folder. kHecho; kFicheroInaccesible when it cannot be made, and then nothing
+  /// is left. Throws std::bad_alloc.
   int Abre(unsigned identificador, wchar_t const* deReserva);
   /// Closes and deletes it. Nothing happens when there is none.
   void Borra();
@@ -35,7 +36,7 @@ class URDIMBRE_API CFicheroTriples {
   [[nodiscard]] bool EstaAbierto() const { return fichero != nullptr; }
   /// Null when there is none.
   [[nodiscard]] CFile* Fichero() const { return fichero.get(); }
-  /// Its full path, or that of the last one.
+  /// The path by which this process can open it, or could open the last one.
   [[nodiscard]] CString const& Ruta() const { return ruta; }
   /// Hands what is pending to the system. True when all is on its way to the disk, or there is no file.
   bool Vuelca() { return fichero == nullptr || fichero->Flush(); }
@@ -43,6 +44,7 @@ class URDIMBRE_API CFicheroTriples {
  private:
   std::unique_ptr<CFile> fichero;
   CString ruta;
+  bool tieneNombre = false;  // one that this object has to delete
 };
 
 /// Reads the triples of a file, or of a slice of it, a block at a time. One object a thread.

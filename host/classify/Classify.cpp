@@ -6,6 +6,7 @@
 
 #include "host/CloudReader.h"
 #include "host/Failure.h"
+#include "host/OutputCheck.h"
 #include "host/Stopwatch.h"
 #include "host/las/LasCopy.h"
 
@@ -121,6 +122,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
   const bool hasProfile = !options.profile.empty();
   search.settle(hasProfile ? &place : nullptr);
   requireCopyable(inputOf(options), search);
+  requireOutputs({options.output}, {});  // which may be the input
 
   ClassifyReport report;
   LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, app); });

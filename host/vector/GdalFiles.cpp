@@ -170,7 +170,7 @@ class GdalFiles::Handler : public VSIFilesystemHandler {
   }
 };
 
-GdalFiles::GdalFiles(std::string folder) : folder_(std::move(folder)) {
+GdalFiles::GdalFiles(std::string folder, std::string shown) : folder_(std::move(folder)), shown_(std::move(shown)) {
   static std::once_flag once;
   std::call_once(once, [] { VSIFileManager::InstallHandler(std::string(kPrefix), new Handler); });
   const std::scoped_lock lock(outputs().lock);
@@ -233,7 +233,7 @@ GdalFiles::File GdalFiles::make(std::string_view name, bool empties) {
   if (const auto old = deleted_.find(name); old != deleted_.end() && !old->second.expired()) {
     throw FileError(place, "cannot be written: one of that name is still being deleted");
   }
-  return files_.emplace(name, std::make_shared<OutputFile>(place)).first->second;
+  return files_.emplace(name, std::make_shared<OutputFile>(place, shown_)).first->second;
 }
 
 bool GdalFiles::forget(std::string_view name) {

@@ -20,8 +20,9 @@ namespace Meseta47::host {
 /// could not be made for one that was, so check() also stands behind what goes well. Used by one thread at a time.
 class GdalFiles {
  public:
-  /// Makes nothing yet. An empty folder is the current one.
-  explicit GdalFiles(std::string folder);
+  /// Makes nothing yet. An empty folder is the current one. Messages name the file `shown`, that of the user, whichever
+  /// file is at fault; when that is empty, the file itself.
+  explicit GdalFiles(std::string folder, std::string shown = {});
   GdalFiles(GdalFiles const&) = delete;
   GdalFiles& operator=(GdalFiles const&) = delete;
   /// Without a commit() nothing is left behind. GDAL must have closed what it had open.
@@ -57,7 +58,7 @@ class GdalFiles {
   File make(std::string_view name, bool empties);
   bool forget(std::string_view name);
 
-  std::string folder_;
+  std::string folder_, shown_;
   unsigned number_;
   std::map<std::string, File, std::less<>> files_;
   std::map<std::string, std::weak_ptr<OutputFile>, std::less<>> deleted_;  // perhaps still open

@@ -10,6 +10,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/vector/Gdal.h"
+#include "platform/CFicheroParcial.h"
 
 namespace Meseta47::host {
 
@@ -25,7 +26,7 @@ struct VectorOutput::Format {
   std::vector<char const*> sides;  // endings of files beside the main one, of ours or of programs that used the old one
 };
 
-VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
+VectorOutput::Format const* VectorOutput::findFormat(std::string const& name) {
   static const std::array<Format, 5> kFormats{{
       // A journal left beside an older database would be played back into the new one.
       {".gpkg", "GPKG", RegisterOGRGeoPackage, true, false, {".gpkg-wal", ".gpkg-shm", ".gpkg-journal"}},
@@ -40,11 +41,15 @@ VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
       {".dxf", "DXF", RegisterOGRDXF, false, false, {}},
   }};
   const std::string extension = fs::path(name).extension().string();
-  for (Format const& format : kFormats) {
-    if (extension == format.extension) return format;
-  }
+  const auto found = std::find_if(kFormats.begin(), kFormats.end(),
+                                  [&](Format const& format) { return extension == format.extension; });
+  return found == kFormats.end() ? nullptr : &*found;
+}
+
+VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
+  if (Format const* const format = findFormat(name)) return *format;
   throw UsageError(fmt::format("{}: no vector format has the extension \"{}\": use .gpkg, .geojson, .fgb, .shp or .dxf",
-                               name, extension));
+                               name, fs::path(name).extension().string()));
 }
 
 namespace {
@@ -70,10 +75,54 @@ ReferenceSystem byCode(ReferenceSystem const& system, std::string const& file) {
 
 }  // namespace
 
-void VectorOutput::requireFormat(std::string const& name) { formatOf(name); }
+void VectorOutput::requireFormat(std::string const& name) {
+  const std::string target = targetOf(name, formatOf(name));
+  if (&formatOf(name) == findFormat(target)) return;
+  throw FileError(name, fmt::format("leads to {}, which is no name for a shapefile: give that one .shp", target));
+}
+
+std::string VectorOutput::targetOf(std::string const& name, Format const& format) {
+  return format.driver == std::string_view("ESRI Shapefile") ? replacedBy(name) : name;
+}
+
+std::vector<std::string> VectorOutput::companionsOf(std::string const& name) {
+  std::vector<std::string> companions;
+  if (Format const* const format = findFormat(name)) {
+    const std::string stem = fs::path(name).replace_extension().string();
+    for (char const* const ending : format->sides) companions.push_back(stem + ending);
+  }
+  return companions;
+}
+
+void VectorOutput::requireNoOtherLayers(std::string const& name, std::string const& layer) {
+  if (formatOf(name).driver != std::string_view("GPKG")) return;
+  std::error_code error;
+  if (!fs::exists(name, error)) return;
+  startGdalFormat(formatOf(name).registers);
+  const GdalReport report;
+  char const* const drivers[] = {"GPKG", nullptr};
+  char const* const options[] = {"LIST_ALL_TABLES=YES", nullptr};
+  constexpr unsigned kWhatever = GDAL_OF_VECTOR | GDAL_OF_RASTER | GDAL_OF_READONLY;
+  const GDALDatasetUniquePtr old(GDALDataset::Open(name.c_str(), kWhatever, drivers, options, nullptr));
+  if (!old) return;  // no database: a file like any other
+  const bool pictures = old->GetRasterCount() != 0 || old->GetMetadata("SUBDATASETS") != nullptr;
+  for (OGRLayer* const found : old->GetLayers()) {
+    if (found->GetName() == layer) continue;
+    throw FileError(name, fmt::format("holds the layer \"{}\" too, which a new file would not: write to another file, "
+                                      "or give --overwrite",
+                                      found->GetName()));
+  }
+  if (pictures) {
+    throw FileError(name, "holds pictures, which a new file would not: write to another file, or give --overwrite");
+  }
+}
 
 VectorOutput::VectorOutput(std::string const& name, ReferenceSystem const& system, VectorLayer layer)
-    : name_(name), format_(formatOf(name)), plan_(std::move(layer)), files_(fs::path(name).parent_path().string()) {
+    : name_(name),
+      format_(formatOf(name)),
+      target_(targetOf(name, format_)),
+      plan_(std::move(layer)),
+      files_(fs::path(target_).parent_path().string(), name) {
   startGdalFormat(format_.registers);
   try {
     createLayer(format_.bySystemCode && system.isKnown() ? byCode(system, name_) : system);
@@ -91,7 +140,7 @@ void VectorOutput::createLayer(ReferenceSystem const& system) {
   if (driver == nullptr) fail(fmt::format("the GDAL of this machine has no {} driver", format_.driver));
   // A database that is not finished is thrown away: nothing would ever be played back.
   const CPLConfigOptionSetter journal("OGR_SQLITE_JOURNAL", "OFF", false);
-  dataset_ = driver->Create(files_.path(fileName(name_)).c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+  dataset_ = driver->Create(files_.path(fileName(target_)).c_str(), 0, 0, 0, GDT_Unknown, nullptr);
   if (dataset_ == nullptr) fail(report.failure());
 
   CPLStringList options;
@@ -194,13 +243,12 @@ void VectorOutput::finish() {
 
 void VectorOutput::commit() {
   finish();
-  const fs::path stem = fs::path(name_).replace_extension();
-  for (char const* const ending : format_.sides) {
-    const fs::path side = stem.string() + ending;
+  const CCerrojoCarpeta lock(CarpetaDe(CString::DesdeUtf8(replacedBy(target_))));
+  for (std::string const& side : companionsOf(replacedBy(target_))) {
     std::error_code ignored;
-    if (!files_.has(side.filename().string())) fs::remove(side, ignored);
+    if (!files_.has(fileName(side))) fs::remove(side, ignored);
   }
-  files_.commit(fileName(name_));
+  files_.commit(fileName(target_));
 }
 
 void VectorOutput::fail(std::string const& why) const {

@@ -33,8 +33,8 @@ struct VectorLayer {
 
 /// A vector file in the making, of the format that its extension names: .gpkg, .geojson, .fgb, .shp or .dxf. GDAL
 /// writes it as NAME.part, through GdalFiles, and it takes its name in the end: all the files of a shapefile or none,
-/// and nothing under their names before. What is added goes to the disk as it comes; of a FlatGeobuf and a DXF a second
-/// copy stands there for a while.
+/// and nothing under their names before. Two runs that write one shapefile leave the files of one of them. What is
+/// added goes to the disk as it comes; of a FlatGeobuf and a DXF a second copy stands there for a while.
 ///
 /// Geometries have heights. A DXF knows no fields: there the name that each geometry is given is its layer, and rings
 /// of polygons are closed lines, since CAD has no polygons with holes. Throws FileError. Used by one thread at a time.
@@ -42,6 +42,11 @@ class VectorOutput {
  public:
   /// Throws UsageError unless the extension names a format. Cheap: to be called before any work.
   static void requireFormat(std::string const& name);
+  /// Throws a FileError for a GeoPackage that is there and holds more than a layer of that name, all of which a new one
+  /// would take the place of.
+  static void requireNoOtherLayers(std::string const& name, std::string const& layer);
+  /// The names of the files that may stand beside one of its format, and belong to it.
+  static std::vector<std::string> companionsOf(std::string const& name);
 
   /// Opens the files that the format begins with. Throws UsageError as requireFormat does, FileError for a folder that
   /// cannot be written, a format that this GDAL lacks, or a reference system that the format cannot hold.
@@ -65,7 +70,9 @@ class VectorOutput {
  private:
   struct Format;
 
+  static Format const* findFormat(std::string const& name);
   static Format const& formatOf(std::string const& name);
+  static std::string targetOf(std::string const& name, Format const& format);
   void createLayer(ReferenceSystem const& system);
   void createFields();
   void add(std::unique_ptr<OGRGeometry> geometry, std::span<double const> values, std::string const& cadLayer);
@@ -74,8 +81,9 @@ class VectorOutput {
   [[nodiscard]] bool isCad() const;
   [[noreturn]] void fail(std::string const& why) const;
 
-  std::string name_;
+  std::string name_;  // as the user gave it
   Format const& format_;
+  std::string target_;  // beside which the files of a format of several stand: there, where a link leads
   VectorLayer plan_;
   GdalFiles files_;
   GDALDataset* dataset_ = nullptr;

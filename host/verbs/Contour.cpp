@@ -8,6 +8,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/NumberCheck.h"
+#include "host/OutputCheck.h"
 #include "host/Stopwatch.h"
 #include "host/vector/ContourLayer.h"
 #include "host/verbs/Verbs.h"
@@ -29,6 +30,7 @@ constexpr int kMoreDecimals = 3;
 struct ContourOptions {
   CloudOptions cloud;
   std::string output;
+  bool overwrite = false;
   double interval = 0, base = 0, maxSide = 0;
   ContourChoice choice;
 };
@@ -155,21 +157,14 @@ void printSummary(ContourSummary const& s, std::string const& output) {
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
-/// A file in the folder for temporary files. Its name is given up at once, so that nothing is left of it however the
-/// run ends.
+/// A file in the folder for temporary files, of which nothing is left however the run ends.
 class TemporaryFile {
  public:
   TemporaryFile() {
-    std::array<wchar_t, MAX_PATH> folder{}, name{};
+    std::array<wchar_t, MAX_PATH> folder{};
     const unsigned long length = GetTempPathW(MAX_PATH, folder.data());
-    if (length == 0 || length >= MAX_PATH || GetTempFileNameW(folder.data(), L"curvas", 0, name.data()) == 0) {
-      throw Failure(
-          fmt::format("temporary folder {}: the disk refused the file that the run needs there: name another "
-                      "with --temp-dir",
-                      CString(folder.data()).Utf8()));
-    }
-    file_.Open(CString(name.data()), CFile::modeReadWrite);
-    DeleteFileW(name.data());
+    folder_ = length == 0 || length >= MAX_PATH ? L"." : folder.data();
+    static_cast<void>(file_.AbreTemporal(folder_, L"curvas"));
     check();
   }
 
@@ -177,10 +172,12 @@ class TemporaryFile {
   /// Throws Failure when the disk refused something.
   void check() const {
     if (!file_.HayError()) return;
-    throw Failure(fmt::format("{}: make room or name another folder with --temp-dir", file_.Error().Utf8()));
+    throw Failure(fmt::format("temporary folder {}: {}: make room or name another with --temp-dir", folder_.Utf8(),
+                              file_.Error(L"what the run needs there").Utf8()));
   }
 
  private:
+  CString folder_;
   CFile file_;
 };
 
@@ -220,6 +217,8 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
 void runContour(ContourOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   VectorOutput::requireFormat(options.output);
+  requireOutputs({options.output}, options.cloud.inputs);
+  if (!options.overwrite) VectorOutput::requireNoOtherLayers(options.output, contourLayer(0).name);
   LoadOptions load = loadOptionsOf(options.cloud);
   load.moreDecimals = kMoreDecimals;
   ContourSummary summary;
@@ -258,6 +257,7 @@ void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
   ContourOptions& o = *options;
   addCloudOptions(*verb, o.cloud);
   verb->add_option("-o,--output", o.output, "The contours: .gpkg, .geojson, .fgb, .shp or .dxf")->required();
+  verb->add_flag("--overwrite", o.overwrite, "Replace a GeoPackage that holds other layers");
   verb->add_option("--interval", o.interval, "Height between contours, in units of the input")
       ->required()
       ->check(aboveZero());

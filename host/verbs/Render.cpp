@@ -9,6 +9,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/NumberCheck.h"
+#include "host/OutputCheck.h"
 #include "host/OutputFile.h"
 #include "host/Stopwatch.h"
 #include "host/mesh/SurfaceSource.h"
@@ -97,6 +98,7 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   requirePng(options.output);
   PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, {}, {}};
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
+  requireOutputs({options.output}, options.cloud.inputs);
 
   Seconds seconds;
   MappedSurface mapped = timed(seconds.load, [&] { return load(options, app); });

@@ -7,7 +7,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/NumberCheck.h"
-#include "host/OutputFile.h"
+#include "host/OutputCheck.h"
 #include "host/Stopwatch.h"
 #include "host/vector/OutlineLayer.h"
 #include "host/verbs/Verbs.h"
@@ -25,6 +25,7 @@ constexpr double kLargest = 2147483647.0;  // what a range takes for no limit
 struct TinOptions {
   CloudOptions cloud;
   std::string output, outline;
+  bool overwrite = false;
   double maxSide = 0;
   std::string slope, heightDifference, intensityDifference;
   std::string update;
@@ -142,7 +143,7 @@ void printSummary(TinSummary const& s, std::string const& output) {
   fmt::print("rejected   {} by slope, {} by height difference, {} by intensity difference, {} by longest side\n",
              n(s.run.porPendiente), n(s.run.porAltura), n(s.run.porIntensidad), n(s.run.porLongitud));
   fmt::print(
-      "alive      {} of {} triangles at most at once ({:.1f} %)\n", n(s.run.picoVivos), n(s.run.enlazados),
+      "resident   {} of {} triangles at most at once ({:.1f} %)\n", n(s.run.picoVivos), n(s.run.enlazados),
       100.0 * static_cast<double>(s.run.picoVivos) / static_cast<double>(std::max<std::uint64_t>(s.run.enlazados, 1)));
   fmt::print(
       "seconds    read {:.2f}, order {:.2f}, fill {:.2f}, link {:.2f}, generate {:.2f}, write {:.2f}, total {:.2f}\n",
@@ -178,11 +179,11 @@ CDataExportarMDT exportOf(int format, ReferenceSystem const& system, std::string
 
 void writeModel(CModeloDigital& model, std::string const& output, CDataExportarMDT const& how) {
   const int format = how.formato;
-  const CString path = CString::DesdeUtf8(replacedBy(output));
+  const CString path = CString::DesdeUtf8(output);
   const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
   if (code == kFicheroInaccesible) {
-    throw Failure(fmt::format("{}: {}: write into a folder that exists and is yours, with room for the file", output,
-                              model.Error().Utf8()));
+    throw Failure(
+        fmt::format("{}: write into a folder that exists and is yours, with room for the file", model.Error().Utf8()));
   }
   requireDone(code, output);
 }
@@ -243,11 +244,18 @@ struct RunInput {
   RunInput& operator=(RunInput const&) = delete;
 };
 
+void requireOutputsOf(TinOptions const& options) {
+  std::vector<std::string> inputs = options.cloud.inputs;
+  if (!options.update.empty()) inputs.push_back(options.update);
+  requireOutputs({options.output, options.outline}, inputs);
+  if (options.outline.empty() || options.overwrite) return;
+  VectorOutput::requireNoOtherLayers(options.outline, outlineLayer(0).name);
+}
+
 void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
   const Stopwatch whole;
   GuardaMemoriaLibre();
   formatOf(options.output);
-  requireReplaceable(options.output);
   if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);
   const CDataTriangulacion filters = filtersOf(options);
   const LoadOptions load = loadOptionsOf(options.cloud);
@@ -256,6 +264,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   const auto intensityLimits = limitsOf("--intensity-difference", options.intensityDifference);
 
   TinSummary summary;
+  requireOutputsOf(options);
   std::vector<std::vector<std::string>> groups{options.cloud.inputs};
   if (!options.update.empty()) groups.push_back({options.update});
   std::vector<LoadedCloud> clouds = timed(summary.seconds.read, [&] { return loadClouds(groups, load, app); });
@@ -331,6 +340,7 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
       ->required();
   verb->add_option("--outline", o.outline,
                    "Write the outline too, as polygons with holes: .gpkg, .geojson, .fgb, .shp or .dxf");
+  verb->add_flag("--overwrite", o.overwrite, "With --outline: replace a GeoPackage that holds other layers");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(fromZeroUp());

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "model/storage/CFicheroParcial.h"
 #include "model/threads/Codigos.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/CFicheroParcial.h"
 
 namespace Meseta47 {
 

@@ -7,11 +7,10 @@
 #include "model/terrain/CTIN.h"
 #include "platform/Exporta.h"
 
+class CFicheroParcial;
 class CFile;
 
 namespace Meseta47 {
-
-class CFicheroParcial;
 
 /// A finished surface as a document: what writes it to files and reads it back.
 ///

@@ -1,6 +1,6 @@
-#include "model/storage/CFicheroParcial.h"
 #include "model/terrain/CModeloDigital.h"
 #include "model/terrain/Exportacion.h"
+#include "platform/CFicheroParcial.h"
 
 namespace Meseta47 {
 

@@ -1,10 +1,10 @@
 #include <algorithm>
 
-#include "model/storage/CFicheroParcial.h"
 #include "model/storage/CFicheroSumado.h"
 #include "model/terrain/CModeloDigital.h"
 #include "model/threads/Codigos.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/CFicheroParcial.h"
 
 namespace Meseta47 {
 

@@ -4,7 +4,9 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -31,6 +33,9 @@ int Opciones(unsigned flags) {
   if ((flags & CFile::modeCreate) != 0) {
     opciones |= O_CREAT | ((flags & CFile::modeNoTruncate) != 0 ? 0 : O_TRUNC);
   }
+  if ((flags & CFile::modeNuevo) != 0) {
+    opciones |= O_CREAT | O_EXCL | O_NOFOLLOW;
+  }
   return opciones;
 }
 
@@ -54,6 +59,29 @@ constexpr mode_t kSoloUsuario = 0600;
 // The system takes no more than this in one transfer.
 constexpr std::size_t kMayorTransferencia = 0x7ffff000;
 
+/// Whether an open file is the one that has the name.
+bool TieneNombre(int abierto, char const* nombre) {
+  struct stat este {
+  }, otro{};
+  return ::fstat(abierto, &este) == 0 && ::lstat(nombre, &otro) == 0 && este.st_dev == otro.st_dev &&
+         este.st_ino == otro.st_ino;
+}
+
+/// Locks a file just made. Between the two, another process may have taken it for one that nobody has open: then it is
+/// lost, and the name is in use. Where the disk has no locks, nobody can take it for that.
+int BloqueaNuevo(int abierto, char const* nombre) {
+  const bool niega = Insiste([&] { return ::flock(abierto, LOCK_EX | LOCK_NB); }) == -1 && errno == EWOULDBLOCK;
+  return niega || !TieneNombre(abierto, nombre) ? EEXIST : 0;
+}
+
+CString NombreDeDescriptor(int abierto) {
+  CString path;
+  path.Format(L"/proc/self/fd/%d", abierto);
+  return path;
+}
+
+bool PuedeAbrirse(CString const& path) { return ::access(path.Utf8().c_str(), R_OK | W_OK) == 0; }
+
 }  // namespace
 
 namespace sistema {
@@ -64,12 +92,16 @@ int Abre(CString const& path, unsigned flags, Descriptor& fichero) {
     return codigo;
   }
   const std::string nombre = path.Utf8();
-  const int abierto = Insiste([&] { return ::open(nombre.c_str(), Opciones(flags), kTodosSegunMascara); });
+  const mode_t permisos = (flags & CFile::modePrivado) != 0 ? kSoloUsuario : kTodosSegunMascara;
+  const int abierto = Insiste([&] { return ::open(nombre.c_str(), Opciones(flags), permisos); });
   if (abierto == -1) {
     return errno;
   }
   struct stat datos {};
-  const int codigo = ::fstat(abierto, &datos) == -1 ? errno : S_ISDIR(datos.st_mode) ? EISDIR : 0;
+  int codigo = ::fstat(abierto, &datos) == -1 ? errno : S_ISDIR(datos.st_mode) ? EISDIR : 0;
+  if (codigo == 0 && (flags & CFile::modeNuevo) != 0) {
+    codigo = BloqueaNuevo(abierto, nombre.c_str());
+  }
   if (codigo != 0) {
     ::close(abierto);
     return codigo;
@@ -137,24 +169,107 @@ int Cierra(Descriptor fichero, CString const& path) {
   return negado != 0 ? negado : codigo == EINTR ? 0 : codigo;  // interrupted, but closed: it must not be closed again
 }
 
-int CreaExclusivo(CString const& path, CString const* modelo) {
-  if (const int codigo = Consulta(EOperacion::CreaTemporal, path); codigo != 0) {
+int AbreSinNombre(CString const& carpeta, Descriptor& fichero, CString& path) {
+  fichero = kSinFichero;
+  if (const int codigo = Consulta(EOperacion::Abre, carpeta); codigo != 0) {
     return codigo;
   }
-  struct stat datos {};
-  const bool copia = modelo != nullptr && ::stat(modelo->Utf8().c_str(), &datos) == 0;
-  const mode_t permisos = modelo == nullptr ? kSoloUsuario : kTodosSegunMascara;
-  const std::string nombre = path.Utf8();
+  const std::string nombre = carpeta.Utf8();
   const int abierto =
-      Insiste([&] { return ::open(nombre.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, permisos); });
+      Insiste([&] { return ::open(nombre.c_str(), O_TMPFILE | O_EXCL | O_RDWR | O_CLOEXEC, kSoloUsuario); });
   if (abierto == -1) {
     return errno;
   }
-  if (copia) {
-    static_cast<void>(::fchmod(abierto, datos.st_mode & 0777));  // at worst the new file is more private than the old
+  path = NombreDeDescriptor(abierto);
+  if (!PuedeAbrirse(path)) {
+    ::close(abierto);
+    return ENOENT;
+  }
+  fichero = abierto;
+  return 0;
+}
+
+int SueltaNombre(Descriptor fichero, CString& path) {
+  const CString otra = NombreDeDescriptor(static_cast<int>(fichero));
+  if (!PuedeAbrirse(otra)) {
+    return ENOENT;
+  }
+  const int codigo = Borra(path);
+  path = codigo == 0 ? otra : path;
+  return codigo;
+}
+
+Descriptor Duplica(Descriptor fichero) { return ::fcntl(static_cast<int>(fichero), F_DUPFD_CLOEXEC, 0); }
+
+void Suelta(Descriptor fichero) {
+  if (fichero != kSinFichero) {
+    ::close(static_cast<int>(fichero));
+  }
+}
+
+void HeredaPermisos(Descriptor fichero, CString const& modelo) {
+  struct stat datos {};
+  if (::stat(modelo.Utf8().c_str(), &datos) == -1) {
+    return;
+  }
+  const int abierto = static_cast<int>(fichero);
+  constexpr auto kElMismo = static_cast<uid_t>(-1);
+  mode_t permisos = datos.st_mode & 0777;
+  const bool todo = ::fchown(abierto, datos.st_uid, datos.st_gid) == 0;
+  if (!todo && ::fchown(abierto, kElMismo, datos.st_gid) == -1) {
+    permisos &= ~static_cast<mode_t>(S_IRWXG) | ((permisos & S_IRWXO) << 3);  // another group gets what all have
+  }
+  static_cast<void>(::fchmod(abierto, permisos));
+}
+
+EResto BorraResto(CString const& path) {
+  const std::string nombre = path.Utf8();
+  struct stat datos {};
+  if (::lstat(nombre.c_str(), &datos) == -1) {
+    return errno == ENOENT ? EResto::Nada : EResto::EnUso;
+  }
+  if (!S_ISREG(datos.st_mode) || datos.st_uid != ::geteuid()) {
+    return EResto::EnUso;
+  }
+  const int abierto = Insiste([&] { return ::open(nombre.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
+  if (abierto == -1) {
+    return errno == ENOENT ? EResto::Nada : EResto::EnUso;
+  }
+  // Who holds the lock of the file that has the name is the only one who may take the name away.
+  const bool muerto = ::flock(abierto, LOCK_EX | LOCK_NB) == 0 && TieneNombre(abierto, nombre.c_str());
+  const bool borrado = muerto && Borra(path) == 0;
+  ::close(abierto);
+  return borrado ? EResto::Borrado : EResto::EnUso;
+}
+
+int CreaExclusivo(CString const& path) {
+  if (const int codigo = Consulta(EOperacion::CreaTemporal, path); codigo != 0) {
+    return codigo;
+  }
+  const std::string nombre = path.Utf8();
+  const int abierto =
+      Insiste([&] { return ::open(nombre.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kSoloUsuario); });
+  if (abierto == -1) {
+    return errno;
   }
   ::close(abierto);
   return 0;
+}
+
+bool Existe(CString const& path) {
+  struct stat datos {};
+  return ::lstat(path.Utf8().c_str(), &datos) == 0;
+}
+
+bool SigueEnlace(CString const& path, CString& hasta) {
+  std::array<char, PATH_MAX> destino;
+  const ssize_t largo = ::readlink(path.Utf8().c_str(), destino.data(), destino.size());
+  if (largo <= 0 || static_cast<std::size_t>(largo) >= destino.size()) {
+    return false;
+  }
+  const CString escrito = CString::DesdeUtf8({destino.data(), static_cast<std::size_t>(largo)});
+  hasta = escrito[0] == kSeparador ? escrito : path.Left(path.ReverseFind(kSeparador) + 1) + escrito;
+  return true;
 }
 
 int Renombra(CString const& desde, CString const& hasta) {
@@ -180,6 +295,26 @@ void SincronizaCarpeta(CString const& carpeta) {
     ::fsync(abierta);
     ::close(abierta);
   }
+}
+
+Descriptor BloqueaCarpeta(CString const& carpeta) {
+  const int abierta = ::open(carpeta.Utf8().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (abierta == -1) {
+    return kSinFichero;
+  }
+  // What is done under the lock takes milliseconds: who has it longer stands still, and must not hold others back.
+  constexpr int kVueltas = 1000;
+  const timespec pausa{0, 10'000'000};
+  int bloqueada = ::flock(abierta, LOCK_EX | LOCK_NB);
+  for (int i = 0; bloqueada == -1 && (errno == EWOULDBLOCK || errno == EINTR) && i < kVueltas; ++i) {
+    ::nanosleep(&pausa, nullptr);
+    bloqueada = ::flock(abierta, LOCK_EX | LOCK_NB);
+  }
+  if (bloqueada == -1) {
+    ::close(abierta);
+    return kSinFichero;
+  }
+  return abierta;
 }
 
 }  // namespace sistema

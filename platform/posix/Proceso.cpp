@@ -83,6 +83,7 @@ unsigned ColumnasTerminal(std::FILE* salida) {
 void PonManejadorInterrupcion() {
   PonManejador(SIGINT, AnotaInterrupcion);
   PonManejador(SIGTERM, AnotaInterrupcion);
+  PonManejador(SIGQUIT, AnotaInterrupcion);
   if (!EstaIgnorada(SIGHUP)) {  // whoever started the program may have asked that it outlive its terminal
     PonManejador(SIGHUP, AnotaInterrupcion);
   }

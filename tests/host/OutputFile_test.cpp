@@ -177,3 +177,22 @@ TEST(OutputFile, ALinkKeepsPointingToTheFileThatIsReplaced) {
   EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link.txt")));
   EXPECT_EQ(textOf(target), "new");
 }
+
+TEST(OutputFile, TwoOfOneNameDoNotMeet) {
+  const Folder folder;
+  OutputFile one(folder.file("a.txt")), two(folder.file("a.txt"));
+  one.write("one");
+  two.write("two");
+  two.commit();
+  one.commit();
+  EXPECT_EQ(textOf(folder.file("a.txt")), "one");
+  EXPECT_THAT(folder.names(), ElementsAre("a.txt"));
+}
+
+TEST(OutputFile, ARingOfLinksIsSaid) {
+  const Folder folder;
+  std::filesystem::create_symlink("b", folder.file("a"));
+  std::filesystem::create_symlink("a", folder.file("b"));
+  EXPECT_THAT(errorOf([&] { OutputFile file(folder.file("a")); }),
+              AllOf(HasSubstr("/a: cannot be written"), HasSubstr("symbolic links")));
+}

@@ -306,10 +306,24 @@ TEST(EnlazaLista, AToleranceAppliesToTheExtraDrawingAlone) {
   t.BorraFicheroTemporal();
 }
 
-TEST(EnlazaLista, TheFilesNameHoldsTheIdentifierAndStandsInTheTemporaryFolder) {
+TEST(EnlazaLista, TheFileHasNoNameAndCanBeOpenedAsLongAsItIsThere) {
   const QuietApp app;
   CDibujo<int> drawing = Three();
   OpenTriangulation t({}, {}, 35);
+  ASSERT_EQ(t.Link(drawing), kHecho);
+  EXPECT_EQ(app.folder.Files(), 0U);
+  EXPECT_EQ(app.TemporaryFiles(), 1U);
+  EXPECT_EQ(CFile(t.ficheroTemporal.Ruta(), CFile::modeRead).GetLength(), t.ficheroTemporal.Fichero()->GetLength());
+  t.BorraFicheroTemporal();
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(EnlazaLista, WhereAFileNeedsANameItHoldsTheIdentifierAndStandsInTheTemporaryFolder) {
+  const QuietApp app;
+  CDibujo<int> drawing = Three();
+  OpenTriangulation t({}, {}, 35);
+  FaultGuard guard;
+  guard.RefuseOnce(EOperacion::Abre, 1).RefuseOnce(EOperacion::Borra, 1);
   ASSERT_EQ(t.Link(drawing), kHecho);
   const std::filesystem::path path = t.ficheroTemporal.Ruta().Utf8();
   EXPECT_EQ(path.parent_path(), std::filesystem::path(app.folder.Path().Utf8()));

@@ -149,7 +149,8 @@ TEST(HilosVarios, AnObjectMayBeDestroyedWithItsFileOpenAndItsWorkerThere) {
     path = t.ficheroTemporal.Ruta();
     ASSERT_TRUE(Exists(path));
   }
-  EXPECT_TRUE(Exists(path)) << "the file is the run's to delete";
+  EXPECT_FALSE(Exists(path)) << "it had no name";
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
 /// Points enough for the queue to fill while the worker stands still.

@@ -168,11 +168,11 @@ TEST_F(Initialisation, NamesAndValuesThatNoSuchFileCanHoldAreRefused) {
 TEST_F(Initialisation, AFailingDiskLeavesTheOldFileAndNothingElse) {
   const std::string old = "[s]\nk=old\n";
   using enum EOperacion;
-  for (const EOperacion operation : {CreaTemporal, Escribe, Sincroniza, Cierra, Renombra, Lee}) {
+  for (const EOperacion operation : {Abre, Escribe, Sincroniza, Cierra, Renombra, Lee}) {
     PutBytes(file, old);
     {
       FaultGuard guard;
-      guard.Refuse(operation);
+      guard.Refuse(operation, operation == Abre ? 2 : 1);  // the old file's own opening comes first
       EXPECT_FALSE(Write(L"s", L"k", L"new")) << static_cast<int>(operation);
     }
     EXPECT_EQ(BytesOf(file), old) << static_cast<int>(operation);

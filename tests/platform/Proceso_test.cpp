@@ -82,7 +82,7 @@ TEST(Terminal, AFileIsNoneAndHasTheUsualColumns) {
 
 TEST(Interruption, TheFirstRequestIsNotedOnly) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  for (const int signal : {SIGINT, SIGTERM}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGQUIT}) {
     EXPECT_EXIT(
         {
           PonManejadorInterrupcion();

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <mutex>
 #include <set>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -15,7 +16,10 @@
 
 namespace {
 
+using testing::ElementsAre;
 using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
 
 CString TempPath() {
@@ -114,6 +118,63 @@ TEST(GetTempFileName, APathThatDoesNotFitIsAFailure) {
   EXPECT_EQ(GetTempFileNameW(CString(std::wstring(250, L'a')), L"0MD", 1, buffer), 0u);
   EXPECT_EQ(GetTempFileNameW(CString(std::wstring(243, L'a')), L"0MD", 1, buffer), 1u)
       << "folder, separator, prefix, eight digits, four characters: 259";
+}
+
+TEST(AbreTemporal, LeavesNoNameBehindWhileItIsOpen) {
+  const ScratchFolder folder;
+  CFile file;
+  ASSERT_TRUE(file.AbreTemporal(folder.Path(), L"7MD"));
+  EXPECT_EQ(folder.Files(), 0U);
+  ASSERT_TRUE(file.Write("hello", 5) && file.Flush());
+  CFile other(file.GetFilePath(), CFile::modeRead);
+  char text[6] = {};
+  EXPECT_EQ(other.Read(text, 5), 5U);
+  EXPECT_STREQ(text, "hello");
+  const CString path = file.GetFilePath();
+  EXPECT_TRUE(file.Close());
+  EXPECT_TRUE(other.Close());
+  EXPECT_FALSE(Exists(path));
+}
+
+TEST(AbreTemporal, WhereFilesNeedANameItIsGivenUpAtOnce) {
+  const ScratchFolder folder;
+  FaultGuard guard;
+  guard.RefuseOnce(EOperacion::Abre, 1);  // as a system without files that have none
+  CFile file;
+  ASSERT_TRUE(file.AbreTemporal(folder.Path(), L"7MD"));
+  EXPECT_EQ(folder.Files(), 0U);
+  ASSERT_TRUE(file.Write("hello", 5) && file.Flush());
+  EXPECT_EQ(CFile(file.GetFilePath(), CFile::modeRead).GetLength(), 5U);
+}
+
+TEST(AbreTemporal, ANameThatMustStayGoesWithTheFileAndKilledOnesWithTheNext) {
+  const ScratchFolder folder;
+  PutBytes(folder.Path("7MD1.tmp"), "of a process that was killed");
+  PutBytes(folder.Path("7MD2.tmp"), "and of another");
+  FaultGuard guard;
+  guard.RefuseOnce(EOperacion::Abre, 1).RefuseOnce(EOperacion::Borra, 3);  // both old ones, then the own name
+  {
+    CFile file;
+    ASSERT_TRUE(file.AbreTemporal(folder.Path(), L"7MD"));
+    EXPECT_EQ(file.GetFilePath(), folder.Path("7MD1.tmp"));
+    EXPECT_THAT(folder.Names(), ElementsAre("7MD1.tmp"));
+    struct stat facts {};
+    ASSERT_EQ(::stat(folder.Path("7MD1.tmp").Utf8().c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0600U) << "a cloud may be confidential";
+    guard.RefuseOnce(EOperacion::Abre, 1).RefuseOnce(EOperacion::Borra, 1);
+    CFile second;
+    ASSERT_TRUE(second.AbreTemporal(folder.Path(), L"7MD"));
+    EXPECT_THAT(folder.Names(), ElementsAre("7MD1.tmp", "7MD2.tmp")) << "the first is alive";
+  }
+  EXPECT_THAT(folder.Names(), IsEmpty());
+}
+
+TEST(AbreTemporal, AFolderThatTakesNoFilesIsAFailure) {
+  const ScratchFolder folder;
+  CFile file;
+  EXPECT_FALSE(file.AbreTemporal(folder.Path("none"), L"7MD"));
+  EXPECT_THAT(file.Error().Utf8(), HasSubstr("cannot write in"));
+  EXPECT_FALSE(file.AbreTemporal(L"/proc", L"7MD"));
 }
 
 TEST(DeleteFile, DeletesFilesAndNothingElse) {

@@ -23,7 +23,8 @@ class QuietApp : public CWinApp {
     PonCarpetaTemporal(folder.Path());
     PonProcesadores(processors);
   }
-  [[nodiscard]] std::size_t TemporaryFiles() const { return folder.Files(); }
+  /// Those with a name, and those without that are still open.
+  [[nodiscard]] std::size_t TemporaryFiles() const { return folder.Files() + folder.OpenWithoutName(); }
 
   ScratchFolder folder;
 };

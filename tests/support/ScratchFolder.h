@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "platform/CString.h"
 
@@ -29,6 +31,22 @@ class ScratchFolder {
   [[nodiscard]] CString Path(std::string const& name) const { return CString::DesdeUtf8((path_ / name).string()); }
   [[nodiscard]] std::size_t Files() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::recursive_directory_iterator(path_), {}));
+  }
+  /// Files of the folder that this process has open and that have no name any more.
+  [[nodiscard]] std::size_t OpenWithoutName() const {
+    std::size_t found = 0;
+    std::error_code gone;  // the handle of the listing itself
+    for (auto const& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+      const std::string target = std::filesystem::read_symlink(entry.path(), gone).string();
+      if (target.starts_with(path_.string() + "/") && target.ends_with(" (deleted)")) ++found;
+    }
+    return found;
+  }
+  [[nodiscard]] std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
   }
 
  private:

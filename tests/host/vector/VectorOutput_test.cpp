@@ -79,7 +79,8 @@ TEST_P(EveryFormat, LeavesNothingWithoutACommit) {
 TEST_P(EveryFormat, AFullDiskLeavesWhatWasThere) {
   (void)folder.make(std::string("a.") + GetParam(), std::string("precious"));
   const BadDisk disk(true, 100);
-  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr("cannot be written: No space left on device"));
+  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr(name() + ": cannot be written: No space left on device"))
+      << "whichever of its files was refused";
   EXPECT_THAT(folder.names(), ElementsAre(std::string("a.") + GetParam()));
   EXPECT_EQ(bytesOf(name()).size(), 8U);
 }
@@ -87,7 +88,7 @@ TEST_P(EveryFormat, AFullDiskLeavesWhatWasThere) {
 TEST_P(EveryFormat, ANameThatCannotBeTakenLeavesWhatWasThere) {
   (void)folder.make(std::string("a.") + GetParam(), std::string("precious"));
   const BadDisk disk(false, 10000000);
-  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr("cannot take its name"));
+  EXPECT_THAT(errorOf([&] { writeOne(name()); }), HasSubstr(name() + ": cannot take its name"));
   EXPECT_THAT(folder.names(), ElementsAre(std::string("a.") + GetParam()));
   EXPECT_EQ(bytesOf(name()).size(), 8U);
 }
@@ -118,12 +119,25 @@ TEST_P(EveryFormat, WhatIsAddedGoesToTheDiskAsItComes) {
 
 TEST_P(EveryFormat, ALinkKeepsPointingToTheFileThatIsReplaced) {
   const Folder elsewhere;
-  const std::string target = elsewhere.make("target", std::string("old"));
+  const std::string target = elsewhere.make(std::string("real.") + GetParam(), std::string("old"));
   std::filesystem::create_symlink(target, name());
   writeOne(name());
   EXPECT_TRUE(std::filesystem::is_symlink(name()));
-  EXPECT_THAT(elsewhere.names(), ElementsAre("target"));
+  EXPECT_THAT(folder.names(), ElementsAre(std::filesystem::path(name()).filename())) << "all files stand beside theirs";
+  EXPECT_EQ(readVectorFile(target, {}).entities.size(), 1U);
+}
+
+TEST_P(EveryFormat, OfTwoAtOnceTheLastOneCommittedStaysWhole) {
+  VectorOutput one(name(), kUtm, someLines()), two(name(), kUtm, someLines());
+  const std::array<double, 1> values{1};
+  for (int i = 0; i < 3; ++i) one.addLine(std::array<Place, 2>{{{0, 0, 1}, {10.0 + i, 0, 1}}}, values, "contour");
+  two.addLine(std::array<Place, 2>{{{0, 0, 2}, {10, 0, 2}}}, values, "contour");
+  one.finish();
+  two.finish();
+  two.commit();
   EXPECT_EQ(readVectorFile(name(), {}).entities.size(), 1U);
+  one.commit();
+  EXPECT_EQ(readVectorFile(name(), {}).entities.size(), 3U);
 }
 
 TEST_P(EveryFormat, PolygonsKeepTheirHoles) {
@@ -164,6 +178,29 @@ TEST(VectorOutput, AJournalOfAnOldDatabaseIsNotPlayedIntoTheNewOne) {
   (void)folder.make("a.gpkg-wal", std::string("old"));
   writeOne(folder.file("a.gpkg"));
   EXPECT_THAT(folder.names(), ElementsAre("a.gpkg"));
+}
+
+TEST(VectorOutput, AShapefileWhoseLinkLeadsToAnotherNameIsRefused) {
+  const Folder folder;
+  std::filesystem::create_symlink("store", folder.file("a.shp"));
+  EXPECT_THAT(errorOf([&] { VectorOutput::requireFormat(folder.file("a.shp")); }),
+              AllOf(HasSubstr("a.shp: leads to "), HasSubstr("/store")));
+  std::filesystem::create_symlink("store", folder.file("a.gpkg"));
+  VectorOutput::requireFormat(folder.file("a.gpkg"));
+}
+
+TEST(VectorOutput, ADatabaseThatHoldsOtherLayersIsNotReplaced) {
+  const Folder folder;
+  const std::string name = folder.file("a.gpkg");
+  VectorOutput::requireNoOtherLayers(name, "contour");
+  writeOne(name);
+  const std::string own = someLines().name;
+  VectorOutput::requireNoOtherLayers(name, own);
+  EXPECT_THAT(errorOf([&] { VectorOutput::requireNoOtherLayers(name, "another"); }),
+              AllOf(HasSubstr("a.gpkg: holds the layer \"" + own + "\""), HasSubstr("--overwrite")));
+  VectorOutput::requireNoOtherLayers(folder.make("b.gpkg", std::string("no database")), own);
+  writeOne(folder.file("c.geojson"));
+  VectorOutput::requireNoOtherLayers(folder.file("c.geojson"), "another");
 }
 
 TEST(VectorOutput, AnExtensionThatIsNoneIsAUsageErrorThatNamesThem) {
