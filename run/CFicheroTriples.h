@@ -19,7 +19,8 @@ using CTriple = std::array<std::int32_t, 3>;
 
 /// The temporary file of a run, into which its worker writes triples while points go in.
 ///
-/// The object is the file's owner: what it has made goes with Borra(), or stays on purpose when the object goes first.
+/// The object is the file's owner: what it has made goes with Borra(). When the object goes first, a file without a
+/// name goes with it, and one with a name stays on purpose.
 /// The worker has the file for itself until it has ended; then readers open it side by side (CLectorTriples).
 class URDIMBRE_API CFicheroTriples {
  public:

@@ -22,6 +22,8 @@ constexpr wchar_t kSpare[] = L"Spare.tmp";
 class App : public CWinApp {
  public:
   App() { PonCarpetaTemporal(folder.Path()); }
+  [[nodiscard]] std::size_t TemporaryFiles() const { return folder.Files() + folder.OpenWithoutName(); }
+
   ScratchFolder folder;
 };
 
@@ -47,25 +49,50 @@ class CFicheroTriplesTest : public testing::Test {
   CFicheroTriples file;
 };
 
-TEST_F(CFicheroTriplesTest, ItIsMadeInTheTemporaryFolderUnderItsNumberAndGoesWhenAsked) {
+TEST_F(CFicheroTriplesTest, ItIsMadeInTheTemporaryFolderWithoutANameAndGoesWhenAsked) {
   EXPECT_FALSE(file.EstaAbierto());
   ASSERT_EQ(file.Abre(7, kSpare), kHecho);
   EXPECT_TRUE(file.EstaAbierto());
-  const std::filesystem::path path = file.Ruta().Utf8();
-  EXPECT_THAT(path.filename().string(), HasSubstr("7MD"));
-  EXPECT_EQ(app.folder.Files(), 1U);
+  EXPECT_EQ(app.folder.Files(), 0U);
+  EXPECT_EQ(app.TemporaryFiles(), 1U);
   file.Borra();
   EXPECT_FALSE(file.EstaAbierto());
-  EXPECT_EQ(app.folder.Files(), 0U);
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST_F(CFicheroTriplesTest, ASpareNameThatIsTakenIsLeftAlone) {
+  const CString spare = L"7MD" + CString(kSpare);
+  PutBytes(spare, "another's");
+  FaultGuard guard;
+  guard.Refuse(EOperacion::CreaTemporal);
+  EXPECT_EQ(file.Abre(7, kSpare), kFicheroInaccesible);
+  EXPECT_EQ(BytesOf(spare), "another's");
+  std::filesystem::remove(spare.Utf8());
+  EXPECT_EQ(file.Abre(7, kSpare), kHecho);
+  EXPECT_TRUE(Exists(spare));
+  file.Borra();
+  EXPECT_FALSE(Exists(spare));
+}
+
+TEST_F(CFicheroTriplesTest, WhereAFileNeedsANameThatBeginsWithItsNumber) {
+  FaultGuard guard;
+  guard.RefuseOnce(EOperacion::Abre, 1).RefuseOnce(EOperacion::Borra, 1);
+  ASSERT_EQ(file.Abre(7, kSpare), kHecho);
+  const std::filesystem::path path = file.Ruta().Utf8();
+  EXPECT_THAT(path.filename().string(), HasSubstr("7MD"));
+  EXPECT_EQ(app.TemporaryFiles(), 1U);
+  file.Borra();
+  EXPECT_FALSE(file.EstaAbierto());
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
   file.Borra();
 }
 
 TEST_F(CFicheroTriplesTest, MadeAnewItLeavesNothingOfTheOneBefore) {
   ASSERT_EQ(file.Abre(7, kSpare), kHecho);
   ASSERT_EQ(file.Abre(7, kSpare), kHecho);
-  EXPECT_EQ(app.folder.Files(), 1U);
+  EXPECT_EQ(app.TemporaryFiles(), 1U);
   file.Borra();
-  EXPECT_EQ(app.folder.Files(), 0U);
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
 TEST_F(CFicheroTriplesTest, AFileThatCannotBeOpenedLeavesNothing) {
@@ -73,7 +100,7 @@ TEST_F(CFicheroTriplesTest, AFileThatCannotBeOpenedLeavesNothing) {
   guard.Refuse(EOperacion::Abre);
   EXPECT_EQ(file.Abre(7, kSpare), kFicheroInaccesible);
   EXPECT_FALSE(file.EstaAbierto());
-  EXPECT_EQ(app.folder.Files(), 0U);
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
 TEST_F(CFicheroTriplesTest, SlicesHoldEveryTripleOnceWhateverTheBlock) {
