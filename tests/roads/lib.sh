@@ -43,7 +43,7 @@ no_debris() {
 }
 
 # cancels PHASE NTH OUTPUT COMMAND...: interrupts the command as soon as it announces the phase for the NTH time; it leaves
-# nothing. A run that is through before the signal reaches it shows nothing, and is tried again.
+# nothing. Another signal may be named in $signal. A run that is through before the signal reaches it shows nothing, and is tried again.
 cancels() {
   local phase=$1 nth=$2 output=$3 found attempt
   shift 3
@@ -54,7 +54,7 @@ cancels() {
     "$@" >/dev/null 2>stderr &
     local run=$!
     until [ "$(grep -c "^$phase \.\.\." stderr)" -ge "$nth" ] || ! kill -0 "$run" 2>/dev/null; do :; done
-    kill -INT "$run" 2>/dev/null || true
+    kill -"${signal:-INT}" "$run" 2>/dev/null || true
     wait "$run" || found=$?
     [ "$found" -ne 0 ] && break
   done
