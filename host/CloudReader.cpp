@@ -37,7 +37,7 @@ Kind kindOf(ByteSource& source) {
     return Kind::las;
   }
   if (isNoText(start)) {
-    throw FileError(source.name(), "is neither LAS nor text: give a LAS file, or text with x, y and z a line");
+    throw FileError(source.name(), "is neither LAS nor text: give a LAS or LAZ file, or text with x, y and z a line");
   }
   return Kind::text;
 }
@@ -49,7 +49,7 @@ bool coloursAreBytes(LasReader& reader) {
   std::vector<LasPoint> points;
   for (std::uint64_t i = 0; i < kPieces; ++i) {
     const std::uint64_t count = reader.header().pointCount;
-    reader.seek(count <= kPieces * kPiece ? i * kPiece : count / kPieces * i);
+    reader.seek(count <= kPieces * kPiece ? i * kPiece : reader.goodStart(count / kPieces * i));
     reader.readBatch(points, kPiece);
     if (std::any_of(points.begin(), points.end(), [](auto& p) { return (p.red | p.green | p.blue) > 255; })) {
       return false;

@@ -19,13 +19,14 @@ std::string const& inputOf(ClassifyOptions const& options) { return options.clou
 void requireOutput(ClassifyOptions const& options) {
   if (options.output.empty()) {
     if (options.dryRun) return;
-    throw UsageError("nowhere to write: give -o OUT.las, or --dry-run to see what would change");
+    throw UsageError("nowhere to write: give -o OUT.las or OUT.laz, or --dry-run to see what would change");
   }
   std::string extension = std::filesystem::path(options.output).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
-  if (extension == ".las") return;
-  throw UsageError(fmt::format("{}: the output is a copy of the LAS file with new classes: use .las", options.output));
+  if (extension == ".las" || extension == ".laz") return;
+  throw UsageError(
+      fmt::format("{}: the output is a copy of the LAS file with new classes: use .las or .laz", options.output));
 }
 
 /// Refuses before any work what the copy would refuse after it.
@@ -92,11 +93,12 @@ void keepProfile(ClassifyOptions const& options, CloudSearch const& search, Prof
 }  // namespace
 
 void addClassifyOptions(CLI::App& verb, ClassifyOptions& o) {
-  verb.add_option("IN", o.cloud.inputs, "The cloud: a LAS file of any version and point format")
+  verb.add_option("IN", o.cloud.inputs, "The cloud: a LAS or LAZ file of any version and point format")
       ->required()
       ->expected(1);
   verb.add_option("-o,--output", o.output,
-                  "The same file with the new classes; it may be IN, which is then replaced once the copy is whole");
+                  "The same file with the new classes, compressed when it is called .laz; it may be IN, which is then "
+                  "replaced once the copy is whole");
   addPointOptions(verb, o.cloud);
   verb.get_option("--class")->description(
       "Classes whose points take part and may be changed, such as 1,2 or 2-5; the search does not see the others "

@@ -7,12 +7,12 @@
 #include "host/FileError.h"
 #include "host/las/LasBytes.h"
 #include "host/las/LasCodec.h"
+#include "host/laz/LazScheme.h"
 
 namespace Meseta47::host {
 
 namespace {
 
-constexpr unsigned kCompressionBits = 0xc0;
 constexpr std::string_view kAxes = "xyz";
 
 // Finer than a tenth of a nanometre or coarser than a thousand kilometres is no unit of a survey.
@@ -28,15 +28,6 @@ std::string printable(std::span<std::uint8_t const> bytes) {
     text += byte >= 0x20 && byte < 0x7f ? static_cast<char>(byte) : '?';
   }
   return text;
-}
-
-[[noreturn]] void failAsCompressed(std::string const& name) {
-  const std::size_t stem = name.size() >= 4 ? name.size() - 4 : 0;
-  const bool las = name.substr(stem) != ".laz" && name.substr(stem) != ".LAZ";
-  const std::string plain = las ? name + ".las" : name.substr(0, stem) + ".las";
-  throw FileError(name, fmt::format("its points are compressed (LAZ): decompress it to LAS first, for example with "
-                                    "`pdal translate {} {}`",
-                                    name, plain));
 }
 
 std::array<std::uint8_t, kLasHeaderLongest> readHeaderBytes(ByteSource& source) {
@@ -64,9 +55,6 @@ void checkKind(std::string const& name, LasHeader const& header) {
     throw FileError(name, fmt::format("LAS version {}.{} is not known: versions 1.0 to 1.4 are read; convert it to one "
                                       "of them",
                                       header.versionMajor, header.versionMinor));
-  }
-  if ((header.pointFormat & kCompressionBits) != 0) {
-    failAsCompressed(name);
   }
   if (header.pointFormat >= kLasFormats) {
     throw FileError(name, fmt::format("point format {} is not known: formats 0 to 10 are read; convert it to one of "
@@ -116,13 +104,18 @@ void checkNumbers(std::string const& name, LasHeader const& header) {
   }
 }
 
+std::uint64_t wholePoints(ByteSource const& source, LasHeader const& header) {
+  return (source.size() - header.offsetToPoints) / header.recordLength;
+}
+
 void checkPointsFit(ByteSource const& source, LasHeader const& header) {
   const std::uint64_t room = source.size() - header.offsetToPoints;
-  const std::uint64_t whole = room / header.recordLength;
-  if (header.pointCount > whole) {
-    failAtCutPoint(source, header, whole, room % header.recordLength);
+  if (!header.compressed && header.pointCount > wholePoints(source, header)) {
+    failAtCutPoint(source, header, wholePoints(source, header), room % header.recordLength);
   }
-  const std::uint64_t end = header.offsetToPoints + header.pointCount * header.recordLength;
+  // Where compressed points end, only they tell.
+  const std::uint64_t points = header.compressed ? 0 : header.pointCount * header.recordLength;
+  const std::uint64_t end = header.offsetToPoints + points;
   if (header.evlrCount > 0 && (header.evlrStart < end || header.evlrStart > source.size())) {
     throw FileError(source.name(),
                     fmt::format("extended records begin at byte {}, outside what follows the points (bytes {} to {}): "
@@ -147,8 +140,6 @@ LasVlr readVlr(ByteSource& source, std::uint64_t place, std::uint64_t end, std::
                               withThousands(headBytes + vlr.dataLength), withThousands(end - place), kDamaged));
 }
 
-bool tellsOfCompression(LasVlr const& vlr) { return vlr.is("laszip encoded", 22204); }
-
 }  // namespace
 
 void failAtCutPoint(ByteSource const& source, LasHeader const& header, std::uint64_t point, std::uint64_t found) {
@@ -169,7 +160,7 @@ LasHeader readCheckedHeader(ByteSource& source) {
   return header;
 }
 
-std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader const& header) {
+std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header) {
   std::vector<LasVlr> vlrs;
   std::uint64_t place = header.headerSize;
   for (std::uint32_t i = 0; i < header.vlrCount; ++i) {
@@ -177,9 +168,9 @@ std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader const& header)
     vlrs.push_back(readVlr(source, place, header.offsetToPoints, kVlrHead, which));
     place = vlrs.back().dataStart + vlrs.back().dataLength;
   }
-  if (std::any_of(vlrs.begin(), vlrs.end(), tellsOfCompression)) {
-    failAsCompressed(source.name());
-  }
+  // The record is left over in files that were decompressed: there all points have room.
+  const bool tellsHow = std::any_of(vlrs.begin(), vlrs.end(), [](auto& v) { return v.is(kLazUser, kLazRecord); });
+  if (tellsHow && header.pointCount > wholePoints(source, header)) header.compressed = true;
   checkPointsFit(source, header);
   place = header.evlrStart;
   for (std::uint32_t i = 0; i < header.evlrCount; ++i) {

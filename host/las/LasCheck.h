@@ -12,8 +12,9 @@ namespace Meseta47::host {
 /// the first that does not hold.
 [[nodiscard]] LasHeader readCheckedHeader(ByteSource& source);
 
-/// The variable length records of a file with such a header, each within the file; compressed points are refused.
-[[nodiscard]] std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader const& header);
+/// The variable length records of a file with such a header, each within the file. Points that are not compressed are
+/// all there; those that are, though the header does not say so, are marked in it.
+[[nodiscard]] std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header);
 
 /// The error for a point that the file should hold and does not. `found` is what there is of it.
 [[noreturn]] void failAtCutPoint(ByteSource const& source, LasHeader const& header, std::uint64_t point,

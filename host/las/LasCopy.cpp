@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <optional>
 #include <vector>
 
 #include "host/FileError.h"
 #include "host/OutputFile.h"
 #include "host/las/LasCodec.h"
 #include "host/las/LasReader.h"
+#include "host/las/LasSurroundings.h"
+#include "host/laz/LazRecordWriter.h"
 
 namespace Meseta47::host {
 
 namespace {
-
-constexpr std::uint64_t kBlock = std::uint64_t{1} << 20;
 
 void requireOneClassEach(LasReader const& reader, std::span<std::uint8_t const> classes) {
   LasHeader const& header = reader.header();
@@ -24,18 +25,6 @@ void requireOneClassEach(LasReader const& reader, std::span<std::uint8_t const> 
   }
   if (!classes.empty()) {
     requireClassFits(reader.name(), header.pointFormat, *std::max_element(classes.begin(), classes.end()));
-  }
-}
-
-void copyBytes(ByteSource& from, OutputFile& to, std::uint64_t begin, std::uint64_t end) {
-  std::vector<std::uint8_t> block(static_cast<std::size_t>(std::min(kBlock, end - begin)));
-  while (begin < end) {
-    const std::size_t got = from.read(begin, std::span(block).first(std::min<std::size_t>(block.size(), end - begin)));
-    if (got == 0) {
-      throw FileError(from.name(), "became shorter while it was copied: wait until it is written");
-    }
-    to.write(block.data(), got);
-    begin += got;
   }
 }
 
@@ -64,20 +53,24 @@ bool copyWithClasses(std::string const& from, std::string const& to, std::span<s
   LasReader reader(from);
   requireOneClassEach(reader, classes);
   LasHeader const& header = reader.header();
+  std::optional<LazScheme> scheme;
+  if (isNamedLaz(to)) scheme = lazSchemeFor(header.pointFormat, static_cast<unsigned>(reader.extraBytes()));
   FileSource rest(from);
+  const LasSurroundings surroundings(reader, rest, scheme);
   OutputFile output(to);
-  copyBytes(rest, output, 0, header.offsetToPoints);
+  surroundings.writeBefore(output);
+  std::optional<LazRecordWriter> compressed;
+  if (scheme) compressed.emplace(output, *scheme);
   std::vector<std::uint8_t> block;
   for (std::uint64_t done = 0; done < header.pointCount; done = reader.position()) {
-    if (progress && !progress(done, header.pointCount)) {
-      return false;
-    }
+    if (progress && !progress(done, header.pointCount)) return false;
     const std::size_t count = reader.readRecords();
     block.assign(reader.rawRecords().begin(), reader.rawRecords().end());
     putClasses(block, header, classes.subspan(static_cast<std::size_t>(done), count));
-    output.write(block.data(), block.size());
+    compressed ? compressed->add(block) : output.write(block.data(), block.size());
   }
-  copyBytes(rest, output, header.offsetToPoints + header.pointCount * header.recordLength, rest.size());
+  if (compressed) compressed->finish();
+  surroundings.writeAfter(output);
   output.commit();
   return true;
 }

@@ -17,6 +17,9 @@ void requireClassFits(std::string const& file, unsigned pointFormat, unsigned wa
 /// is the same byte for byte: header, records before and after the points, order, extra bytes, and the flags that
 /// formats 0 to 5 keep beside the class. The two names may be one.
 ///
+/// A copy named .laz is compressed, any other is plain, whatever the file was: then bytes are the same as far as they
+/// do not tell of compression or of places in the file (LasSurroundings.h).
+///
 /// False when the progress asked to stop; then, and after a FileError, no file has changed. Throws FileError when a
 /// class above 31 is asked for in formats 0 to 5, or when there is not one class for each point.
 bool copyWithClasses(std::string const& from, std::string const& to, std::span<std::uint8_t const> classes,

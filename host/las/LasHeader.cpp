@@ -10,6 +10,8 @@ namespace Meseta47::host {
 namespace {
 
 constexpr std::size_t kLegacyReturns = 5;
+constexpr std::uint8_t kFormatBits = 0x3f;  // of the format's byte; the others tell of compression
+constexpr std::uint8_t kCompressed = 0x80;
 
 void decodeAxes(std::uint8_t const* bytes, LasHeader& header) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -77,7 +79,8 @@ LasHeader decodeLasHeader(std::span<std::uint8_t const, kLasHeaderLongest> span)
   header.headerSize = load<std::uint16_t>(bytes + 94);
   header.offsetToPoints = load<std::uint32_t>(bytes + 96);
   header.vlrCount = load<std::uint32_t>(bytes + 100);
-  header.pointFormat = bytes[104];
+  header.pointFormat = bytes[104] & kFormatBits;
+  header.compressed = (bytes[104] & ~kFormatBits) != 0;
   header.recordLength = load<std::uint16_t>(bytes + 105);
   decodeCounts(bytes, header);
   decodeAxes(bytes, header);
@@ -103,7 +106,7 @@ std::array<std::uint8_t, kLasHeaderLongest> encodeLasHeader(LasHeader const& hea
   store(bytes + 94, header.headerSize);
   store(bytes + 96, header.offsetToPoints);
   store(bytes + 100, header.vlrCount);
-  bytes[104] = header.pointFormat;
+  bytes[104] = header.compressed ? header.pointFormat | kCompressed : header.pointFormat;
   store(bytes + 105, header.recordLength);
   encodeCounts(header, bytes);
   encodeAxes(header, bytes);

@@ -22,7 +22,8 @@ struct LasHeader {
   std::uint16_t headerSize = 0;
   std::uint32_t offsetToPoints = 0;
   std::uint32_t vlrCount = 0;
-  std::uint8_t pointFormat = 0;  ///< as stored: a compressed file has one of the two high bits set
+  std::uint8_t pointFormat = 0;
+  bool compressed = false;  ///< the two high bits of the format's byte
   std::uint16_t recordLength = 0;
   std::uint64_t pointCount = 0;                    ///< from whichever of the two counts of 1.4 is in use
   std::array<std::uint64_t, 15> pointsByReturn{};  ///< by return number, from 1

@@ -18,7 +18,17 @@ constexpr std::string_view kProjection = "LASF_Projection";
 }  // namespace
 
 LasReader::LasReader(std::unique_ptr<ByteSource> source)
-    : source_(std::move(source)), header_(readCheckedHeader(*source_)), vlrs_(readCheckedVlrs(*source_, header_)) {}
+    : source_(std::move(source)), header_(readCheckedHeader(*source_)), vlrs_(readCheckedVlrs(*source_, header_)) {
+  if (header_.compressed) laz_ = openCompressed();
+}
+
+std::unique_ptr<LazRecords> LasReader::openCompressed() const {
+  LasVlr const* const how = find(kLazUser, kLazRecord);
+  if (how == nullptr) {
+    throw FileError(name(), "its points are compressed, and the record that tells how is missing: the file is damaged");
+  }
+  return std::make_unique<LazRecords>(*source_, header_, decodeLazScheme(name(), header_, vlrData(*how)));
+}
 
 std::size_t LasReader::extraBytes() const { return header_.recordLength - lasRecordLength(header_.pointFormat); }
 
@@ -71,19 +81,30 @@ std::size_t LasReader::readRecords(std::size_t max) {
   const std::uint64_t left = header_.pointCount - next_;
   const std::size_t fitting = kLargestBlock / header_.recordLength;
   const auto count = static_cast<std::size_t>(std::min<std::uint64_t>({left, max, fitting}));
+  if (laz_) {
+    laz_->seek(next_);
+    records_ = laz_->read(count);
+  } else {
+    readPlain(count);
+  }
+  const std::size_t got = records_.size() / header_.recordLength;
+  next_ += got;
+  return got;
+}
+
+void LasReader::readPlain(std::size_t count) {
   raw_.resize(count * header_.recordLength);
   const std::size_t got = source_->read(header_.offsetToPoints + next_ * header_.recordLength, raw_);
   if (got < raw_.size()) {
     failAtCutPoint(*source_, header_, next_ + got / header_.recordLength, got % header_.recordLength);
   }
-  next_ += count;
-  return count;
+  records_ = raw_;
 }
 
 std::size_t LasReader::readBatch(std::vector<LasPoint>& points, std::size_t max) {
   const std::size_t count = readRecords(max);
   points.resize(count);
-  decodeLasPoints(header_.pointFormat, raw_.data(), header_.recordLength, points);
+  decodeLasPoints(header_.pointFormat, records_.data(), header_.recordLength, points);
   return count;
 }
 

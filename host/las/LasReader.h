@@ -12,13 +12,16 @@
 #include "host/las/LasHeader.h"
 #include "host/las/LasPoint.h"
 #include "host/las/LasVlr.h"
+#include "host/laz/LazRecords.h"
 
 namespace Meseta47::host {
 
-/// Reads a LAS file: versions 1.0 to 1.4, point formats 0 to 10, extra bytes, both kinds of variable length records.
+/// Reads a LAS file, plain or compressed (LAZ): versions 1.0 to 1.4, point formats 0 to 10, extra bytes, both kinds of
+/// variable length records.
 ///
 /// The constructor checks the file against its header, so that afterwards every count and place lies within the file;
-/// whatever does not is a FileError. A file without points is a valid empty cloud. Used by one thread at a time.
+/// whatever does not is a FileError. What compressed points hold shows when they are read. A file without points is a
+/// valid empty cloud. Used by one thread at a time.
 class LasReader {
  public:
   /// Points of a batch when the caller has no wish: 1.25 MiB of the shortest records.
@@ -44,26 +47,34 @@ class LasReader {
   [[nodiscard]] std::optional<GeoKeys> geoKeys() const;
 
   /// Replaces `points` by the next ones in the order of the file, up to `max` and to 8 MiB of records, and returns how
-  /// many: 0 only after the last one. Throws FileError when the file has become shorter since it was opened.
+  /// many: 0 only after the last one. Throws FileError when the file has become shorter since it was opened, and for
+  /// compressed points that are damaged.
   std::size_t readBatch(std::vector<LasPoint>& points, std::size_t max = kBatch);
 
   /// The same without decoding: afterwards the records stand in rawRecords().
   std::size_t readRecords(std::size_t max = kBatch);
 
-  /// The records of the last batch as the file holds them, recordLength bytes each.
-  [[nodiscard]] std::span<std::uint8_t const> rawRecords() const { return raw_; }
+  /// The records of the last batch as a plain file holds them, recordLength bytes each, until the next one is read.
+  [[nodiscard]] std::span<std::uint8_t const> rawRecords() const { return records_; }
 
   /// Makes a point the next one to be read; the number of points means the end.
   void seek(std::uint64_t point) { next_ = std::min(point, header_.pointCount); }
   [[nodiscard]] std::uint64_t position() const { return next_; }
 
+  /// The last point, up to this one, from which reading begins at no cost.
+  [[nodiscard]] std::uint64_t goodStart(std::uint64_t point) { return laz_ ? laz_->chunkStart(point) : point; }
+
  private:
   [[nodiscard]] LasVlr const* find(std::string_view user, unsigned record) const;
+  [[nodiscard]] std::unique_ptr<LazRecords> openCompressed() const;
+  void readPlain(std::size_t count);
 
   std::unique_ptr<ByteSource> source_;
   LasHeader header_;
   std::vector<LasVlr> vlrs_;
-  std::vector<std::uint8_t> raw_;
+  std::unique_ptr<LazRecords> laz_;  // of a compressed file
+  std::vector<std::uint8_t> raw_;    // of a plain one
+  std::span<std::uint8_t const> records_;
   std::uint64_t next_ = 0;
 };
 

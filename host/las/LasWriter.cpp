@@ -16,6 +16,12 @@ constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::uint16_t kReferenceSystemIsWkt = 1U << 4U;
 constexpr unsigned kLastFormat[] = {1, 1, 3, 5, 10};  // by minor version
 
+LazScheme schemeOf(LasWriterOptions const& options) {
+  LazScheme scheme = lazSchemeFor(options.pointFormat, options.extraBytes);
+  scheme.chunkPoints = options.chunkPoints;
+  return scheme;
+}
+
 LasWriterOptions requireKnownKind(std::string const& path, LasWriterOptions options) {
   if (options.versionMinor > 4 || options.pointFormat > kLastFormat[options.versionMinor]) {
     throw FileError(path, fmt::format("LAS 1.{} has no point format {}: choose version 1.4", options.versionMinor,
@@ -29,6 +35,7 @@ LasWriterOptions requireKnownKind(std::string const& path, LasWriterOptions opti
   if (std::any_of(options.vlrs.begin(), options.vlrs.end(), tooLong)) {
     throw FileError(path, "a record before the points holds more than 65,535 bytes: put it after them, in version 1.4");
   }
+  if (options.compressed) options.vlrs.push_back(encodeLazScheme(schemeOf(options)));
   return options;
 }
 
@@ -36,6 +43,7 @@ LasHeader headerOf(LasWriterOptions const& options) {
   LasHeader header;
   header.versionMinor = static_cast<std::uint8_t>(options.versionMinor);
   header.pointFormat = static_cast<std::uint8_t>(options.pointFormat);
+  header.compressed = options.compressed;
   header.recordLength = static_cast<std::uint16_t>(lasRecordLength(options.pointFormat) + options.extraBytes);
   header.fileSourceId = options.fileSourceId;
   header.globalEncoding = options.globalEncoding;
@@ -67,6 +75,7 @@ LasWriter::LasWriter(std::string const& path, LasWriterOptions options)
   block_.reserve(kBlock + header_.recordLength);
   file_.write(encodeLasHeader(header_).data(), header_.headerSize);
   writeRecords(options_.vlrs, false);
+  if (options_.compressed) laz_ = std::make_unique<LazRecordWriter>(file_, schemeOf(options_));
 }
 
 void LasWriter::add(LasPoint const& point, std::span<std::uint8_t const> extra) {
@@ -101,8 +110,17 @@ void LasWriter::takeNote(LasPoint const& point) {
 }
 
 void LasWriter::flush() {
-  file_.write(block_.data(), block_.size());
+  if (laz_) {
+    laz_->add(block_);
+  } else {
+    file_.write(block_.data(), block_.size());
+  }
   block_.clear();
+}
+
+void LasWriter::endChunk() {
+  flush();
+  if (laz_) laz_->endChunk();
 }
 
 void LasWriter::writeRecords(std::vector<LasVlrRecord> const& records, bool extended) {
@@ -114,6 +132,7 @@ void LasWriter::writeRecords(std::vector<LasVlrRecord> const& records, bool exte
 
 void LasWriter::finish() {
   flush();
+  if (laz_) laz_->finish();
   if (options_.versionMinor < 4 && header_.pointCount > std::numeric_limits<std::uint32_t>::max()) {
     throw FileError(file_.name(), fmt::format("{} points do not fit LAS 1.{}: choose version 1.4",
                                               withThousands(header_.pointCount), options_.versionMinor));

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "host/las/LasHeader.h"
 #include "host/las/LasPoint.h"
 #include "host/las/LasVlr.h"
+#include "host/laz/LazRecordWriter.h"
 
 namespace Meseta47::host {
 
@@ -20,7 +22,9 @@ struct LasWriterOptions {
   unsigned pointFormat = 6;
   std::array<double, 3> scale{0.001, 0.001, 0.001};
   std::array<double, 3> offset{};
-  std::uint16_t extraBytes = 0;  ///< of each record, beyond those of the format
+  std::uint16_t extraBytes = 0;                        ///< of each record, beyond those of the format
+  bool compressed = false;                             ///< LAZ
+  std::uint32_t chunkPoints = LazScheme::kUsualChunk;  ///< of compressed points, in a chunk; or LazScheme::kVariable
   std::uint16_t fileSourceId = 0;
   std::uint16_t globalEncoding = 0;
   std::uint16_t creationDay = 0;  ///< of the year. No clock is read: the same points give the same bytes.
@@ -31,8 +35,8 @@ struct LasWriterOptions {
   std::vector<LasVlrRecord> evlrs;  ///< version 1.4 alone
 };
 
-/// Writes a new LAS file point by point. The header's counts and bounds are those of the points that were given, put in
-/// at the end; nothing stands under the file's name before finish(). Failures are FileErrors.
+/// Writes a new LAS file, plain or compressed, point by point. The header's counts and bounds are those of the points
+/// that were given, put in at the end; nothing stands under the file's name before finish(). Failures are FileErrors.
 class LasWriter {
  public:
   /// Throws FileError also for a version that does not have the format.
@@ -41,6 +45,9 @@ class LasWriter {
   /// Adds a point. `extra` are its extra bytes: as many as the options say, or none for zeros. A class above 31 in
   /// formats 0 to 5 is an error, since it would come back as another one.
   void add(LasPoint const& point, std::span<std::uint8_t const> extra = {});
+
+  /// Ends a chunk, where compressed chunks are of varying size.
+  void endChunk();
 
   /// Writes the extended records and the final header, and gives the file its name.
   void finish();
@@ -55,6 +62,7 @@ class LasWriter {
   LasWriterOptions options_;
   LasHeader header_;
   OutputFile file_;
+  std::unique_ptr<LazRecordWriter> laz_;
   std::array<std::int32_t, 3> least_, most_;
   std::vector<std::uint8_t> block_;  // records on their way out
 };

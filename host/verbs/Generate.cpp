@@ -47,7 +47,9 @@ LasWriterOptions fileOptions(Scan const& scan) {
 
 void runGenerate(GenerateOptions const& options, CommonOptions const& common, HostApp& app) {
   Scan scan(options.scan);
-  LasWriter writer(options.output, fileOptions(scan));
+  LasWriterOptions file = fileOptions(scan);
+  file.compressed = isNamedLaz(options.output);
+  LasWriter writer(options.output, std::move(file));
   app.phase("Generating");
   std::vector<LasPoint> batch;
   while (scan.next(batch)) {
@@ -72,7 +74,9 @@ void runGenerate(GenerateOptions const& options, CommonOptions const& common, Ho
 void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<GenerateOptions>();
   CLI::App* verb = program.add_subcommand("generate", "Make up an airborne scan, to try things on");
-  verb->add_option("OUT", options->output, "The scan: LAS 1.4, point format 7, ASPRS classes that are the truth")
+  verb->add_option(
+          "OUT", options->output,
+          "The scan: LAS 1.4 (.las) or the same compressed (.laz), point format 7, ASPRS classes that are the truth")
       ->required();
   verb->add_option("--points", options->scan.points, "How many points")
       ->capture_default_str()

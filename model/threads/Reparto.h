@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <functional>
 
+#include "platform/Exporta.h"
+
 namespace Meseta47 {
 
 /// Shares out [0, total) in blocks of `bloque` items among NumeroProcesadores() threads, the caller's one among them:
@@ -12,7 +14,8 @@ namespace Meseta47 {
 ///
 /// `avisa`, when given, is called on the caller's thread between its blocks with the number of items begun; once it
 /// answers false no further block is begun. False when that happened.
-bool Reparte(std::size_t total, std::size_t bloque, std::function<void(std::size_t, std::size_t)> const& trabajo,
-             std::function<bool(std::size_t)> const& avisa = {});
+URDIMBRE_API bool Reparte(std::size_t total, std::size_t bloque,
+                          std::function<void(std::size_t, std::size_t)> const& trabajo,
+                          std::function<bool(std::size_t)> const& avisa = {});
 
 }  // namespace Meseta47

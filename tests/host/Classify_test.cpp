@@ -245,7 +245,7 @@ TEST(Classify, TheOutputIsNamedAsALasFile) {
   StandIn search;
   const std::string in = cloud(folder, 1);
   EXPECT_THAT(usageErrorOf(optionsFor(in, folder.file("out.ply")), search), HasSubstr("use .las"));
-  EXPECT_THAT(usageErrorOf(optionsFor(in, ""), search), HasSubstr("give -o OUT.las, or --dry-run"));
+  EXPECT_THAT(usageErrorOf(optionsFor(in, ""), search), HasSubstr("give -o OUT.las or OUT.laz, or --dry-run"));
   run(optionsFor(in, folder.file("OUT.LAS")), search);
   EXPECT_THAT(folder.names(), UnorderedElementsAre("in.las", "OUT.LAS"));
 }

@@ -63,6 +63,27 @@ TEST_P(LasCopyFormats, WithTheClassesItHasTheCopyIsTheFile) {
   EXPECT_EQ(bytesOf(folder.file("out.las")), bytesOf(from));
 }
 
+TEST_P(LasCopyFormats, ACompressedCopyHoldsTheSameOnceItIsPlainAgain) {
+  const Folder folder;
+  const std::string from = cloud(folder, GetParam(), 50);
+  ASSERT_TRUE(copyWithClasses(from, folder.file("out.laz"), classesOf(50)));
+  EXPECT_TRUE(LasReader(folder.file("out.laz")).header().compressed);
+  ASSERT_TRUE(copyWithClasses(folder.file("out.laz"), folder.file("back.las"), classesOf(50)));
+  EXPECT_EQ(bytesOf(folder.file("back.las")), bytesOf(from));
+}
+
+TEST_P(LasCopyFormats, NothingButTheClassesOfACompressedFileChanges) {
+  const Folder folder;
+  const std::string from = cloud(folder, GetParam(), 50);
+  auto classes = classesOf(50);
+  ASSERT_TRUE(copyWithClasses(from, folder.file("a.laz"), classes));
+  classes[3] = 31;
+  ASSERT_TRUE(copyWithClasses(folder.file("a.laz"), folder.file("b.laz"), classes));
+  ASSERT_TRUE(copyWithClasses(folder.file("b.laz"), folder.file("b.las"), classes));
+  ASSERT_TRUE(copyWithClasses(from, folder.file("c.las"), classes));
+  EXPECT_EQ(bytesOf(folder.file("b.las")), bytesOf(folder.file("c.las")));
+}
+
 INSTANTIATE_TEST_SUITE_P(AllFormats, LasCopyFormats, testing::Range(0U, kLasFormats));
 
 TEST(LasCopy, AFileCanBeCopiedOntoItself) {
