@@ -7,6 +7,8 @@
 #include "host/FileError.h"
 #include "host/OutputFile.h"
 #include "host/vector/VectorOutput.h"
+#include "platform/CFicheroParcial.h"
+#include "platform/Ficheros.h"
 
 namespace Meseta47::host {
 
@@ -41,12 +43,22 @@ void requireApart(std::string const& output, std::string const& other, std::stri
   }
 }
 
+/// Most outputs are opened when all the work is done: a folder that is missing or somebody else's is told before it.
+void requireFolder(std::string const& output) {
+  CString why;
+  if (CarpetaEscribible(CarpetaDe(DestinoFinal(CString::DesdeUtf8(output))), &why)) return;
+  throw FileError(output, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
+                                      "for the file",
+                                      why.Utf8()));
+}
+
 }  // namespace
 
 void requireOutputs(std::vector<std::string> const& outputs, std::vector<std::string> const& inputs) {
   for (auto output = outputs.begin(); output != outputs.end(); ++output) {
     if (output->empty()) continue;
     requireReplaceable(*output);
+    requireFolder(*output);
     for (std::string const& input : inputs) requireApart(*output, input, "that this run reads");
     for (auto other = outputs.begin(); other != output; ++other) {
       if (!other->empty()) requireApart(*output, *other, "that this run writes too");

@@ -56,6 +56,25 @@ LoadedCloud load(ClassifyOptions const& options, HostApp& app) {
   return std::move(loadClouds({options.cloud.inputs}, how, app).front());
 }
 
+/// By what a file is known again: another one in its place, or one written over, has other marks.
+struct FileMarks {
+  std::uintmax_t bytes;
+  std::filesystem::file_time_type written;
+
+  explicit FileMarks(std::string const& file)
+      : bytes(std::filesystem::file_size(file)), written(std::filesystem::last_write_time(file)) {}
+  bool operator==(FileMarks const&) const = default;
+};
+
+/// The classes found belong to the points that were read, and the copy is made of the file as it is now.
+void requireUnchanged(std::string const& input, FileMarks const& before) {
+  if (FileMarks(input) == before) return;
+  throw Failure(
+      fmt::format("{}: was changed while it was searched, by another program or run: nothing was written; run "
+                  "again",
+                  input));
+}
+
 /// Runs the search and gives the classes of the drawing's points. Everything that the run holds is released with it.
 void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, std::string const& input, CloudSearch& search,
                ClassifyReport& report) {
@@ -126,6 +145,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
   requireCopyable(inputOf(options), search);
   requireOutputs({options.output}, {});  // which may be the input
 
+  const FileMarks before(inputOf(options));
   ClassifyReport report;
   LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, app); });
   report.pointsRead = cloud.pointsRead;
@@ -138,6 +158,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
     report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
   }
   if (!options.dryRun) {
+    requireUnchanged(inputOf(options), before);
     timed(report.seconds.write, [&] { writeCopy(options, cloud.classes, app); });
     if (hasProfile) keepProfile(options, search, place, app);
   }

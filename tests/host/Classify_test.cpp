@@ -1,5 +1,8 @@
 #include "host/classify/Classify.h"
 
+#include <chrono>
+#include <filesystem>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "host/Failure.h"
@@ -38,6 +41,7 @@ class StandIn : public CloudSearch {
       drawing[0].SetClasificacion(CInfoClasificacion(target, 0.0, L""), i);
       ++found;
     }
+    if (meanwhile) meanwhile();
     return code;
   }
 
@@ -47,6 +51,7 @@ class StandIn : public CloudSearch {
   int code = kHecho;
   bool keeps = true;
   CString settled = L"never";
+  std::function<void()> meanwhile;  // what another program does during the search
 };
 
 /// A file with records before the points, extra bytes, and records after the points.
@@ -111,6 +116,22 @@ std::string usageErrorOf(ClassifyOptions const& options, CloudSearch& search) {
 }
 
 }  // namespace
+
+TEST(Classify, AnInputThatChangesWhileItIsSearchedIsNotWritten) {
+  const Folder folder;
+  const std::string in = cloud(folder, 1);
+  StandIn search;
+  search.meanwhile = [&] {
+    std::filesystem::copy(in, folder.file("other.las"));  // as many points, and as many bytes
+    std::filesystem::rename(folder.file("other.las"), in);
+    std::filesystem::last_write_time(in, std::filesystem::last_write_time(in) + std::chrono::seconds(1));
+  };
+  const Bytes before = bytesOf(in);
+  EXPECT_THAT(failureOf(optionsFor(in, in), search),
+              testing::AllOf(HasSubstr("in.las: was changed while it was searched"), HasSubstr("run again")));
+  EXPECT_EQ(bytesOf(in), before);
+  EXPECT_THAT(folder.names(), ElementsAre("in.las"));
+}
 
 class ClassifyFormats : public testing::TestWithParam<unsigned> {};
 

@@ -63,4 +63,8 @@ TEST(OutputCheck, FoldersAndDevicesAreRefusedBeforeAnyWork) {
   const Folder folder;
   EXPECT_THAT(complaintOf({folder.path()}, {}), HasSubstr("is a folder"));
   EXPECT_THAT(complaintOf({"/dev/full"}, {}), HasSubstr("not an ordinary file"));
+  EXPECT_THAT(complaintOf({folder.file("no/a.ply")}, {}),
+              AllOf(HasSubstr("no/a.ply: cannot be written"), HasSubstr("No such file or directory")));
+  EXPECT_THAT(complaintOf({"/proc/a.ply"}, {}), HasSubstr("/proc/a.ply: cannot be written"));
+  EXPECT_EQ(folder.names().size(), 0U);
 }
