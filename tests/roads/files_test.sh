@@ -41,6 +41,27 @@ for format in gpkg shp geojson fgb dxf; do
 done
 meets two.png "$urdimbre --quiet render scan.las --size 200 -o" "$urdimbre --quiet render other.las --size 200 -o"
 meets two.las "$urdimbre --quiet generate --points 30000 --seed 1" "$urdimbre --quiet generate --points 9000 --seed 2"
+# Six runs that keep parameters in one file of profiles keep all of them, also where that file is a link.
+export XDG_CONFIG_HOME=$work/settings
+mkdir settings
+ln -s real.ini settings/urdimbre.ini
+"$urdimbre" --quiet generate few.las --points 500 --seed 3
+for n in 1 2 3 4 5 6; do
+  "$urdimbre" --quiet classify high few.las -o "few$n.las" --profile "n$n" --distance "$n" &
+done
+wait
+expect "profiles" "$(grep -c 'DistanciaMax=' settings/real.ini)" 6
+[ -L settings/urdimbre.ini ] || fail "the link to the profiles was replaced"
+no_debris "profiles"
+
+# An output that cannot be made is told before the work, not after it.
+for verb in "tin large.las -o none/m.ply" "contour large.las --interval 1 -o none/c.gpkg" "render large.las -o none/p.png" \
+  "classify high large.las -o none/o.las"; do
+  # shellcheck disable=SC2086
+  refuses 1 "^urdimbre: none/[a-z]*.[a-z]*: cannot be written: .*No such file" "$urdimbre" $verb
+  ! grep -q '^Reading' stderr || fail "$verb: read before it was told: $(cat stderr)"
+done
+
 # What a run reads it does not write.
 mkdir -p sub
 for format in gpkg shp geojson dxf fgb; do

@@ -43,7 +43,8 @@ no_debris() {
 }
 
 # cancels PHASE NTH OUTPUT COMMAND...: interrupts the command as soon as it announces the phase for the NTH time; it leaves
-# nothing. Another signal may be named in $signal. A run that is through before the signal reaches it shows nothing, and is tried again.
+# nothing. Another signal may be named in $signal. A run that is through before the signal reaches it shows nothing, and is tried
+# again.
 cancels() {
   local phase=$1 nth=$2 output=$3 found attempt
   shift 3
