@@ -149,8 +149,7 @@ CPuntoTIN* CHiloGenerarMDT::PuntoDe(std::int32_t numero) const {
 }
 
 void CHiloGenerarMDT::Guarda(CPuntoTIN const* a, CPuntoTIN const* b) {
-  const CPuntoTIN* base = modelo->puntos.begin();
-  const auto i = static_cast<unsigned>(a - base), j = static_cast<unsigned>(b - base);
+  const unsigned i = modelo->puntos.Indice(a), j = modelo->puntos.Indice(b);
   lados.emplace_back(std::min(i, j), std::max(i, j), -1, 0);
 }
 

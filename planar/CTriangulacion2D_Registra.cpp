@@ -30,7 +30,7 @@ int CTriangulacion2D::RegistraPuntos(CSetPuntosMdt& puntos, CDibujo<int> const& 
     CPuntoTIN punto(*e.PunteroAPunto(static_cast<int>(k)));
     CSetPuntos<int> const* nube = CSetPuntos<int>::De(e);
     if (nube != nullptr) punto.aero = nube->Info(k);
-    puntos.push_back(punto, true);
+    puntos.push_back(punto, false);  // nobody points at them yet
     const auto indice = static_cast<std::size_t>(punto.num) - 1;
     if (colores != nullptr) {
       (*colores)[indice] = CRGBTipo(punto.aero.rojo, punto.aero.verde, punto.aero.azul, -1);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint16_t kVersion = 1;
 
-/// The part of a point that its coordinates' binary form leaves out. Numbers belong to a run and are not kept.
+/// What follows the coordinates of a point. Numbers belong to a run and are not kept.
 struct CAtributos {
   std::uint16_t intensidad;
   std::uint8_t marcas;
@@ -388,12 +388,12 @@ bool CLinea<T>::Write(CFile* fichero, CDataSemilla const&, int, CTipoFichero tip
 }
 
 template <class T>
-bool CLinea<T>::WriteDigi(CFile* fichero, CTipoFichero tipoFichero) const {
+bool CLinea<T>::WriteDigi(CFile* fichero, CTipoFichero) const {
   if (!Escribe(*fichero, static_cast<std::uint32_t>(puntos.size()))) return false;
-  const CDataSemilla semilla;
   for (CCoor3D<T> const& p : puntos) {
+    const T lugar[3] = {p.x, p.y, p.z};  // whole: the form in which a coordinate writes itself has no decimals
     const CAtributos atributos{p.intensidad, p.marcas, p.clasificacion};
-    if (!p.Write(fichero, semilla, 0, tipoFichero, 0, 3) || !Escribe(*fichero, atributos)) return false;
+    if (!Escribe(*fichero, lugar) || !Escribe(*fichero, atributos)) return false;
   }
   return true;
 }
@@ -411,22 +411,23 @@ bool CLinea<T>::Read(CFile* fichero, double factor, CTipoFichero tipoFichero) {
 }
 
 template <class T>
-bool CLinea<T>::ReadDigi(CFile* fichero, double factor, unsigned short version, CTipoFichero tipoFichero) {
+bool CLinea<T>::ReadDigi(CFile* fichero, double factor, unsigned short version, CTipoFichero) {
   std::vector<CCoor3D<T>> leidos;
-  if (!LeePuntos(*fichero, factor, version, tipoFichero, leidos)) return false;
+  if (!LeePuntos(*fichero, factor, version, leidos)) return false;
   Asigna(std::move(leidos));
   return true;
 }
 
 template <class T>
-bool CLinea<T>::LeePuntos(CFile& fichero, double factor, unsigned short version, CTipoFichero tipoFichero,
-                          std::vector<CCoor3D<T>>& leidos) {
+bool CLinea<T>::LeePuntos(CFile& fichero, double factor, unsigned short version, std::vector<CCoor3D<T>>& leidos) {
   std::uint32_t cuantos = 0;
   if (version != kVersion || !Lee(fichero, cuantos) || cuantos > std::numeric_limits<std::int32_t>::max()) return false;
   for (std::uint32_t i = 0; i < cuantos; ++i) {
     CCoor3D<T> p;
+    T lugar[3];
     CAtributos atributos{};
-    if (!p.Read(&fichero, factor, tipoFichero) || !Lee(fichero, atributos)) return false;
+    if (!Lee(fichero, lugar) || !Lee(fichero, atributos)) return false;
+    p.Actualiza(lugar[0] * factor, lugar[1] * factor, lugar[2] * factor);
     p.intensidad = atributos.intensidad;
     p.marcas = atributos.marcas;
     p.clasificacion = atributos.clasificacion;

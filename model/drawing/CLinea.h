@@ -92,8 +92,7 @@ class CLinea : public CEntidadDigi<T> {
   /// The points after the head, and what derived kinds keep beside them.
   virtual bool WriteDigi(CFile* fichero, CTipoFichero tipo) const;
   /// Reads what CLinea::WriteDigi wrote. False on a short read or an unknown version.
-  static bool LeePuntos(CFile& fichero, double factor, unsigned short version, CTipoFichero tipo,
-                        std::vector<CCoor3D<T>>& leidos);
+  static bool LeePuntos(CFile& fichero, double factor, unsigned short version, std::vector<CCoor3D<T>>& leidos);
 
   std::vector<CCoor3D<T>> puntos;
 

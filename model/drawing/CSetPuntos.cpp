@@ -149,11 +149,11 @@ bool CSetPuntos<T>::WriteDigi(CFile* fichero, CTipoFichero tipoFichero) const {
 }
 
 template <class T>
-bool CSetPuntos<T>::ReadDigi(CFile* fichero, double factor, unsigned short version, CTipoFichero tipoFichero) {
+bool CSetPuntos<T>::ReadDigi(CFile* fichero, double factor, unsigned short version, CTipoFichero) {
   std::vector<CCoor3D<T>> leidos;
   std::uint32_t cuantos = 0;
   std::vector<tipoAero3> datos;
-  if (!CLinea<T>::LeePuntos(*fichero, factor, version, tipoFichero, leidos) || !Lee(*fichero, cuantos)) return false;
+  if (!CLinea<T>::LeePuntos(*fichero, factor, version, leidos) || !Lee(*fichero, cuantos)) return false;
   if (cuantos != 0 && cuantos != leidos.size()) return false;
   return LeeVector(*fichero, cuantos, datos) && Asigna(std::move(leidos), std::move(datos));
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "model/geometry/CMatrizCuadrada.h"
 #include "model/storage/Binario.h"
@@ -100,42 +101,47 @@ double CCoor3D<T>::DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espac
 }
 
 template <class T>
-bool CCoor3D<T>::CalcularPlano(std::vector<CCoor3D<double>> const& puntos, double& emc, std::vector<double>& residuos,
-                               double& residuoMaximo, CCoor3D<double>& normal, double& termino,
-                               int minimo) requires std::is_same_v<T, double> {
+bool CCoor3D<T>::CalcularPlano(std::vector<CCoor3D<double>> const& puntos, double& termino,
+                               std::vector<double>& residuos, double& emc, CCoor3D<double>& media,
+                               double& residuoMaximo, int minimo) requires std::is_same_v<T, double> {
   if (puntos.size() < static_cast<std::size_t>(std::max(minimo, 3))) return false;
-  const CCoor3D<double> media = Media(puntos);
+  const CCoor3D<double> centro = Media(puntos);
   std::vector<double> valores;
   CMatrizCuadrada vectores(3);
-  Covarianza(puntos, media).Autovalores(valores, vectores);
+  Covarianza(puntos, centro).Autovalores(valores, vectores);
   // The eigenvalues are squared extents, right to some units in the last place of the greatest: a strip narrower than a
   // ten-millionth of its length cannot be told from a line.
   if (!(valores[1] > 1e-14 * valores[2])) return false;
 
-  normal = HaciaArriba(vectores, 0);
-  termino = -(normal.x * media.x + normal.y * media.y + normal.z * media.z);
-  residuos.clear();
-  residuoMaximo = 0;
-  double suma2 = 0;
+  const CCoor3D<double> normal = HaciaArriba(vectores, 0);
+  std::vector<double> distancias;
+  distancias.reserve(puntos.size());
+  double mayor = 0, suma2 = 0;
   for (CCoor3D<double> const& p : puntos) {
-    const double d = normal.x * (p.x - media.x) + normal.y * (p.y - media.y) + normal.z * (p.z - media.z);
-    residuos.push_back(d);
-    residuoMaximo = std::max(residuoMaximo, std::abs(d));
+    const double d = normal.x * (p.x - centro.x) + normal.y * (p.y - centro.y) + normal.z * (p.z - centro.z);
+    distancias.push_back(d);
+    mayor = std::max(mayor, std::abs(d));
     suma2 += d * d;
   }
+  this->Actualiza(normal.x, normal.y, normal.z);
+  termino = -(normal.x * centro.x + normal.y * centro.y + normal.z * centro.z);
+  residuos = std::move(distancias);
   emc = std::sqrt(suma2 / static_cast<double>(puntos.size()));
+  media = centro;
+  residuoMaximo = mayor;
   return true;
 }
 
 template <class T>
 bool CCoor3D<T>::Write(CFile* fichero, CDataSemilla const&, int, CTipoFichero, int, short int) const {
-  const T valores[3] = {this->x, this->y, z};
+  const CCoor3D<int> entera(*this);
+  const std::int32_t valores[3] = {entera.x, entera.y, entera.z};
   return Escribe(*fichero, valores);
 }
 
 template <class T>
 bool CCoor3D<T>::Read(CFile* fichero, double factor, CTipoFichero) {
-  T valores[3];
+  std::int32_t valores[3];
   if (!Lee(*fichero, valores)) return false;
   Actualiza(valores[0] * factor, valores[1] * factor, valores[2] * factor);
   return true;

@@ -149,16 +149,18 @@ class CCoor3D : public CCoor2D<T> {
   /// both are one point. `parametro`, when given, takes where the foot stands: 0 at `a`, 1 at `b`.
   [[nodiscard]] double DistanciaARecta(CCoor3D const& a, CCoor3D const& b, int espacio, double* parametro) const;
 
-  /// Plane that fits the points best, by least squares of the orthogonal distances: a unit `normal` whose z is not
-  /// negative, and `termino`, so that normal . p + termino = 0. Gives also the root mean square distance, the signed
-  /// distance of each point and the greatest absolute one. `minimo` is the least number of points to accept (3 at
-  /// least). False when there are fewer or when they lie on one line; the results are then left as they were.
-  static bool CalcularPlano(std::vector<CCoor3D<double>> const& puntos, double& emc, std::vector<double>& residuos,
-                            double& residuoMaximo, CCoor3D<double>& normal, double& termino,
-                            int minimo) requires std::is_same_v<T, double>;
+  /// Plane that fits the points best, by least squares of the orthogonal distances. This object becomes its unit
+  /// normal, whose z is not negative, and `termino` its independent term: normal . p + termino = 0. Gives also the
+  /// signed distance of each point, their root mean square `emc`, the mean of the points, which lies on the plane, and
+  /// the greatest absolute distance. `minimo` is the least number of points to accept (3 at least). False when there
+  /// are fewer or when they lie on one line; object and results are then left as they were. O(n).
+  bool CalcularPlano(std::vector<CCoor3D<double>> const& puntos, double& termino, std::vector<double>& residuos,
+                     double& emc, CCoor3D<double>& media, double& residuoMaximo,
+                     int minimo) requires std::is_same_v<T, double>;
 
-  /// Binary form: x, y, z, little-endian, nothing else: 12 bytes for int, 24 for double. The seed and the further
-  /// arguments select nothing in it. False when the disk refuses.
+  /// Binary form: x, y, z as little-endian 32-bit integers and nothing else, 12 bytes for either number form; doubles
+  /// are rounded as `Redondea` tells. The seed and the further arguments select nothing in it. False when the disk
+  /// refuses.
   bool Write(CFile* fichero, CDataSemilla const& semilla, int, CTipoFichero, int, short int) const;
   /// Reads that form and multiplies by `factor`. False on a short read, with nothing changed.
   bool Read(CFile* fichero, double factor, CTipoFichero);

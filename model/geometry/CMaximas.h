@@ -97,8 +97,8 @@ class CMaximas {
     return r;
   }
 
-  /// Binary form: `Maximo`, then `Minimo`, each as a coordinate writes itself: 24 bytes for int. False when the disk
-  /// refuses, or on a short read.
+  /// Binary form: `Maximo`, then `Minimo`, each as a coordinate writes itself: 24 bytes. False when the disk refuses,
+  /// or on a short read, with nothing changed.
   bool Write(CFile* fichero, CDataSemilla const& semilla, int a, CTipoFichero tipo) const {
     return Maximo.Write(fichero, semilla, a, tipo, 0, 3) && Minimo.Write(fichero, semilla, a, tipo, 0, 3);
   }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "model/storage/CIteradorIndice.h"
 #include "model/storage/VectorCrudo.h"
 #include "model/terrain/CPuntoTIN.h"
 #include "model/threads/CNivelMensajes.h"
@@ -16,8 +17,9 @@ namespace Meseta47 {
 
 class IPorcentaje;
 
-/// The points of a model, side by side in memory. Meshes hold pointers to them: a point stays where it is as long as
-/// size() does not pass capacity() and nobody sorts, reads, resizes or clears the set.
+/// The points of a model, side by side in memory but for those that were added to a living mesh. Meshes hold pointers
+/// to them: a point stays where it is until somebody sorts, reads, resizes or clears the set, reserves room, or appends
+/// beyond capacity() without asking for the order.
 ///
 /// Distinct points may be written by distinct threads at once; every other change belongs to one thread.
 class URDIMBRE_API CSetPuntosMdt {
@@ -28,39 +30,58 @@ class URDIMBRE_API CSetPuntosMdt {
   /// `esRica` other than 0 selects the richer form of the file: with the survey data. The first integer selects
   /// nothing.
   CSetPuntosMdt(int, int esRica) : rica(esRica != 0) {}
-  CSetPuntosMdt(CSetPuntosMdt const&) = default;
+  /// A copy has all its points side by side. What is moved from is left empty.
+  CSetPuntosMdt(CSetPuntosMdt const& o);
   CSetPuntosMdt(CSetPuntosMdt&&) noexcept = default;
-  CSetPuntosMdt& operator=(CSetPuntosMdt const&) = default;
+  CSetPuntosMdt& operator=(CSetPuntosMdt const& o) { return *this = CSetPuntosMdt(o); }
   CSetPuntosMdt& operator=(CSetPuntosMdt&&) noexcept = default;
   ~CSetPuntosMdt() = default;
 
-  [[nodiscard]] std::size_t size() const { return puntos.size(); }
-  [[nodiscard]] std::size_t capacity() const { return puntos.capacity(); }
+  [[nodiscard]] std::size_t size() const {
+    return anexos.empty() ? puntos.size() : puntos.size() + (anexos.size() - 1) * kAnexo + anexos.back().size();
+  }
+  /// Points that fit in the memory taken so far.
+  [[nodiscard]] std::size_t capacity() const {
+    return (anexos.empty() ? puntos.capacity() : puntos.size()) + anexos.size() * kAnexo;
+  }
   [[nodiscard]] bool EsRica() const { return rica; }
 
-  [[nodiscard]] CPuntoTIN& operator[](unsigned int i) { return puntos[i]; }
-  [[nodiscard]] CPuntoTIN const& operator[](unsigned int i) const { return puntos[i]; }
+  [[nodiscard]] CPuntoTIN& operator[](unsigned int i) { return i < puntos.size() ? puntos[i] : Anexo(i); }
+  [[nodiscard]] CPuntoTIN const& operator[](unsigned int i) const { return i < puntos.size() ? puntos[i] : Anexo(i); }
   /// Null when the index is out of range.
-  [[nodiscard]] CPuntoTIN* at(unsigned int i) { return i < puntos.size() ? &puntos[i] : nullptr; }
-  [[nodiscard]] CPuntoTIN const* at(unsigned int i) const { return i < puntos.size() ? &puntos[i] : nullptr; }
+  [[nodiscard]] CPuntoTIN* at(unsigned int i) {
+    return i < puntos.size() ? &puntos[i] : (i < size() ? &Anexo(i) : nullptr);
+  }
+  [[nodiscard]] CPuntoTIN const* at(unsigned int i) const {
+    return i < puntos.size() ? &puntos[i] : (i < size() ? &Anexo(i) : nullptr);
+  }
+  /// Index of a point by where it stands; kSinIndice for one that is not of this set. O(1), but for points that were
+  /// added to a living mesh: O(their number / 1024).
+  static constexpr unsigned kSinIndice = 0xFFFFFFFF;
+  [[nodiscard]] unsigned Indice(CPuntoTIN const* punto) const;
 
-  [[nodiscard]] CPuntoTIN* begin() { return puntos.data(); }
-  [[nodiscard]] CPuntoTIN* end() { return puntos.data() + puntos.size(); }
-  [[nodiscard]] CPuntoTIN const* begin() const { return puntos.data(); }
-  [[nodiscard]] CPuntoTIN const* end() const { return puntos.data() + puntos.size(); }
+  [[nodiscard]] auto begin() { return CIteradorIndice<CSetPuntosMdt, CPuntoTIN>(*this, 0); }
+  [[nodiscard]] auto end() { return CIteradorIndice<CSetPuntosMdt, CPuntoTIN>(*this, size()); }
+  [[nodiscard]] auto begin() const { return CIteradorIndice<CSetPuntosMdt const, CPuntoTIN const>(*this, 0); }
+  [[nodiscard]] auto end() const { return CIteradorIndice<CSetPuntosMdt const, CPuntoTIN const>(*this, size()); }
 
-  /// Appends the point. Where the order is to be kept it is appended too: what stands in the set keeps its place, since
-  /// meshes point at it, and a later sort() brings all into order.
-  void push_back(CPuntoTIN const& punto, bool) { puntos.push_back(punto); }
+  /// Appends the point. With `orden` the set is a living one: no point moves, since meshes point at them, whatever room
+  /// there is; a later sort() brings all into order. Without it all points may move when capacity() is reached.
+  void push_back(CPuntoTIN const& punto, bool orden);
 
-  /// Room for so many points. The extents select nothing.
-  void reserve(unsigned long long cuantos, int, int) { puntos.reserve(cuantos); }
+  /// Room for so many points side by side. The extents select nothing.
+  void reserve(unsigned long long cuantos, int, int) {
+    if (anexos.empty()) puntos.reserve(cuantos);
+  }
   void resize(unsigned long long cuantos);
   /// Drops the points and gives their memory back.
-  void clear() { Bloque().swap(puntos); }
+  void clear() {
+    Bloque().swap(puntos);
+    std::vector<Bloque>().swap(anexos);
+  }
 
-  /// Replaces the points by as many as `hace(0)`, `hace(1)` ... give; it is called on all processors at once, in no
-  /// order, and must not throw. Room that was reserved stays.
+  /// Replaces the points, side by side, by as many as `hace(0)`, `hace(1)` ... give; it is called on all processors at
+  /// once, in no order, and must not throw. Room that was reserved stays.
   void Genera(std::size_t cuantos, std::function<CPuntoTIN(std::size_t)> const& hace);
 
   /// Orders the points by x, then y, then z; those of one position keep the order in which they came. O(n) on all
@@ -74,6 +95,7 @@ class URDIMBRE_API CSetPuntosMdt {
   /// empty unless it answers kHecho. It takes no more memory than the rest of the file can fill.
   int Write(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje,
             CNivelMensajes nivel) const;
+  int Read(CFile* fichero);
   int Read(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje, CNivelMensajes nivel);
 
  private:
@@ -93,7 +115,17 @@ class URDIMBRE_API CSetPuntosMdt {
   };
   using Bloque = std::vector<CPuntoTIN, Asignador>;
 
+  static constexpr std::size_t kAnexo = 1024;  // points of a block that is added: 50 KB
+
+  [[nodiscard]] CPuntoTIN& Anexo(std::size_t i) {
+    return anexos[(i - puntos.size()) / kAnexo][(i - puntos.size()) % kAnexo];
+  }
+  [[nodiscard]] CPuntoTIN const& Anexo(std::size_t i) const {
+    return anexos[(i - puntos.size()) / kAnexo][(i - puntos.size()) % kAnexo];
+  }
+
   Bloque puntos;
+  std::vector<Bloque> anexos;  ///< points behind them that found no room there; all blocks but the last are full
   bool rica;
 };
 

@@ -59,14 +59,19 @@ int CSetPuntosMdt::Write(CFile* fichero, unsigned int& valor, unsigned int total
   CSeccionSalida seccion(*fichero);
   Aviso aviso(valor, total, porcentaje, nivel);
   seccion.Pon(static_cast<std::uint32_t>(rica));
-  seccion.Pon(static_cast<std::uint64_t>(puntos.size()));
-  for (CPuntoTIN const& p : puntos) {
+  seccion.Pon(static_cast<std::uint64_t>(size()));
+  for (CPuntoTIN const& p : *this) {
     seccion.Pon(Registro{p.x, p.y, p.z, p.num, p.intensidad, p.marcas, p.clasificacion});
     if (rica) seccion.Pon(p.aero);
     if (!seccion.Va()) return kFicheroInaccesible;
     if (!aviso.Punto()) return kCancelado;
   }
   return seccion.Cierra() ? kHecho : kFicheroInaccesible;
+}
+
+int CSetPuntosMdt::Read(CFile* fichero) {
+  unsigned int valor = 0;
+  return Read(fichero, valor, 0, nullptr, MENSAJES_NINGUNO);
 }
 
 int CSetPuntosMdt::Read(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje,

@@ -1,7 +1,6 @@
 #include "model/terrain/CTIN.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace Meseta47 {
 
@@ -39,17 +38,10 @@ void CTIN::SetPuntosMdt(CSetPuntosMdt& nuevos) {
 
 bool CTIN::Inserta(CTriangulo& triangulo, bool, bool unico, bool) {
   if (unico) quitaRepetidos = true;  // asked for by single threads only
-  const Terna terna{Indice(triangulo.P1), Indice(triangulo.P2), Indice(triangulo.P3)};
+  const Terna terna{puntos.Indice(triangulo.P1), puntos.Indice(triangulo.P2), puntos.Indice(triangulo.P3)};
   if (std::max({terna[0], terna[1], terna[2]}) >= puntos.size()) return false;
   relleno.Inserta(terna);
   return true;
-}
-
-/// A number beyond the last point for one that is not of this model.
-std::uint32_t CTIN::Indice(CPuntoTIN const* punto) const {
-  constexpr std::less<CPuntoTIN const*> antes;
-  const bool mio = !antes(punto, puntos.begin()) && antes(punto, puntos.end());
-  return mio ? static_cast<std::uint32_t>(punto - puntos.begin()) : kSinTriangulo;
 }
 
 std::uint64_t CTIN::Cantidad() const { return triangulos.size() + relleno.Cantidad(); }

@@ -119,7 +119,6 @@ class URDIMBRE_API CTIN : public CObjetoFichero {
  private:
   friend class CModeloDigital;  // reads and writes triangles and outline as they stand
 
-  [[nodiscard]] std::uint32_t Indice(CPuntoTIN const* punto) const;
   [[nodiscard]] std::vector<std::span<Terna const>> Trozos() const;
   bool Ordena(CAvance& avance);
   bool Enlaza(CAvance& avance);

@@ -211,9 +211,9 @@ TEST(CCoor3D, DistanceToALineOfOnePointIsTheDistanceToIt) {
 struct Plane {
   double rms = -1, greatest = -1, term = 0;
   std::vector<double> residuals;
-  Real normal;
+  Real normal, mean;
   bool Fit(std::vector<Real> const& points, int least = 3) {
-    return Real::CalcularPlano(points, rms, residuals, greatest, normal, term, least);
+    return normal.CalcularPlano(points, term, residuals, rms, mean, greatest, least);
   }
   [[nodiscard]] double At(Real const& p) const { return normal.x * p.x + normal.y * p.y + normal.z * p.z + term; }
 };
@@ -240,6 +240,23 @@ TEST(CCoor3D, ThePlaneOfAVerticalWallIsVertical) {
   EXPECT_NEAR(plane.term, -7.0, 1e-12);
 }
 
+TEST(CCoor3D, ThePlaneHoldsTheMeanOfThePoints) {
+  Plane plane;
+  ASSERT_TRUE(plane.Fit({{0, 0, 1, 0}, {6, 0, 1, 0}, {0, 6, 4, 0}}, 0));
+  EXPECT_NEAR(plane.mean.Distancia(Real(2, 2, 2, 0), 1), 0, 1e-12);
+  EXPECT_NEAR(plane.At(plane.mean), 0, 1e-12);
+}
+
+TEST(CCoor3D, AFootOnThePlaneComesFromTheNormalAndTheTerm) {
+  Real normal;
+  double term = 0, rms = 0, greatest = 0;
+  std::vector<double> residuals;
+  Real mean;
+  ASSERT_TRUE(
+      normal.CalcularPlano({{0, 0, 7, 0}, {6, 0, 7, 0}, {0, 6, 7, 0}}, term, residuals, rms, mean, greatest, 0));
+  EXPECT_EQ(P(1, 2, 100).ProyectaSobrePlano(normal, term, false), P(1, 2, 7));
+}
+
 TEST(CCoor3D, ResidualsOfThePlaneAreSignedDistances) {
   // A tilted square whose corners stand alternately 1 above and 1 below the plane z = 0.
   Plane plane;
@@ -257,6 +274,7 @@ TEST(CCoor3D, PointsOnALineOrTooFewHaveNoPlane) {
   EXPECT_FALSE(plane.Fit({}));
   EXPECT_FALSE(plane.Fit({{0, 0, 0, 0}, {1, 0, 0, 0}, {0, 1, 0, 0}}, 4));
   EXPECT_EQ(plane.rms, -1) << "a failure leaves the results alone";
+  EXPECT_EQ(plane.normal, Real()) << "and the object";
   EXPECT_TRUE(plane.Fit({{0, 0, 0, 0}, {1, 0, 0, 0}, {0, 1, 0, 0}}, 0));
 }
 
@@ -278,20 +296,18 @@ TEST(CCoor3D, TheIntegerFormIsTwelveLittleEndianBytes) {
   EXPECT_EQ(read.num, 9);
 }
 
-TEST(CCoor3D, TheRealFormIsThreeLittleEndianDoubles) {
+TEST(CCoor3D, TheRealFormIsTheTwelveBytesOfItsRoundedCoordinates) {
   ScratchFile scratch;
   CFile out = scratch.ForWriting();
-  ASSERT_TRUE(Real(1.0, -2.5, 1e300, 4).Write(&out, CDataSemilla(), 0, FICHERO_NATIVO, 0, 3));
+  ASSERT_TRUE(Real(1.4, -2.5, 1e300, 4).Write(&out, CDataSemilla(2, 0, 0, 0), 0, FICHERO_NATIVO, 0, 3));
   ASSERT_TRUE(out.Close());
-  const auto bytes = scratch.Bytes();
-  ASSERT_EQ(bytes.size(), 24u);
-  EXPECT_THAT(std::vector<unsigned char>(bytes.begin(), bytes.begin() + 8),
-              testing::ElementsAre(0, 0, 0, 0, 0, 0, 0xF0, 0x3F));
+  EXPECT_THAT(scratch.Bytes(), testing::ElementsAre(1, 0, 0, 0, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F));
 
   CFile in = scratch.ForReading();
-  Real read;
+  Real read(0, 0, 0, 9);
   ASSERT_TRUE(read.Read(&in, 1.0, FICHERO_NATIVO));
-  EXPECT_EQ(read, Real(1.0, -2.5, 1e300, 0));
+  EXPECT_EQ(read, Real(1, -2, 2147483647, 0));
+  EXPECT_EQ(read.num, 9);
 }
 
 TEST(CCoor3D, ReadingMultipliesByTheFactor) {

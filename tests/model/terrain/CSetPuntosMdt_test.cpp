@@ -79,6 +79,85 @@ TEST(CSetPuntosMdt, PointsStayWhereTheyAreWithinTheReservedRoom) {
   EXPECT_EQ(set[99].x, -98);  // the last one added is the last one
 }
 
+TEST(CSetPuntosMdt, PointsOfALivingMeshStayWhereTheyAreWhateverTheRoom) {
+  constexpr unsigned kCount = 5000;
+  CSetPuntosMdt set = setOf({point(0, 0), point(1, 0), point(2, 0)});
+  std::vector<CPuntoTIN const*> places = {&set[0], &set[1], &set[2]};
+  for (unsigned i = 3; i < kCount; ++i) {
+    set.push_back(point(static_cast<int>(i), 0), i % 7 != 0);
+    places.push_back(&set[i]);
+  }
+  ASSERT_EQ(set.size(), kCount);
+  EXPECT_GE(set.capacity(), kCount);
+  for (unsigned i = 0; i < kCount; ++i) {
+    ASSERT_EQ(&set[i], places[i]) << i;
+    ASSERT_EQ(set.at(i), places[i]);
+    ASSERT_EQ(set.Indice(places[i]), i);
+    ASSERT_EQ(set[i].x, static_cast<int>(i));
+  }
+  EXPECT_EQ(set.at(kCount), nullptr);
+  const CPuntoTIN stranger;
+  EXPECT_EQ(set.Indice(&stranger), CSetPuntosMdt::kSinIndice);
+  EXPECT_EQ(set.Indice(nullptr), CSetPuntosMdt::kSinIndice);
+}
+
+/// A set whose points stand in several blocks, numbered as they came, the highest first.
+struct Scattered : testing::TestWithParam<unsigned> {
+  CSetPuntosMdt set{0, 1};
+  void SetUp() override {
+    for (unsigned i = 0; i < GetParam(); ++i) {
+      set.push_back(point(-static_cast<int>(i), 7, 0, static_cast<int>(i) + 1), i >= 10);
+    }
+  }
+  [[nodiscard]] std::vector<int> Downwards() const {
+    std::vector<int> all;
+    for (unsigned i = GetParam(); i > 0; --i) all.push_back(static_cast<int>(i));
+    return all;
+  }
+};
+
+TEST_P(Scattered, SetsSort) {
+  set.sort(0, true);
+  EXPECT_EQ(numbers(set), Downwards());
+}
+
+TEST_P(Scattered, SetsComeBackFromAFile) {
+  const ScratchFolder folder;
+  ASSERT_EQ(writeTo(folder.Path("p"), set), kHecho);
+  CSetPuntosMdt read(0, 0);
+  ASSERT_EQ(readFrom(folder.Path("p"), read), kHecho);
+  EXPECT_EQ(numbers(read), numbers(set));
+}
+
+TEST_P(Scattered, SetsAreCopiedAndTheCopyIsAlive) {
+  CSetPuntosMdt copy(set);
+  EXPECT_EQ(numbers(copy), numbers(set));
+  CPuntoTIN const* const last = &copy[GetParam() - 1];
+  for (int i = 0; i < 3000; ++i) copy.push_back(point(i, 0), true);
+  EXPECT_EQ(&copy[GetParam() - 1], last);
+}
+
+TEST_P(Scattered, SetsMoveAndLeaveNothing) {
+  CPuntoTIN const* const last = &set[GetParam() - 1];
+  CSetPuntosMdt other(std::move(set));
+  EXPECT_EQ(other.size(), GetParam());
+  EXPECT_EQ(&other[GetParam() - 1], last);
+  EXPECT_EQ(set.size(), 0u);  // NOLINT(bugprone-use-after-move): that is the claim
+}
+
+TEST_P(Scattered, SetsGrowAndShrink) {
+  const std::vector<int> before = numbers(set);
+  set.resize(GetParam() + 5);
+  EXPECT_EQ(set[GetParam() + 4].num, 0);
+  set.resize(GetParam());
+  EXPECT_EQ(numbers(set), before);
+  set.clear();
+  EXPECT_EQ(set.size(), 0u);
+  EXPECT_EQ(set.capacity(), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, Scattered, testing::Values(11u, 1034u, 1035u, 4000u, 20000u));
+
 TEST(CSetPuntosMdt, ResizingMakesClearPoints) {
   CSetPuntosMdt set(0, 0);
   set.resize(3);
@@ -212,6 +291,15 @@ TEST_P(Forms, AreRefusedWhicheverByteIsAnother) {
 }
 
 INSTANTIATE_TEST_SUITE_P(PlainAndRich, Forms, testing::Values(0, 1));
+
+TEST(CSetPuntosMdt, IsReadWithNothingButTheFile) {
+  const ScratchFolder folder;
+  ASSERT_EQ(writeTo(folder.Path("p"), laden(1)), kHecho);
+  CFile file(folder.Path("p"), CFile::modeRead);
+  CSetPuntosMdt set(0, 0);
+  EXPECT_EQ(set.Read(&file), kHecho);
+  EXPECT_EQ(numbers(set), numbers(laden(1)));
+}
 
 TEST(CSetPuntosMdt, ACountThatTheFileCannotHoldTakesNoMemory) {
   const ScratchFolder folder;
