@@ -50,10 +50,12 @@ class CEventos {
   [[nodiscard]] bool Estan() const {
     return std::none_of(eventos.begin(), eventos.end(), [](HANDLE evento) { return evento == nullptr; });
   }
-  /// True when all are set; with a time limit, false when it has run out.
+  /// True when all are set; false when one is waited for longer than that. One after another: to wait for many at once
+  /// takes memory, and they stay set.
   bool EsperaTodos(unsigned long milisegundos) {
-    return WaitForMultipleObjects(static_cast<unsigned long>(eventos.size()), eventos.data(), true, milisegundos) ==
-           WAIT_OBJECT_0;
+    return std::all_of(eventos.begin(), eventos.end(), [milisegundos](HANDLE evento) {
+      return WaitForSingleObject(evento, milisegundos) == WAIT_OBJECT_0;
+    });
   }
 
  private:

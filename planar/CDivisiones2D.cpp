@@ -6,8 +6,9 @@ namespace Meseta47 {
 
 void CDivisiones2D::BorraHijos() {
   if (!ajenos) delete[] hijos;
-  hijos = ultimaHoja = nullptr;
+  hijos = nullptr;
   ajenos = false;
+  for (CDivisiones2D* c = this; c != nullptr; c = c->padre) c->ultimaHoja = nullptr;
 }
 
 void CDivisiones2D::Comparte(CDivisiones2D const& otra) {
@@ -52,18 +53,21 @@ bool CDivisiones2D::ColocaIndices(CCoor3D<int> const& p, std::int16_t suLista, s
     for (ultimaHoja = this; ultimaHoja->hijos != nullptr;) ultimaHoja = ultimaHoja->Hijo(p);
   }
   const bool primera = ultimaHoja->ultimaLista < 0 || ultimaHoja->ultimaEntidad < 0 || ultimaHoja->ultimoPuntoCelda < 0;
-  for (CDivisiones2D* celda = ultimaHoja;; celda = celda->padre) {
-    ++celda->lista.cantidad;
-    celda->ultimaLista = suLista;
-    celda->ultimaEntidad = entidad;
-    celda->ultimoPuntoCelda = punto;
-    if (celda == this) return primera;
-  }
+  const auto anota = [&](CDivisiones2D& celda) {
+    ++celda.lista.cantidad;
+    celda.ultimaLista = suLista;
+    celda.ultimaEntidad = entidad;
+    celda.ultimoPuntoCelda = punto;
+  };
+  // Up to this cell by the levels: of shared children the parent is the root that owns them.
+  for (CDivisiones2D* celda = ultimaHoja; celda->nivel > nivel; celda = celda->padre) anota(*celda);
+  anota(*this);
+  return primera;
 }
 
 bool CDivisiones2D::Inserta(CCoor3D<int> const& p, std::int16_t suLista, std::int32_t entidad, std::int32_t punto,
                             CDivisiones2D*& celda) {
-  if (ultimaHoja != nullptr && ultimaHoja->Encierra(p) && !ultimaHoja->EsUltimo(suLista, entidad, punto)) {
+  if (ultimaHoja != nullptr && !ajenos && ultimaHoja->Encierra(p) && !ultimaHoja->EsUltimo(suLista, entidad, punto)) {
     celda = ultimaHoja;
     return false;
   }
@@ -82,7 +86,6 @@ bool CDivisiones2D::Inserta(CCoor3D<int> const& p, std::int16_t suLista, std::in
 
 void CDivisiones2D::Comprimir() {
   lista.cantidad = 0;
-  ultimaHoja = nullptr;
   if (hijos == nullptr) return;
   if (std::all_of(hijos, hijos + 4, [](CDivisiones2D const& h) { return h.lista.cantidad == 0; })) {
     BorraHijos();

@@ -70,7 +70,8 @@ class URDIMBRE_API CDivisiones2D {
   }
 
   bool ajenos = false;                  ///< the children belong to another root
-  CDivisiones2D* ultimaHoja = nullptr;  ///< of a root: where the last point fell; the next one is near as a rule
+  CDivisiones2D* ultimaHoja = nullptr;  ///< where the last point fell; the next one is near as a rule. Not looked at
+                                        ///< with children of another root, which prunes them without telling
 };
 
 }  // namespace Meseta47

@@ -41,6 +41,8 @@ class URDIMBRE_API CHiloGenerarMDT {
              double elLado2, unsigned long long* laLongitud, unsigned parte, CRango const* rangoAlturas,
              CRango const* rangoIntensidades, CRango const* rangoPendientes, CCriticalSection* laSeccion,
              std::atomic<std::uint64_t>* losBytes, std::atomic<long>* losTerminados);
+  /// After a Start that failed: whether the file is open, so that it was the thread that could not be had.
+  [[nodiscard]] bool TieneFichero() const { return fichero != nullptr && fichero->IsOpen(); }
   /// Waits for the thread without limit. `Abandona`, before it, has the thread leave at its next
   /// handful of records.
   void Stop();

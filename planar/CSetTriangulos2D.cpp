@@ -43,11 +43,16 @@ CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
 }
 
 CSetTriangulos2D::~CSetTriangulos2D() {
-  clear();
+  Libera();
   delete[] hijos;
 }
 
 void CSetTriangulos2D::clear() {
+  if (padre != nullptr) DesenganchaTodo();
+  Libera();
+}
+
+void CSetTriangulos2D::Libera() {
   for (CTriangulo2D* t = primero; t != nullptr;) {
     CTriangulo2D* siguiente = t->Sig();
     delete t;
@@ -57,7 +62,7 @@ void CSetTriangulos2D::clear() {
   cantidad = 0;
   abiertos.clear();
   if (hijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) hijos[i].clear();
+  for (unsigned i = 0; i < 4; ++i) hijos[i].Libera();
 }
 
 void CSetTriangulos2D::Vacia() {

@@ -126,11 +126,13 @@ class URDIMBRE_API CSetTriangulos2D {
   /// Closes the set and its subtree and cuts their triangles off from the living mesh. Returns how many those are; 0
   /// for a set closed already.
   unsigned QuitaTrianguloActual();
-  /// Writes the triangles of a closed set as records of three point numbers, its own list first, then each child in
-  /// order; frees them and the children. False when the disk refused any of it: the rest is freed all the same.
+  /// Writes the triangles of the set as records of three point numbers, its own list first, then each child in order;
+  /// frees them and the children. Those of an open set are cut off from the living mesh before. False when the disk
+  /// refused any of it: the rest is freed all the same.
   bool Salva(CFile* fichero);
-  /// Cuts the triangles of a closed set with the levels at multiples of `equidistancia`, leaving out those with a side
-  /// whose squared plan length passes `lado2`; frees them and the children.
+  /// Cuts the triangles of the set with the levels at multiples of `equidistancia`, leaving out those with a side whose
+  /// squared plan length passes `lado2`; frees them and the children, as `Salva` does. An interval below 1 has no
+  /// level.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
   void Curva(CSegmentos& curvas, int equidistancia, double lado2);
   /// Empties the set into a model whose points carry these numbers: a triangle goes in when no vertex belongs to the
@@ -219,6 +221,9 @@ class URDIMBRE_API CSetTriangulos2D {
   [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
   void Anexa(CTriangulo2D* t);
   void EnlazaVecinos(CTriangulo2D* t);
+  void Libera();
+  void Desengancha();
+  void DesenganchaTodo();
   CTriangulo2D* BuscaEnAbiertos(int a, int b, int& lado);
   CTriangulo2D* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
 

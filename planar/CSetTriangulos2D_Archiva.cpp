@@ -177,9 +177,8 @@ void CSetTriangulos2D::Quita(CTriangulo2D* t, CSetTriangulos2D& raiz) {
   --cantidad;
 }
 
-unsigned CSetTriangulos2D::QuitaTrianguloActual() {
-  if (cerrado) return 0;
-  cerrado = true;
+/// Leaves nothing in the living mesh that points at a triangle of the own list.
+void CSetTriangulos2D::Desengancha() {
   actual = inicio = nullptr;
   CSetTriangulos2D* raiz = GetNivel0();
   if (raiz->borrador != nullptr) raiz->borrador->camino.sets[0] = nullptr;
@@ -199,6 +198,17 @@ unsigned CSetTriangulos2D::QuitaTrianguloActual() {
     u->BorraMisVecinos();
   }
   if (cantidad % 2 != 0) t->BorraMisVecinos();
+}
+
+void CSetTriangulos2D::DesenganchaTodo() {
+  if (!cerrado) Desengancha();
+  for (unsigned i = 0; hijos != nullptr && i < 4; ++i) hijos[i].DesenganchaTodo();
+}
+
+unsigned CSetTriangulos2D::QuitaTrianguloActual() {
+  if (cerrado) return 0;
+  cerrado = true;
+  Desengancha();
   unsigned cortados = cantidad;
   if (hijos != nullptr) {
     for (unsigned i = 0; i < 4; ++i) cortados += hijos[i].QuitaTrianguloActual();

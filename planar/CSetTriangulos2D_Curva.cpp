@@ -49,7 +49,8 @@ void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2
 
 template <class Destino>
 void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2) {
-  ultimo = actual = inicio = nullptr;
+  if (!cerrado) Desengancha();
+  ultimo = nullptr;
   while (primero != nullptr) {
     primero->Corta(curvas, equidistancia, lado2);  // should memory give out, the set still owns what is left
     delete std::exchange(primero, primero->sig);
@@ -66,7 +67,7 @@ void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) 
 
 template <class Destino>
 void CTriangulo2D::Corta(Destino& curvas, int equidistancia, double lado2) const {
-  if (equidistancia == 0 || !EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
+  if (equidistancia <= 0 || !EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
   if (PrimerNivel(GetMinZ(), equidistancia) > GetMaxZ()) return;
   if (p1->Distancia2(*p2, 0) > lado2 || p2->Distancia2(*p3, 0) > lado2 || p3->Distancia2(*p1, 0) > lado2) return;
 
@@ -101,7 +102,7 @@ void CTriangulo2D::Corta(Destino& curvas, int equidistancia, double lado2) const
 }
 
 void CTriangulo2D::CortaLado(std::vector<CCoor3D<int>>& puntosCorte, short lado, int equidistancia) const {
-  if (!EsValido()) return;
+  if (equidistancia <= 0 || !EsValido()) return;
   CCoor3D<int> const& a = lado == 0 ? *p1 : (lado == 1 ? *p2 : *p3);
   CCoor3D<int> const& b = lado == 0 ? *p2 : (lado == 1 ? *p3 : *p1);
   const auto anade = [&puntosCorte](CCoor3D<int> p) {

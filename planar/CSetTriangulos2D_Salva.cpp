@@ -10,7 +10,7 @@
 namespace Meseta47 {
 
 bool CSetTriangulos2D::Salva(CFile* fichero) {
-  actual = inicio = nullptr;
+  if (!cerrado) Desengancha();
   bool bien = true;
   if (cantidad != 0) {
     // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.

@@ -254,6 +254,10 @@ class URDIMBRE_API CTriangulacion2D {
                    std::vector<CPosicionEntidad> const* seleccion,
                    std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
   void PonClases(CDibujo<int>& dibujo, CTrabajo const& trabajo);
+  int ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros, CDibujo<int> const* anadido,
+                  CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
+  int ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros, CDibujo<int> const* anadido,
+                          CSetPuntosMdt& puntos, std::vector<int>& mapa);
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
   int Concluye(int codigo, CDibujo<int>* porVaciar);

@@ -202,9 +202,10 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   const CMarcha marcha(porcentaje, mensajes, trabajo.total, static_cast<unsigned>(trabajo.contador));
   if (hiloSalva.EstaEnMarcha() && !setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
   setsCerrados.Acaba();
-  PonClases(dibujo, trabajo);
   CTriangulo2D::EncogeReserva();
-  return ConcluyeFichero();
+  const int codigo = ConcluyeFichero();
+  if (codigo == kHecho) PonClases(dibujo, trabajo);
+  return codigo;
 }
 
 /// Gives the points of a class run the classes found for their numbers.

@@ -39,15 +39,15 @@ class CLectores {
     for (CHiloGenerarMDT& hilo : hilos) hilo.Abandona();
   }
 
-  bool Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, double lado2, unsigned parte,
-               CRango const* alturas, CRango const* intensidades, CRango const* pendientes) {
+  int Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, double lado2, unsigned parte,
+              CRango const* alturas, CRango const* intensidades, CRango const* pendientes) {
     for (unsigned i = 0; i < hilos.size(); ++i) {
       if (!hilos[i].Start(i, &eventos[i], ruta, &tin, &mapa, lado2, &longitud, parte, alturas, intensidades, pendientes,
                           &seccion, &bytes, &terminados)) {
-        return false;
+        return hilos[i].TieneFichero() ? kFicheroInconsistente : kFicheroInaccesible;
       }
     }
-    return true;
+    return kHecho;
   }
 
   /// Reports until all are done; false when the run is cancelled.
@@ -126,6 +126,17 @@ class CPuntosDeMalla {
   std::vector<CSetPuntos<int> const*> conInfos;
 };
 
+/// Gives points that have numbers those of their places, from 1; the map gets them by the old numbers less 1.
+void Renumera(CSetPuntosMdt& puntos, std::vector<int>& mapa) {
+  for (unsigned i = 0; i < puntos.size(); ++i) {
+    int& num = puntos[i].num;
+    if (num == 0) continue;
+    const int orden = static_cast<int>(i) + 1;
+    mapa[static_cast<std::size_t>(num) - 1] = orden;
+    num = orden;
+  }
+}
+
 /// The sides that bound what was kept: those that occur once among all threads.
 std::vector<CLado> LadosDelLimite(std::vector<CHiloGenerarMDT> const& hilos) {
   std::vector<CLado> lados;
@@ -154,25 +165,11 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
                                  CDibujo<int> const* anadido, CRango const* alturas, CRango const* intensidades) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
   divisiones.clear();
-
-  CPuntosDeMalla malla(maximas, cantidadPuntos - duplicados);
-  unsigned long long contador = 0;
-  const auto reune = [&](CDibujo<int> const& d) {
-    return RecorreMalla(d, contador, cantidadPuntos, nullptr,
-                        [&malla](CLinea<int> const& e, unsigned k) { malla.Anade(e, k); });
-  };
-  int codigo = reune(dibujo);
-  std::size_t reunidos = 0;
-  while (codigo == kHecho && otros != nullptr && reunidos < otros->size()) {
-    if (CDibujo<int> const* otro = (*otros)[reunidos]) codigo = reune(*otro);
-    if (codigo == kHecho) ++reunidos;
-  }
-  if (codigo == kHecho && anadido != nullptr) codigo = reune(*anadido);
-
   CSetPuntosMdt puntos(0, tin.estado >= kEstadoRico);
   std::vector<int> mapa(cantidadPuntos);  // numbers have gaps where a point was left out: as long as the last one
-  if (codigo == kHecho) malla.Copia(puntos, mapa);
-  for (std::size_t i = 0; vaciar && i < reunidos; ++i) delete std::exchange((*otros)[i], nullptr);
+  const bool borra = vaciar && otros != nullptr && !otros->empty();
+  const int codigo = borra ? ReunePuntosBorrando(dibujo, *otros, anadido, puntos, mapa)
+                           : ReunePuntos(dibujo, otros, anadido, puntos, mapa);
   if (codigo != kHecho) return codigo;
   tin.SetPuntosMdt(puntos);
 
@@ -181,15 +178,48 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
   return GeneraDesdeFichero(tin, mapa, lado2, alturas, intensidades);
 }
 
+/// The points of the mesh in order, copied from where they stand in the drawings, and the map to them.
+int CTriangulacion2D::ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros,
+                                  CDibujo<int> const* anadido, CSetPuntosMdt& puntos, std::vector<int>& mapa) const {
+  CPuntosDeMalla malla(maximas, cantidadPuntos - duplicados);
+  unsigned long long contador = 0;
+  const auto reune = [&](CDibujo<int> const& d) {
+    return RecorreMalla(d, contador, cantidadPuntos, nullptr,
+                        [&malla](CLinea<int> const& e, unsigned k) { malla.Anade(e, k); });
+  };
+  int codigo = reune(dibujo);
+  for (std::size_t i = 0; codigo == kHecho && otros != nullptr && i < otros->size(); ++i) {
+    if ((*otros)[i] != nullptr) codigo = reune(*(*otros)[i]);
+  }
+  if (codigo == kHecho && anadido != nullptr) codigo = reune(*anadido);
+  if (codigo == kHecho) malla.Copia(puntos, mapa);
+  return codigo;
+}
+
+/// The same where a further drawing goes as soon as its points are taken: never more than one of them stands beside
+/// the points. These are put in order where they are, so that the run has no more of them at its peak.
+int CTriangulacion2D::ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros,
+                                          CDibujo<int> const* anadido, CSetPuntosMdt& puntos, std::vector<int>& mapa) {
+  puntos.reserve(cantidadPuntos - duplicados, maximas.Minimo.x, maximas.Maximo.x);
+  unsigned long long contador = 0;
+  const auto registra = [&](CDibujo<int> const& d) {
+    return RegistraPuntos(puntos, d, contador, cantidadPuntos, nullptr, nullptr, nullptr);
+  };
+  int codigo = registra(dibujo);
+  for (std::size_t i = 0; codigo == kHecho && i < otros.size(); ++i) {
+    if (otros[i] != nullptr) codigo = registra(*otros[i]);
+    if (codigo == kHecho) delete std::exchange(otros[i], nullptr);
+  }
+  if (codigo == kHecho && anadido != nullptr) codigo = registra(*anadido);
+  if (codigo != kHecho) return codigo;
+  puntos.OrdenaEnSitio();
+  Renumera(puntos, mapa);
+  return kHecho;
+}
+
 int CTriangulacion2D::GenerarMDT(CTIN& tin, double ladoMaximo, CString*, CDibujo<int> const*) {
   std::vector<int> mapa(cantidadPuntos);
-  for (unsigned i = 0; i < tin.puntos.size(); ++i) {
-    CPuntoTIN& p = tin.puntos[i];
-    if (p.num == 0) continue;
-    const int orden = static_cast<int>(i) + 1;
-    mapa[static_cast<std::size_t>(p.num) - 1] = orden;
-    p.num = orden;
-  }
+  Renumera(tin.puntos, mapa);
   // The square goes through 32 bits: models remade so have a limit of 46340 scaled units, past which nothing passes.
   const double lado = ladoMaximo * Precision(), cuadrado = lado * lado;
   const double lado2 = cuadrado > 2147483647.0 ? -2147483648.0 : static_cast<double>(Trunca(cuadrado));
@@ -218,10 +248,9 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
   std::vector<CLado> lados;
   {
     CLectores lectores(longitud, procesadores);
-    if (!lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, lado2, parte, alturas, intensidades,
-                          HayFiltroPendiente(datos) ? &pendientes : nullptr)) {
-      return kFicheroInaccesible;
-    }
+    const int codigo = lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, lado2, parte, alturas, intensidades,
+                                        HayFiltroPendiente(datos) ? &pendientes : nullptr);
+    if (codigo != kHecho) return codigo;
     if (!lectores.Espera(porcentaje, mensajes)) return kCancelado;
     if (!lectores.TodoLeido()) return kFicheroInconsistente;
     for (CHiloGenerarMDT const& hilo : lectores.Hilos()) {

@@ -59,9 +59,11 @@ struct Tabla {
   std::uintptr_t ultimo = 0;
 };
 
-/// Never destroyed: threads that nobody waits for may outlive the program's static objects.
+/// Never destroyed: threads that nobody waits for may outlive the program's static objects. It needs no memory, so that
+/// only what registers a handle can fail for the lack of it.
 Tabla& LaTabla() {
-  static Tabla& tabla = *new Tabla;
+  alignas(Tabla) static std::byte sitio[sizeof(Tabla)];
+  static Tabla& tabla = *new (sitio) Tabla;
   return tabla;
 }
 
@@ -279,7 +281,7 @@ unsigned long ResumeThread(HANDLE manejador) {
   return habia;
 }
 
-HANDLE CreateEventW(SECURITY_ATTRIBUTES*, bool manual, bool senalado, wchar_t const* nombre) {
+HANDLE CreateEventW(SECURITY_ATTRIBUTES*, bool manual, bool senalado, wchar_t const* nombre) try {
   if (nombre != nullptr || sistema::Consulta(EOperacion::CreaEvento, L"") != 0) {
     return nullptr;
   }
@@ -287,6 +289,8 @@ HANDLE CreateEventW(SECURITY_ATTRIBUTES*, bool manual, bool senalado, wchar_t co
   evento->senalado = senalado;
   evento->manual = manual;
   return RegistraConCerrojo(std::move(evento));
+} catch (std::bad_alloc const&) {
+  return nullptr;
 }
 
 bool SetEvent(HANDLE evento) { return PonEvento(evento, true); }
@@ -298,7 +302,7 @@ unsigned long WaitForSingleObject(HANDLE manejador, unsigned long milisegundos) 
 }
 
 unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE const* manejadores, bool todos,
-                                     unsigned long milisegundos) {
+                                     unsigned long milisegundos) try {
   if (cuantos == 0 || manejadores == nullptr) {
     return WAIT_FAILED;
   }
@@ -323,6 +327,8 @@ unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE const* maneja
     espera.aviso.wait_for(cerrojo, std::chrono::milliseconds(milisegundos), acaba);
   }
   return resultado.value_or(WAIT_TIMEOUT);
+} catch (std::bad_alloc const&) {
+  return WAIT_FAILED;
 }
 
 bool CloseHandle(HANDLE manejador) {

@@ -78,7 +78,7 @@ CDibujo<T>::CDibujo(CDibujo const& o)
 
 template <class T>
 CDibujo<T>::CDibujo(CDibujo&& o) noexcept
-    : CObjetoFichero(o),
+    : CObjetoFichero(std::move(o)),
       semilla(o.semilla),
       nEntidades(std::exchange(o.nEntidades, 0u)),
       nPuntos(std::exchange(o.nPuntos, 0u)),
@@ -96,7 +96,7 @@ CDibujo<T>& CDibujo<T>::operator=(CDibujo const& o) {
 
 template <class T>
 CDibujo<T>& CDibujo<T>::operator=(CDibujo&& o) noexcept {
-  CObjetoFichero::operator=(o);
+  CObjetoFichero::operator=(std::move(o));
   semilla = o.semilla;
   tipoNube = o.tipoNube;
   estado = o.estado;
@@ -116,6 +116,13 @@ void CDibujo<T>::Clear() {
 }
 
 // ---- Entities ----
+
+/// Room for so many entities more, to be had before anything is taken away from whoever gives them.
+template <class T>
+void CDibujo<T>::HazSitio(std::size_t cuantas) {
+  const std::size_t hacen = entidades.size() + cuantas;
+  if (hacen > entidades.capacity()) entidades.reserve(std::max(hacen, 2 * entidades.size()));
+}
 
 template <class T>
 bool CDibujo<T>::Anade(CEntidad e) {
@@ -148,11 +155,13 @@ bool CDibujo<T>::Inserta(CSetPuntos<T> const& e) {
 
 template <class T>
 bool CDibujo<T>::Inserta(CLinea<T>&& e) {
+  HazSitio(1);
   return Anade(Traspaso(std::move(e)));
 }
 
 template <class T>
 bool CDibujo<T>::Inserta(CSetPuntos<T>&& e) {
+  HazSitio(1);
   return Anade(std::make_unique<CSetPuntos<T>>(std::move(e)));
 }
 
@@ -170,6 +179,8 @@ template <class T>
 unsigned int CDibujo<T>::Suma(CDibujo&& otro, bool convierte, int tipo) {
   const CTransformacion mapa = EntreSemillas(otro.semilla, semilla);
   std::vector<CEntidad> quedan;
+  quedan.reserve(otro.entidades.size());
+  HazSitio(otro.entidades.size());
   const unsigned int habia = nEntidades;
   for (CEntidad& e : otro.entidades) {
     if (!Elige(*e, tipo)) {

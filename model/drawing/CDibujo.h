@@ -116,6 +116,7 @@ class CDibujo : public CObjetoFichero {
  private:
   using CEntidad = std::unique_ptr<CLinea<T>>;
 
+  void HazSitio(std::size_t cuantas);
   bool Anade(CEntidad e);
 
   std::vector<CEntidad> entidades;

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <limits>
+#include <memory>
 #include <numeric>
 #include <utility>
 
@@ -262,6 +264,7 @@ int CDibujo<T>::Junta(int primera, int cuantas, bool mismoCodigo, bool mismaAltu
   for (std::size_t i = desde; i < hasta; ++i) {
     if (entidades[i]->EsGrafico() && !entidades[i]->EsBorrado()) lineas.push_back(entidades[i].get());
   }
+  std::vector<CLinea<T> const*> sobran;
   if (quitaDobles) {
     for (CLinea<T>* linea : lineas) {
       CPuntos const& puntos = linea->Puntos();
@@ -269,17 +272,25 @@ int CDibujo<T>::Junta(int primera, int cuantas, bool mismoCodigo, bool mismaAltu
       if (linea->NPuntos() < 2) linea->Clear();
     }
     VaciaRepetidas(lineas);
+    std::copy_if(lineas.begin(), lineas.end(), std::back_inserter(sobran), [](auto l) { return l->NPuntos() == 0; });
   }
   std::erase_if(lineas, [&](CLinea<T> const* l) { return l->NPuntos() < 2 || VuelveASuPrincipio(*l, mismaAltura); });
 
   CJuntador juntador(lineas, mismoCodigo, mismaAltura, cruces);
   std::vector<CLinea<T>> juntas = juntador.Junta();
-  for (CLinea<T>* linea : lineas) linea->Clear();
-  std::erase_if(entidades, [](CEntidad const& e) { return e->EsGrafico() && !e->EsBorrado() && e->NPuntos() == 0; });
-  ActualizaCantidades();
+  std::vector<CEntidad> nuevas;
   for (CLinea<T>& linea : juntas) {
-    if (linea.NPuntos() >= minimo && (maximo <= 0 || linea.NPuntos() <= maximo)) Inserta(std::move(linea));
+    if (linea.NPuntos() < minimo || (maximo > 0 && linea.NPuntos() > maximo)) continue;
+    linea.CalculaMaximas();
+    nuevas.push_back(std::make_unique<CLinea<T>>(std::move(linea)));
   }
+  sobran.insert(sobran.end(), lineas.begin(), lineas.end());
+  std::sort(sobran.begin(), sobran.end());
+  entidades.reserve(entidades.size() + nuevas.size());  // the last that can fail: what was joined goes only now
+  std::erase_if(entidades,
+                [&](CEntidad const& e) { return std::binary_search(sobran.begin(), sobran.end(), e.get()); });
+  std::move(nuevas.begin(), nuevas.end(), std::back_inserter(entidades));
+  ActualizaCantidades();
   return juntador.Uniones();
 }
 

@@ -1,11 +1,22 @@
 #include "model/drawing/CObjetoFichero.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace Meseta47 {
 
 CObjetoFichero& CObjetoFichero::operator=(CObjetoFichero const& o) {
   fichero = o.fichero;
   nivelMensajes = o.nivelMensajes;
-  for (int i = 0; i < 3; ++i) cantidades[i] = o.cantidades[i];
+  std::copy(std::begin(o.cantidades), std::end(o.cantidades), cantidades);
+  return *this;
+}
+
+CObjetoFichero& CObjetoFichero::operator=(CObjetoFichero&& o) noexcept {
+  fichero = std::move(o.fichero);
+  nivelMensajes = o.nivelMensajes;
+  std::copy(std::begin(o.cantidades), std::end(o.cantidades), cantidades);
   return *this;
 }
 

@@ -28,11 +28,14 @@ class URDIMBRE_API CObjetoFichero {
 
   explicit CObjetoFichero(CTipoObjeto elTipo = OBJETO_NINGUNO) : tipoObjeto(elTipo) {}
   CObjetoFichero(CObjetoFichero const&) = default;
+  CObjetoFichero(CObjetoFichero&&) noexcept = default;
   virtual ~CObjetoFichero() = default;
 
   /// Copies the name, the level and the counts. The kind of an object is not changed by what is assigned to it.
   /// Derived classes say `using CObjetoFichero::operator=`, or their own assignment would hide it.
   virtual CObjetoFichero& operator=(CObjetoFichero const& o);
+  /// Takes the name over, and the level and the counts as well.
+  CObjetoFichero& operator=(CObjetoFichero&& o) noexcept;
 
   /// Counts the items anew. The base has none and leaves the counts as they are.
   virtual void ActualizaCantidades() {}

@@ -12,7 +12,21 @@ namespace {
 
 constexpr std::size_t kTanda = 1 << 14;  // points that a thread takes at a time
 
+constexpr std::size_t kPocos = 1 << 12;  // the digits of fewer take longer to count than they to sort
+
 bool VaAntes(CPuntoTIN const& a, CPuntoTIN const& b) { return (a < b) != 0; }
+
+/// The points of a set where they stand, in ascending order.
+VectorCrudo<CClavePunto> EnOrden(CSetPuntosMdt const& puntos) {
+  CMaximas<int> caja;
+  for (CPuntoTIN const& p : puntos) caja.Nuevo(p);
+  VectorCrudo<CClavePunto> orden(puntos.size());
+  Reparte(puntos.size(), kTanda, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta; ++i) orden[i] = CClavePunto(puntos[static_cast<unsigned>(i)], caja);
+  });
+  OrdenaPorPosicion(orden, caja);
+  return orden;
+}
 
 }  // namespace
 
@@ -63,19 +77,12 @@ void CSetPuntosMdt::Genera(std::size_t cuantos, std::function<CPuntoTIN(std::siz
 }
 
 void CSetPuntosMdt::sort(short int, bool) {
-  constexpr std::size_t kPocos = 1 << 12;  // the digits of fewer take longer to count than they to sort
   if (std::is_sorted(begin(), end(), VaAntes)) return;
   if (size() < kPocos) {
     std::stable_sort(begin(), end(), VaAntes);
     return;
   }
-  CMaximas<int> caja;
-  for (CPuntoTIN const& p : *this) caja.Nuevo(p);
-  VectorCrudo<CClavePunto> orden(size());
-  Reparte(size(), kTanda, [&](std::size_t desde, std::size_t hasta) {
-    for (std::size_t i = desde; i < hasta; ++i) orden[i] = CClavePunto((*this)[static_cast<unsigned>(i)], caja);
-  });
-  OrdenaPorPosicion(orden, caja);
+  const VectorCrudo<CClavePunto> orden = EnOrden(*this);
   CSetPuntosMdt ordenados(0, rica);
   ordenados.puntos.reserve(std::max(puntos.capacity(), size()));
   ordenados.Genera(orden.size(), [&orden](std::size_t i) {
@@ -84,6 +91,30 @@ void CSetPuntosMdt::sort(short int, bool) {
   });
   puntos.swap(ordenados.puntos);
   anexos.clear();
+}
+
+void CSetPuntosMdt::OrdenaEnSitio() {
+  if (size() < kPocos || !anexos.empty() || std::is_sorted(begin(), end(), VaAntes)) return sort(0, true);
+  VectorCrudo<CClavePunto> orden = EnOrden(*this);
+  CPuntoTIN* const base = puntos.data();
+  const auto origen = [&](std::size_t i) {
+    return static_cast<std::size_t>(static_cast<CPuntoTIN const*>(orden[i].punto) - base);
+  };
+  const auto pon = [&](std::size_t i, CPuntoTIN const& punto) {
+    base[i] = punto;
+    orden[i].punto = &base[i];  // it stands where it belongs
+  };
+  for (std::size_t i = 0; i < puntos.size(); ++i) {
+    if (origen(i) == i) continue;
+    // A chain of places, each of whose points comes from the next one; the last takes the point of the first.
+    const CPuntoTIN primero(base[i]);
+    std::size_t lugar = i;
+    for (std::size_t de = origen(i); de != i; de = origen(lugar)) {
+      pon(lugar, base[de]);
+      lugar = de;
+    }
+    pon(lugar, primero);
+  }
 }
 
 }  // namespace Meseta47

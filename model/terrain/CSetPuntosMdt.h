@@ -88,6 +88,8 @@ class URDIMBRE_API CSetPuntosMdt {
   /// processors, with room for a second set. The arguments select nothing: the order is the same for any number of
   /// threads.
   void sort(short int, bool);
+  /// The same order without room for a second set, by 32 bytes a point and one thread: for who has no room for it.
+  void OrdenaEnSitio();
 
   /// The point block of a file. `valor` grows to the number of points, and is reported of `total` where a progress
   /// interface is given and `nivel` is above 0. Write answers kHecho, kCancelado or kFicheroInaccesible. Read replaces

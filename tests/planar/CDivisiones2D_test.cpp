@@ -36,6 +36,35 @@ TEST_F(CDivisiones2DTest, ANewCellIsAnEmptyLeaf) {
   EXPECT_EQ(cell.setAsociado, nullptr);
 }
 
+TEST_F(CDivisiones2DTest, ACopyRecordsItsPointsInItselfAndInTheSharedCells) {
+  CDivisiones2D copy;
+  copy.Comparte(root);
+  EXPECT_TRUE(copy.ColocaIndices(Place(10, 10), 0, 5, 6));
+  EXPECT_FALSE(copy.ColocaIndices(Place(20, 10), 0, 5, 7));
+  EXPECT_EQ(LastOf(copy), std::tuple(0, 5, 7));
+  EXPECT_EQ(copy.lista.cantidad, 2);
+  EXPECT_EQ(LastOf(Child(root, 2)), std::tuple(0, 5, 7));
+  EXPECT_EQ(Child(root, 2).lista.cantidad, 2);
+  EXPECT_EQ(LastOf(root), std::tuple(-1, -1, -1)) << "the owner is another root";
+}
+
+TEST_F(CDivisiones2DTest, ALeafThatIsDividedAfterAPointFellInItIsALeafNoMore) {
+  root.ColocaIndices(Place(10, 10), 0, 0, 0);
+  root.hijos[2].EstableceDivisiones(201, Child(root, 2).maximas);
+  EXPECT_TRUE(root.ColocaIndices(Place(10, 10), 0, 0, 1));
+  EXPECT_EQ(LastOf(Child(Child(root, 2), 2)), std::tuple(0, 0, 1));
+}
+
+TEST_F(CDivisiones2DTest, ACellThatIsPrunedAfterAPointWasLocatedInItIsNotLookedAtAgain) {
+  root.hijos[2].EstableceDivisiones(201, Child(root, 2).maximas);
+  CDivisiones2D* cell = nullptr;
+  root.Inserta(Place(10, 10), 0, 0, 0, cell);
+  EXPECT_EQ(cell, &Child(root, 2).hijos[2]);
+  root.hijos[2].Comprimir();
+  root.Inserta(Place(10, 10), 0, 0, 0, cell);
+  EXPECT_EQ(cell, &Child(root, 2));
+}
+
 TEST_F(CDivisiones2DTest, TwoHundredPointsMakeASingleCell) {
   CDivisiones2D cell;
   cell.EstableceDivisiones(200, Box(0, 0, 100, 100));

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <tuple>
 
+#include "model/drawing/CDibujo.h"
 #include "model/terrain/CTIN.h"
 #include "model/threads/Codigos.h"
 #include "planar/CSetTriangulos2D.h"
@@ -124,6 +125,52 @@ class CSetTriangulos2DSpill : public CSetTriangulos2DClosing {
 
   ScratchFolder folder;
 };
+
+/// A child set that is open, with a triangle that has a living neighbour elsewhere.
+class AnOpenSet : public CSetTriangulos2DSpill {
+ protected:
+  AnOpenSet() {
+    root.EstableceDivisiones(Box(0, 0, 1000, 1000), true);
+    living = FileSmall(root, 499, 10);
+    inside = FileSmall(root, 10, 10);
+    inside->SetVecino12(living);
+    living->SetVecino31(inside);
+    root.inicio = inside;
+  }
+  void ExpectNothingPointsInside() const {
+    EXPECT_EQ(living->LadosLimite(), 3);
+    EXPECT_THAT(OpenOf(root), ElementsAre(living));
+    EXPECT_EQ(root.inicio, living);
+    EXPECT_EQ(root.hijos[2].cantidad, 0U);
+    EXPECT_FALSE(root.hijos[2].cerrado);
+  }
+  CTriangulo2D *living = nullptr, *inside = nullptr;
+};
+
+TEST_F(AnOpenSet, IsCutOffFromTheLivingMeshBeforeItIsWritten) {
+  EXPECT_THAT(Saved(root.hijos[2]), ElementsAre(Numbers(4, 5, 6)));
+  ExpectNothingPointsInside();
+}
+
+TEST_F(AnOpenSet, IsCutOffFromTheLivingMeshBeforeItIsContoured) {
+  CDibujo<int> contours;
+  root.hijos[2].Curva(contours, 10, 1e9);
+  ExpectNothingPointsInside();
+}
+
+TEST_F(AnOpenSet, IsCutOffFromTheLivingMeshBeforeItIsCleared) {
+  root.hijos[2].clear();
+  ExpectNothingPointsInside();
+}
+
+TEST_F(AnOpenSet, IsCutOffWithItsChildren) {
+  root.hijos[2].EstableceDivisiones(root.hijos[2].maximas, true);
+  CTriangulo2D* deep = FileSmall(root, 30, 30);
+  deep->SetVecino12(living);
+  living->SetVecino12(deep);
+  EXPECT_THAT(Saved(root.hijos[2]), ElementsAre(Numbers(4, 5, 6), Numbers(7, 8, 9)));
+  ExpectNothingPointsInside();
+}
 
 TEST_F(CSetTriangulos2DSpill, TheOwnListComesFirstThenTheChildrenInOrder) {
   root.EstableceDivisiones(Box(0, 0, 1000, 1000), true);

@@ -1,5 +1,6 @@
 // Contour lines of a drawing: from points to joined lines, and every way out.
 #include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <stdexcept>
@@ -220,6 +221,13 @@ TEST(Curvado, LengthsAreInTheUnitOfTheDrawingAndCutToScaledOnes) {
   EXPECT_THAT(Heights(Paths(contours)), ElementsAre(20, 40))
       << "as they stand, although the lines' seed has no decimals";
   EXPECT_EQ(contours.semilla.Precision(), 1);
+}
+
+TEST(Curvado, AnIntervalBelowOneScaledUnitHasNoLevel) {
+  const std::vector<Point> slope{{0, 0, 0}, {0, 100, 50}, {100, 0, 100}, {100, 90, 70}};
+  for (const double interval : {0.0, 0.009, -0.01, -5.0, -1e300, std::nan("")}) {
+    EXPECT_TRUE(Contours(slope, interval).empty()) << interval;
+  }
 }
 
 TEST(Curvado, AnIntervalOfOneScaledUnitIsTheLeast) {

@@ -389,6 +389,26 @@ TEST_P(EitherForm, AFullDiskLeavesNoFileWhereverItFills) {
   t.BorraFicheroTemporal();
 }
 
+TEST(EnlazaLista, ClassesAreNotGivenWhereTheFileFailed) {
+  for (const bool fails : {false, true}) {
+    ListeningApp app;
+    CDibujo<int> drawing = DrawingOf(Scatter(600));
+    OpenTriangulation t;
+    ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
+    const std::size_t last = app.steps.size() + 600;
+    app.onStep = [&] {
+      if (app.steps.size() == last) drawing[0].PunteroAPunto(0)->clasificacion = 77;  // it is in, with class 0
+    };
+    FaultGuard guard;
+    if (fails) guard.Refuse(EOperacion::Escribe);
+    EXPECT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 2, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                            nullptr, nullptr, nullptr, nullptr, nullptr),
+              fails ? kFicheroInaccesible : kHecho);
+    EXPECT_EQ(drawing[0].Punto(0).clasificacion, fails ? 77 : 0);
+    t.BorraFicheroTemporal();
+  }
+}
+
 TEST_P(EitherForm, ARefusedThreadLeavesNoFile) {
   const QuietApp app;
   OpenTriangulation t;

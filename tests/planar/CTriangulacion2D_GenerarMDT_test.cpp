@@ -350,8 +350,8 @@ TEST_F(Refusals, AFileThatAReaderCannotOpenIsTold) {
   EXPECT_EQ(Generate(EOperacion::Abre, 3), kFicheroInaccesible) << "two readers are at work by then";
 }
 TEST_F(Refusals, AThreadThatTheSystemDoesNotGiveIsTold) {
-  EXPECT_EQ(Generate(EOperacion::CreaHilo, 1), kFicheroInaccesible);
-  EXPECT_EQ(Generate(EOperacion::CreaHilo, 3), kFicheroInaccesible);
+  EXPECT_EQ(Generate(EOperacion::CreaHilo, 1), kFicheroInconsistente);
+  EXPECT_EQ(Generate(EOperacion::CreaHilo, 3), kFicheroInconsistente);
 }
 TEST_F(Refusals, ARecordThatCannotBeReadIsNotLostInSilence) {
   EXPECT_EQ(Generate(EOperacion::Lee, 1), kFicheroInconsistente);

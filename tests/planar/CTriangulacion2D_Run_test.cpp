@@ -1,4 +1,5 @@
 // The runs from beginning to end, and every way out of them.
+#include <functional>
 #include <gmock/gmock.h>
 #include <stdexcept>
 
@@ -23,6 +24,7 @@ using test::Scatter;
 using test::TrianglesOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::NotNull;
 using testing::Pair;
 using testing::SizeIs;
 
@@ -265,6 +267,76 @@ TEST(Run, EmptiesItsDrawingsOnlyWhenAskedAndDone) {
       << "null drawings are passed over";
   EXPECT_EQ(drawing.Cantidad(), 1U);
   EXPECT_EQ(model.puntos.size(), 40U);
+}
+
+/// A drawing that writes down when it goes.
+class Mortal : public CDibujo<int> {
+ public:
+  Mortal(CDibujo<int> const& drawing, std::function<void()> atEnd) : CDibujo<int>(drawing), die(std::move(atEnd)) {}
+  ~Mortal() override { die(); }
+  using CDibujo<int>::operator=;
+
+ private:
+  std::function<void()> die;
+};
+
+TEST(Run, AFurtherDrawingGoesBeforeThePointsOfTheNextOneAreTaken) {
+  ListeningApp app;
+  CDibujo<int> drawing = DrawingOf(Near(40));
+  std::vector<unsigned long long> registered;
+  const auto note = [&] { registered.push_back(app.steps.empty() ? 0 : app.steps.back().value); };
+  std::vector<CDibujo<int>*> others;
+  for (int i = 0; i < 3; ++i) {
+    const int x = 50'000 + 10 * i;
+    others.push_back(new Mortal(DrawingAt({{x, 50'000}, {x + 3, 50'007}, {x + 1, 50'002}}), note));
+  }
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t;
+  ASSERT_EQ(t.Run(drawing, model, 0, &others, true, nullptr, nullptr, nullptr), kHecho);
+  EXPECT_THAT(registered, ElementsAre(43U, 46U, 49U));
+  EXPECT_THAT(others, ElementsAre(nullptr, nullptr, nullptr));
+}
+
+TEST(Run, FurtherDrawingsThatWereNotTakenWhenItIsCancelledStay) {
+  ListeningApp app;
+  CDibujo<int> drawing = DrawingOf(Near(40));
+  int gone = 0;
+  std::vector<CDibujo<int>*> others;
+  for (int i = 0; i < 3; ++i) {
+    const int x = 50'000 + 10 * i;
+    others.push_back(new Mortal(DrawingAt({{x, 50'000}, {x + 3, 50'007}, {x + 1, 50'002}}), [&] { ++gone; }));
+  }
+  app.onStep = [&] {
+    if (gone == 1) app.cancelAt = static_cast<int>(app.steps.size());
+  };
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t;
+  EXPECT_EQ(t.Run(drawing, model, 0, &others, true, nullptr, nullptr, nullptr), kCancelado);
+  EXPECT_EQ(gone, 1);
+  EXPECT_THAT(others, ElementsAre(nullptr, NotNull(), NotNull()));
+  delete others[1];
+  delete others[2];
+}
+
+TEST(Run, TheModelIsTheSameWhetherFurtherDrawingsGoOrStay) {
+  const QuietApp app(2);
+  const std::vector<support::Point> cloud = Scatter(30'000);
+  const std::size_t third = cloud.size() / 3;
+  const auto part = [&](std::size_t i) {
+    return DrawingOf({cloud.begin() + static_cast<std::ptrdiff_t>(i * third),
+                      cloud.begin() + static_cast<std::ptrdiff_t>((i + 1) * third)});
+  };
+  std::string described[2];
+  for (const bool go : {false, true}) {
+    CDibujo<int> drawing = part(0);
+    std::vector<CDibujo<int>*> others{new CDibujo<int>(part(1)), nullptr, new CDibujo<int>(part(2))};
+    CTIN model(0, 0, CDataSemilla());
+    OpenTriangulation t;
+    ASSERT_EQ(t.Run(drawing, model, 0, &others, go, nullptr, nullptr, nullptr), kHecho);
+    described[go ? 1 : 0] = Described(model);
+    for (CDibujo<int>* other : others) delete other;
+  }
+  EXPECT_TRUE(described[0] == described[1]) << "they are long";
 }
 
 TEST(Run, FiltersByLengthHeightAndIntensity) {

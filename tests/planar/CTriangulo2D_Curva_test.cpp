@@ -59,6 +59,13 @@ std::vector<CCoor3D<int>> Cuts(std::vector<At> const& places, short side, int in
   return cuts;
 }
 
+TEST(CortaLado, AnIntervalBelowOneHasNoLevel) {
+  for (const int interval : {0, -1, -10, std::numeric_limits<int>::min()}) {
+    EXPECT_TRUE(Contours({{0, 0, -35}, {0, 10, 0}, {10, 0, 35}}, interval).empty()) << interval;
+    EXPECT_TRUE(Cuts({{0, 0, -35}, {0, 10, 0}, {10, 0, 35}}, 2, interval).empty()) << interval;
+  }
+}
+
 TEST(CortaLado, CutsASideAtEveryLevelBetweenItsEnds) {
   const auto cuts = Cuts({{0, 0, 5}, {100, 200, 25}, {100, 0, 7}}, 0, 10);
   ASSERT_EQ(cuts.size(), 2U);

@@ -51,6 +51,22 @@ std::vector<Segment> Segments(CDibujo<int> const& drawing) {
   return segments;
 }
 
+TEST(Junta, EmptyLinesThatItDoesNotLookAtStay) {
+  CDibujo<int> drawing = Drawing({CLinea<int>(L"before"), CLinea<int>(L"inside"), CLinea<int>(L"behind")});
+  drawing.Junta(1, 1, true, true, true, 0, 0, true);
+  ASSERT_EQ(drawing.Cantidad(), 2u);
+  EXPECT_EQ(drawing[0].GetCodigo(), L"before");
+  EXPECT_EQ(drawing[1].GetCodigo(), L"behind");
+}
+
+TEST(Junta, AnEmptyLineLeavesOnlyWhereRepeatedPointsDo) {
+  CDibujo<int> drawing = Drawing({CLinea<int>(L"empty")});
+  drawing.Junta(0, 0, true, true, true, 0, 0, false);
+  EXPECT_EQ(drawing.Cantidad(), 1u);
+  drawing.Junta(0, 0, true, true, true, 0, 0, true);
+  EXPECT_EQ(drawing.Cantidad(), 0u);
+}
+
 TEST(Junta, SegmentsThatFollowEachOtherBecomeOneLine) {
   CDibujo<int> drawing = Drawing({Line({P(0, 0), P(1, 0)}), Line({P(2, 5), P(1, 0)}), Line({P(2, 5), P(3, 3)})});
   EXPECT_EQ(Join(drawing), 2);

@@ -209,8 +209,13 @@ TEST_P(HardOrders, AreThoseOfAStableSort) {
     points.back().num = i + 1;
   }
   CSetPuntosMdt set = setOf(points);
+  CSetPuntosMdt inPlace(set);
   set.sort(0, true);
   EXPECT_EQ(numbers(set), stablySorted(points));
+  CPuntoTIN const* const first = inPlace.at(0);
+  inPlace.OrdenaEnSitio();
+  EXPECT_EQ(numbers(inPlace), numbers(set));
+  EXPECT_EQ(inPlace.at(0), first) << "no second set";
 }
 
 namespace {
