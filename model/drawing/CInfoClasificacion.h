@@ -13,7 +13,7 @@ class URDIMBRE_API CInfoClasificacion {
  public:
   CInfoClasificacion() = default;
   CInfoClasificacion(unsigned char clase, double cifra, CString const& nombre)
-      : tipo(clase), comodin(nombre == CString(kTextoComodin)), valor(cifra), texto(nombre) {}
+      : tipo(clase), comodin(nombre == kTextoComodin), valor(cifra), texto(nombre) {}
 
   [[nodiscard]] unsigned char GetTipo() const { return tipo; }
   [[nodiscard]] double GetValor() const { return valor; }

@@ -312,7 +312,7 @@ bool CLinea<T>::ModificaTipoPunto(unsigned int i, short int clase) {
 template <class T>
 CLinea<T>& CLinea<T>::operator<<(CCoor3D<T> const& p) {
   puntos.push_back(p);
-  this->maximas.Nuevo(p);
+  this->maximas.Nuevo(puntos.back());  // `p` may have been a point of this very line, and moved
   return *this;
 }
 
@@ -404,8 +404,10 @@ bool CLinea<T>::Read(CFile* fichero, double factor, CTipoFichero tipoFichero) {
   std::vector<char> texto;
   if (tipoFichero != FICHERO_NATIVO || !Lee(*fichero, cabecera) || cabecera.tipo != this->tipo) return false;
   if (!LeeVector(*fichero, cabecera.bytesCodigo, texto)) return false;
+  CString leido =
+      CString::DesdeUtf8({texto.data(), texto.size()});  // first: should memory give out, nothing has changed
   if (!ReadDigi(fichero, factor, cabecera.version, tipoFichero)) return false;
-  this->codigo = CString::DesdeUtf8({texto.data(), texto.size()});
+  this->codigo = std::move(leido);
   this->borrado = cabecera.borrado != 0;
   return true;
 }

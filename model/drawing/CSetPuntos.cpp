@@ -37,8 +37,10 @@ template <class T>
 void CSetPuntos<T>::Inserta(CCoor3D<T> const& p, tipoAero3 const& dato) {
   if (infos.empty() && dato != tipoAero3()) infos.resize(this->puntos.size());
   const bool conInfos = !infos.empty() || dato != tipoAero3();
+  const tipoAero3 suyo = dato;  // which may be one of this very set
+  if (conInfos && infos.size() == infos.capacity()) infos.reserve(2 * infos.size() + 1);  // before the point is in
   CLinea<T>::operator<<(p);
-  if (conInfos) infos.push_back(dato);
+  if (conInfos) infos.push_back(suyo);
 }
 
 template <class T>

@@ -9,8 +9,9 @@
 namespace Meseta47 {
 
 CModeloDigital& CModeloDigital::operator=(CModeloDigital const& otro) {
+  auto copia = std::make_unique<CTIN>(*otro.tin);
   CObjetoFichero::operator=(otro);
-  if (this != &otro) tin = std::make_unique<CTIN>(*otro.tin);
+  tin = std::move(copia);
   return *this;
 }
 

@@ -26,10 +26,16 @@ CRellenoTIN::CRellenoTIN() : numero(NumeroNuevo()) {}
 CRellenoTIN::CRellenoTIN(CRellenoTIN const& otro) : numero(NumeroNuevo()) { Copia(otro); }
 
 CRellenoTIN& CRellenoTIN::operator=(CRellenoTIN const& otro) {
-  if (this == &otro) return *this;
-  Vacia();
-  Copia(otro);
+  CRellenoTIN copia(otro);
+  Toma(copia);
   return *this;
+}
+
+void CRellenoTIN::Toma(CRellenoTIN& otro) noexcept {
+  trozos.swap(otro.trozos);
+  otro.trozos.clear();
+  numero = NumeroNuevo();
+  otro.numero = NumeroNuevo();
 }
 
 std::uint64_t CRellenoTIN::Cantidad() const {

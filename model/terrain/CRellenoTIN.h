@@ -34,6 +34,8 @@ class URDIMBRE_API CRellenoTIN {
   /// The triangles, piece by piece. Which piece holds a triangle depends on how the threads ran.
   [[nodiscard]] std::vector<std::span<Terna const>> Trozos() const;
   void Vacia();
+  /// Takes over what another one holds, in place of what is here.
+  void Toma(CRellenoTIN& otro) noexcept;
 
  private:
   struct Trozo {

@@ -1,6 +1,7 @@
 #include "model/terrain/CTIN.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Meseta47 {
 
@@ -27,11 +28,31 @@ CTIN::CTIN(int, int forma, CDataSemilla const& laSemilla)
       semilla(laSemilla) {}
 
 CTIN::CTIN(CTIN const& otro) = default;
-CTIN& CTIN::operator=(CTIN const& otro) = default;
+
+/// All or nothing: indices into points that did not come would lead astray.
+CTIN& CTIN::operator=(CTIN const& otro) {
+  CTIN copia(otro);
+  CObjetoFichero::operator=(std::move(copia));
+  puntos = std::move(copia.puntos);
+  estado = copia.estado;
+  longitudMaxima = copia.longitudMaxima;
+  semilla = copia.semilla;
+  conVecinos = copia.conVecinos;
+  relleno.Toma(copia.relleno);
+  triangulos = std::move(copia.triangulos);
+  vecinos = std::move(copia.vecinos);
+  quitaRepetidos = copia.quitaRepetidos;
+  enlazado = copia.enlazado;
+  limite = std::move(copia.limite);
+  huecos = std::move(copia.huecos);
+  return *this;
+}
+
 CTIN::~CTIN() = default;
 
 void CTIN::SetPuntosMdt(CSetPuntosMdt& nuevos) {
   LiberaTriangulos();
+  if (&nuevos == &puntos) return;
   puntos = std::move(nuevos);
   nuevos.clear();  // NOLINT(bugprone-use-after-move): a list that was moved away may be cleared
 }

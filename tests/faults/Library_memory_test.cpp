@@ -224,6 +224,52 @@ TEST(EachRequestRefused, AnEntityThatDoesNotGoInIsStillItsOwners) {
                 });
 }
 
+TEST(EachRequestRefused, SurveyDataStayWithTheirPoint) {
+  const auto fill = [](CSetPuntos<int>& set) {
+    for (int i = 1; i < 40; ++i) {
+      for (bool in = false; !in;) {
+        try {
+          set.Inserta(CCoor3D<int>(i, 0, 0, 0), tipoAero3{static_cast<double>(i), 0, 0, 0, 0, 0, 0, 0});
+          in = true;
+        } catch (std::bad_alloc const&) {
+        }
+      }
+    }
+  };
+  AtEachRequest([] { return CSetPuntos<int>(); }, fill,
+                [](CSetPuntos<int> const& set, bool) {
+                  ASSERT_EQ(set.NPuntos(), 39);
+                  for (int i = 0; i < 39; ++i) EXPECT_EQ(set.Info(static_cast<unsigned>(i)).gps, set.Punto(i).x);
+                });
+}
+
+TEST(EachRequestRefused, AModelIsAssignedWholeOrNotAtAll) {
+  const auto model = [](int shift) {
+    std::vector<CPuntoTIN> points;
+    for (int i = 0; i < 4; ++i) points.push_back(CPuntoTIN(CCoor3D<int>(shift + i % 2, i / 2, i, 0)));
+    CTIN tin(0, 0, CDataSemilla());
+    tin.fichero = kLongText;
+    CSetPuntosMdt set(0, 0);
+    for (CPuntoTIN const& p : points) set.push_back(p, false);
+    tin.SetPuntosMdt(set);
+    CTriangulo t(tin.Punto(0), tin.Punto(1), tin.Punto(2), -1, -1, -1);
+    tin.Inserta(t, false, false, false);
+    EXPECT_EQ(tin.Sort(nullptr, 0, true), kHecho);
+    CTriangulo unsorted(tin.Punto(1), tin.Punto(2), tin.Punto(3), -1, -1, -1);
+    tin.Inserta(unsorted, false, false, false);
+    return tin;
+  };
+  const CTIN to = model(10);
+  const int refused = AtEachRequest([&] { return model(0); }, [&](CTIN& tin) { tin = to; },
+                                    [](CTIN& tin, bool done) {
+                                      EXPECT_EQ(tin.Punto(0)->x, done ? 10 : 0);
+                                      EXPECT_EQ(tin.puntos.size(), 4U);
+                                      EXPECT_EQ(tin.Cantidad(), 2U);
+                                      EXPECT_EQ(tin.Vertices(0)[0], 0U);
+                                    });
+  EXPECT_GT(refused, 3);
+}
+
 TEST(EachRequestRefused, JoiningLosesNoLine) {
   const auto make = [] {
     CDibujo<int> drawing;

@@ -25,6 +25,16 @@ void ExpectPoints(CLinea<int> const& line, std::vector<Point> const& points) {
 
 CLinea<int> Square() { return Line({P(0, 0, 1), P(10, 0, 2), P(10, 10, 3), P(0, 10, 4), P(0, 0, 1)}); }
 
+TEST(CLinea, ItsOwnPointIsAppendedToIt) {
+  CLinea<int> ring(L"ring");
+  ring << P(-7, 3, 9);
+  for (int i = 1; i < 40; ++i) ring << P(i, i, 0);
+  for (int i = 0; i < 100; ++i) ring << ring.Punto(0);  // whatever room there was, it has grown meanwhile
+  EXPECT_EQ(ring.Punto(139), P(-7, 3, 9));
+  EXPECT_EQ(ring.maximas.Minimo, P(-7, 1, 0));
+  EXPECT_EQ(ring.maximas.Maximo, P(39, 39, 9));
+}
+
 TEST(CLinea, ANewLineIsGraphicAndEmpty) {
   const CLinea<int> line(CString(L"ridge"));
   EXPECT_TRUE(line.EsGrafico());

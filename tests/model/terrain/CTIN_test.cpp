@@ -36,6 +36,14 @@ std::string linkFault(CTIN& tin) {
 
 }  // namespace
 
+TEST(CTIN, TakesItsOwnPointsAndKeepsThem) {
+  CTIN tin = surface({point(0, 0), point(1, 0), point(0, 1)});
+  insert(tin, {0, 1, 2});
+  tin.SetPuntosMdt(tin.puntos);
+  EXPECT_EQ(tin.puntos.size(), 3u);
+  EXPECT_EQ(tin.Cantidad(), 0u);
+}
+
 TEST(CTIN, NewModelIsEmpty) {
   const CTIN tin(0, 0, CDataSemilla(3, 1, 2, 3));
   EXPECT_EQ(tin.Cantidad(), 0u);
