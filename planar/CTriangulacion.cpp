@@ -26,7 +26,8 @@ struct CRecogida {
 
   bool Entidad(CLinea<int> const&) { return true; }
   bool Entera(CLinea<int> const& e) {
-    puntos.reserve(puntos.size() + static_cast<std::size_t>(e.NPuntos()));
+    const std::size_t hacen = puntos.size() + static_cast<std::size_t>(e.NPuntos());
+    if (hacen > puntos.capacity()) puntos.reserve(std::max(hacen, 2 * puntos.size()));  // lines are many and short
     return false;
   }
   void operator()(CLinea<int> const& e, unsigned, unsigned k) {

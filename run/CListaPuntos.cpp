@@ -24,6 +24,7 @@ void CListaPuntos::Elimina(CCoor3DIntLista* nodo) {
   if (anterior != nullptr) anterior->SetSig(siguiente);
   if (siguiente != nullptr) siguiente->SetAnt(anterior);
   if (nodo == primero) primero = siguiente;
+  if (nodo == actual) actual = anterior != nullptr ? anterior : siguiente;  // wherever the host has put it
   if (nodo == ultimo) ultimo = actual = anterior;
   if (primero == nullptr) ultimo = actual = nullptr;
   delete nodo;

@@ -7,7 +7,9 @@
 
 #include "faults/FailingHeap.h"
 #include "model/storage/CFicheroParcial.h"
+#include "model/terrain/CDataSacaLimites.h"
 #include "model/terrain/CSetPuntosMdt.h"
+#include "planar/CTriangulacion.h"
 #include "planar/PhaseScenes.h"
 #include "platform/CEvent.h"
 #include "platform/Manejadores.h"
@@ -184,7 +186,23 @@ struct Two {
   CDibujo<int> to = NamedDrawing(1), from = NamedDrawing(40);
 };
 
-TEST(EachRequestRefused, AddingADrawingTakesAllOfItOrNothing) {
+TEST(Requests, TheOutlineOfManyLinesAsksForMoreRoomNowAndThenOnly) {
+  const QuietApp app(1);
+  CDibujo<int> drawing, outline;
+  constexpr int kLines = 4'000;
+  for (int i = 0; i < kLines; ++i)
+    drawing.Inserta(LineAt({{i % 63 * 100, i / 63 * 90}, {i % 63 * 100 + 41, i / 63 * 90 + 37}}));
+  CDataSacaLimites how;
+  how.distancia = 5;
+  CTriangulacion triangulation(CDataSemilla(), CDataTriangulacion{});
+  failing_heap::RefuseAt(1'000'000'000, Refusal::Once);
+  const int code = triangulation.LimiteDibujo(drawing, outline, &how, 1, 0);
+  EXPECT_LT(failing_heap::Stop(), kLines / 2);
+  EXPECT_EQ(code, kHecho);
+  EXPECT_EQ(outline.Cantidad(), 1U);
+}
+
+{
   const Two fresh;
   const std::string both = Described(fresh.to) + Described(fresh.from);
   const int refused = AtEachRequest([] { return Two(); }, [](Two& two) { two.to.Suma(std::move(two.from), true, 0); },

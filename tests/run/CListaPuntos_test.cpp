@@ -79,6 +79,18 @@ TEST(CListaPuntos, TakingOutAMiddleNodeJoinsItsNeighbours) {
   EXPECT_EQ(list.actual, third);
 }
 
+TEST(CListaPuntos, TheCursorNeverStaysOnANodeThatIsTakenOut) {
+  CListaPuntos list;
+  CCoor3DIntLista* first = list.Inserta(Point(1));
+  CCoor3DIntLista* second = list.Inserta(Point(2));
+  CCoor3DIntLista* third = list.Inserta(Point(3));
+  list.actual = second;
+  list.Elimina(second);
+  EXPECT_EQ(list.actual, first);
+  list.Elimina(first);
+  EXPECT_EQ(list.actual, third);
+}
+
 TEST(CListaPuntos, TakingOutTheOnlyNodeClearsBothEndsAndTheCursor) {
   CListaPuntos list;
   list.Elimina(list.Inserta(Point(1)));
