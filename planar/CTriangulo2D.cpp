@@ -40,7 +40,10 @@ void CTriangulo2D::operator delete(void* sitio, std::size_t bytes) noexcept {
     CReserva::Devuelve(sitio, parte.monton);
   }
 }
-void CTriangulo2D::EncogeReserva() noexcept { Reserva().Encoge(parte.monton); }
+void CTriangulo2D::EncogeReserva() noexcept {
+  if (parte.monton != nullptr)
+    Reserva().Encoge(parte.monton);  // else there may be no pool, and making one takes memory
+}
 
 void CTriangulo2D::DestruyeLista(CTriangulo2D* primero) noexcept {
   CReserva::CLote lote(parte.monton);

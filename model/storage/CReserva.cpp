@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <mutex>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/Anticipa.h"
@@ -40,6 +41,7 @@ struct CReserva::CMonton {
   alignas(kLinea) std::mutex cerrojo;
   std::vector<void*> devueltas;  ///< given back by other threads, under the lock
   std::atomic<bool> hayDevueltas{false};
+  CMonton* siguienteHuerfano = nullptr;
 
   ~CMonton() {
     for (void* bloque : bloques) ::operator delete (bloque, std::align_val_t{kBloque});
@@ -82,13 +84,14 @@ struct CCabecera {
 
 struct CReserva::CHuerfanos {
   std::mutex cerrojo;
-  std::vector<CMonton*> lista;
+  CMonton* primero = nullptr;  // they string themselves, so that giving one up needs no memory
 };
 
 CReserva::CReserva(std::size_t bytes) : paso((bytes + kLinea - 1) / kLinea * kLinea), huerfanos(new CHuerfanos) {}
 
 CReserva::~CReserva() {
-  for (CMonton* monton : huerfanos->lista) {
+  while (CMonton* monton = huerfanos->primero) {
+    huerfanos->primero = monton->siguienteHuerfano;
     if (monton->TodasEnCasa()) delete monton;
   }
   delete huerfanos;
@@ -121,9 +124,9 @@ void* CReserva::Pide(CMonton*& mio) {
 /// A heap whose thread has ended, or a new one.
 CReserva::CMonton* CReserva::Adopta() {
   const std::lock_guard guarda(huerfanos->cerrojo);
-  if (huerfanos->lista.empty()) return new CMonton;
-  CMonton* monton = huerfanos->lista.back();
-  huerfanos->lista.pop_back();
+  if (huerfanos->primero == nullptr) return new CMonton;
+  CMonton* monton = huerfanos->primero;
+  huerfanos->primero = std::exchange(monton->siguienteHuerfano, nullptr);
   return monton;
 }
 
@@ -189,8 +192,8 @@ void CReserva::Abandona(CMonton*& mio) noexcept {
   Encoge(mio);
   if (mio == nullptr) return;
   const std::lock_guard guarda(huerfanos->cerrojo);
-  huerfanos->lista.push_back(mio);
-  mio = nullptr;
+  mio->siguienteHuerfano = huerfanos->primero;
+  huerfanos->primero = std::exchange(mio, nullptr);
 }
 
 }  // namespace Meseta47

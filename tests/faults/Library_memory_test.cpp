@@ -1,7 +1,9 @@
 // What promises not to throw, and what promises to lose nothing, with memory refused at each request.
+#include <atomic>
 #include <gmock/gmock.h>
 #include <memory>
 #include <new>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -156,6 +158,27 @@ TEST(WithoutMemory, AMeshIsTakenDownAndItsFileDeleted) {
     CTriangulo2D::EncogeReserva();
   });
   EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(WithoutMemory, AThreadEndsWhoseTrianglesOthersHold) {
+  constexpr int kThreads = 20;
+  std::vector<CTriangulo2D*> held(kThreads, nullptr);
+  std::atomic<int> ready{0};
+  std::atomic<bool> end{false};
+  std::vector<std::thread> threads;
+  for (CTriangulo2D*& triangle : held) {
+    threads.emplace_back([&] {
+      triangle = new CTriangulo2D;
+      ++ready;
+      while (!end) std::this_thread::yield();
+    });
+  }
+  while (ready < kThreads) std::this_thread::yield();
+  WithoutMemory([&] {
+    end = true;
+    for (std::thread& thread : threads) thread.join();
+    for (CTriangulo2D* triangle : held) delete triangle;
+  });
 }
 
 TEST(WithoutMemory, TheSystemGivesNeitherEventNorThreadNorLongWait) {
