@@ -225,7 +225,7 @@ TEST(Requests, TheOutlineOfManyLinesAsksForMoreRoomNowAndThenOnly) {
   EXPECT_EQ(outline.Cantidad(), 1U);
 }
 
-{
+TEST(EachRequestRefused, AddingADrawingTakesAllOfItOrNothing) {
   const Two fresh;
   const std::string both = Described(fresh.to) + Described(fresh.from);
   const int refused = AtEachRequest([] { return Two(); }, [](Two& two) { two.to.Suma(std::move(two.from), true, 0); },
