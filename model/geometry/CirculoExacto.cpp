@@ -3,33 +3,11 @@
 #include <cmath>
 #include <cstdint>
 
+#include "model/geometry/Entero128.h"
+
 namespace Meseta47 {
 
 namespace {
-
-/// An integer modulo 2^128, read as one with a sign.
-struct Entero128 {
-  std::uint64_t bajo, alto;
-
-  explicit Entero128(std::int64_t v) : bajo(static_cast<std::uint64_t>(v)), alto(v < 0 ? ~std::uint64_t{0} : 0) {}
-  Entero128(std::uint64_t elBajo, std::uint64_t elAlto) : bajo(elBajo), alto(elAlto) {}
-
-  Entero128 operator+(Entero128 o) const {
-    const std::uint64_t suma = bajo + o.bajo;
-    return {suma, alto + o.alto + (suma < bajo ? 1 : 0)};
-  }
-  Entero128 operator-(Entero128 o) const { return {bajo - o.bajo, alto - o.alto - (bajo < o.bajo ? 1 : 0)}; }
-  Entero128 operator*(Entero128 o) const {
-    constexpr std::uint64_t kMitad = 0xFFFFFFFF;
-    const std::uint64_t a0 = bajo & kMitad, a1 = bajo >> 32, b0 = o.bajo & kMitad, b1 = o.bajo >> 32;
-    const std::uint64_t medio = a1 * b0 + (a0 * b0 >> 32), cruce = a0 * b1 + (medio & kMitad);
-    return {bajo * o.bajo, a1 * b1 + (medio >> 32) + (cruce >> 32) + bajo * o.alto + alto * o.bajo};
-  }
-  [[nodiscard]] double Valor() const {
-    if (alto >> 63 != 0) return -(Entero128(0) - *this).Valor();
-    return static_cast<double>(alto) * 0x1p64 + static_cast<double>(bajo);
-  }
-};
 
 struct CVector {
   std::int64_t x, y;

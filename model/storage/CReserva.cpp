@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/storage/CNumeros.h"
 #include "platform/Anticipa.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -43,9 +44,7 @@ struct CReserva::CMonton {
   std::atomic<bool> hayDevueltas{false};
   CMonton* siguienteHuerfano = nullptr;
 
-  ~CMonton() {
-    for (void* bloque : bloques) ::operator delete (bloque, std::align_val_t{kBloque});
-  }
+  ~CMonton();
   /// Only when there are no free slots left.
   void Recoge() {
     const std::lock_guard guarda(cerrojo);
@@ -70,24 +69,33 @@ struct CReserva::CMonton {
 
 namespace {
 
-/// First bytes of each block: whose it is.
+/// First bytes of each block: whose it is, and its number, 0 without one.
 struct CCabecera {
   CReserva::CMonton* dueno;
+  std::uint32_t numero;
 };
 
-[[maybe_unused]] CReserva::CMonton* Dueno(void* ranura) {
-  const auto bloque = reinterpret_cast<std::uintptr_t>(ranura) & ~(static_cast<std::uintptr_t>(kBloque) - 1);
-  return reinterpret_cast<CCabecera*>(bloque)->dueno;
+CCabecera* Cabecera(void const* ranura) {
+  return reinterpret_cast<CCabecera*>(reinterpret_cast<std::uintptr_t>(ranura) & ~(std::uintptr_t{kBloque} - 1));
 }
+[[maybe_unused]] CReserva::CMonton* Dueno(void const* ranura) { return Cabecera(ranura)->dueno; }
 
 }  // namespace
+
+CReserva::CMonton::~CMonton() {
+  for (void* bloque : bloques) {
+    if (const std::uint32_t numero = Cabecera(bloque)->numero; numero != 0) CNumeros::Quita(numero);
+    ::operator delete (bloque, std::align_val_t{kBloque});
+  }
+}
 
 struct CReserva::CHuerfanos {
   std::mutex cerrojo;
   CMonton* primero = nullptr;  // they string themselves, so that giving one up needs no memory
 };
 
-CReserva::CReserva(std::size_t bytes) : paso((bytes + kLinea - 1) / kLinea * kLinea), huerfanos(new CHuerfanos) {}
+CReserva::CReserva(std::size_t bytes, bool numera)
+    : paso((bytes + kLinea - 1) / kLinea * kLinea), numerada(numera), huerfanos(new CHuerfanos) {}
 
 CReserva::~CReserva() {
   while (CMonton* monton = huerfanos->primero) {
@@ -138,7 +146,7 @@ void* CReserva::Talla(CMonton& monton) {
     monton.bloques.reserve(monton.bloques.size() + 1);
     auto* bloque = static_cast<std::byte*>(::operator new (kBloque, std::align_val_t{kBloque}));
     monton.bloques.push_back(bloque);
-    new (bloque) CCabecera{&monton};
+    new (bloque) CCabecera{&monton, numerada ? CNumeros::Pon(bloque) : 0};
     monton.siguiente = bloque + paso;
     monton.fin = monton.siguiente + ranuras * paso;
   }
@@ -180,6 +188,15 @@ void CReserva::CLote::Entrega() noexcept {
     dueno->Devuelve(ranuras, cuantas);
   }
   cuantas = 0;
+}
+
+bool CReserva::HayBloques() noexcept { return URDIMBRE_SIN_RESERVA == 0; }
+
+std::uint32_t CReserva::Numero(void const* ranura) const noexcept {
+  CCabecera const* cabecera = Cabecera(ranura);
+  const auto desde =
+      static_cast<std::size_t>(static_cast<std::byte const*>(ranura) - reinterpret_cast<std::byte const*>(cabecera));
+  return CNumeros::Numero(cabecera->numero, static_cast<std::uint32_t>(desde / paso));
 }
 
 void CReserva::Encoge(CMonton*& mio) noexcept {

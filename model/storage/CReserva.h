@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/Exporta.h"
 
@@ -15,8 +16,8 @@ namespace Meseta47 {
 /// each request on to the system, so that a use after destruction is seen.
 class URDIMBRE_API CReserva {
  public:
-  /// Slots for elements of `bytes` bytes.
-  explicit CReserva(std::size_t bytes);
+  /// Slots for elements of `bytes` bytes. With `numera` they have numbers as well.
+  explicit CReserva(std::size_t bytes, bool numera = false);
   ~CReserva();
   CReserva(CReserva const&) = delete;
   CReserva& operator=(CReserva const&) = delete;
@@ -28,6 +29,11 @@ class URDIMBRE_API CReserva {
   [[nodiscard]] void* Pide(CMonton*& mio);
   /// Gives a slot back, from any thread. `mio` as above: the caller's own, maybe null.
   static void Devuelve(void* ranura, CMonton* mio) noexcept;
+  /// Whether slots come from blocks of the pool; with the address sanitizer they don't, and have no number.
+  [[nodiscard]] static bool HayBloques() noexcept;
+  /// The number of a slot of a pool that numbers them: what `CNumeros` calls it.
+  [[nodiscard]] std::uint32_t Numero(void const* ranura) const noexcept;
+
   /// Slots given back together, a few dozen in one exchange with the thread that took them. Done when the object dies.
   /// What lies in a slot is left alone: a thread that takes it again does not wait for it to come from another's cache.
   class CLote {
@@ -56,7 +62,8 @@ class URDIMBRE_API CReserva {
   struct CHuerfanos;
   CMonton* Adopta();
   void* Talla(CMonton& monton);
-  std::size_t paso;       ///< bytes from slot to slot
+  std::size_t paso;  ///< bytes from slot to slot
+  bool numerada;
   CHuerfanos* huerfanos;  ///< heaps whose thread has ended with slots still in use
 };
 

@@ -1,0 +1,320 @@
+#include "tetrahedral/CEstrella.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/Anticipa.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kComparados = 64;    // up to here all are compared with all, in loops without a jump
+constexpr std::uint16_t kPareja = 0xFFFF;  // an edge that has its two faces
+
+/// How many numbers lie below each. No two are equal.
+template <class T>
+void CuentaMenores(T const* numeros, std::size_t n, int* menores) {
+  for (std::size_t i = 0; i < n; ++i) {
+    int cuantos = 0;
+    for (std::size_t j = 0; j < n; ++j) cuantos += static_cast<int>(numeros[j] < numeros[i]);
+    menores[i] = cuantos;
+  }
+}
+
+}  // namespace
+
+void CEstrella::Amplia() {
+  const std::size_t n = std::max<std::size_t>(kComparados, 2 * bordes.size());
+  bordes.resize(n);
+  vertice.resize(n);  // a closed surface of n triangles has fewer vertices
+  casillas.resize(4 * n);
+  claves.resize(n);
+  orden.resize(n);
+  for (auto* columna : {&vx, &vy, &vz, &ax, &ay,     &az,     &bx,    &by,       &bz,     &cx,   &cy,
+                        &cz, &ox, &oy, &oz, &radio2, &margen, &radio, &volumen6, &tamano, &error}) {
+    columna->resize(n);
+  }
+  fuera.resize(n);
+}
+
+void CEstrella::Condena(CTetraedro* t, std::uint32_t numero) {
+  if (condenados == cavidad.size()) {
+    cavidad.resize(2 * condenados + kComparados);
+    numeros.resize(cavidad.size());
+  }
+  t->marcas |= CTetraedro::kBorrado;
+  cavidad[condenados] = t;
+  numeros[condenados++] = numero;
+}
+
+/// The vertices get their local numbers once the cavity stands: a table that grows would have to be filled anew.
+void CEstrella::PonBorde(CTetraedro const* t, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino,
+                         std::uint32_t numero) {
+  if (cantidad == bordes.size()) Amplia();
+  CBorde& b = bordes[cantidad++];
+  b.fuera = numeroVecino;
+  b.suCara = vecino != nullptr ? static_cast<std::uint8_t>(vecino->CaraHacia(numero)) : 0;
+  b.grabado = t->Grabado(cara);
+  b.vecino[0] = static_cast<std::uint32_t>(condenadoActual);
+  b.vecino[1] = cara;
+}
+
+bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t marca) {
+  condenados = cantidad = vertices = 0;
+  const std::int32_t segunda = marca + 1;
+  const double x = p.x, y = p.y, z = p.z;
+  semilla->identificador = segunda;
+  Condena(semilla, semilla->Numero());
+  bool repetido = semilla->TieneVerticeEn(p);
+  for (std::size_t i = 0; i < condenados && !repetido; ++i) {
+    CTetraedro* t = cavidad[i];
+    condenadoActual = i;
+    for (unsigned cara = 0; cara < 4; ++cara) {
+      const std::uint32_t n = t->vecinos[cara];
+      if (n == 0) {
+        PonBorde(t, cara, nullptr, 0, 0);
+        continue;
+      }
+      CTetraedro* v = CTetraedro::De(n);
+      if (v->identificador != segunda && v->identificador != marca) {
+        v->identificador = segunda;
+        ++esferas;
+        const double exceso = v->Exceso(x, y, z);
+        bool dentro = exceso < 0;
+        if (!(std::abs(exceso) > v->margen)) [[unlikely]] {
+          ++exactas;
+          const int lado = LadoDeEsfera(*v->puntos[0], *v->puntos[1], *v->puntos[2], *v->puntos[3], p);
+          dentro = lado <= 0;
+          // Only on the sphere can the point be a vertex.
+          if (lado == 0 && v->TieneVerticeEn(p)) repetido = true;
+        }
+        if (dentro) {
+          Condena(v, n);
+          continue;
+        }
+      }
+      if (!v->Borrado()) PonBorde(t, cara, v, n, numeros[i]);
+    }
+  }
+  if (repetido) BorraMarcas();
+  return !repetido;
+}
+
+void CEstrella::BorraMarcas() {
+  for (std::size_t i = 0; i < condenados; ++i) cavidad[i]->marcas &= ~CTetraedro::kBorrado;
+}
+
+unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
+  constexpr std::uint64_t kReparto = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
+  const std::size_t mascara = casillas.size() - 1;
+  std::size_t i = (reinterpret_cast<std::uintptr_t>(punto) >> 4) * kReparto >> 40 & mascara;
+  while (casillas[i].vez == vez) {
+    if (casillas[i].punto == punto) return casillas[i].vertice;
+    i = (i + 1) & mascara;
+  }
+  casillas[i] = {punto, vez, static_cast<unsigned>(vertices)};
+  vertice[vertices] = {punto, punto->num, 0};
+  return static_cast<unsigned>(vertices++);
+}
+
+bool CEstrella::Dispone(CCoor3D<int> const& p) {
+  if (++vez == 0) {
+    std::fill(casillas.begin(), casillas.end(), CCasilla{});
+    vez = 1;
+  }
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    CBorde& b = bordes[i];
+    CTetraedro const* t = cavidad[b.vecino[0]];
+    unsigned const* v = CTetraedro::kVertice[b.vecino[1]];
+    for (unsigned k = 0; k < 3; ++k) {
+      if (vertices == vertice.size()) return false;
+      b.v[k] = Vertice(t->puntos[v[k]]);
+    }
+  }
+  for (std::size_t i = 0; i < vertices; ++i) {
+    CCoor3D<int> const& v = *vertice[i].punto;
+    vx[i] = static_cast<double>(v.x) - p.x;
+    vy[i] = static_cast<double>(v.y) - p.y;
+    vz[i] = static_cast<double>(v.z) - p.z;
+  }
+  if (!Empareja()) return false;
+  Ordena();
+  return true;
+}
+
+//        a                     The face (a, b, c) sees the point P; its tetrahedron (a, b, c, P) meets the one of the
+//        face
+//      / | \                   across the edge a-b in the face (a, b, P), which both call 124. Likewise a-c and 134,
+//      b-c
+//    c   |   d      P          and 234 ... in the other it is whatever a-b is there: 12, 13 or 23.
+//      \ | /
+//        b
+bool CEstrella::Empareja() {
+  const std::size_t n = vertices;
+  if (aristas.size() < n * n) aristas.resize(n * n);
+  if (cantidad >= kPareja / 4) return false;
+  std::fill(aristas.begin(), aristas.begin() + static_cast<std::ptrdiff_t>(n * n), std::uint16_t{0});
+  std::size_t solas = 0;
+  constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    CBorde& b = bordes[i];
+    for (unsigned k = 0; k < 3; ++k) {
+      std::uint16_t& espera = aristas[b.v[kDe[k]] * n + b.v[kA[k]]];
+      const auto yo = static_cast<std::uint16_t>(i * 4 + k + 1);
+      if (espera == 0) {
+        espera = yo;
+        ++solas;
+        continue;
+      }
+      if (espera == kPareja) return false;
+      b.vecino[k] = espera;
+      bordes[espera / 4].vecino[espera % 4 - 1] = yo;
+      espera = kPareja;
+      --solas;
+    }
+  }
+  return solas == 0;
+}
+
+/// By the numbers of the vertices, as CCara compares them.
+void CEstrella::Ordena() {
+  int *num = claves.data(), *rango = reinterpret_cast<int*>(orden.data());
+  if (vertices <= kComparados && cantidad <= kComparados) {
+    for (std::size_t i = 0; i < vertices; ++i) num[i] = vertice[i].num;
+    CuentaMenores(num, vertices, rango);
+    for (std::size_t i = 0; i < vertices; ++i) vertice[i].rango = rango[i];
+    for (std::size_t i = 0; i < cantidad; ++i) {
+      unsigned const* v = bordes[i].v;
+      claves[i] = (vertice[v[0]].rango << 16) | (vertice[v[1]].rango << 8) | vertice[v[2]].rango;
+    }
+    int puestos[kComparados];
+    CuentaMenores(claves.data(), cantidad, puestos);
+    for (std::size_t i = 0; i < cantidad; ++i) orden[static_cast<std::size_t>(puestos[i])] = static_cast<unsigned>(i);
+    return;
+  }
+  for (std::size_t i = 0; i < cantidad; ++i) orden[i] = static_cast<unsigned>(i);
+  std::sort(orden.begin(), orden.begin() + static_cast<std::ptrdiff_t>(cantidad), [this](unsigned i, unsigned j) {
+    for (unsigned k = 0; k < 3; ++k) {
+      const int a = vertice[bordes[i].v[k]].num, b = vertice[bordes[j].v[k]].num;
+      if (a != b) return a < b;
+    }
+    return false;
+  });
+}
+
+bool CEstrella::Calcula(CCoor3D<int> const& p) {
+  const std::size_t n = cantidad;
+  for (std::size_t i = 0; i < n; ++i) {
+    unsigned const* v = bordes[i].v;
+    ax[i] = vx[v[0]], ay[i] = vy[v[0]], az[i] = vz[v[0]];
+    bx[i] = vx[v[1]], by[i] = vy[v[1]], bz[i] = vz[v[1]];
+    cx[i] = vx[v[2]], cy[i] = vy[v[2]], cz[i] = vz[v[2]];
+  }
+  const double px = p.x, py = p.y, pz = p.z;
+  double const *pax = ax.data(), *pay = ay.data(), *paz = az.data(), *pbx = bx.data(), *pby = by.data();
+  double const *pbz = bz.data(), *pcx = cx.data(), *pcy = cy.data(), *pcz = cz.data();
+  double *pox = ox.data(), *poy = oy.data(), *poz = oz.data(), *pr2 = radio2.data(), *pm = margen.data();
+  double *pr = radio.data(), *pv = volumen6.data(), *pt = tamano.data(), *pe = error.data();
+#pragma GCC ivdep
+  for (std::size_t i = 0; i < n; ++i) {
+    const CEsfera::CCalculo r =
+        CEsfera::Calcula({pax[i], pay[i], paz[i], pbx[i], pby[i], pbz[i], pcx[i], pcy[i], pcz[i]}, px, py, pz);
+    pox[i] = r.x;
+    poy[i] = r.y;
+    poz[i] = r.z;
+    pr2[i] = r.radio2;
+    pm[i] = r.margen;
+    pr[i] = r.radio;
+    pv[i] = r.volumen6;
+    pt[i] = r.tamano;
+    pe[i] = r.error;
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    CEsfera::CCalculo r{};
+    r.volumen6 = pv[i];
+    r.tamano = pt[i];
+    r.error = pe[i];
+    if (r.EsBuena()) [[likely]] {
+      continue;
+    }
+    unsigned const* v = bordes[i].v;
+    CEsfera e;
+    if (!e.Afina(*vertice[v[0]].punto, *vertice[v[1]].punto, *vertice[v[2]].punto, p)) return false;
+    pox[i] = e.x;
+    poy[i] = e.y;
+    poz[i] = e.z;
+    pr2[i] = e.radio2;
+    pm[i] = e.margen;
+    pr[i] = e.radio;
+  }
+  return true;
+}
+
+void CEstrella::PideSitios() {
+  if (sitios.size() < bordes.size()) sitios.resize(bordes.size());
+  const std::size_t propios = std::min(condenados, cantidad);
+  std::copy(cavidad.begin(), cavidad.begin() + static_cast<std::ptrdiff_t>(propios), sitios.begin());
+  std::size_t i = propios;
+  try {
+    for (; i < cantidad; ++i) sitios[i] = CTetraedro::PideSitio();
+  } catch (...) {
+    while (i-- > propios) delete sitios[i];
+    throw;
+  }
+}
+
+void CEstrella::Construye(CCoor3D<int>* p) {
+  const std::size_t n = cantidad;
+  std::uint32_t* numero = reinterpret_cast<std::uint32_t*>(claves.data());
+  const std::size_t propios = std::min(condenados, n);
+  for (std::size_t i = 0; i < propios; ++i) numero[i] = numeros[i];
+  for (std::size_t i = propios; i < n; ++i) numero[i] = sitios[i]->Numero();
+  for (std::size_t i = n; i < condenados; ++i) {
+    cavidad[i]->clear();
+    delete cavidad[i];
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    CBorde const& b = bordes[i];
+    CTetraedro& t = *sitios[i];
+    t.cx = ox[i];
+    t.cy = oy[i];
+    t.cz = oz[i];
+    t.radio2 = radio2[i];
+    t.margen = margen[i];
+    t.identificador = 0;
+    t.marcas = (t.marcas & CTetraedro::kMascaraSitio) | CTetraedro::kDesconocidas;
+    if (b.grabado) t.SetGrabado(0, true);
+    t.vecinos[0] = b.fuera;
+    for (unsigned k = 0; k < 3; ++k) t.vecinos[k + 1] = numero[b.vecino[k] / 4];
+    for (unsigned k = 0; k < 3; ++k) t.puntos[k] = vertice[b.v[k]].punto;
+    t.puntos[3] = p;
+    t.radio = radio[i];
+    t.distanciaMaxima = 0;
+    if (b.fuera == 0) continue;
+    CTetraedro& otro = *CTetraedro::De(b.fuera);
+    otro.vecinos[b.suCara] = numero[i];
+    // What was known of the face and its edges is forgotten on both sides.
+    constexpr std::uint32_t kCara[4] = {3U << 5 | 3U << 7 | 3U << 11, 3U << 5 | 3U << 9 | 3U << 13,
+                                        3U << 7 | 3U << 9 | 3U << 16, 3U << 11 | 3U << 13 | 3U << 16};
+    const std::uint32_t suyas = kCara[b.suCara];
+    otro.marcas =
+        (otro.marcas & ~suyas & ~(1U << (CTetraedro::kBitGrabado + b.suCara))) | (CTetraedro::kDesconocidas & suyas);
+  }
+}
+
+void CEstrella::EmpiezaCuenta() { std::fill(fuera.begin(), fuera.begin() + static_cast<std::ptrdiff_t>(cantidad), 0); }
+
+void CEstrella::CuentaFuera(CMarco const& m) {
+  double const *x = ox.data(), *y = oy.data(), *z = oz.data(), *r = radio.data();
+  std::int64_t* cuenta = fuera.data();
+  for (std::size_t i = 0, n = cantidad; i < n; ++i) {
+    const auto dentro =
+        static_cast<std::int64_t>(x[i] - r[i] >= m.minX) & static_cast<std::int64_t>(x[i] + r[i] <= m.maxX) &
+        static_cast<std::int64_t>(y[i] - r[i] >= m.minY) & static_cast<std::int64_t>(y[i] + r[i] <= m.maxY) &
+        static_cast<std::int64_t>(z[i] - r[i] >= m.minZ) & static_cast<std::int64_t>(z[i] + r[i] <= m.maxZ);
+    cuenta[i] += 1 - dentro;
+  }
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tetrahedral/CTetraedro.h"
+
+namespace Meseta47 {
+
+/// The cavity of a new point and the star of tetrahedra that takes its place, one to each face of the boundary. Faces
+/// are laid out in columns of numbers, so that loops over them do several spheres in an instruction, and find one
+/// another through a table of the cavity's edges, by the local numbers of their vertices.
+///
+/// Kept from point to point by its owner: it allocates only for the largest star so far.
+class CEstrella {
+ public:
+  /// The least and greatest coordinates that a box may have.
+  struct CMarco {
+    double minX, minY, minZ, maxX, maxY, maxZ;
+  };
+
+  /// Marks the tetrahedra around `semilla` whose spheres hold the point and collects the faces around them. What the
+  /// walk before has found outside carries the stamp `marca`; what is tested here takes the next one. False, with the
+  /// marks cleared, when the point falls on a vertex.
+  [[nodiscard]] bool Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t marca);
+  /// Finds the neighbours and the order of the new tetrahedra. False when some edge of the boundary does not have two
+  /// faces, which a mesh of exact spheres never shows.
+  [[nodiscard]] bool Dispone(CCoor3D<int> const& p);
+  /// The spheres. False when the point is coplanar with a face.
+  [[nodiscard]] bool Calcula(CCoor3D<int> const& p);
+  /// Takes places for the new tetrahedra: those of the condemned, and new ones. Throws std::bad_alloc, with none taken.
+  void PideSitios();
+  /// Makes the tetrahedra in their places, linked to one another and to those around. The condemned must be in no list.
+  void Construye(CCoor3D<int>* p);
+  void BorraMarcas();
+
+  [[nodiscard]] std::size_t Condenados() const { return condenados; }
+  [[nodiscard]] CTetraedro* Condenado(std::size_t i) const { return cavidad[i]; }
+  [[nodiscard]] std::size_t Cantidad() const { return cantidad; }
+  /// Which of the new tetrahedra is the `i`th by the numbers of its face.
+  [[nodiscard]] unsigned Orden(std::size_t i) const { return orden[i]; }
+  [[nodiscard]] CTetraedro* Nuevo(std::size_t i) const { return sitios[i]; }
+  /// Columns of the spheres' boxes are compared with a frame: one is added for each box that leaves it.
+  void CuentaFuera(CMarco const& marco);
+  void EmpiezaCuenta();
+  [[nodiscard]] unsigned Fuera(std::size_t i) const { return static_cast<unsigned>(fuera[i]); }
+  /// Since the object was made: spheres tested, and tests that doubles could not decide.
+  [[nodiscard]] std::uint64_t Esferas() const { return esferas; }
+  [[nodiscard]] std::uint64_t Exactas() const { return exactas; }
+
+ private:
+  /// A face of the boundary.
+  struct CBorde {
+    unsigned v[3];        ///< local numbers of its vertices, ascending by point number
+    std::uint32_t fuera;  ///< the tetrahedron behind it, 0 for none
+    std::uint8_t suCara;  ///< which face of that one
+    bool grabado;
+    /// Faces across the edges 12, 13, 23, times 4, plus 1 to 3 by its edge. At first: the condemned tetrahedron, and
+    /// which face of it this is.
+    std::uint32_t vecino[3];
+  };
+  struct CVertice {
+    CCoor3D<int>* punto;
+    int num;
+    int rango;  ///< place among the vertices by number
+  };
+  struct CCasilla {
+    CCoor3D<int> const* punto = nullptr;
+    std::uint32_t vez = 0;
+    unsigned vertice = 0;
+  };
+
+  void Condena(CTetraedro* t, std::uint32_t numero);
+  void PonBorde(CTetraedro const* t, unsigned cara, CTetraedro* fuera, std::uint32_t numeroFuera, std::uint32_t numero);
+  [[nodiscard]] unsigned Vertice(CCoor3D<int>* punto);
+  void Amplia();
+  void Ordena();
+  [[nodiscard]] bool Empareja();
+
+  std::size_t condenados = 0, cantidad = 0, vertices = 0;
+  std::size_t condenadoActual = 0;  ///< whose faces are being looked at
+  std::vector<CTetraedro*> cavidad, sitios;
+  std::vector<std::uint32_t> numeros;  ///< of the condemned
+  std::vector<CBorde> bordes;
+  std::vector<CVertice> vertice;
+  std::vector<CCasilla> casillas;  ///< hash of the vertices, emptied by counting
+  std::uint32_t vez = 0;
+  std::vector<std::uint16_t> aristas;  ///< by two local numbers: the face and edge that waits for its partner
+  std::vector<int> claves;
+  std::vector<unsigned> orden;
+  // Columns.
+  std::vector<double> vx, vy, vz;  ///< of the vertices, relative to the point
+  std::vector<double> ax, ay, az, bx, by, bz, cx, cy, cz;
+  std::vector<double> ox, oy, oz, radio2, margen, radio, volumen6, tamano, error;
+  std::vector<std::int64_t> fuera;
+  std::uint64_t esferas = 0, exactas = 0;
+};
+
+}  // namespace Meseta47

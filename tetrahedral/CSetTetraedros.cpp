@@ -1,0 +1,161 @@
+#include "tetrahedral/CSetTetraedros.h"
+
+#include <algorithm>
+
+#include "tetrahedral/CSetTetraedros_Borrador.h"
+
+namespace Meseta47 {
+
+namespace {
+
+/// The least double that rounds, halves to even, to an integer above `n`.
+double MenorSobre(int n) {
+  const double medio = n + 0.5;
+  return n % 2 != 0 ? medio : std::nextafter(medio, HUGE_VAL);
+}
+/// The greatest double that rounds, halves to even, to an integer below `n`.
+double MayorBajo(int n) {
+  const double medio = n - 0.5;
+  return n % 2 != 0 ? medio : std::nextafter(medio, -HUGE_VAL);
+}
+
+}  // namespace
+
+CSetTetraedros::CSetTetraedros(unsigned nivelInicial) : nivel(nivelInicial) {}
+
+CSetTetraedros::CSetTetraedros(CSetTetraedros const& o) { *this = o; }
+
+CSetTetraedros& CSetTetraedros::operator=(CSetTetraedros const& o) {
+  if (this == &o) return *this;
+  Vacia();
+  nivel = o.nivel;
+  centro = o.centro;
+  maximas = o.maximas;
+  padre = o.padre;
+  cantidad = o.cantidad;
+  posiblesVecinos = o.posiblesVecinos;
+  numLista = o.numLista;
+  modificado = o.modificado;
+  corteX = o.corteX;
+  corteY = o.corteY;
+  corteZ = o.corteZ;
+  if (o.hijos == nullptr) return *this;
+  hijos = new CSetTetraedros[kHijos];
+  for (unsigned i = 0; i < kHijos; ++i) {
+    hijos[i] = o.hijos[i];
+    hijos[i].padre = this;
+  }
+  return *this;
+}
+
+CSetTetraedros::~CSetTetraedros() {
+  clear();
+  delete[] hijos;
+}
+
+void CSetTetraedros::Vacia() {
+  clear();
+  borrador.reset();  // it remembers children that now go
+  delete[] hijos;
+  hijos = nullptr;
+  cerrado = false;
+  posiblesVecinos.clear();
+}
+
+//           low y   high y          Seen from above; 4 is added for the upper half.
+//   low x     2        0
+//   high x    3        1
+CMaximas<int> CSetTetraedros::CajaHijo(unsigned i) const {
+  CMaximas<int> caja(maximas);
+  ((i & 1U) != 0 ? caja.Minimo.x : caja.Maximo.x) = centro.x;
+  ((i & 2U) != 0 ? caja.Maximo.y : caja.Minimo.y) = centro.y;
+  ((i & 4U) != 0 ? caja.Minimo.z : caja.Maximo.z) = centro.z;
+  return caja;
+}
+
+void CSetTetraedros::PonCentro() {
+  centro = maximas.Centro(true);
+  corteX = {MayorBajo(centro.x), MenorSobre(centro.x)};
+  corteY = {MayorBajo(centro.y), MenorSobre(centro.y)};
+  corteZ = {MayorBajo(centro.z), MenorSobre(centro.z)};
+}
+
+void CSetTetraedros::HazHijos() {
+  hijos = new CSetTetraedros[kHijos];
+  for (unsigned i = 0; i < kHijos; ++i) {
+    hijos[i].nivel = nivel + 1;
+    hijos[i].padre = this;
+    hijos[i].maximas = CajaHijo(i);
+  }
+}
+
+void CSetTetraedros::EstableceDivisiones(CMaximas<int> const& caja, bool crea) {
+  maximas = caja;
+  PonCentro();
+  if (crea) HazHijos();
+}
+
+void CSetTetraedros::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
+  EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
+  if (hijos == nullptr) return;
+  for (unsigned i = 0; i < kHijos; ++i) hijos[i].EstableceDivisiones(n >> 3, CajaHijo(i));
+}
+
+unsigned CSetTetraedros::CantidadNiveles() const {
+  unsigned mayor = nivel;
+  for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) mayor = std::max(mayor, hijos[i].CantidadNiveles());
+  return nivel == 0 ? mayor + 1 : mayor;
+}
+
+unsigned CSetTetraedros::CantidadTotal() const {
+  unsigned suma = cantidad;
+  for (unsigned i = 0; !cerrado && hijos != nullptr && i < kHijos; ++i) suma += hijos[i].CantidadTotal();
+  return suma;
+}
+
+CSetTetraedros* CSetTetraedros::GetNivel0() {
+  CSetTetraedros* raiz = this;
+  while (raiz->padre != nullptr) raiz = raiz->padre;
+  return raiz;
+}
+
+int CSetTetraedros::BuscaHijo(CCoor3D<int> const& p) const {
+  if (hijos == nullptr) return -1;
+  return (p.x < centro.x ? 0 : 1) + (p.y < centro.y ? 2 : 0) + (p.z < centro.z ? 0 : 4);
+}
+
+int CSetTetraedros::BuscaHijo(CMaximas<int> const& caja) const {
+  if (hijos == nullptr) return -1;
+  const bool bajoX = caja.Maximo.x<centro.x, altoX = caja.Minimo.x> centro.x;
+  const bool bajoY = caja.Maximo.y<centro.y, altoY = caja.Minimo.y> centro.y;
+  const bool bajoZ = caja.Maximo.z<centro.z, altoZ = caja.Minimo.z> centro.z;
+  if (!(bajoX || altoX) || !(bajoY || altoY) || !(bajoZ || altoZ)) return -1;
+  return (bajoX ? 0 : 1) + (bajoY ? 2 : 0) + (bajoZ ? 0 : 4);
+}
+
+CSetTetraedros* CSetTetraedros::DameHijo(CCoor3D<int> const& p) {
+  CSetTetraedros* s = this;
+  while (s->hijos != nullptr) s = &s->hijos[s->BuscaHijo(p)];
+  return s;
+}
+
+bool CSetTetraedros::ComparaXMax(CMaximas<int> const& a, CMaximas<int> const& b) {
+  const int deA[] = {a.Maximo.x, a.Maximo.y, a.Maximo.z, a.Minimo.x, a.Minimo.y, a.Minimo.z};
+  const int deB[] = {b.Maximo.x, b.Maximo.y, b.Maximo.z, b.Minimo.x, b.Minimo.y, b.Minimo.z};
+  return !std::lexicographical_compare(std::begin(deA), std::end(deA), std::begin(deB), std::end(deB));
+}
+
+CTetraedro* CSetTetraedros::GetActual(bool exige) const {
+  for (CSetTetraedros const* s = this; s != nullptr; s = s->padre) {
+    if (s->cerrado) continue;
+    if ((!exige || s->inicio != nullptr) && !s->inicio->Borrado()) return s->inicio;
+    for (unsigned i = 0; s->hijos != nullptr && i < kHijos; ++i) {
+      // Of a closed child only the mark may be read: the rest is the worker's.
+      CSetTetraedros const& hijo = s->hijos[i];
+      if (!hijo.cerrado && hijo.inicio != nullptr && !hijo.inicio->Borrado()) return hijo.inicio;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,245 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "model/geometry/CMaximas.h"
+#include "tetrahedral/CSetCaras.h"
+#include "tetrahedral/CTetraedro.h"
+
+class CFile;
+
+namespace Meseta47 {
+
+template <class T>
+class CDibujo;
+class CEstrella;
+
+/// A cell of the octree of tetrahedron lists. A tetrahedron sits in the deepest set whose octant wholly holds the box
+/// of its sphere, so what a set and its subtree hold can only be disturbed by a new point inside that octant: once the
+/// octant's last point is in, the set can be closed, cut off from the living mesh and written while the rest grows.
+///
+/// The set at level 0 also holds the list of tetrahedra with a free face, through which new ones find their neighbours,
+/// and the start of the point location walk. A set owns its tetrahedra. Only the inserting thread touches a set that is
+/// not closed; a closed set belongs to the worker that empties it.
+class URDIMBRE_API CSetTetraedros {
+ public:
+  static constexpr unsigned kCapacidad = 150;   ///< a leaf splits when it holds exactly this many tetrahedra
+  static constexpr unsigned kNivelMaximo = 12;  ///< depth at which nothing is divided any more
+  static constexpr unsigned kHijos = 8;
+  static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second walk
+
+  /// Tetrahedra that insertions made and destroyed, and what it took.
+  struct CBalance {
+    std::uint64_t creados = 0, condenados = 0;
+    std::uint64_t esferas = 0;      ///< spheres that a point was tested against
+    std::uint64_t exactas = 0;      ///< tests that doubles could not decide
+    std::uint64_t pasos = 0;        ///< steps of the descents to a first tetrahedron of the cavity
+    std::uint64_t porBusqueda = 0;  ///< points whose cavity was filled through the list of free faces
+  };
+
+  // Close to a plain record; the tree's own invariants are kept by the operations.
+  std::uint32_t nivel = 0;
+  CCoor3D<int> centro;
+  CMaximas<int> maximas;
+  CSetTetraedros* padre = nullptr;
+  bool cerrado = false;
+  CSetTetraedros* hijos = nullptr;  ///< array of 8, owned; null on a leaf. 1 is added for +x, 2 for -y, 4 for +z
+  CTetraedro *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
+  CTetraedro* actual = nullptr;                      ///< added or touched last
+  CTetraedro* inicio = nullptr;                      ///< where a walk starts
+  std::uint32_t cantidad = 0;                        ///< tetrahedra in the own list
+  std::vector<CTetraedro*> posiblesVecinos;          ///< tetrahedra with a free face; level 0 only
+  std::uint32_t numLista = 0;                        ///< the caller's
+  bool modificado = true;                            ///< something changed since `SetModificado(false)`
+
+  // --- life ---
+  explicit CSetTetraedros(unsigned nivelInicial = 0);
+  /// Copy the tree, its boxes and counters, and none of the tetrahedra: the lists of the copy are empty.
+  CSetTetraedros(CSetTetraedros const& o);
+  CSetTetraedros& operator=(CSetTetraedros const& o);
+  ~CSetTetraedros();
+  /// Destroys the tetrahedra of the own list; at a root with children those of the tree, on a pool of threads. The
+  /// children stay.
+  void clear();
+  /// Back to a root without tetrahedra, children and closure, its level kept.
+  void Vacia();
+
+  // --- the tree ---
+  /// Sets the box and its centre; with `crea` makes the eight children.
+  void EstableceDivisiones(CMaximas<int> const& caja, bool crea);
+  /// Divides in advance for `n` evenly spread tetrahedra.
+  void EstableceDivisiones(unsigned n, CMaximas<int> const& caja);
+  [[nodiscard]] bool TieneHijos() const { return hijos != nullptr; }
+  /// Child `i`; null for 8 and more. Only on a set that has children.
+  [[nodiscard]] CSetTetraedros* Hijo(unsigned i) { return i < kHijos ? &hijos[i] : nullptr; }
+  /// Child that the point falls in, -1 on a leaf. A point on a centre plane goes to the high side.
+  [[nodiscard]] int BuscaHijo(CCoor3D<int> const& p) const;
+  /// Child that wholly holds the box, -1 on a leaf or when the box touches a centre plane.
+  [[nodiscard]] int BuscaHijo(CMaximas<int> const& caja) const;
+  /// The leaf that the point falls in.
+  [[nodiscard]] CSetTetraedros* DameHijo(CCoor3D<int> const& p);
+  /// Greatest level of the subtree, plus 1 when called at level 0.
+  [[nodiscard]] unsigned CantidadNiveles() const;
+
+  [[nodiscard]] unsigned Cantidad() const { return cantidad; }
+  /// Tetrahedra of the subtree; of the own list alone once closed.
+  [[nodiscard]] unsigned CantidadTotal() const;
+  [[nodiscard]] CTetraedro* Primero() const { return primero; }
+  [[nodiscard]] unsigned GetNumLista() const { return numLista; }
+  void SetNumLista(unsigned n) { numLista = n; }
+  [[nodiscard]] bool EsModificado() const { return modificado; }
+  void SetModificado(bool b) { modificado = b; }
+  void VaciaPosiblesVecinos() { posiblesVecinos.clear(); }
+
+  // --- filing ---
+  /// Files a copy of the tetrahedron by the box of its sphere. For a face with `busca...` set a neighbour is searched
+  /// by the face's points, in the list of free faces and, with `buscaLista`, while that is empty, in the root's own
+  /// list; for a face without, the neighbour that the tetrahedron has is told. With `sinRepetir` a tetrahedron of the
+  /// same four points is not filed twice. False when it was not filed: for that reason, or because its octant is
+  /// closed.
+  bool Inserta(CTetraedro& t, bool busca123, bool busca124, bool busca134, bool busca234, bool buscaLista,
+               bool sinRepetir);
+  /// Takes the tetrahedron out of the list without destroying it. With `anota` its neighbours join the list of free
+  /// faces.
+  void Borra(CTetraedro* t, bool anota);
+
+  // --- searches ---
+  /// The tetrahedron that has the face; `codigo` takes which of its faces it is, as `ContieneCara` tells. While the
+  /// list of free faces holds anything it alone is searched, and a tetrahedron whose last free face this is leaves it;
+  /// else, with `buscaLista`, this set's own list. Null when there is none, or for a closed set.
+  CTetraedro* GetContieneCara(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, unsigned& codigo,
+                              bool buscaLista);
+  /// Finds and marks the cavity of `p`: the tetrahedra whose spheres hold it. Their faces go to `caras`, they
+  /// themselves to `implicados`; the mesh stays as it is but for the marks. Called on the root. 0: done, and the caller
+  /// destroys them. 1: `p` lies outside this set (never at level 0). 2: no start, or its set is closed. 3: `p` falls on
+  /// a vertex of the cavity; the caller clears the marks. 4: no sphere holds `p`. `visitados` counts the tetrahedra of
+  /// the walk, `rechazados` those around the cavity that don't hold `p`.
+  int Implicados(CCoor3D<int>& p, CSetCaras& caras, std::vector<CTetraedro*>& implicados, unsigned& visitados,
+                 unsigned& rechazados, CTetraedro* inicial);
+  /// Inserts a point into the mesh: its cavity gives way to one tetrahedron from the point to each face of its
+  /// boundary, filed and linked, in the order of the faces. What `Implicados`, `CSetCaras::BorraDuplicadas` and
+  /// `Inserta` do one after another, with the same outcome, several times as fast. Called on the root; `cerca` is an
+  /// open set on the point's path down the tree. Answers and counters as those of `Implicados`, but that the start is
+  /// first brought close to the point, and 5 for a point coplanar with a face of its cavity; `implicados` is the size
+  /// of the cavity. After 1 to 5 the mesh is as it was.
+  int InsertaPunto(CCoor3D<int>* p, CSetTetraedros& cerca, CTetraedro* desde, unsigned& implicados, unsigned& visitados,
+                   unsigned& rechazados, CBalance& balance);
+  /// A living tetrahedron near this set: its own start, a child's, an ancestor's. Without `exige` the caller knows that
+  /// this set has a start.
+  [[nodiscard]] CTetraedro* GetActual(bool exige) const;
+
+  // --- queries on the tree ---
+  /// The four faces of every unmarked tetrahedron of the subtree that is not in a closed set.
+  void GetCaras(CSetCaras& caras) const;
+  /// Faces of the subtree without a neighbour, each with its own tetrahedron in the neighbour's place.
+  void CompruebaCarasExteriores(CSetCaras& caras) const;
+  /// The `i`th tetrahedron of the subtree, the children's before the own; null past the end.
+  [[nodiscard]] CTetraedro* Tetraedro(unsigned i) const;
+  /// The `i`th, the own ones before the children's. Beyond the own list each child is asked for the same number, what
+  /// its elder brothers hold not taken off: kept for the hosts that know it so.
+  [[nodiscard]] CTetraedro* GetTetraedroSegunID(int i) const;
+  /// The tetrahedron of the own list with the same point objects in the same positions.
+  [[nodiscard]] CTetraedro* BuscaTetraedro(CTetraedro const& t) const;
+  /// Appends the tetrahedra of the subtree that have the face's three numbers.
+  void BuscaTetraedros(CCara const& cara, std::vector<CTetraedro*>& salida) const;
+  /// Appends the tetrahedra around a point object of the mesh, with a ring around them; some come twice. False, with
+  /// nothing appended, when none is found.
+  bool GetTetraedrosDePunto(CCoor3D<int> const* p, std::vector<CTetraedro*>& salida);
+  /// Appends copies, without links, of the tetrahedra of the subtree whose vertices all have an equal among `puntos`;
+  /// the copies refer to those.
+  void CopiaTetraedros(std::vector<CTetraedro>& salida, std::vector<CCoor3D<int>*> const& puntos) const;
+  /// Appends the tetrahedra in the order of files: own list, then each child.
+  void RellenaVectorPunteros(std::vector<CTetraedro*>& salida) const;
+  /// Appends the sets of the subtree, each after its own subtree; with `soloLlenos` only those that hold tetrahedra.
+  void RellenaVectorHijos(std::vector<CSetTetraedros*>& salida, bool soloLlenos);
+
+  // --- removal, closing and emptying ---
+  /// Removes and destroys the tetrahedra with an edge of these two numbers, in the sets whose box holds both points.
+  void BorraContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b);
+  /// Closes the set and its subtree and cuts their tetrahedra off from one another and from the living mesh. Returns
+  /// how many those are; 0 for a set closed already.
+  unsigned QuitaTetraedroActual();
+  /// Spills the tetrahedra of a closed set, its own list first, then each child in order, as `CTetraedro::Salva` does;
+  /// frees them and the children. False when the disk refused any of it: the rest is freed all the same.
+  bool Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades);
+
+  // --- diagnostics ---
+  /// Stamps every tetrahedron of the subtree with the point's number.
+  void ComprobarPuntoNuevo(CCoor3D<int> const& p);
+  /// Walks the subtree.
+  void ComprobarVecinos() const;
+  /// Draws the tree: six lines "LIMITE" around each set. Tetrahedra have no boxes, so `tetraedros` adds nothing.
+  void GraficoMaxMin(CDibujo<int>& dibujo, bool tetraedros) const;
+
+ protected:
+  [[nodiscard]] bool EstaDentro(CMaximas<int> const& caja) const { return maximas.Dentro(caja, 1); }
+  [[nodiscard]] static bool ComparaXMin(CMaximas<int> const& a, CMaximas<int> const& b) { return a < b; }
+  /// Greatest corners, then least ones: whether b is the lesser, or both are equal.
+  [[nodiscard]] static bool ComparaXMax(CMaximas<int> const& a, CMaximas<int> const& b);
+  [[nodiscard]] CSetTetraedros* GetNivel0();
+  bool Inserta(CTetraedro& t, CMaximas<int> const& caja, bool busca123, bool busca124, bool busca134, bool busca234,
+               bool buscaLista, bool sinRepetir);
+  /// Append to this set's list, whatever the name says, a copy of the tetrahedron, or the tetrahedron itself. The box
+  /// is not used.
+  void InsertaOrdenado(CTetraedro const& t, CMaximas<int> const& caja, bool busca123, bool busca124, bool busca134,
+                       bool busca234, bool buscaLista);
+  void InsertaOrdenado(CTetraedro* t, CMaximas<int> const& caja, bool busca123, bool busca124, bool busca134,
+                       bool busca234, bool buscaLista);
+  /// Numbers the tetrahedra of the subtree in the order of files.
+  void SetIdentificadores(int& siguiente);
+
+ private:
+  friend class CEstrella;
+  class CBorrador;
+
+  /// Limits on one axis, in doubles: integers are what a box is compared with once rounded, so it is left as it is and
+  /// the limits are set where rounding turns over.
+  struct CCorte {
+    double bajo = 0, alto = 0;  ///< a box is low up to the one, high from the other
+  };
+
+  void HazHijos();
+  void PonCentro();
+  [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
+  void Divide();
+  void Quita(CTetraedro* t, CSetTetraedros& raiz);
+  void Anexa(CTetraedro* t);
+  void EnlazaPorPuntos(CTetraedro* t, bool const (&busca)[4], bool buscaLista);
+  CTetraedro* BuscaEnPosibles(int a, int b, int c, unsigned& codigo);
+  CTetraedro* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, unsigned& codigo);
+  [[nodiscard]] bool EsAncestroDe(CSetTetraedros const* s) const;
+  CTetraedro* PrimeroQueContiene(CCoor3D<int> const& p, std::int32_t marca, unsigned& visitados);
+  bool CreceCavidad(CCoor3D<int> const& p, CSetCaras& caras, std::vector<CTetraedro*>& implicados,
+                    unsigned& rechazados);
+  int BuscaSemilla(CCoor3D<int> const& p, CTetraedro* desde, CTetraedro*& semilla, unsigned& visitados,
+                   CBalance& balance);
+  int SustituyePorBusqueda(CCoor3D<int>* p, CTetraedro* semilla, unsigned& implicados, unsigned& rechazados,
+                           CBalance& balance);
+  void SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca);
+  [[nodiscard]] static std::int32_t Marca(std::uint32_t insercion);
+  [[nodiscard]] static CSetTetraedros* SetParaCaja(CTetraedro const* t, CSetTetraedros& desde);
+  void VaciaLista();
+
+  CCorte corteX, corteY, corteZ;
+  std::unique_ptr<CBorrador> borrador;  ///< level 0 only
+};
+
+/// Appends at the tail.
+inline void CSetTetraedros::Anexa(CTetraedro* t) {
+  const std::uint32_t numero = t->Numero();
+  t->set = this;
+  ++cantidad;
+  t->ant = CTetraedro::NumeroDe(ultimo);
+  t->sig = 0;
+  if (ultimo != nullptr) {
+    ultimo->sig = numero;
+  } else {
+    primero = t;
+  }
+  ultimo = actual = inicio = t;
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,228 @@
+// One point into the mesh: its cavity gives way to a star of new tetrahedra, linked by construction.
+#include <limits>
+
+#include "tetrahedral/CSetTetraedros.h"
+#include "tetrahedral/CSetTetraedros_Borrador.h"
+
+namespace Meseta47 {
+
+namespace {
+
+enum CRespuesta { HECHA = 0, SIN_INICIO = 2, REPETIDO = 3, SIN_ESFERA = 4, COPLANARIO = 5 };
+
+}  // namespace
+
+void CSetTetraedros::CBorrador::CCamino::Pon(CSetTetraedros& cerca) {
+  if (hoja == &cerca) return;
+  hoja = &cerca;
+  niveles = 0;
+  for (CSetTetraedros* s = &cerca; s != nullptr; s = s->padre) ++niveles;
+  unsigned i = niveles;
+  for (CSetTetraedros* s = &cerca; s != nullptr; s = s->padre) sets[--i] = s;
+  marcos[0] = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL, HUGE_VAL};
+  for (unsigned k = 1; k < niveles; ++k) {
+    CSetTetraedros const& padre = *sets[k - 1];
+    const auto hijo = sets[k] - padre.hijos;
+    CEstrella::CMarco m = marcos[k - 1];
+    if ((hijo & 1) != 0) {
+      m.minX = std::max(m.minX, padre.corteX.alto);
+    } else {
+      m.maxX = std::min(m.maxX, padre.corteX.bajo);
+    }
+    if ((hijo & 2) == 0) {
+      m.minY = std::max(m.minY, padre.corteY.alto);
+    } else {
+      m.maxY = std::min(m.maxY, padre.corteY.bajo);
+    }
+    if ((hijo & 4) != 0) {
+      m.minZ = std::max(m.minZ, padre.corteZ.alto);
+    } else {
+      m.maxZ = std::min(m.maxZ, padre.corteZ.bajo);
+    }
+    marcos[k] = m;
+  }
+}
+
+void CSetTetraedros::CBorrador::CCamino::Situa(CEstrella& estrella) const {
+  estrella.EmpiezaCuenta();
+  for (unsigned k = 1; k < niveles; ++k) estrella.CuentaFuera(marcos[k]);
+}
+
+int CSetTetraedros::InsertaPunto(CCoor3D<int>* p, CSetTetraedros& cerca, CTetraedro* desde, unsigned& implicados,
+                                 unsigned& visitados, unsigned& rechazados, CBalance& balance) {
+  implicados = visitados = rechazados = 0;
+  if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
+  posiblesVecinos.clear();
+  CTetraedro* semilla = nullptr;
+  if (const int fallo = BuscaSemilla(*p, desde, semilla, visitados, balance); fallo != 0) return fallo;
+
+  CEstrella& estrella = borrador->estrella;
+  const std::uint64_t esferas = estrella.Esferas(), exactas = estrella.Exactas();
+  const bool nuevo = estrella.Crece(*p, semilla, Marca(borrador->inserciones));
+  balance.esferas += estrella.Esferas() - esferas;
+  balance.exactas += estrella.Exactas() - exactas;
+  implicados = static_cast<unsigned>(estrella.Condenados());
+  rechazados = static_cast<unsigned>(estrella.Esferas() - esferas) + 1 - implicados;
+  if (!nuevo) return REPETIDO;
+  if (!estrella.Dispone(*p)) {
+    estrella.BorraMarcas();
+    ++balance.porBusqueda;
+    return SustituyePorBusqueda(p, semilla, implicados, rechazados, balance);
+  }
+  if (!estrella.Calcula(*p)) {
+    estrella.BorraMarcas();
+    return COPLANARIO;
+  }
+  balance.condenados += estrella.Condenados();
+  balance.creados += estrella.Cantidad();
+  SustituyeCavidad(p, cerca);
+  return HECHA;
+}
+
+/// The stamps of an insertion, this and the next number: far below all point numbers and their second stamps.
+std::int32_t CSetTetraedros::Marca(std::uint32_t insercion) {
+  return static_cast<std::int32_t>(0x80000000U + 2 * insercion);
+}
+
+/// A first tetrahedron of the cavity. From the better of two starts downhill, to whichever neighbour's sphere gives the
+/// point the least power: that neighbour lies towards the point. Where the way ends, at the border of what lives, the
+/// breadth-first walk goes on.
+int CSetTetraedros::BuscaSemilla(CCoor3D<int> const& p, CTetraedro* desde, CTetraedro*& semilla, unsigned& visitados,
+                                 CBalance& balance) {
+  if (desde != nullptr) inicio = desde;
+  if (inicio == nullptr || inicio->set->cerrado) return SIN_INICIO;
+  ++borrador->inserciones;
+  const double x = p.x, y = p.y, z = p.z;
+  CTetraedro* t = inicio;
+  double exceso = t->Exceso(x, y, z);
+  if (CTetraedro* otro = borrador->ultimoHecho; otro != nullptr && otro->Exceso(x, y, z) < exceso) {
+    t = otro;
+    exceso = t->Exceso(x, y, z);
+  }
+  for (;;) {
+    if (std::abs(exceso) > t->margen ? exceso < 0 : t->EnEsfera(p)) {
+      semilla = t;
+      return HECHA;
+    }
+    ++visitados;
+    CTetraedro* mejor = nullptr;
+    for (unsigned cara = 0; cara < 4; ++cara) {
+      CTetraedro* v = t->Vecino(cara);
+      if (v == nullptr) continue;
+      const double suyo = v->Exceso(x, y, z);
+      if (!(suyo < exceso)) continue;
+      exceso = suyo;
+      mejor = v;
+    }
+    if (mejor == nullptr) break;
+    ++balance.pasos;
+    t = mejor;
+  }
+  inicio = t;
+  semilla = PrimeroQueContiene(p, Marca(borrador->inserciones), visitados);
+  return semilla != nullptr ? HECHA : SIN_ESFERA;
+}
+
+void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
+  CBorrador& b = *borrador;
+  CEstrella& estrella = b.estrella;
+  b.camino.Pon(cerca);
+  b.camino.Situa(estrella);
+  try {
+    estrella.PideSitios();
+  } catch (...) {
+    estrella.BorraMarcas();
+    throw;
+  }
+  for (std::size_t i = 0; i < estrella.Condenados(); ++i) {
+    CTetraedro* t = estrella.Condenado(i);
+    t->set->Quita(t, *this);
+  }
+  estrella.Construye(p);
+  const std::size_t n = estrella.Cantidad();
+  std::size_t i = 0;
+  try {
+    for (; i < n; ++i) {
+      const unsigned cual = estrella.Orden(i);
+      CTetraedro* t = estrella.Nuevo(cual);
+      CSetTetraedros& suyo = b.camino.Set(estrella.Fuera(cual));
+      if (suyo.cantidad >= kCapacidad && suyo.hijos == nullptr && suyo.cantidad == kCapacidad &&
+          suyo.nivel < kNivelMaximo) {
+        suyo.Divide();
+      }
+      CSetTetraedros* s = &suyo;
+      if (&suyo == &cerca && suyo.hijos != nullptr) s = SetParaCaja(t, suyo);
+      s->modificado = true;
+      s->Anexa(t);
+    }
+  } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
+    for (; i < n; ++i) Anexa(estrella.Nuevo(estrella.Orden(i)));
+    throw;
+  }
+  b.ultimoHecho = estrella.Nuevo(estrella.Orden(n - 1));
+}
+
+/// A leaf that was divided meanwhile sends a box on to its children.
+CSetTetraedros* CSetTetraedros::SetParaCaja(CTetraedro const* t, CSetTetraedros& desde) {
+  const CMaximas<int> caja = t->GetMaximasEsfera();
+  CSetTetraedros* s = &desde;
+  for (;;) {
+    if (const int hijo = s->BuscaHijo(caja); hijo >= 0) {
+      s = &s->hijos[hijo];
+    } else if (s->hijos == nullptr && s->cantidad == kCapacidad && s->nivel < kNivelMaximo) {
+      s->Divide();
+    } else {
+      return s;
+    }
+  }
+}
+
+/// The long way, for a cavity whose boundary does not close by itself: faces are paired by sorting, and neighbours
+/// found among the tetrahedra with a free face.
+int CSetTetraedros::SustituyePorBusqueda(CCoor3D<int>* p, CTetraedro* semilla, unsigned& implicados,
+                                         unsigned& rechazados, CBalance& balance) {
+  CSetCaras& caras = borrador->caras;
+  std::vector<CTetraedro*>& condenados = borrador->implicados;
+  caras.clear();
+  condenados.clear();
+  unsigned visitados = 0;
+  const std::int32_t antes = semilla->identificador;
+  semilla->identificador = 0;
+  const int respuesta = Implicados(*p, caras, condenados, visitados, rechazados, semilla);
+  if (condenados.empty()) semilla->identificador = antes;
+  const auto sueltaMarcas = [&condenados] {
+    for (CTetraedro* t : condenados) t->SetBorrado(false);
+  };
+  if (respuesta != 0) {
+    sueltaMarcas();
+    return respuesta;
+  }
+  caras.BorraDuplicadas();
+  std::vector<CTetraedro> nuevos;
+  nuevos.reserve(caras.size());
+  for (CCara const& cara : caras) {
+    nuevos.emplace_back(cara.P1(), cara.P2(), cara.P3(), p);
+    if (nuevos.back().radio == 0.0) {
+      sueltaMarcas();
+      return COPLANARIO;
+    }
+    auto* fuera = static_cast<CTetraedro*>(cara.Tetra());
+    if (fuera != nullptr && fuera->Borrado()) fuera = nullptr;
+    nuevos.back().SetVecino123(fuera, cara.D12(), cara.D13(), cara.D23(), cara.Grabado());
+  }
+  implicados = static_cast<unsigned>(condenados.size());
+  balance.condenados += condenados.size();
+  balance.creados += nuevos.size();
+  borrador->ultimoHecho = nullptr;
+  for (CTetraedro* t : condenados) {
+    t->set->Borra(t, false);
+    delete t;
+  }
+  for (CTetraedro& t : nuevos) {
+    Inserta(t, t.GetMaximasEsfera(), false, true, true, true, false, false);
+    t.clear();  // what is filed is a copy, and the neighbours know that one
+  }
+  return HECHA;
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,61 @@
+// What becomes of the tetrahedra of a set in the end: records in the spill file, and memory.
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/CCriticalSection.h"
+#include "platform/CEvent.h"
+#include "platform/CFile.h"
+#include "platform/Procesadores.h"
+#include "tetrahedral/CHiloLiberarTetraedros.h"
+#include "tetrahedral/CSetTetraedros.h"
+#include "tetrahedral/CSetTetraedros_Borrador.h"
+
+namespace Meseta47 {
+
+bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades) {
+  CSetTetraedros* raiz = GetNivel0();
+  // Closing has seen to it already; a set that is spilled without having been closed lets go of the start here.
+  if (!cerrado && raiz->inicio != nullptr && raiz->inicio->set == this) {
+    raiz->inicio = nullptr;
+    for (CSetTetraedros* s = padre; s != nullptr && raiz->inicio == nullptr; s = s->padre) raiz->inicio = s->actual;
+  }
+  actual = inicio = nullptr;
+  bool bien = true;
+  if (cantidad != 0) {
+    std::vector<std::int32_t> registros;  // one block a set: 12 bytes a face
+    for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->Salva(registros, limite, todas, intensidades);
+    // Not before: should memory give out above, the set still owns its tetrahedra.
+    for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->BorraMisVecinos();
+    CTetraedro::DestruyeLista(std::exchange(primero, nullptr));
+    ultimo = nullptr;
+    cantidad = 0;
+    if (!registros.empty()) bien = fichero->Write(registros.data(), registros.size() * sizeof(std::int32_t));
+  }
+  const std::unique_ptr<CSetTetraedros[]> susHijos(std::exchange(hijos, nullptr));
+  if (susHijos == nullptr) return bien;
+  for (unsigned i = 0; i < kHijos; ++i) bien = susHijos[i].Salva(fichero, limite, todas, intensidades) && bien;
+  return bien;
+}
+
+void CSetTetraedros::VaciaLista() {
+  CTetraedro::DestruyeLista(std::exchange(primero, nullptr));
+  ultimo = actual = inicio = nullptr;
+  cantidad = 0;
+  modificado = true;
+}
+
+void CSetTetraedros::clear() {
+  if (borrador != nullptr) borrador->ultimoHecho = nullptr;
+  if (padre == nullptr && nivel == 0 && hijos != nullptr) {
+    std::vector<CSetTetraedros*> sets;
+    for (unsigned i = 0; i < kHijos; ++i) hijos[i].RellenaVectorHijos(sets, true);
+    if (cantidad != 0) sets.push_back(this);
+    // The last one stays out: the root, which is emptied below, or a set that its own destructor empties.
+    if (!sets.empty()) sets.pop_back();
+    CHiloLiberarTetraedros::Libera(sets);
+  }
+  VaciaLista();
+}
+
+}  // namespace Meseta47
