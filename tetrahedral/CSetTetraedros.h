@@ -165,6 +165,8 @@ class URDIMBRE_API CSetTetraedros {
   /// Spills the tetrahedra of a closed set, its own list first, then each child in order, as `CTetraedro::Salva` does;
   /// frees them and the children. False when the disk refused any of it: the rest is freed all the same.
   bool Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades);
+  /// The same with every tetrahedron as a record of its four numbers.
+  bool SalvaEnteros(CFile* fichero);
 
   // --- diagnostics ---
   /// Stamps every tetrahedron of the subtree with the point's number.
@@ -222,6 +224,8 @@ class URDIMBRE_API CSetTetraedros {
   [[nodiscard]] static std::int32_t Marca(std::uint32_t insercion);
   [[nodiscard]] static CSetTetraedros* SetParaCaja(CTetraedro const* t, CSetTetraedros& desde);
   void VaciaLista();
+  template <class F>
+  bool VaciaEn(CFile* fichero, F const& registra);
 
   CCorte corteX, corteY, corteZ;
   std::unique_ptr<CBorrador> borrador;  ///< level 0 only

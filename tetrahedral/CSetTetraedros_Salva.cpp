@@ -13,7 +13,10 @@
 
 namespace Meseta47 {
 
-bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades) {
+/// Takes what the set holds out of it, own list first, and writes what `registra` makes of each tetrahedron: one block
+/// a set.
+template <class F>
+bool CSetTetraedros::VaciaEn(CFile* fichero, F const& registra) {
   CSetTetraedros* raiz = GetNivel0();
   // Closing has seen to it already; a set that is spilled without having been closed lets go of the start here.
   if (!cerrado && raiz->inicio != nullptr && raiz->inicio->set == this) {
@@ -23,19 +26,29 @@ bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vecto
   actual = inicio = nullptr;
   bool bien = true;
   if (cantidad != 0) {
-    std::vector<std::int32_t> registros;  // one block a set: 12 bytes a face
-    for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->Salva(registros, limite, todas, intensidades);
+    std::vector<std::int32_t> registros;
+    for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) registra(*t, registros);
     // Not before: should memory give out above, the set still owns its tetrahedra.
     for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->BorraMisVecinos();
-    CTetraedro::DestruyeLista(std::exchange(primero, nullptr));
-    ultimo = nullptr;
-    cantidad = 0;
+    VaciaLista();
     if (!registros.empty()) bien = fichero->Write(registros.data(), registros.size() * sizeof(std::int32_t));
   }
   const std::unique_ptr<CSetTetraedros[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;
-  for (unsigned i = 0; i < kHijos; ++i) bien = susHijos[i].Salva(fichero, limite, todas, intensidades) && bien;
+  for (unsigned i = 0; i < kHijos; ++i) bien = susHijos[i].VaciaEn(fichero, registra) && bien;
   return bien;
+}
+
+bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades) {
+  return VaciaEn(fichero, [=](CTetraedro& t, std::vector<std::int32_t>& registros) {
+    t.Salva(registros, limite, todas, intensidades);
+  });
+}
+
+bool CSetTetraedros::SalvaEnteros(CFile* fichero) {
+  return VaciaEn(fichero, [](CTetraedro& t, std::vector<std::int32_t>& registros) {
+    for (unsigned i = 0; i < 4; ++i) registros.push_back(t.Num(i));
+  });
 }
 
 void CSetTetraedros::VaciaLista() {

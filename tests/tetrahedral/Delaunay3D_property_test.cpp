@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "support/SpaceFamilies.h"
+#include "support/SpaceRun.h"
+
+using namespace Meseta47;
+using namespace Meseta47::support;
+using namespace Meseta47::test;
+
+namespace {
+
+struct Cloud {
+  SpaceFamily kind;
+  std::size_t size;
+  std::string recipe;
+};
+
+std::vector<Cloud> Clouds(std::vector<std::size_t> const& sizes) {
+  std::vector<Cloud> clouds;
+  for (const SpaceFamily kind : kSpaceFamilies) {
+    for (const std::size_t n : sizes) {
+      // Points on one sphere condemn nearly the whole mesh of one another.
+      const bool cospherical = kind == SpaceFamily::Sphere && n > 20000;
+      clouds.push_back({kind, cospherical ? 20000 : n, std::string(name(kind)) + "_" + std::to_string(n)});
+    }
+  }
+  return clouds;
+}
+
+class HardSpaces : public testing::TestWithParam<Cloud> {};
+
+void ExpectSound(std::vector<Point> const& points, bool spill, unsigned fineness) {
+  const LinkedInSpace linked = LinkInSpace(points, spill, fineness);
+  ASSERT_EQ(linked.code, kHecho);
+  EXPECT_EQ(linked.mesh.corners, cubeAround(points));
+  EXPECT_EQ(cubeTilingFaults(linked.mesh, inspect(linked.mesh)), "");
+  EXPECT_EQ(linked.summary.duplicados, points.size() - distinctPlaces(points));
+  EXPECT_EQ(linked.summary.perdidos, std::vector<int>());
+  EXPECT_EQ(linked.summary.enlazados, linked.mesh.tetrahedra.size());
+}
+
+TEST_P(HardSpaces, TetrahedraTileTheFrameExactlyInRandomOrder) {
+  SCOPED_TRACE(GetParam().recipe);
+  ExpectSound(spaceFamily(GetParam().kind, GetParam().size, 1), false, 1);
+}
+
+TEST_P(HardSpaces, TetrahedraTileTheFrameExactlyAlongACurveAndSpilled) {
+  SCOPED_TRACE(GetParam().recipe);
+  ExpectSound(alongACurve(spaceFamily(GetParam().kind, GetParam().size, 2)), true, 1);
+}
+
+TEST_P(HardSpaces, TetrahedraTileTheFrameExactlySortedAndInFinerCells) {
+  SCOPED_TRACE(GetParam().recipe);
+  std::vector<Point> points = spaceFamily(GetParam().kind, GetParam().size, 3);
+  std::sort(points.begin(), points.end());
+  ExpectSound(points, true, 27);
+}
+
+INSTANTIATE_TEST_SUITE_P(Small, HardSpaces, testing::ValuesIn(Clouds({2, 3, 4, 5, 6, 7, 8, 9, 10, 200})),
+                         [](auto const& test) { return test.param.recipe; });
+INSTANTIATE_TEST_SUITE_P(Large, HardSpaces, testing::ValuesIn(Clouds({3000})),
+                         [](auto const& test) { return test.param.recipe; });
+
+}  // namespace

@@ -1,0 +1,171 @@
+// The linking pass: frame, temporary file, worker, seeds, all other points, and the wait for the worker.
+#include <algorithm>
+#include <chrono>
+
+#include "model/threads/CMarcha.h"
+#include "model/threads/IPorcentaje.h"
+#include "run/Recorrido.h"
+#include "tetrahedral/CTriangulacion3D.h"
+#include "tetrahedral/CTriangulacion3D_Guarda.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr unsigned kMensajeEnlaza = 19021;
+constexpr wchar_t kNombreDeReserva[] = L"Triangulacion3D.tmp";
+
+class CCronometro {
+ public:
+  explicit CCronometro(double& losSegundos) : segundos(losSegundos) {}
+  CCronometro(CCronometro const&) = delete;
+  CCronometro& operator=(CCronometro const&) = delete;
+  ~CCronometro() { segundos = std::chrono::duration<double>(std::chrono::steady_clock::now() - desde).count(); }
+
+ private:
+  double& segundos;
+  std::chrono::steady_clock::time_point desde = std::chrono::steady_clock::now();
+};
+
+}  // namespace
+
+void CTriangulacion3D::EstableceDivisiones(CDivisiones& celda, CSetTetraedros& set) {
+  set.EstableceDivisiones(celda.maximas, celda.hijos != nullptr);
+  celda.setAsociado = &set;
+  for (unsigned i = 0; celda.hijos != nullptr && i < CDivisiones::kHijos; ++i) {
+    EstableceDivisiones(celda.hijos[i], set.hijos[i]);
+  }
+}
+
+/// Drops what an earlier linking left: its worker, queue, file and mesh.
+void CTriangulacion3D::PreparaEnlace() {
+  hiloSalva.Stop();
+  if (evento != nullptr) CloseHandle(evento);
+  evento = nullptr;
+  setsCerrados.Prepara(0);
+  ficheroTemporal.Borra();
+  setRaiz.Vacia();
+  balance = {};
+}
+
+/// Six tetrahedra around the diagonal from -1 to -7.
+void CTriangulacion3D::ConstruyeMarco() {
+  EstableceDivisiones(divisiones, setRaiz);
+  constexpr unsigned kEsquina[6][4] = {{1, 2, 3, 7}, {3, 5, 6, 7}, {3, 4, 5, 7},
+                                       {1, 3, 4, 7}, {4, 5, 7, 8}, {1, 4, 7, 8}};
+  bool enLista = false;
+  for (auto const& e : kEsquina) {
+    CTetraedro t(&esquinas[e[0] - 1], &esquinas[e[1] - 1], &esquinas[e[2] - 1], &esquinas[e[3] - 1]);
+    setRaiz.Inserta(t, true, true, true, true, enLista, false);
+    enLista = true;
+    ++balance.creados;
+  }
+}
+
+int CTriangulacion3D::Abandona(int codigo) {
+  hiloSalva.Stop();
+  ficheroTemporal.Borra();
+  return codigo;
+}
+
+int CTriangulacion3D::InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, bool todas) {
+  unsigned a = 0, b = 0, c = 0;
+  for (CPosicion const& lugar : primerosPuntos) {
+    if (!marcha.Avanza()) return kCancelado;
+    if (lugar.entidad >= dibujo.Cantidad()) continue;
+    CLinea<int> const& linea = dibujo[lugar.entidad];
+    if (lugar.punto >= static_cast<unsigned>(linea.NPuntos())) continue;
+    TriangulaPunto(PuntoDeRun(linea, lugar.punto), lugar.entidad, lugar.punto, a, b, c, false, todas, nullptr, nullptr,
+                   nullptr);
+  }
+  return kHecho;
+}
+
+int CTriangulacion3D::InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool salvar, bool todas) {
+  const CFiltroPuntos filtro(datos, Precision(), dibujo, CFiltroPuntos::CPor::CodigosSiempre);
+  std::size_t cursor = 0;
+  unsigned a = 0, b = 0, c = 0;
+  int codigo = kHecho;
+  RecorrePuntos(dibujo, filtro, nullptr, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+    // Seeds stand in the order of the walk, so one cursor in step is enough.
+    if (cursor < primerosPuntos.size() && primerosPuntos[cursor] == CPosicion(0, entidad, k)) {
+      ++cursor;
+      return true;
+    }
+    if (!marcha.Avanza() || (setsCerrados.EstaLlena() && !EsperaAlHilo(marcha))) {
+      codigo = kCancelado;
+      return false;
+    }
+    TriangulaPunto(PuntoDeRun(e, k), entidad, k, a, b, c, salvar, todas, nullptr, nullptr, nullptr);
+    return true;
+  });
+  return codigo;
+}
+
+int CTriangulacion3D::EnlazaLista(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas) {
+  const CGuarda guarda(*this);
+  const CCronometro cronometro(resumen.segundosEnlaza);
+  IPorcentaje* porcentaje = Progreso();
+  if (porcentaje != nullptr) porcentaje->Fase(nivelMensajes, kMensajeEnlaza);
+  if (cantidadPuntos == 0) return kPocosPuntos;
+
+  PreparaEnlace();
+  ConstruyeMarco();
+  if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
+  setsCerrados.Prepara(primerosPuntos.size());
+  evento = CreateEventW(nullptr, true, true, nullptr);
+  if (evento == nullptr ||
+      !hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), longitudLimite2, todas, escribeEnteros)) {
+    return Abandona(kFicheroInconsistente);
+  }
+  CMarcha marcha(porcentaje, nivelMensajes, cantidadPuntos, static_cast<unsigned>(progresoInicial));
+  cantidadPuntos = 0;  // numbering begins here
+  if (const int codigo = InsertaSemillas(dibujo, marcha, todas); codigo != kHecho) return Abandona(codigo);
+  if (const int codigo = InsertaResto(dibujo, marcha, salvar, todas); codigo != kHecho) return Abandona(codigo);
+  if (salvar) {
+    // The run's last point has closed and queued the root as a rule; queued again it is found empty.
+    Salva(&divisiones);
+    if (!setsCerrados.EsperaTodo([&marcha] { return marcha.Sigue(); })) return Abandona(kCancelado);
+    setsCerrados.Acaba();
+    if (setsCerrados.HaParado()) return Abandona(kCancelado);
+  }
+  return Concluye(salvar);
+}
+
+/// What is spilled is on its way to the disk, or the run has failed: no tetrahedron is lost in silence.
+int CTriangulacion3D::Concluye(bool salvar) {
+  const std::uint64_t vivos = balance.creados - balance.condenados;
+  resumen.picoVivos = std::max(resumen.picoVivos, vivos - setsCerrados.Liberados());
+  resumen.enlazados = vivos;
+  resumen.creados = balance.creados;
+  resumen.pasos = balance.pasos;
+  resumen.esferas = balance.esferas;
+  resumen.exactas = balance.exactas;
+  resumen.porBusqueda = balance.porBusqueda;
+  if (!salvar) return Abandona(kHecho);  // a mesh in memory leaves no file
+  hiloSalva.Stop();
+  CTetraedro::EncogeReserva();
+  if (hiloSalva.FaltoMemoria()) return Abandona(kFicheroInconsistente);
+  return ficheroTemporal.Vuelca() ? kHecho : Abandona(kFicheroInaccesible);
+}
+
+int CTriangulacion3D::RunTetraedros(CDibujo<int>& dibujo) {
+  const CGuarda guarda(*this);
+  dibujo.PonNumerosACero();
+  double segundos = 0;
+  int codigo = kHecho;
+  {
+    const CCronometro cronometro(segundos);
+    codigo = Rellena(dibujo);
+  }
+  resumen.segundosRellena = segundos;
+  if (codigo != kHecho) return codigo;
+  escribeEnteros = true;
+  codigo = EnlazaLista(dibujo, 0, true, true);
+  escribeEnteros = false;
+  if (codigo != kHecho) return codigo;
+  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(nivelMensajes, 0);
+  return kHecho;
+}
+
+}  // namespace Meseta47
