@@ -1,10 +1,12 @@
 // How right the search for high points is, on clouds whose every point was labelled by hand.
 //
 //   bench_accuracy FOLDER [PICTURES]
+//   bench_accuracy --ground [--ablation] FOLDER [PICTURES]
 //
-// FOLDER holds isprs/sampNN.las (class 2 ground, all others objects) and sample_c.las. Each cloud is searched with all
-// its points in class 1: the labels are looked at when the search is over. The parameters come from one small grid; a
-// table gives the set that does best over all samples (greatest mean kappa), and another the best set of each.
+// The second form is for the ground search: bench/ground.cpp. FOLDER holds isprs/sampNN.las (class 2 ground, all others
+// objects) and sample_c.las. Each cloud is searched with all its points in class 1: the labels are looked at when the
+// search is over. The parameters come from one small grid; a table gives the set that does best over all samples
+// (greatest mean kappa), and another the best set of each.
 //
 // type I: ground points taken as objects, of the ground points; type II: objects left as ground, of the objects; total:
 // all that are wrong, of all points; kappa: Cohen's.
@@ -22,15 +24,17 @@
 #include <string>
 #include <vector>
 
-#include "host/LoadedCloud.h"
+#include "bench/Labelled.h"
 #include "planar/CTriangulacion2D.h"
 
 using namespace Meseta47;
 using namespace Meseta47::host;
+using namespace Meseta47::bench;
+using bench::drawingOf;
 
 namespace {
 
-constexpr std::uint8_t kUnclassified = 1, kGround = 2, kBuilding = 6;
+constexpr std::uint8_t kBuilding = 6;
 constexpr std::size_t kRowsShown = 5;
 constexpr int kDecimals[] = {2, 1};  // that of the files, and a coarser one
 
@@ -58,28 +62,6 @@ std::vector<Parameters> grid() {
   return sets;
 }
 
-struct Confusion {
-  double groundKept = 0, groundLost = 0, objectsFound = 0, objectsMissed = 0;
-
-  [[nodiscard]] double all() const { return groundKept + groundLost + objectsFound + objectsMissed; }
-  [[nodiscard]] double typeOne() const { return groundLost / (groundKept + groundLost); }
-  [[nodiscard]] double typeTwo() const { return objectsMissed / (objectsFound + objectsMissed); }
-  [[nodiscard]] double total() const { return (groundLost + objectsMissed) / all(); }
-  [[nodiscard]] double kappa() const {
-    const double agreed = 1 - total();
-    const double byChance = ((groundKept + groundLost) * (groundKept + objectsMissed) +
-                             (objectsFound + objectsMissed) * (objectsFound + groundLost)) /
-                            (all() * all());
-    return byChance == 1 ? 0 : (agreed - byChance) / (1 - byChance);
-  }
-};
-
-struct Cloud {
-  CDataSemilla seed;
-  std::vector<CCoor3D<int>> points;  // in class 1
-  std::vector<std::uint8_t> truth;
-};
-
 struct Sample {
   std::string name;
   std::map<int, Cloud> clouds;  // by decimals
@@ -89,27 +71,13 @@ struct Sample {
 
 Sample load(std::filesystem::path const& file, HostApp& app) {
   Sample sample{file.stem().string(), {}};
-  for (const int decimals : kDecimals) {
-    LoadOptions options;
-    options.precision = decimals;
-    LoadedCloud loaded = std::move(loadClouds({{file.string()}}, options, app)[0]);
-    Cloud& cloud = sample.clouds[decimals];
-    cloud = {loaded.seed, takePoints(loaded, true), {}};
-    for (CCoor3D<int>& p : cloud.points) {
-      cloud.truth.push_back(p.clasificacion);
-      p.clasificacion = kUnclassified;
-    }
-  }
+  for (const int decimals : kDecimals) sample.clouds[decimals] = bench::load(file, decimals, app);
   return sample;
 }
 
 /// Which points the search takes for objects.
 std::vector<bool> search(Cloud const& cloud, Parameters const& with) {
-  CSetPuntos<int> set(L"CLOUD");
-  set.CLinea<int>::Asigna(std::vector<CCoor3D<int>>(cloud.points));
-  CDibujo<int> drawing(cloud.seed);
-  drawing.tipoNube = 1;
-  drawing.Inserta(std::move(set));
+  CDibujo<int> drawing = drawingOf(cloud);
   unsigned changed = 0;
   CTriangulacion2D triangulation(0, cloud.seed, 1);
   requireDone(triangulation.RunPuntosAltos(drawing, with.distance, with.height, CInfoClasificacion(kBuilding, 0.0, L""),
@@ -118,15 +86,6 @@ std::vector<bool> search(Cloud const& cloud, Parameters const& with) {
   std::vector<bool> found;
   for (CCoor3D<int> const& p : drawing[0].Puntos()) found.push_back(p.clasificacion == kBuilding);
   return found;
-}
-
-Confusion compare(std::vector<std::uint8_t> const& truth, std::vector<bool> const& found) {
-  Confusion c;
-  for (std::size_t i = 0; i < truth.size(); ++i) {
-    const bool ground = truth[i] == kGround;
-    (ground ? (found[i] ? c.groundLost : c.groundKept) : (found[i] ? c.objectsFound : c.objectsMissed)) += 1;
-  }
-  return c;
 }
 
 /// The mean step between the different values that an axis takes, in metres.
@@ -150,30 +109,6 @@ void describe(Sample const& sample) {
              step(cloud, &CCoor3D<int>::x), step(cloud, &CCoor3D<int>::y),
              100 * (1 - static_cast<double>(places.size()) / n),
              std::sqrt(box.Ancho() * box.Alto() / n) / cloud.seed.Precision());
-}
-
-/// One pixel a mean spacing, wrong points over right ones.
-void paint(Cloud const& cloud, std::vector<bool> const& found, std::filesystem::path const& file) {
-  CMaximas<int> box;
-  for (CCoor3D<int> const& p : cloud.points) box.Nuevo(p);
-  const double pixel = std::sqrt(box.Ancho() * box.Alto() / static_cast<double>(cloud.points.size()));
-  const auto width = static_cast<std::size_t>(box.Ancho() / pixel) + 1;
-  const auto height = static_cast<std::size_t>(box.Alto() / pixel) + 1;
-  enum Ink : std::uint8_t { kBlank, kKept, kFound, kLost, kMissed };
-  constexpr std::uint8_t kColours[5][3] = {
-      {255, 255, 255}, {170, 170, 170}, {60, 160, 60}, {220, 40, 40}, {50, 90, 220}};
-  std::vector<std::uint8_t> inks(width * height, kBlank);
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    CCoor3D<int> const& p = cloud.points[i];
-    const auto column = static_cast<std::size_t>((static_cast<double>(p.x) - box.Minimo.x) / pixel);
-    const auto row = static_cast<std::size_t>((static_cast<double>(box.Maximo.y) - p.y) / pixel);
-    const bool ground = cloud.truth[i] == kGround;
-    const Ink ink = ground ? (found[i] ? kLost : kKept) : (found[i] ? kFound : kMissed);
-    inks[row * width + column] = std::max<std::uint8_t>(inks[row * width + column], ink);
-  }
-  std::ofstream out(file, std::ios::binary);
-  out << "P6 " << width << ' ' << height << " 255\n";
-  for (const std::uint8_t ink : inks) out.write(reinterpret_cast<char const*>(kColours[ink]), 3);
 }
 
 void printRow(std::string const& name, Parameters const& with, Confusion const& c) {
@@ -275,31 +210,29 @@ void buildings(Sample const& sample, Parameters const& common) {
   for (Row const& r : rows) print(r);
 }
 
-std::vector<std::filesystem::path> samplesIn(std::filesystem::path const& folder) {
-  std::vector<std::filesystem::path> files;
-  for (auto const& entry : std::filesystem::directory_iterator(folder / "isprs")) {
-    if (entry.path().extension() == ".las") files.push_back(entry.path());
-  }
-  if (files.empty()) throw std::runtime_error((folder / "isprs").string() + " has no .las files");
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2 || argc > 3) {
-    fmt::print(stderr, "bench_accuracy FOLDER [PICTURES]: FOLDER has isprs/ and sample_c.las\n");
+  std::vector<std::string> words(argv + 1, argv + argc);
+  const auto given = [&words](char const* option) { return std::erase(words, option) > 0; };
+  const bool ground = given("--ground"), ablation = given("--ablation");
+  if (words.empty() || words.size() > 2) {
+    fmt::print(stderr,
+               "bench_accuracy [--ground [--ablation]] FOLDER [PICTURES]: FOLDER has isprs/ and sample_c.las\n");
     return 2;
   }
   CommonOptions quiet;
   quiet.quiet = true;
   HostApp app(quiet);
   try {
-    const std::filesystem::path folder(argv[1]);
+    const std::filesystem::path folder(words[0]), pictures(words.size() == 2 ? words[1] : "");
+    if (ground) {
+      groundTables(folder, pictures, ablation, app);
+      return 0;
+    }
     std::vector<Sample> samples;
-    for (auto const& file : samplesIn(folder)) samples.push_back(load(file, app));
-    const Parameters common = tables(samples, argc == 3 ? argv[2] : "");
+    for (auto const& file : lasFilesIn(folder / "isprs")) samples.push_back(load(file, app));
+    const Parameters common = tables(samples, pictures);
     buildings(load(folder / "sample_c.las", app), common);
   } catch (std::exception const& failure) {
     fmt::print(stderr, "bench_accuracy: {}\n", failure.what());

@@ -76,6 +76,12 @@ void requireDone(int code, std::string const& what) {
   if (code == kPocosPuntos) {
     throw Failure(fmt::format("{}: fewer than 3 points are left after the filters; a surface needs 3", what));
   }
+  if (code == kNubeDispersa) {
+    throw Failure(
+        fmt::format("{}: too few points for their extent, so that some must lie far astray: take the part that counts "
+                    "with --bounds",
+                    what));
+  }
   throw Failure(
       fmt::format("{}: {} (code {})", what, AfxGetApp()->TextoMensaje(static_cast<unsigned>(code)).Utf8(), code));
 }

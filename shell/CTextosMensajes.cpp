@@ -21,6 +21,7 @@ CTextosMensajes::CTextosMensajes()
           {1, L"Done"},
           {2, L"Cancelled"},
           {15055, L"There are fewer than three points"},
+          {15056, L"The points are too few for their extent"},
           {15059, L"A file could not be opened, created or written"},
           {15065, L"A file is cut short"},
           {15105, L"The points could not be linked, or a file is inconsistent"},

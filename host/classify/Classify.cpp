@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <optional>
 
 #include "host/CloudReader.h"
 #include "host/Failure.h"
@@ -50,8 +51,12 @@ ProfilePlace placeOf(std::string const& profile, CloudSearch const& search) {
   return {CString("classify ") + CString(search.name()), CString::DesdeUtf8(profile) + L"."};
 }
 
-LoadedCloud load(ClassifyOptions const& options, HostApp& app) {
+LoadedCloud load(ClassifyOptions const& options, bool withSystem, HostApp& app) {
   LoadOptions how = loadOptionsOf(options.cloud);
+  if (withSystem) {
+    how.map.emplace();
+    if (!options.cloud.system.empty()) how.map->system = ReferenceSystem::fromUser(options.cloud.system);
+  }
   how.wayBack = true;
   return std::move(loadClouds({options.cloud.inputs}, how, app).front());
 }
@@ -75,21 +80,28 @@ void requireUnchanged(std::string const& input, FileMarks const& before) {
                   input));
 }
 
-/// Runs the search and gives the classes of the drawing's points. Everything that the run holds is released with it.
+/// The units of a cloud. Throws Failure for a system of angles, in which no length makes sense.
+CloudUnits unitsOf(LoadedCloud const& cloud, std::string const& input) {
+  CloudUnits units;
+  units.aMetre = cloud.seed.Precision();
+  units.known = cloud.system.isKnown();
+  if (!units.known) return units;
+  if (cloud.system.isGeographic()) {
+    throw Failure(fmt::format("{}: lies in {}, in degrees, and the search measures lengths: project it first", input,
+                              cloud.system.label()));
+  }
+  units.metres = cloud.system.unit().metres;
+  const std::optional<PlanUnit> height = cloud.system.heightUnit();
+  units.heightMetres = height ? height->metres : units.metres;
+  return units;
+}
+
+/// Runs the search and gives the classes of the drawing's points.
 void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, std::string const& input, CloudSearch& search,
-               ClassifyReport& report) {
-  CTriangulacion2D triangulation(0, drawing.semilla, filters, 1);
-  const std::uint64_t spill = spillBytes(drawing.nPuntos);
+               SearchOutcome& outcome) {
+  const std::uint64_t spill = search.temporaryBytes(drawing.nPuntos);
   requireTempSpace(spill);
-  const int code = search.run(triangulation, drawing, report.found);
-  // The file of the outline comes beside that of the cloud: as large at the worst, much smaller as a rule.
-  requireRun(code, input, 2 * spill);
-  CResumenPlano const& run = triangulation.Resumen();
-  report.pointsAccepted = run.aceptados;
-  report.seconds.fill = run.segundosRellena;
-  report.seconds.link = run.segundosEnlaza;
-  report.seconds.search = run.segundosBusca - run.segundosContorno;
-  report.seconds.outline = run.segundosContorno;
+  requireRun(search.run(drawing, filters, outcome), input, spill);
 }
 
 void writeCopy(ClassifyOptions const& options, std::vector<std::uint8_t> const& classes, HostApp& app) {
@@ -147,14 +159,14 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
 
   const FileMarks before(inputOf(options));
   ClassifyReport report;
-  LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, app); });
+  LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, search.needsUnits(), app); });
   report.pointsRead = cloud.pointsRead;
-  search.requireSense(cloud.seed.Precision());
+  search.requireSense(unitsOf(cloud, inputOf(options)));
   {
     const bool hilbert = options.cloud.hilbert();
     if (hilbert) app.phase("Ordering");
     CDibujo<int> drawing = timed(report.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
-    runSearch(drawing, filters, inputOf(options), search, report);
+    runSearch(drawing, filters, inputOf(options), search, report.outcome);
     report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
   }
   if (!options.dryRun) {

@@ -19,13 +19,12 @@ struct ClassifyOptions {
 };
 
 struct ClassifySeconds {
-  double read = 0, order = 0, fill = 0, link = 0, search = 0, outline = 0, write = 0, total = 0;
+  double read = 0, order = 0, write = 0, total = 0;
 };
 
 struct ClassifyReport {
   std::uint64_t pointsRead = 0;
-  std::uint64_t pointsAccepted = 0;  ///< within the bounds, and of a class that takes part
-  unsigned found = 0;
+  SearchOutcome outcome;  ///< accepted: within the bounds, and of a class that takes part
   ClassChanges changes;
   ClassifySeconds seconds;
 };

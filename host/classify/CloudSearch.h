@@ -1,10 +1,14 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json_fwd.hpp>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "model/drawing/CDibujo.h"
-#include "planar/CTriangulacion2D.h"
+#include "model/terrain/CDataTriangulacion.h"
 #include "platform/CString.h"
 
 namespace Meseta47::host {
@@ -13,6 +17,23 @@ namespace Meseta47::host {
 struct ProfilePlace {
   CString section;
   CString prefix;
+};
+
+/// What a search counted, and how long it took.
+struct SearchOutcome {
+  std::uint64_t accepted = 0;                                         ///< points that took part
+  std::uint64_t found = 0;                                            ///< those that had the class before included
+  nlohmann::ordered_json details = nlohmann::ordered_json::object();  ///< what it alone has to tell
+  std::vector<std::string> notes;                                     ///< what a person should know of the cloud
+  std::vector<std::pair<std::string, double>> seconds;                ///< by phase, in their order
+};
+
+/// The lengths of a cloud's units.
+struct CloudUnits {
+  double aMetre = 1;        ///< scaled units in a unit of the input
+  double metres = 1;        ///< of a unit of the input in plan
+  double heightMetres = 1;  ///< and in height
+  bool known = true;        ///< false: no system told it, and metres are taken
 };
 
 /// A search over the points of a cloud that gives a class to those it finds: what one `urdimbre classify NAME` has that
@@ -34,16 +55,21 @@ class CloudSearch {
   /// Writes the parameters to the profile; false when they can't be read back from it.
   [[nodiscard]] virtual bool keep(ProfilePlace const& profile) const = 0;
 
-  /// Throws UsageError for a parameter that the search can't take on scaled units of that size.
-  virtual void requireSense(double unitsAMetre) const = 0;
+  /// Throws UsageError for a parameter that the search can't take on such units.
+  virtual void requireSense(CloudUnits const& units) = 0;
   /// The highest class that it may give.
   [[nodiscard]] virtual unsigned char highestTarget() const = 0;
   /// The parameters as a summary tells them.
   [[nodiscard]] virtual nlohmann::ordered_json parameters() const = 0;
 
-  /// Searches the drawing and gives the points found their class. `found` takes their number, those that had the class
-  /// before included. A code of the library.
-  virtual int run(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found) = 0;
+  /// Whether lengths in the search are metres, so that it must know the unit of the cloud, which `requireSense` takes.
+  [[nodiscard]] virtual bool needsUnits() const { return false; }
+  /// What it writes to the folder for temporary files at most, for so many points.
+  [[nodiscard]] virtual std::uint64_t temporaryBytes(std::uint64_t points) const = 0;
+
+  /// Searches the points of the drawing that the filters let through and gives those found their class. A code of the
+  /// library. Everything that the search holds is released with it.
+  virtual int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) = 0;
 };
 
 }  // namespace Meseta47::host

@@ -4,8 +4,10 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/NumberCheck.h"
+#include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
 
@@ -59,9 +61,9 @@ bool HighSearch::keep(ProfilePlace const& profile) const {
          kept.Iterar == data_.Iterar;
 }
 
-void HighSearch::requireSense(double unitsAMetre) const {
-  requireLength("--distance", data_.DistanciaMax, unitsAMetre);
-  requireLength("--height", data_.AlturaMin, unitsAMetre);
+void HighSearch::requireSense(CloudUnits const& units) {
+  requireLength("--distance", data_.DistanciaMax, units.aMetre);
+  requireLength("--height", data_.AlturaMin, units.aMetre);
 }
 
 nlohmann::ordered_json HighSearch::parameters() const {
@@ -71,9 +73,24 @@ nlohmann::ordered_json HighSearch::parameters() const {
           {"single_pass", singlePass()}};
 }
 
-int HighSearch::run(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found) {
-  return triangulation.RunPuntosAltos(drawing, data_.DistanciaMax, data_.AlturaMin, data_.Tipo1, singlePass() ? 1 : 0,
-                                      found, nullptr, nullptr);
+std::uint64_t HighSearch::temporaryBytes(std::uint64_t points) const {
+  // The file of the outline comes beside that of the cloud: as large at the worst, much smaller as a rule.
+  return 2 * spillBytes(points);
+}
+
+int HighSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) {
+  CTriangulacion2D triangulation(0, drawing.semilla, filters, 1);
+  unsigned found = 0;
+  const int code = triangulation.RunPuntosAltos(drawing, data_.DistanciaMax, data_.AlturaMin, data_.Tipo1,
+                                                singlePass() ? 1 : 0, found, nullptr, nullptr);
+  CResumenPlano const& run = triangulation.Resumen();
+  outcome.accepted = run.aceptados;
+  outcome.found = found;
+  outcome.seconds = {{"fill", run.segundosRellena},
+                     {"link", run.segundosEnlaza},
+                     {"search", run.segundosBusca - run.segundosContorno},
+                     {"outline", run.segundosContorno}};
+  return code;
 }
 
 }  // namespace Meseta47::host

@@ -18,10 +18,11 @@ class HighSearch : public CloudSearch {
   void addOptions(CLI::App& verb) override;
   void settle(ProfilePlace const* profile) override;
   [[nodiscard]] bool keep(ProfilePlace const& profile) const override;
-  void requireSense(double unitsAMetre) const override;
+  void requireSense(CloudUnits const& units) override;
   [[nodiscard]] unsigned char highestTarget() const override { return data_.Tipo1.GetTipo(); }
   [[nodiscard]] nlohmann::ordered_json parameters() const override;
-  int run(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found) override;
+  [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override;
+  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) override;
 
  private:
   [[nodiscard]] bool singlePass() const { return data_.Iterar == 0; }

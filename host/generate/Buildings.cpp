@@ -117,7 +117,8 @@ Building Buildings::build(const Lot& lot) const {
   chooseShape(building, random);
   const double storeys = 1.0 + static_cast<double>(floorOf(random.unit() * 3.0));
 
-  building.stands = random.chance(settled(seed, building.x, building.y)) && isFree(lot, building);
+  building.stands =
+      random.chance(std::max(terrain.style().settled, settled(seed, building.x, building.y))) && isFree(lot, building);
   if (building.stands) building.eave = highestGround(building) + 0.4 + 2.9 * storeys;
   return building;
 }

@@ -52,7 +52,7 @@ Scan::Plan Scan::planFor(const ScanOptions& options) {
 Scan::Scan(const ScanOptions& options_)
     : options(options_),
       plan(planFor(options_)),
-      scene(options_.seed),
+      scene(options_.seed, options_.land),
       random(mix(options_.seed + 0xF11647)),
       lineYield(static_cast<double>(plan.linePulses) * kPulseReturns) {
   const double half = plan.side / 2 + 1.0;

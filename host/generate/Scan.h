@@ -15,6 +15,7 @@ struct ScanOptions {
   std::uint64_t points = 0;  ///< exactly as many are delivered
   std::uint64_t seed = 0;
   double density = 8;  ///< points for a square metre of the block, all returns of all strips together; above 0
+  LandStyle land{};
 };
 
 /// An airborne laser scan of a made-up land, classified by what each pulse truly hit. A square block of points /

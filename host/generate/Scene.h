@@ -11,7 +11,8 @@ namespace Meseta47::host {
 /// The whole land of a seed: relief, rivers, roads, houses and trees, without end in any direction. Places are metres
 /// from its centre. Houses and trees remember what they made last: an object serves one thread.
 struct Scene {
-  explicit Scene(std::uint64_t seed) : terrain(seed), buildings(terrain, seed), trees(terrain, buildings, seed) {}
+  explicit Scene(std::uint64_t seed, LandStyle const& style = {})
+      : terrain(seed, style), buildings(terrain, seed), trees(terrain, buildings, seed) {}
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;
 

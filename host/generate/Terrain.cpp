@@ -39,6 +39,12 @@ constexpr Family kRivers{kRiver, 42, 1500, 4, 30, 230, 6, 75};
 constexpr Family kMainRoads{kMain, -46, 750, 4, 10, 260, 0, 1};
 constexpr Family kCrossRoads{kCross, 30, 360, 14, 20, 240, 0, 1};
 
+/// The family with its lines closer, or farther, than usual.
+Family spaced(Family family, double factor) {
+  family.period *= factor;
+  return family;
+}
+
 Value1 lineAt(const Family& family, std::uint64_t seed, std::int64_t index, double along) {
   const std::uint64_t own = cellHash(seed + family.stream, index);
   const Value1 wide = noise1(own, along / family.wideWave);
@@ -100,21 +106,23 @@ double overValley(double relief) {
 
 }  // namespace
 
-Terrain::Terrain(std::uint64_t seed_) : seed(mix(seed_ + 0x5EED)) {}
+Terrain::Terrain(std::uint64_t seed_, LandStyle const& style) : seed(mix(seed_ + 0x5EED)), kind(style) {}
 
 RiverFoot Terrain::river(double x, double y) const {
-  const LineFoot foot = footOn(kRivers, seed, y, x);
+  const LineFoot foot = footOn(spaced(kRivers, kind.riverSpacing), seed, y, x);
   const double width = noise1(seed + kRiver + 5 + static_cast<std::uint64_t>(foot.index), y / 120.0).value;
-  return {foot.distance(), 7.0 + 2.2 * width, kWaterLevel + kRiverSlope * y};
+  return {foot.distance(), kind.riverWidth * (7.0 + 2.2 * width), kWaterLevel + kRiverSlope * y};
 }
 
 LineFoot Terrain::mainRoad(double x, double y) const {
-  LineFoot foot = footOn(kMainRoads, seed, y, x);
+  LineFoot foot = footOn(spaced(kMainRoads, kind.roadSpacing), seed, y, x);
   foot.alongY = true;
   return foot;
 }
 
-LineFoot Terrain::crossRoad(double x, double y) const { return footOn(kCrossRoads, seed, x, y); }
+LineFoot Terrain::crossRoad(double x, double y) const {
+  return footOn(spaced(kCrossRoads, kind.roadSpacing), seed, x, y);
+}
 
 double Terrain::roadDistance(double x, double y) const {
   const double main = mainRoad(x, y).distance(), cross = crossRoad(x, y).distance();
@@ -122,11 +130,11 @@ double Terrain::roadDistance(double x, double y) const {
 }
 
 double Terrain::roadAcross(const LineFoot& foot, double along) const {
-  return lineAt(foot.alongY ? kMainRoads : kCrossRoads, seed, foot.index, along).value;
+  return lineAt(spaced(foot.alongY ? kMainRoads : kCrossRoads, kind.roadSpacing), seed, foot.index, along).value;
 }
 
 bool Terrain::isWood(double x, double y) const {
-  const double patches = noise2(seed + kWood, x / 150.0, y / 150.0).value;
+  const double patches = noise2(seed + kWood, x / 150.0, y / 150.0).value + kind.wood;
   if (patches < -0.15 || patches > 0.45) return patches > 0;
   return patches + 0.45 * noise2(seed + kWood + 1, x / 37.0, y / 37.0).value > 0.13;
 }
@@ -135,7 +143,8 @@ bool Terrain::isWood(double x, double y) const {
 double Terrain::roadHeight(double x, double y) const {
   const RiverFoot water = river(x, y);
   const double hills = smoothStep(water.halfWidth + 8.0, kValley, water.distance);
-  const double land = kBankHeight + (hills > 0 ? hills * overValley(wornRelief(seed, x, y, 3).value) : 0.0);
+  const double land =
+      kBankHeight + (hills > 0 ? hills * overValley(kind.relief * wornRelief(seed, x, y, 3).value) : 0.0);
   const double onBridge = 1.0 - smoothStep(water.halfWidth + kAbutment, water.halfWidth + 55.0, water.distance);
   return water.level + between(land, kBridgeClearance, onBridge);
 }
@@ -162,9 +171,9 @@ Ground Terrain::at(double x, double y) const {
   Ground ground{water.level + bank * (kBankHeight + rough.value), bank * rough.dx, bank * rough.dy};
   if (hills > 0) {
     const Value2 relief = wornRelief(seed, x, y, 6);
-    ground.z += hills * overValley(relief.value);
-    ground.slopeX += hills * relief.dx;
-    ground.slopeY += hills * relief.dy;
+    ground.z += hills * overValley(kind.relief * relief.value);
+    ground.slopeX += hills * kind.relief * relief.dx;
+    ground.slopeY += hills * kind.relief * relief.dy;
   }
 
   const LineFoot cross = crossRoad(x, y), main = mainRoad(x, y);

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "host/generate/LandStyle.h"
+
 namespace Meseta47::host {
 
 /// What the bare earth is covered with.
@@ -39,7 +41,9 @@ class Terrain {
  public:
   static constexpr double kRoadHalfWidth = 3.6;
 
-  explicit Terrain(std::uint64_t seed);
+  explicit Terrain(std::uint64_t seed, LandStyle const& style = {});
+
+  LandStyle const& style() const { return kind; }
 
   Ground at(double x, double y) const;
   double height(double x, double y) const { return at(x, y).z; }
@@ -65,6 +69,7 @@ class Terrain {
   std::uint64_t parcelAt(double x, double y) const;
 
   std::uint64_t seed;
+  LandStyle kind;
 };
 
 }  // namespace Meseta47::host

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/FileError.h"
+#include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
 #include "host/verbs/Verbs.h"
 #include "platform/Proceso.h"
@@ -21,22 +22,18 @@ Json toJson(ClassifyReport const& r, Json parameters) {
   for (auto const& [step, points] : r.changes.counts()) {
     changes.push_back({{"from", step.from}, {"to", step.to}, {"points", points}});
   }
-  return {{"parameters", std::move(parameters)},
-          {"points_read", r.pointsRead},
-          {"points_accepted", r.pointsAccepted},
-          {"found", r.found},
-          {"reclassified", r.changes.total()},
-          {"changes", std::move(changes)},
-          {"seconds",
-           {{"read", r.seconds.read},
-            {"order", r.seconds.order},
-            {"fill", r.seconds.fill},
-            {"link", r.seconds.link},
-            {"search", r.seconds.search},
-            {"outline", r.seconds.outline},
-            {"write", r.seconds.write},
-            {"total", r.seconds.total}}},
-          {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+  Json seconds{{"read", r.seconds.read}, {"order", r.seconds.order}};
+  for (auto const& [phase, took] : r.outcome.seconds) seconds[phase] = took;
+  seconds["write"] = r.seconds.write;
+  seconds["total"] = r.seconds.total;
+  Json json{{"parameters", std::move(parameters)},   {"points_read", r.pointsRead},
+            {"points_accepted", r.outcome.accepted}, {"found", r.outcome.found},
+            {"reclassified", r.changes.total()},     {"changes", std::move(changes)}};
+  json.update(r.outcome.details);
+  json["notes"] = r.outcome.notes;
+  json["seconds"] = std::move(seconds);
+  json["peak_memory_bytes"] = MemoriaResidenteMaxima();
+  return json;
 }
 
 void printSummary(ClassifyReport const& r, ClassifyOptions const& options) {
@@ -47,12 +44,11 @@ void printSummary(ClassifyReport const& r, ClassifyOptions const& options) {
     fmt::print("class      {:>3} to {:<3} {}\n", step.from, step.to, withThousands(points));
   }
   fmt::print("points     {} read, {} accepted, {} found\n", withThousands(r.pointsRead),
-             withThousands(r.pointsAccepted), withThousands(r.found));
-  fmt::print(
-      "seconds    read {:.2f}, order {:.2f}, fill {:.2f}, link {:.2f}, search {:.2f}, outline {:.2f}, write {:.2f}, "
-      "total {:.2f}\n",
-      r.seconds.read, r.seconds.order, r.seconds.fill, r.seconds.link, r.seconds.search, r.seconds.outline,
-      r.seconds.write, r.seconds.total);
+             withThousands(r.outcome.accepted), withThousands(r.outcome.found));
+  for (std::string const& note : r.outcome.notes) fmt::print("note       {}\n", note);
+  std::string phases = fmt::format("read {:.2f}, order {:.2f}", r.seconds.read, r.seconds.order);
+  for (auto const& [phase, took] : r.outcome.seconds) phases += fmt::format(", {} {:.2f}", phase, took);
+  fmt::print("seconds    {}, write {:.2f}, total {:.2f}\n", phases, r.seconds.write, r.seconds.total);
   fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
 }
 
@@ -79,6 +75,11 @@ void addSearch(CLI::App& classify, CommonOptions const& common, Work& work) {
   chosen->search = std::make_unique<Search>();
   CLI::App* verb = classify.add_subcommand(chosen->search->name(), chosen->search->purpose());
   addClassifyOptions(*verb, chosen->options);
+  if (chosen->search->needsUnits()) {
+    verb->add_option("--a-srs", chosen->options.cloud.system,
+                     "Reference system of the input, such as EPSG:25830, for its units (default: what the file says; "
+                     "metres where it says nothing)");
+  }
   chosen->search->addOptions(*verb);
   verb->callback(
       [chosen, &common, &work] { work = [chosen, &common](HostApp& app) { runClassify(*chosen, common, app); }; });
@@ -90,6 +91,7 @@ void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen) {
   CLI::App* verb = program.add_subcommand("classify", "Find points of a kind in a LAS file and give them a class");
   verb->require_subcommand(1);
   addSearch<HighSearch>(*verb, common, chosen);
+  addSearch<GroundSearch>(*verb, common, chosen);
 }
 
 }  // namespace Meseta47::host

@@ -13,7 +13,8 @@ namespace {
 
 struct GenerateOptions {
   std::string output;
-  ScanOptions scan{1000000, 1, 8};
+  ScanOptions scan{1000000, 1, 8, {}};
+  std::string land = "mixed";
 };
 
 /// The system that the coordinates are said to be in, as the record that LAS 1.4 asks for.
@@ -86,7 +87,11 @@ void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen) {
   verb->add_option("--density", options->scan.density, "Points a square metre")
       ->capture_default_str()
       ->check(CLI::Range(0.01, 1000.0));
+  verb->add_option("--land", options->land, "mixed, or mostly one thing: forest, town, river (many, and wide), steep")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"mixed", "forest", "town", "river", "steep"}));
   verb->callback([options, &common, &chosen] {
+    options->scan.land = *landStyle(options->land);
     chosen = [options, &common](HostApp& app) { runGenerate(*options, common, app); };
   });
 }

@@ -5,15 +5,17 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/las/LasReader.h"
 #include "host/las/LasWriter.h"
+#include "model/threads/Codigos.h"
 #include "tests/host/HostScenes.h"
 
 using namespace Meseta47::host;
+using Meseta47::CDataTriangulacion;
 using Meseta47::CDibujo;
 using Meseta47::CInfoClasificacion;
-using Meseta47::CTriangulacion2D;
 using Meseta47::kCancelado;
 using Meseta47::kHecho;
 using testing::ElementsAre;
@@ -32,14 +34,15 @@ class StandIn : public CloudSearch {
   void addOptions(CLI::App&) override {}
   void settle(ProfilePlace const* profile) override { settled = profile == nullptr ? L"" : profile->prefix; }
   [[nodiscard]] bool keep(ProfilePlace const&) const override { return keeps; }
-  void requireSense(double) const override {}
+  void requireSense(CloudUnits const&) override {}
+  [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override { return spillBytes(points); }
   [[nodiscard]] unsigned char highestTarget() const override { return target; }
   [[nodiscard]] nlohmann::ordered_json parameters() const override { return {}; }
-  int run(CTriangulacion2D&, CDibujo<int>& drawing, unsigned& found) override {
+  int run(CDibujo<int>& drawing, CDataTriangulacion const&, SearchOutcome& outcome) override {
     for (int i = 0; i < drawing[0].NPuntos(); ++i) {
       if (!finds(drawing[0].Punto(i).intensidad)) continue;
       drawing[0].SetClasificacion(CInfoClasificacion(target, 0.0, L""), i);
-      ++found;
+      ++outcome.found;
     }
     if (meanwhile) meanwhile();
     return code;

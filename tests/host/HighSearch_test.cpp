@@ -147,7 +147,7 @@ TEST(HighSearch, LengthsMustFitTheScaledUnits) {
     HighSearch search = given(arguments);
     search.settle(nullptr);
     try {
-      search.requireSense(units);
+      search.requireSense({units});
     } catch (UsageError const& error) {
       return error.what();
     }
@@ -166,7 +166,7 @@ TEST(HighSearch, AProfileThatMakesNoSenseIsRefused) {
   session.app().WriteProfileString(kWood.section, kWood.prefix + L"AlturaMin", L"-3");
   HighSearch search;
   search.settle(&kWood);
-  EXPECT_THROW(search.requireSense(100), UsageError);
+  EXPECT_THROW(search.requireSense({100}), UsageError);
 }
 
 class HighSearchFormats : public testing::TestWithParam<unsigned> {};
@@ -207,6 +207,6 @@ TEST(HighSearch, AClassLeftOutIsNeitherSeenNorChanged) {
   HighSearch search;
   const ClassifyReport report = classify(options, search, session.app());
   EXPECT_EQ(report.changes.total(), 0U);
-  EXPECT_LE(report.pointsAccepted, static_cast<std::uint64_t>(kSide * kSide - 16));
+  EXPECT_LE(report.outcome.accepted, static_cast<std::uint64_t>(kSide * kSide - 16));
   EXPECT_EQ(bytesOf(options.output), bytesOf(in));
 }

@@ -128,5 +128,45 @@ TEST(Trees, StemsKeepOffRoadsAndWater) {
   });
 }
 
+// --- lands of one kind ---
+
+TEST(LandStyle, NamesThatAreNoneHaveNone) {
+  EXPECT_TRUE(landStyle("mixed").has_value());
+  EXPECT_FALSE(landStyle("desert").has_value());
+}
+
+/// The share of places for which `holds` is true.
+template <class Holds>
+double share(Holds&& holds) {
+  int hits = 0;
+  atManyPlaces(4000, 400, [&](double x, double y) { hits += holds(x, y) ? 1 : 0; });
+  return hits / 4000.0;
+}
+
+/// The share of a land of a kind for which `holds(scene, x, y)` is true.
+template <class Holds>
+double shareOf(char const* kind, Holds&& holds) {
+  Scene scene(5, *landStyle(kind));
+  return share([&](double x, double y) { return holds(scene, x, y); });
+}
+
+TEST(LandStyle, EachKindHasMoreOfItsOwn) {
+  const auto wood = [](Scene& scene, double x, double y) { return scene.terrain.isWood(x, y); };
+  const auto water = [](Scene& scene, double x, double y) { return scene.terrain.at(x, y).cover == Cover::Water; };
+  const auto roof = [](Scene& scene, double x, double y) {
+    Roof found;
+    return scene.buildings.at(x, y, found);
+  };
+  const auto slope = [](Scene& scene, double x, double y) {
+    const Ground ground = scene.terrain.at(x, y);
+    return std::abs(ground.slopeX) + std::abs(ground.slopeY) > 0.5;
+  };
+  EXPECT_GT(shareOf("forest", wood), 0.95);
+  EXPECT_LT(shareOf("mixed", wood), 0.7);
+  EXPECT_GT(shareOf("river", water), 2 * shareOf("mixed", water));
+  EXPECT_GT(shareOf("town", roof), 1.5 * shareOf("mixed", roof));
+  EXPECT_GT(shareOf("steep", slope), 2 * shareOf("mixed", slope));
+}
+
 }  // namespace
 }  // namespace Meseta47::host

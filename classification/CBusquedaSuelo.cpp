@@ -1,0 +1,113 @@
+#include "classification/CBusquedaSuelo.h"
+
+#include <cmath>
+
+#include "classification/CPuntosSuelo.h"
+#include "classification/CTinSuelo.h"
+#include "classification/FasesSuelo.h"
+#include "model/threads/CAvance.h"
+#include "model/threads/IPorcentaje.h"
+#include "planar/Cronometra.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr unsigned kMensajeRellena = 19020, kMensajeBusca = 19045, kMensajeClases = 39102;
+
+/// The phases between the minima and the classes, on one grid.
+class CFases {
+ public:
+  CFases(CMallaSuelo& laMalla, CConstantesSuelo const& lasK, CDataSuelo const& losDatos, CAvance& elAvance,
+         CTinSuelo& elTin, CResumenSuelo& elResumen)
+      : malla(laMalla), k(lasK), data(losDatos), avance(elAvance), tin(elTin), resumen(elResumen) {}
+
+  int Busca() {
+    if (const int codigo = Separa(); codigo != kHecho) return codigo;
+    if (const int codigo = Crece(); codigo != kHecho) return codigo;
+    return Cronometra(resumen.segundosPozos, [&] {
+      // The surface of the last look for pits is the final one where there were none.
+      if (const int codigo = tin.Construye(malla); codigo != kHecho || !k.pozos) return codigo;
+      return QuitaPozos(malla, k, tin) == 0 ? kHecho : tin.Construye(malla);
+    });
+  }
+
+ private:
+  int Separa() {
+    const auto abre = [this] { return SeparaPorAberturas(malla, k, data, avance) ? kHecho : kCancelado; };
+    QuitaRuidoBajo(malla, k);
+    if (const int codigo = Cronometra(resumen.segundosAberturas, abre); codigo != kHecho || !k.pozos) return codigo;
+    unsigned pozos = 0;
+    const int codigo = Cronometra(resumen.segundosPozos, [&] {
+      const int suyo = tin.Construye(malla);
+      if (suyo == kHecho) pozos = QuitaPozos(malla, k, tin);
+      return suyo;
+    });
+    // What stood beside a pit looked like an object.
+    return codigo != kHecho || pozos == 0 ? codigo : Cronometra(resumen.segundosAberturas, abre);
+  }
+
+  int Crece() {
+    return Cronometra(resumen.segundosCrece, [&] {
+      std::vector<std::uint8_t> crecidos;
+      if (!CreceSuelo(malla, k, crecidos, avance)) return kCancelado;
+      if (k.poda && !PodaSuelo(malla, k, avance)) return kCancelado;
+      if (k.componentes && !RechazaComponentes(malla, k, crecidos, avance)) return kCancelado;
+      return kHecho;
+    });
+  }
+
+  CMallaSuelo& malla;
+  CConstantesSuelo const& k;
+  CDataSuelo const& data;
+  CAvance& avance;
+  CTinSuelo& tin;
+  CResumenSuelo& resumen;
+};
+
+}  // namespace
+
+CBusquedaSuelo::CBusquedaSuelo(CDataSemilla const& laSemilla, CDataTriangulacion const& losFiltros, double metros,
+                               double metrosAltura)
+    : semilla(laSemilla),
+      filtros(losFiltros),
+      metro(metros / laSemilla.Precision()),
+      metroZ(metrosAltura / laSemilla.Precision()) {}
+
+CNivelMensajes CBusquedaSuelo::Mensajes(CNivelMensajes nivel) {
+  const CNivelMensajes antes = mensajes;
+  mensajes = nivel < MENSAJES_NINGUNO || nivel > MENSAJES_NORMALES ? MENSAJES_NINGUNO : nivel;
+  return antes;
+}
+
+int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
+  resumen = {};
+  IPorcentaje* porcentaje = mensajes == MENSAJES_NINGUNO ? nullptr : BuscaPorcentaje();
+  const auto fase = [&](unsigned mensaje, unsigned pasadas) {
+    if (porcentaje != nullptr) porcentaje->Fase(mensajes, mensaje);
+    return CAvance(porcentaje, mensajes, pasadas);
+  };
+  const CPuntosSuelo puntos(dibujo, filtros);
+  CMallaSuelo malla;
+  malla.metro = metro;
+  malla.metroZ = metroZ;
+  malla.origenX = std::llround(semilla.origen[0] * semilla.Precision());
+  malla.origenY = std::llround(semilla.origen[1] * semilla.Precision());
+  CAvance reune = fase(kMensajeRellena, 4);
+  int codigo = Cronometra(resumen.segundosMinimos, [&] { return ReuneMinimos(puntos, constantes, reune, malla); });
+  if (codigo != kHecho) return codigo;
+  resumen.minimos = malla.Minimos();
+  resumen.celda = malla.c;
+  resumen.espaciado = malla.sp;
+
+  CTinSuelo tin(semilla);
+  // Openings once or twice, planes, rounds of growth; planes and a look each for pruning and components.
+  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 1 + constantes.rondas + 4);
+  codigo = CFases(malla, constantes, data, busca, tin, resumen).Busca();
+  if (codigo != kHecho) return codigo;
+  CAvance clasifica = fase(kMensajeClases, 2);
+  return Cronometra(resumen.segundosClasifica,
+                    [&] { return ClasificaPuntos(puntos, malla, constantes, tin, data, clasifica, resumen); });
+}
+
+}  // namespace Meseta47

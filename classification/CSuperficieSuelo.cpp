@@ -1,0 +1,149 @@
+#include "classification/CSuperficieSuelo.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "classification/FasesSuelo.h"
+#include "model/threads/CAvance.h"
+#include "model/threads/Reparto.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+constexpr std::int64_t kAnillos = 64;  // cells: how far ground is looked for outside the triangles
+
+/// Twice the area of (a, b, p), positive where p lies on the right of a-b, as inside a clockwise triangle. Exact where
+/// they lie within 2^26 units of each other.
+template <class A, class B, class P>
+double Derecha(A const& a, B const& b, P const& p) {
+  return Resta(b.y, a.y) * Resta(p.x, a.x) - Resta(b.x, a.x) * Resta(p.y, a.y);
+}
+
+/// Rise over run of the plane through three points, both in scaled units.
+double PendienteFaceta(CPuntoTIN const& a, CPuntoTIN const& b, CPuntoTIN const& c) {
+  const double bx = Resta(b.x, a.x), by = Resta(b.y, a.y), bz = Resta(b.z, a.z);
+  const double cx = Resta(c.x, a.x), cy = Resta(c.y, a.y), cz = Resta(c.z, a.z);
+  const double nx = by * cz - bz * cy, ny = bz * cx - bx * cz;
+  return std::sqrt(nx * nx + ny * ny) / std::abs(bx * cy - by * cx);
+}
+
+}  // namespace
+
+bool CSuperficieSuelo::Prepara(CAvance& avance) {
+  CPlanosSuelo planos;
+  if (!CalculaPlanos(malla, k, avance, planos)) return false;
+  vertices.assign(malla.Minimos(), {});
+  Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta; ++i) {
+      vertices[i].gx = planos.gx[i];
+      vertices[i].gy = planos.gy[i];
+      if (malla.EsSuelo(i)) Mide(i);
+    }
+  });
+  primero.assign(malla.Minimos(), kSinTriangulo);
+  for (auto t = static_cast<std::uint32_t>(tin.tin.Cantidad()); t-- > 0;) {
+    for (const std::uint32_t v : tin.tin.Vertices(t)) primero[tin.vertices[v]] = t;
+  }
+  return true;
+}
+
+void CSuperficieSuelo::Mide(std::size_t i) {
+  CVertice& v = vertices[i];
+  const double gx = static_cast<double>(v.gx), gy = static_cast<double>(v.gy);
+  double suma = 0;
+  unsigned n = 0;
+  malla.Vecinos(i, k.radioPlano * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double) {
+    if (!malla.EsSuelo(j)) return;
+    suma += std::abs(dz - gx * dx - gy * dy);
+    ++n;
+  });
+  v.pendiente = static_cast<float>(std::min(k.mayorPendiente, std::sqrt(gx * gx + gy * gy)));
+  v.rugosidad = n == 0 ? 0 : static_cast<float>(std::min(k.mayorRugosidad, suma / n));
+}
+
+/// Walks over the sides that have the point on their outer side. False at the rim of the surface.
+bool CSuperficieSuelo::Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const {
+  for (std::size_t pasos = 0; pasos <= tin.tin.Cantidad(); ++pasos) {
+    auto const& v = tin.tin.Vertices(triangulo);
+    auto const& vecinos = tin.tin.Vecinos(triangulo);
+    std::uint32_t siguiente = triangulo;
+    for (unsigned lado = 0; lado < 3; ++lado) {
+      const double area = Derecha(tin.tin.puntos[v[lado]], tin.tin.puntos[v[(lado + 1) % 3]], p);
+      // A point on a side lies in both its triangles, and is given to the lower index, whichever way the walk came.
+      if (area > 0 || (area == 0 && vecinos[lado] > triangulo)) continue;
+      siguiente = vecinos[lado];
+      if (area < 0) break;
+    }
+    if (siguiente == triangulo) return true;
+    if (siguiente == kSinTriangulo) return false;
+    triangulo = siguiente;
+  }
+  return false;
+}
+
+CSuperficieSuelo::CLugar CSuperficieSuelo::EnTriangulo(CCoor3D<int> const& p, std::uint32_t triangulo) const {
+  auto const& v = tin.tin.Vertices(triangulo);
+  CPuntoTIN const &a = tin.tin.puntos[v[0]], &b = tin.tin.puntos[v[1]], &c = tin.tin.puntos[v[2]];
+  const double wa = Derecha(b, c, p), wb = Derecha(c, a, p), wc = Derecha(a, b, p);
+  CLugar lugar;
+  lugar.hay = true;
+  lugar.z = a.z + (wb * Resta(b.z, a.z) + wc * Resta(c.z, a.z)) / (wa + wb + wc);
+  double pendiente = 0;
+  for (const std::uint32_t i : v) {
+    CVertice const& vertice = vertices[tin.vertices[i]];
+    pendiente += static_cast<double>(vertice.pendiente) / 3;
+    lugar.rugosidad += static_cast<double>(vertice.rugosidad) / 3;
+  }
+  const double faceta = std::min(k.mayorPendiente, PendienteFaceta(a, b, c) * malla.metroZ / malla.metro);
+  lugar.pendiente = (1 - k.parteFaceta) * pendiente + k.parteFaceta * faceta;
+  return lugar;
+}
+
+/// On the plane of the nearest ground minimum; of equally near ones, the first.
+CSuperficieSuelo::CLugar CSuperficieSuelo::Fuera(CCoor3D<int> const& p) const {
+  const std::int64_t columna = (p.x - malla.x0) / malla.lado, fila = (p.y - malla.y0) / malla.lado;
+  double cerca = -1;
+  std::uint32_t minimo = CMallaSuelo::kNinguno;
+  const auto mira = [&](std::int64_t q, std::int64_t f) {
+    if (q < 0 || q >= malla.columnas || f < 0 || f >= malla.filas) return;
+    const std::uint32_t m = malla.indice[malla.Celda(q, f)];
+    if (m == CMallaSuelo::kNinguno || !malla.EsSuelo(m)) return;
+    const double dx = Resta(p.x, malla.minimos[m].x), dy = Resta(p.y, malla.minimos[m].y), d2 = dx * dx + dy * dy;
+    if (cerca >= 0 && (d2 > cerca || (d2 == cerca && m > minimo))) return;
+    cerca = d2;
+    minimo = m;
+  };
+  for (std::int64_t anillo = 0; anillo <= kAnillos; ++anillo) {
+    const double lejos = static_cast<double>((anillo - 1) * malla.lado);
+    if (cerca >= 0 && anillo > 0 && lejos * lejos > cerca) break;
+    for (std::int64_t f = fila - anillo; f <= fila + anillo; ++f) {
+      const bool orilla = anillo == 0 || f == fila - anillo || f == fila + anillo;
+      for (std::int64_t q = columna - anillo; q <= columna + anillo; q += orilla ? 1 : 2 * anillo) mira(q, f);
+    }
+  }
+  if (cerca < 0) return {};
+  CMinimoSuelo const& m = malla.minimos[minimo];
+  CVertice const& v = vertices[minimo];
+  const double sube = static_cast<double>(v.gx) * Resta(p.x, m.x) + static_cast<double>(v.gy) * Resta(p.y, m.y);
+  return {m.z + sube * malla.metro / malla.metroZ, static_cast<double>(v.pendiente), static_cast<double>(v.rugosidad),
+          true};
+}
+
+CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p, std::uint32_t& pista) const {
+  const std::uint32_t i = malla.indice[malla.CeldaDe(p)];
+  if (i != CMallaSuelo::kNinguno && malla.EsSuelo(i)) {
+    CMinimoSuelo const& m = malla.minimos[i];
+    CVertice const& v = vertices[i];
+    // Several triangles hold a vertex; what is asked of it must not depend on which of them is found.
+    if (m.x == p.x && m.y == p.y) {
+      return {static_cast<double>(m.z), static_cast<double>(v.pendiente), static_cast<double>(v.rugosidad), true};
+    }
+    if (primero[i] != kSinTriangulo) pista = primero[i];
+  }
+  if (pista < tin.tin.Cantidad() && Busca(p, pista)) return EnTriangulo(p, pista);
+  return Fuera(p);
+}
+
+}  // namespace Meseta47

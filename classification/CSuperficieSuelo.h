@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "classification/CConstantesSuelo.h"
+#include "classification/CMallaSuelo.h"
+#include "classification/CTinSuelo.h"
+
+namespace Meseta47 {
+
+class CAvance;
+
+/// The surface through the ground minima, with what the final band needs to know of it. Reading is safe from any number
+/// of threads.
+class CSuperficieSuelo {
+ public:
+  /// The surface at a place.
+  struct CLugar {
+    double z = 0;          ///< scaled units
+    double pendiente = 0;  ///< rise over run
+    double rugosidad = 0;  ///< metres: how far the minima around lie off their planes
+    bool hay = false;      ///< false: far from all ground, and the rest says nothing
+  };
+
+  /// All must outlive the object.
+  CSuperficieSuelo(CMallaSuelo const& laMalla, CConstantesSuelo const& lasK, CTinSuelo const& elTin)
+      : malla(laMalla), k(lasK), tin(elTin) {}
+
+  /// Measures the vertices. False when cancelled.
+  bool Prepara(CAvance& avance);
+
+  /// `pista` is any triangle, to begin at, and takes the one that was found; what is found does not depend on it.
+  [[nodiscard]] CLugar En(CCoor3D<int> const& p, std::uint32_t& pista) const;
+
+ private:
+  struct CVertice {
+    float gx = 0, gy = 0;  ///< of its plane
+    float pendiente = 0, rugosidad = 0;
+  };
+
+  void Mide(std::size_t i);
+  [[nodiscard]] bool Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const;
+  [[nodiscard]] CLugar EnTriangulo(CCoor3D<int> const& p, std::uint32_t triangulo) const;
+  [[nodiscard]] CLugar Fuera(CCoor3D<int> const& p) const;
+
+  CMallaSuelo const& malla;
+  CConstantesSuelo const& k;
+  CTinSuelo const& tin;
+  std::vector<CVertice> vertices;      ///< of each minimum
+  std::vector<std::uint32_t> primero;  ///< of each minimum, a triangle at it
+};
+
+}  // namespace Meseta47

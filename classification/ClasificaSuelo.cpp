@@ -1,0 +1,80 @@
+// The classes of the points, by their height about the surface.
+#include <atomic>
+
+#include "classification/CPuntosSuelo.h"
+#include "classification/CSuperficieSuelo.h"
+#include "classification/FasesSuelo.h"
+#include "model/threads/CAvance.h"
+#include "model/threads/Reparto.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kBloque = 1 << 14;  // points that a thread takes at a time
+constexpr unsigned char kSinClasificar = 1;
+
+/// The band about the surface that is ground, by what the surface is like.
+class CBanda {
+ public:
+  CBanda(CConstantesSuelo const& lasK, CDataSuelo const& losDatos)
+      : k(lasK),
+        data(losDatos),
+        base(data.Banda == 0 ? k.bandaBase : k.estrechaBase),
+        pendiente(data.Banda == 0 ? k.bandaPendiente : k.estrechaPendiente),
+        rugosidad(data.Banda == 0 ? k.bandaRugosidad : k.estrechaRugosidad) {}
+
+  /// The class of a point `altura` metres above the surface that had the class `antes`.
+  [[nodiscard]] unsigned char Clase(CSuperficieSuelo::CLugar const& lugar, double altura, unsigned char antes) const {
+    if (lugar.hay && altura < -k.bandaAbajo * (k.bandaBase + k.bandaAbajoPendiente * lugar.pendiente)) {
+      return data.Ruido.GetTipo();
+    }
+    if (lugar.hay && altura <= base + pendiente * lugar.pendiente + rugosidad * lugar.rugosidad) {
+      return data.Tipo.GetTipo();
+    }
+    return antes == data.Tipo.GetTipo() ? kSinClasificar : antes;
+  }
+
+ private:
+  CConstantesSuelo const& k;
+  CDataSuelo const& data;
+  double base, pendiente, rugosidad;
+};
+
+}  // namespace
+
+int ClasificaPuntos(CPuntosSuelo const& puntos, CMallaSuelo const& malla, CConstantesSuelo const& k,
+                    CTinSuelo const& tin, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen) {
+  CSuperficieSuelo superficie(malla, k, tin);
+  if (!superficie.Prepara(avance)) return kCancelado;
+  const CBanda banda(k, data);
+  // Classes are kept aside until all are known: a cancelled search changes none.
+  VectorCrudo<unsigned char> clases(puntos.Total());
+  std::atomic<std::uint64_t> aceptados{0}, suelo{0}, ruido{0};
+  avance.Pasada(puntos.Total());
+  const auto busca = [&](std::size_t desde, std::size_t hasta) {
+    std::uint32_t pista = 0;
+    std::uint64_t n = 0, s = 0, r = 0;
+    puntos.Recorre(desde, hasta, [&](CCoor3D<int> const& p, std::size_t lugar) {
+      const CSuperficieSuelo::CLugar donde = superficie.En(p, pista);
+      const unsigned char clase = banda.Clase(donde, (p.z - donde.z) * malla.metroZ, p.clasificacion);
+      clases[lugar] = clase;
+      ++n;
+      s += clase == data.Tipo.GetTipo() ? 1U : 0U;
+      r += clase == data.Ruido.GetTipo() ? 1U : 0U;
+    });
+    aceptados += n;
+    suelo += s;
+    ruido += r;
+  };
+  if (!Reparte(puntos.Total(), kBloque, busca, [&](std::size_t hechos) { return avance(hechos); })) return kCancelado;
+  Reparte(puntos.Total(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    puntos.Recorre(desde, hasta, [&](CCoor3D<int>& p, std::size_t lugar) { p.clasificacion = clases[lugar]; });
+  });
+  resumen.aceptados = aceptados;
+  resumen.suelo = suelo;
+  resumen.ruido = ruido;
+  return kHecho;
+}
+
+}  // namespace Meseta47

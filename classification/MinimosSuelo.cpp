@@ -1,0 +1,198 @@
+// The grid of a cloud, and the lowest point of each of its cells.
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <mutex>
+#include <tuple>
+
+#include "classification/CPuntosSuelo.h"
+#include "classification/FasesSuelo.h"
+#include "model/geometry/CMaximas.h"
+#include "model/threads/CAvance.h"
+#include "model/threads/Reparto.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kBloque = 1 << 15;   // points that a thread takes at a time
+constexpr double kLadoArea = 20;           // metres: squares by which the area of a cloud is told
+constexpr double kMayorArea = 1 << 28;     // of these at most
+constexpr double kMayorMalla = 1 << 30;    // cells at most
+constexpr double kCeldasPunto = 16;        // cells for each point at most, once there are more than ...
+constexpr double kCeldasLibres = 1 << 22;  // ... these: sixteen are a corridor that runs across its box
+constexpr int kParte = 8;                  // cells: side of the squares by which the occupied part of a grid is told
+
+std::int64_t PorDebajo(std::int64_t a, std::int64_t b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
+
+/// f(p, place) for all points that take part, on all processors. False when cancelled.
+template <class F>
+bool ParaTodos(CPuntosSuelo const& puntos, CAvance& avance, F const& f) {
+  avance.Pasada(puntos.Total());
+  const auto bloque = [&](std::size_t desde, std::size_t hasta) { puntos.Recorre(desde, hasta, f); };
+  return Reparte(puntos.Total(), kBloque, bloque, [&](std::size_t hechos) { return avance(hechos); });
+}
+
+struct CExtension {
+  CMaximas<int> caja;
+  std::size_t puntos = 0;
+};
+
+bool Mide(CPuntosSuelo const& puntos, CAvance& avance, CExtension& todo) {
+  std::mutex cerrojo;
+  avance.Pasada(puntos.Total());
+  const auto bloque = [&](std::size_t desde, std::size_t hasta) {
+    CExtension suya;
+    puntos.Recorre(desde, hasta, [&](CCoor3D<int> const& p, std::size_t) {
+      suya.caja.Nuevo(p);
+      ++suya.puntos;
+    });
+    const std::lock_guard guarda(cerrojo);
+    todo.caja.Nuevo(suya.caja);
+    todo.puntos += suya.puntos;
+  };
+  return Reparte(puntos.Total(), kBloque, bloque, [&](std::size_t hechos) { return avance(hechos); });
+}
+
+/// A grid of squares over a box, without anything in them.
+CMallaSuelo MallaSobre(CMaximas<int> const& caja, double lado, CMallaSuelo const& unidades) {
+  CMallaSuelo malla;
+  malla.metro = unidades.metro;
+  malla.metroZ = unidades.metroZ;
+  malla.origenX = unidades.origenX;
+  malla.origenY = unidades.origenY;
+  malla.lado = std::max<std::int64_t>(1, std::llround(lado / malla.metro));
+  malla.c = static_cast<double>(malla.lado) * malla.metro;
+  malla.x0 = PorDebajo(caja.Minimo.x + malla.origenX, malla.lado) * malla.lado - malla.origenX;
+  malla.y0 = PorDebajo(caja.Minimo.y + malla.origenY, malla.lado) * malla.lado - malla.origenY;
+  const auto cuantas = [&](int mayor, std::int64_t cero) { return (mayor - cero) / malla.lado + 1; };
+  malla.columnas = cuantas(caja.Maximo.x, malla.x0);
+  malla.filas = cuantas(caja.Maximo.y, malla.y0);
+  return malla;
+}
+
+/// The area of a cloud in square metres: its box, or what it occupies of it.
+int Area(CPuntosSuelo const& puntos, CExtension const& extension, CMallaSuelo const& unidades, CAvance& avance,
+         double& area) {
+  const CMallaSuelo malla = MallaSobre(extension.caja, kLadoArea, unidades);
+  if (static_cast<double>(malla.columnas) * static_cast<double>(malla.filas) > kMayorArea) return kNubeDispersa;
+  std::vector<std::uint8_t> ocupadas(malla.Celdas());
+  const bool sigue = ParaTodos(puntos, avance, [&](CCoor3D<int> const& p, std::size_t) {
+    std::atomic_ref(ocupadas[malla.CeldaDe(p)]).store(1, std::memory_order_relaxed);
+  });
+  const auto cuantas = static_cast<double>(std::count(ocupadas.begin(), ocupadas.end(), 1));
+  area =
+      std::min(extension.caja.Ancho() * extension.caja.Alto() * malla.metro * malla.metro, cuantas * malla.c * malla.c);
+  return sigue ? kHecho : kCancelado;
+}
+
+bool MasBajo(CCoor3D<int> const& a, CCoor3D<int> const& b) { return std::tie(a.z, a.x, a.y) < std::tie(b.z, b.x, b.y); }
+
+/// Makes `casilla` the place of the lower of its point and of `p`; equal positions make no difference.
+void Rebaja(CPuntosSuelo const& puntos, std::uint32_t& casilla, CCoor3D<int> const& p, std::size_t lugar) {
+  std::atomic_ref ahora(casilla);
+  std::uint32_t visto = ahora.load(std::memory_order_relaxed);
+  while (visto == CMallaSuelo::kNinguno || MasBajo(p, puntos[visto])) {
+    if (ahora.compare_exchange_weak(visto, static_cast<std::uint32_t>(lugar), std::memory_order_relaxed)) return;
+  }
+}
+
+/// Blocks of 2 x 2 cells, much of which may be a canopy through which few echoes came: what is lowest in one of their
+/// cells need not be ground.
+class CDoseles {
+ public:
+  CDoseles(CPuntosSuelo const& losPuntos, CMallaSuelo& laMalla, CConstantesSuelo const& lasK)
+      : puntos(losPuntos), malla(laMalla), k(lasK), columnas((malla.columnas + 1) / 2) {
+    bloques.resize(static_cast<std::size_t>(columnas * ((malla.filas + 1) / 2)));
+  }
+
+  /// Leaves a block that is a canopy its lowest minimum alone. False when cancelled.
+  bool Limpia(CAvance& avance) {
+    for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
+      const std::uint32_t lugar = malla.indice[celda];
+      if (lugar != CMallaSuelo::kNinguno) Rebaja(puntos, BloqueDe(celda).bajo, puntos[lugar], lugar);
+    }
+    const auto altura = static_cast<std::int64_t>(k.alturaDosel / malla.metroZ);
+    const bool sigue = ParaTodos(puntos, avance, [&](CCoor3D<int> const& p, std::size_t) {
+      CBloque& b = BloqueDe(malla.CeldaDe(p));
+      std::atomic_ref(b.todos).fetch_add(1, std::memory_order_relaxed);
+      if (p.z > puntos[b.bajo].z + altura) std::atomic_ref(b.altos).fetch_add(1, std::memory_order_relaxed);
+    });
+    for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
+      CBloque const& b = BloqueDe(celda);
+      const bool dosel = b.todos >= k.dosel && b.altos > k.parteDosel * b.todos;
+      if (dosel && malla.indice[celda] != b.bajo) malla.indice[celda] = CMallaSuelo::kNinguno;
+    }
+    return sigue;
+  }
+
+ private:
+  struct CBloque {
+    std::uint32_t bajo = CMallaSuelo::kNinguno, todos = 0, altos = 0;
+  };
+
+  CBloque& BloqueDe(std::size_t celda) {
+    const auto ancho = static_cast<std::size_t>(malla.columnas);
+    return bloques[celda / ancho / 2 * static_cast<std::size_t>(columnas) + celda % ancho / 2];
+  }
+
+  CPuntosSuelo const& puntos;
+  CMallaSuelo& malla;
+  CConstantesSuelo const& k;
+  std::int64_t columnas;
+  std::vector<CBloque> bloques;
+};
+
+/// Takes the minima out of the cloud, row by row, and measures their spacing over the parts of the grid that hold any.
+void Recoge(CPuntosSuelo const& puntos, CConstantesSuelo const& k, CMallaSuelo& malla) {
+  const CMallaSuelo partes = [&] {
+    CMallaSuelo m;
+    m.columnas = (malla.columnas + kParte - 1) / kParte;
+    m.filas = (malla.filas + kParte - 1) / kParte;
+    return m;
+  }();
+  std::vector<std::uint8_t> ocupadas(partes.Celdas());
+  for (std::int64_t fila = 0; fila < malla.filas; ++fila) {
+    for (std::int64_t columna = 0; columna < malla.columnas; ++columna) {
+      const std::size_t celda = malla.Celda(columna, fila);
+      std::uint32_t& i = malla.indice[celda];
+      if (i == CMallaSuelo::kNinguno) continue;
+      malla.minimos.push_back({puntos[i].x, puntos[i].y, puntos[i].z});
+      malla.celdas.push_back(static_cast<std::uint32_t>(celda));
+      i = static_cast<std::uint32_t>(malla.minimos.size() - 1);
+      ocupadas[partes.Celda(columna / kParte, fila / kParte)] = 1;
+    }
+  }
+  malla.estados.assign(malla.minimos.size(), CEstadoSuelo::Suelo);
+  const auto llenas = static_cast<double>(std::count(ocupadas.begin(), ocupadas.end(), 1)) * kParte * kParte;
+  const double celdas = std::min(static_cast<double>(malla.Celdas()), llenas);
+  const double sp = malla.c * std::sqrt(celdas / static_cast<double>(malla.minimos.size()));
+  malla.sp = std::max(malla.c, std::round(sp / k.escalonEspaciado) * k.escalonEspaciado);
+}
+
+}  // namespace
+
+int ReuneMinimos(CPuntosSuelo const& puntos, CConstantesSuelo const& k, CAvance& avance, CMallaSuelo& malla) {
+  CExtension extension;
+  if (!Mide(puntos, avance, extension)) return kCancelado;
+  if (extension.puntos < 3) return kPocosPuntos;
+  if (puntos.Total() >= CMallaSuelo::kNinguno) return kNubeDispersa;
+  double area = 0;
+  if (const int codigo = Area(puntos, extension, malla, avance, area); codigo != kHecho) return codigo;
+
+  const auto n = static_cast<double>(extension.puntos);
+  const double lado = std::round(k.celdaEspaciado * std::sqrt(area / n) / k.escalonCelda) * k.escalonCelda;
+  malla = MallaSobre(extension.caja, std::max(k.celdaMinima, lado), malla);
+  const double celdas = static_cast<double>(malla.columnas) * static_cast<double>(malla.filas);
+  if (celdas > std::min(kMayorMalla, kCeldasLibres + kCeldasPunto * n)) return kNubeDispersa;
+
+  malla.indice.assign(malla.Celdas(), CMallaSuelo::kNinguno);
+  const bool sigue = ParaTodos(puntos, avance, [&](CCoor3D<int> const& p, std::size_t lugar) {
+    Rebaja(puntos, malla.indice[malla.CeldaDe(p)], p, lugar);
+  });
+  if (!sigue || !CDoseles(puntos, malla, k).Limpia(avance)) return kCancelado;
+  Recoge(puntos, k, malla);
+  return kHecho;
+}
+
+}  // namespace Meseta47

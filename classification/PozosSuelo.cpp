@@ -1,0 +1,109 @@
+// Pits: echoes from below the ground, seen as small basins of the triangulation of the ground.
+#include <algorithm>
+#include <tuple>
+
+#include "classification/CTinSuelo.h"
+#include "classification/FasesSuelo.h"
+
+namespace Meseta47 {
+
+namespace {
+
+/// Vertices joined by a side to each vertex, all vertices' after another.
+struct CVecindad {
+  std::vector<std::uint32_t> desde, otros;
+};
+
+CVecindad VecindadDe(CTIN const& tin, std::size_t vertices) {
+  CVecindad v;
+  v.desde.assign(vertices + 2, 0);
+  const auto cantidad = static_cast<std::uint32_t>(tin.Cantidad());
+  for (std::uint32_t t = 0; t < cantidad; ++t) {
+    for (const std::uint32_t a : tin.Vertices(t)) v.desde[a + 2] += 2;
+  }
+  for (std::size_t i = 2; i < v.desde.size(); ++i) v.desde[i] += v.desde[i - 1];
+  v.otros.resize(v.desde.back());
+  for (std::uint32_t t = 0; t < cantidad; ++t) {
+    auto const& [a, b, c] = tin.Vertices(t);
+    for (const auto& [p, q, r] : {std::tuple(a, b, c), std::tuple(b, c, a), std::tuple(c, a, b)}) {
+      v.otros[v.desde[p + 1]++] = q;
+      v.otros[v.desde[p + 1]++] = r;
+    }
+  }
+  return v;
+}
+
+/// Finds the basins of a surface, one flood at a time.
+class CPozos {
+ public:
+  CPozos(CMallaSuelo& laMalla, CConstantesSuelo const& lasK, CTinSuelo const& elTin)
+      : malla(laMalla),
+        k(lasK),
+        tin(elTin),
+        vecindad(VecindadDe(elTin.tin, elTin.vertices.size())),
+        orilla(elTin.vertices.size()) {
+    for (std::uint32_t t = 0; t < static_cast<std::uint32_t>(tin.tin.Cantidad()); ++t) {
+      for (unsigned lado = 0; lado < 3; ++lado) {
+        if (tin.tin.Vecinos(t)[lado] != kSinTriangulo) continue;
+        orilla[tin.tin.Vertices(t)[lado]] = orilla[tin.tin.Vertices(t)[(lado + 1) % 3]] = true;
+      }
+    }
+  }
+
+  unsigned Quita() {
+    std::vector<std::uint32_t> pozos;
+    const auto hondo = static_cast<std::int64_t>(k.alturaPozo / malla.metroZ);
+    for (std::uint32_t v = 0; v < tin.vertices.size(); ++v) {
+      if (EsMinimo(v) && Inunda(v, Z(v) + hondo)) pozos.insert(pozos.end(), cuenca.begin(), cuenca.end());
+    }
+    for (const std::uint32_t v : pozos) malla.estados[tin.vertices[v]] = CEstadoSuelo::Ruido;
+    return static_cast<unsigned>(pozos.size());
+  }
+
+ private:
+  [[nodiscard]] std::int64_t Z(std::uint32_t v) const { return malla.minimos[tin.vertices[v]].z; }
+
+  template <class F>
+  bool Ninguno(std::uint32_t v, F const& f) const {
+    for (std::uint32_t i = vecindad.desde[v]; i < vecindad.desde[v + 1]; ++i) {
+      if (f(vecindad.otros[i])) return false;
+    }
+    return true;
+  }
+
+  /// No neighbour is lower. Of equal ones each is looked at: the floods agree.
+  [[nodiscard]] bool EsMinimo(std::uint32_t v) const {
+    return vecindad.desde[v] < vecindad.desde[v + 1] && Ninguno(v, [&](std::uint32_t o) { return Z(o) < Z(v); });
+  }
+
+  /// Whether the water that rises to `nivel` from `v` stays within few vertices, and off the rim of the surface, beyond
+  /// which nobody knows.
+  bool Inunda(std::uint32_t v, std::int64_t nivel) {
+    cuenca.assign(1, v);
+    for (std::size_t i = 0; i < cuenca.size(); ++i) {
+      if (orilla[cuenca[i]]) return false;
+      const bool cabe = Ninguno(cuenca[i], [&](std::uint32_t o) {
+        if (Z(o) >= nivel || std::find(cuenca.begin(), cuenca.end(), o) != cuenca.end()) return false;
+        cuenca.push_back(o);
+        return cuenca.size() > k.verticesPozo;
+      });
+      if (!cabe) return false;
+    }
+    return true;
+  }
+
+  CMallaSuelo& malla;
+  CConstantesSuelo const& k;
+  CTinSuelo const& tin;
+  CVecindad vecindad;
+  std::vector<bool> orilla;  ///< of each vertex, whether it lies on the rim
+  std::vector<std::uint32_t> cuenca;
+};
+
+}  // namespace
+
+unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin) {
+  return tin.tin.Cantidad() == 0 ? 0 : CPozos(malla, k, tin).Quita();
+}
+
+}  // namespace Meseta47

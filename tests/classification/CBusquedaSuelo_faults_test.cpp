@@ -1,0 +1,100 @@
+// The ground search while it is watched, cancelled, or refused something by the system.
+#include <gmock/gmock.h>
+#include <system_error>
+
+#include "classification/GroundScene.h"
+#include "model/threads/Codigos.h"
+#include "support/FaultGuard.h"
+
+namespace Meseta47 {
+namespace {
+
+using test::ClassedPoint;
+using test::ClassesOf;
+using test::Cloud;
+using test::GroundSearch;
+using test::Land;
+using test::ListeningApp;
+using test::QuietApp;
+using testing::Each;
+using testing::ElementsAre;
+
+constexpr int kBefore = 5;
+
+/// A plain with a hut and a pit, all in one class.
+std::vector<ClassedPoint> Meadow() {
+  Land land(1);
+  land.Fly(
+      0, 0, 30, 30, 3, [](double, double) { return 100; }, kBefore);
+  land.Fly(
+      10, 10, 16, 16, 3, [](double, double) { return 104; }, kBefore);
+  return land.Put(22, 22, 93, kBefore).points;
+}
+
+TEST(CBusquedaSuelo, TellsItsThreePhasesAndNoStepBeyondTheirTotals) {
+  const ListeningApp app;
+  ASSERT_FALSE(GroundSearch().Classes(Meadow()).empty());
+  EXPECT_THAT(app.PhaseMessages(), ElementsAre(19020, 19045, 39102));
+  ASSERT_FALSE(app.steps.empty());
+  for (ListeningApp::Step const& step : app.steps) EXPECT_LE(step.value, step.total);
+}
+
+TEST(CBusquedaSuelo, WithoutMessagesItTellsNothing) {
+  const ListeningApp app;
+  CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
+  CBusquedaSuelo search(drawing.semilla, CDataTriangulacion());
+  EXPECT_EQ(search.Mensajes(MENSAJES_NINGUNO), MENSAJES_NORMALES);
+  EXPECT_EQ(search.Busca(drawing, CDataSuelo()), kHecho);
+  EXPECT_THAT(app.PhaseMessages(), testing::IsEmpty());
+}
+
+TEST(CBusquedaSuelo, CancelledAtAnyStepItChangesNothing) {
+  std::size_t steps = 0;
+  {
+    const ListeningApp app(1);
+    GroundSearch().Classes(Meadow());
+    steps = app.steps.size();
+  }
+  ASSERT_GT(steps, 30U);
+  for (std::size_t at = 1; at <= steps; ++at) {
+    ListeningApp app(1);
+    app.cancelAt = static_cast<int>(at);
+    CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
+    ASSERT_EQ(GroundSearch().Run(drawing), kCancelado) << "at step " << at;
+    ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "at step " << at;
+    ASSERT_EQ(app.TemporaryFiles(), 0U);
+  }
+}
+
+TEST(CBusquedaSuelo, WhatTheSystemRefusesChangesNothingOrNothingAtAll) {
+  const QuietApp app;
+  const std::vector<int> right = GroundSearch().Classes(Meadow());
+  int failures = 0;
+  for (const EOperacion operation : kEveryOperation) {
+    for (int nth = 1; nth < 40; ++nth) {
+      CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
+      const std::size_t before = app.TemporaryFiles();  // those whose deletion was refused
+      FaultGuard guard;
+      guard.Refuse(operation, nth);
+      int code = 0;
+      try {
+        code = GroundSearch().Run(drawing);
+      } catch (std::system_error const&) {
+        EXPECT_EQ(operation, EOperacion::CreaSeccion);  // as with every run
+      }
+      if (code == kHecho) {
+        ASSERT_EQ(ClassesOf(drawing), right);
+      } else {
+        ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "operation " << static_cast<int>(operation) << ", " << nth;
+        ++failures;
+      }
+      if (operation != EOperacion::Borra) {
+        ASSERT_EQ(app.TemporaryFiles(), before) << "operation " << static_cast<int>(operation) << ", " << nth;
+      }
+    }
+  }
+  EXPECT_GT(failures, 10);
+}
+
+}  // namespace
+}  // namespace Meseta47
