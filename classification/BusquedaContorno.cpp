@@ -22,7 +22,8 @@ CDibujo<int> DibujoDeHallados(CDataSemilla const& semilla, std::vector<CCoor3D<i
   return dibujo;
 }
 
-int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites) {
+int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites,
+                       bool sinMarco) {
   if (const int codigo = nuevo.BorraDuplicadas(true, false); codigo != kHecho) return codigo;
   if (nuevo.Cantidad() == 0) return kHecho;
   CDataSacaLimites como;
@@ -30,6 +31,7 @@ int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes niv
   como.superficieMinima = -1.0;
   CTriangulacion triangulacion(nuevo.semilla, CDataTriangulacion());
   triangulacion.Mensajes(nivel);
+  triangulacion.SinMarco(sinMarco);
   std::vector<CCoor3D<int>> puntos;
   CSetPuntos<int>::De(nuevo[0])->swap(puntos);  // there is not room for them twice
   nuevo.Clear();

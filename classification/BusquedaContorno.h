@@ -9,7 +9,9 @@ namespace Meseta47 {
 
 /// Puts into `limites` the outlines of what a search has found, one set of points, with sides up to `distancia`
 /// (drawing units), larger ones first. It takes the points over and leaves `nuevo` empty; without points there is no
-/// outline. They are told and can be cancelled at message level `nivel`. A code of CTriangulacion::LimiteDibujo.
-int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites);
+/// outline. They are told and can be cancelled at message level `nivel`; `sinMarco` is that of CTriangulacion. A code
+/// of CTriangulacion::LimiteDibujo.
+int ContornoDeHallados(CDibujo<int>& nuevo, double distancia, CNivelMensajes nivel, CDibujo<int>& limites,
+                       bool sinMarco);
 
 }  // namespace Meseta47

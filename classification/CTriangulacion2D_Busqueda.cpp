@@ -33,8 +33,8 @@ int CTriangulacion2D::RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   resumen.segundosRellena = segundos;
   if (codigo != kHecho) return codigo;
   codigo = Cronometra(resumen.segundosEnlaza, [&] {
-    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, seleccion, nullptr,
-                       nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN, seleccion,
+                       nullptr, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
   });
   if (codigo != kHecho) return codigo;
   return Concluye(Cronometra(resumen.segundosBusca, busca), nullptr);

@@ -232,7 +232,7 @@ int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo
   CDibujo<int> limites(dibujo.semilla);
   const int codigo = Cronometra(resumen.segundosContorno, [&] {
     CDibujo<int> nuevo = DibujoDeHallados(dibujo.semilla, altos);
-    return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites);
+    return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites, sinMarco);
   });
   if (codigo == kCancelado) return codigo;
   PonClase(dibujo, hallados, info);

@@ -22,9 +22,9 @@ bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, C
 
 void CHiloSalvaTriangulosEnlazados::Trabaja(CSetTriangulos2D& set) {
   if (modo == CURVA) {
-    set.Curva(*curvas, equidistancia, lado2);
+    set.Curva(*curvas, equidistancia, lado2, borde);
   } else {
-    set.Salva(fichero);  // a refusal of the disk stays with the file, and the driver asks for it at the end
+    set.Salva(fichero, borde);  // a refusal of the disk stays with the file, and the driver asks for it at the end
   }
 }
 

@@ -6,13 +6,15 @@ class CFile;
 
 namespace Meseta47 {
 
+class CBordeDelMarco;
 class CSegmentos;
 class CSetTriangulos2D;
 
 /// The worker of a linking pass in plan, with a job for each mode of the run.
 class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTriangulos2D> {
  public:
-  /// The worker's jobs. Modes without a job of their own below write the set's triangles to the file.
+  /// The worker's jobs. Modes without a job of their own below write the set's triangles to the file; in the last one
+  /// those at the frame as well, whatever the run is asked for: searches look at them.
   enum CModo : unsigned { SALVA = 0, CURVA = 1, AFINIDAD = 2, PICOS = 3, SALVA_TAMBIEN = 4 };
   using CCola = CColaCerrados<CSetTriangulos2D>;
 
@@ -26,10 +28,13 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   /// units.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CSegmentos* lasCurvas, int laEquidistancia,
              double elLado2);
+  /// From the next start on, triangles that touch the frame are left in `elBorde` and not written; null for none.
+  void Borde(CBordeDelMarco* elBorde) { borde = elBorde; }
 
  private:
   void Trabaja(CSetTriangulos2D& set) override;
 
+  CBordeDelMarco* borde = nullptr;
   unsigned modo = SALVA;
   CFile* fichero = nullptr;
   CSegmentos* curvas = nullptr;  ///< mode 1

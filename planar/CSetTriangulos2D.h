@@ -20,6 +20,7 @@ namespace Meseta47 {
 class CTIN;
 template <class T>
 class CDibujo;
+class CBordeDelMarco;
 class CSegmentos;
 
 /// A cell of the quadtree of triangle lists. A triangle sits in the deepest set whose quadrant wholly holds the box of
@@ -128,13 +129,14 @@ class URDIMBRE_API CSetTriangulos2D {
   unsigned QuitaTrianguloActual();
   /// Writes the triangles of the set as records of three point numbers, its own list first, then each child in order;
   /// frees them and the children. Those of an open set are cut off from the living mesh before. False when the disk
-  /// refused any of it: the rest is freed all the same.
-  bool Salva(CFile* fichero);
+  /// refused any of it: the rest is freed all the same. Those that touch the frame go to `borde` instead, if there is
+  /// one.
+  bool Salva(CFile* fichero, CBordeDelMarco* borde = nullptr);
   /// Cuts the triangles of the set with the levels at multiples of `equidistancia`, leaving out those with a side whose
   /// squared plan length passes `lado2`; frees them and the children, as `Salva` does. An interval below 1 has no
-  /// level.
+  /// level. `borde`, if any, remembers those that touch the frame, which give no contour.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
-  void Curva(CSegmentos& curvas, int equidistancia, double lado2);
+  void Curva(CSegmentos& curvas, int equidistancia, double lado2, CBordeDelMarco* borde = nullptr);
   /// Empties the set into a model whose points carry these numbers: a triangle goes in when no vertex belongs to the
   /// frame and no side is longer in plan than `ladoMaximo` scaled units.
   void RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero);
@@ -152,7 +154,7 @@ class URDIMBRE_API CSetTriangulos2D {
 
  private:
   template <class Destino>
-  void CortaTodo(Destino& curvas, int equidistancia, double lado2);
+  void CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde);
   /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
   /// set where rounding turns over.
   struct CCaja {

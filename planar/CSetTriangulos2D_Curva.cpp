@@ -7,6 +7,7 @@
 
 #include "model/drawing/CDibujo.h"
 #include "model/geometry/COrdenaPunto.h"
+#include "planar/CBordeDelMarco.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
 
@@ -40,28 +41,34 @@ bool VaAntes(CCoor3D<int> const& a, CCoor3D<int> const& b) {
 }  // namespace
 
 void CSetTriangulos2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) {
-  CortaTodo(curvas, equidistancia, lado2);
+  CortaTodo(curvas, equidistancia, lado2, nullptr);
 }
 
-void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2) {
-  CortaTodo(curvas, equidistancia, lado2);
+void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2, CBordeDelMarco* borde) {
+  CortaTodo(curvas, equidistancia, lado2, borde);
 }
 
 template <class Destino>
-void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2) {
+void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde) {
   if (!cerrado) Desengancha();
   ultimo = nullptr;
   while (primero != nullptr) {
-    primero->Corta(curvas, equidistancia, lado2);  // should memory give out, the set still owns what is left
+    // Should memory give out, the set still owns what is left.
+    if (borde != nullptr && CBordeDelMarco::Toca(*primero)) borde->Anota(*primero);
+    primero->Corta(curvas, equidistancia, lado2);
     delete std::exchange(primero, primero->sig);
   }
   cantidad = 0;
   const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) susHijos[i].CortaTodo(curvas, equidistancia, lado2);
+  for (unsigned i = 0; i < 4; ++i) susHijos[i].CortaTodo(curvas, equidistancia, lado2, borde);
 }
 
 void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const {
+  Corta(curvas, equidistancia, lado2);
+}
+
+void CTriangulo2D::Curva(CSegmentos& curvas, int equidistancia, double lado2) const {
   Corta(curvas, equidistancia, lado2);
 }
 

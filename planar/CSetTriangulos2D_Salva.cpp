@@ -4,12 +4,13 @@
 #include <vector>
 
 #include "model/terrain/CTIN.h"
+#include "planar/CBordeDelMarco.h"
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CFile.h"
 
 namespace Meseta47 {
 
-bool CSetTriangulos2D::Salva(CFile* fichero) {
+bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde) {
   if (!cerrado) Desengancha();
   bool bien = true;
   if (cantidad != 0) {
@@ -18,6 +19,10 @@ bool CSetTriangulos2D::Salva(CFile* fichero) {
     numeros.reserve(std::size_t{3} * cantidad);
     const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
     for (CTriangulo2D const* u = primero; u != nullptr; u = u->sig) {
+      if (borde != nullptr && CBordeDelMarco::Toca(*u)) {
+        borde->Anota(*u);
+        continue;
+      }
       for (CCoor3D<int> const* p : {u->p1, u->p2, u->p3}) numeros.push_back(numero(p));
     }
     // Not before: should memory give out above, the set still owns its triangles.
@@ -28,7 +33,7 @@ bool CSetTriangulos2D::Salva(CFile* fichero) {
   }
   const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;
-  for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero) && bien;
+  for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero, borde) && bien;
   return bien;
 }
 

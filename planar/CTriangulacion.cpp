@@ -159,6 +159,7 @@ int CTriangulacion::LimitePuntos(std::vector<CCoor3D<int>> puntos, CDibujo<int>&
     ordenado.PonNumerosACero();
     CMalla malla(0, semilla, SinElegirPuntos(datos), 0);
     malla.Mensajes(nivelMensajes);
+    malla.SinMarco(sinMarco);
     const double ladoMaximo = como.distancia > 0 ? como.distancia * kHolguraDecimal : 0;
     if (const int codigo = malla.Genera(ordenado, tin, ladoMaximo); codigo != kHecho) return codigo;
   }

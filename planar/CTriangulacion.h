@@ -44,6 +44,11 @@ class URDIMBRE_API CTriangulacion : public CObjetoFichero {
   [[nodiscard]] CDataSemilla const& Semilla() const { return semilla; }
   [[nodiscard]] CDataTriangulacion const& Data() const { return datos; }
 
+  /// Whether outlines are those of the points alone: without a limit, the convex hull. By default they are not, as in
+  /// CTriangulacion2D, whose conditions hold here too.
+  [[nodiscard]] bool SinMarco() const { return sinMarco; }
+  void SinMarco(bool asi) { sinMarco = asi; }
+
   /// Drops counts and box.
   void Clear() override;
   /// The box of the points outlined last, or the one that was set.
@@ -56,6 +61,7 @@ class URDIMBRE_API CTriangulacion : public CObjetoFichero {
   CDataSemilla semilla;
   CDataTriangulacion datos;
   CMaximas<double> caja;
+  bool sinMarco = false;
 };
 
 }  // namespace Meseta47

@@ -25,7 +25,8 @@ CTriangulacion2D::CTriangulacion2D(CTriangulacion2D& otra, unsigned elIdentifica
       maximas(otra.maximas),
       datos(otra.datos),
       reservado(otra.reservado),
-      identificador(elIdentificador) {
+      identificador(elIdentificador),
+      sinMarco(otra.sinMarco) {
   divisiones.Comparte(otra.divisiones);
 }
 

@@ -10,6 +10,7 @@
 #include "model/terrain/CDataTriangulacion.h"
 #include "model/threads/CNivelMensajes.h"
 #include "model/threads/Codigos.h"
+#include "planar/CBordeDelMarco.h"
 #include "planar/CDivisiones2D.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 #include "planar/CResumenPlano.h"
@@ -77,6 +78,18 @@ class URDIMBRE_API CTriangulacion2D {
   /// Sets the message level and returns the old one; 4 and above are stored as 0. At 0 a run asks for no progress
   /// interface and cannot be cancelled.
   CNivelMensajes Mensajes(CNivelMensajes nivel);
+
+  /// Whether the surfaces of this object's runs are those of the points alone, as if the four corners of the frame had
+  /// been taken out of the finished mesh. By default they are not: the frame stands a tenth of the extent off the data,
+  /// and a triangle at the rim is missing when its circle reaches a corner of it: 1 % of the area of a thousand
+  /// scattered points, all of it where few points lie nearly on a line.
+  [[nodiscard]] bool SinMarco() const { return sinMarco; }
+  /// With true the surface fills the convex hull of the points, before filters, and its triangles are Delaunay,
+  /// exactly. Where several points at the rim lie on one circle, the least one, by x, then y, is joined to the others.
+  /// It costs O(n log n) on the n points that have a corner for a neighbour: few, but on a circle all. No point may
+  /// have 2^31 - 1 or -2^31 for a coordinate: the frame needs the room. Stays until it is changed. In a search it holds
+  /// for the outline of what is found; the mesh that is searched has its frame.
+  void SinMarco(bool asi) { sinMarco = asi; }
 
   // --- runs ---
   /// Triangulates `dibujo` and the further drawings into `tin`, whose points and triangles are replaced. Entities of
@@ -239,7 +252,7 @@ class URDIMBRE_API CTriangulacion2D {
   [[nodiscard]] static CSetTriangulos2D& SetCercano(CCoor3D<int> const& p, CDivisiones const& celda);
   [[nodiscard]] static CTriangulo2D* TrianguloInicial(CSetTriangulos2D const& set);
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
-  void ConstruyeMarco();
+  void ConstruyeMarco(bool holgado);
   void PreparaCola();
   int ArrancaHilo(unsigned modo);
   /// Lets the worker catch up; without a worker at once. False cancels.
@@ -249,6 +262,9 @@ class URDIMBRE_API CTriangulacion2D {
   int InsertaResto(CTrabajo& trabajo);
   int Abandona(int codigo);
   int ConcluyeFichero();
+  /// Whether a linking of this mode leaves its frame out.
+  [[nodiscard]] bool Completa(unsigned modo) const;
+  int CompletaSuperficie(unsigned modo);
   /// Calls `registra` with the entity and the index of each point of the drawing that is in the mesh, and reports each.
   int RecorreMalla(CDibujo<int> const& dibujo, unsigned long long& contador, unsigned long long total,
                    std::vector<CPosicionEntidad> const* seleccion,
@@ -274,6 +290,8 @@ class URDIMBRE_API CTriangulacion2D {
   HANDLE evento = nullptr;             ///< signalled while the worker lives
   CSetTriangulos2D::CBalance balance;  ///< triangles ever made, and destroyed by a later point
   CResumenPlano resumen;
+  CBordeDelMarco borde;  ///< of the mesh that is being linked, in a run without its frame
+  bool sinMarco = false;
 };
 
 }  // namespace Meseta47

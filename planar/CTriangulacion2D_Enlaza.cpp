@@ -14,6 +14,7 @@ constexpr unsigned kMensajeEnlaza = 19021;
 constexpr unsigned kMinimoPuntos = 3;
 constexpr double kHolguraMarco =
     1.2;  // the frame is a square around the data with a tenth of the larger extent to spare
+constexpr double kHolguraMinima = 2;  // scaled units: a half for the rounding of the centre, one for a corner's
 constexpr wchar_t kNombreDeReserva[] = L"Triangulacion2D.tmp";
 constexpr unsigned kUltimoModo = CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN;
 
@@ -49,9 +50,12 @@ CDibujo<int>* CTriangulacion2D::CTrabajo::DibujoDeSemilla(unsigned lista) const 
 //       |    /    |           (-1, -2, -3) and (-1, -3, -4)
 //       | /       |
 //    -1 +---------+ -4
-void CTriangulacion2D::ConstruyeMarco() {
+void CTriangulacion2D::ConstruyeMarco(bool holgado) {
   const CCoor3D<int> c = maximas.Centro(false);
-  const double h = std::max(maximas.Ancho(), maximas.Alto()) * kHolguraMarco * 0.5;
+  const double extension = std::max(maximas.Ancho(), maximas.Alto());
+  double h = extension * kHolguraMarco * 0.5;
+  // Corners are rounded, and a tenth of a small extent is nothing: no point may stand on them when they are to go.
+  if (holgado) h = std::max(h, extension * 0.5 + kHolguraMinima);
   esquinas[0].ActualizaXY(c.x - h, c.y - h);
   esquinas[1].ActualizaXY(c.x - h, c.y + h);
   esquinas[2].ActualizaXY(c.x + h, c.y + h);
@@ -70,6 +74,7 @@ void CTriangulacion2D::PreparaEnlace() {
   evento = nullptr;
   setsCerrados.Prepara(0);
   setRaiz.Vacia();
+  borde.Vacia();
   balance = {};
 }
 
@@ -80,6 +85,7 @@ void CTriangulacion2D::PreparaCola() {
 
 int CTriangulacion2D::ArrancaHilo(unsigned modo) {
   if (modo > kUltimoModo) return kHecho;
+  hiloSalva.Borde(Completa(modo) ? &borde : nullptr);
   const bool enMarcha = modo == CHiloSalvaTriangulosEnlazados::CURVA
                             ? hiloSalva.Start(0, &evento, setsCerrados, &dibujoCurvas, paramCurvaA,
                                               static_cast<double>(paramCurvaB) * paramCurvaB)
@@ -185,7 +191,7 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   }
 
   PreparaEnlace();
-  ConstruyeMarco();
+  ConstruyeMarco(Completa(modo));
   if (modo != CHiloSalvaTriangulosEnlazados::CURVA) {
     if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
   }
@@ -203,6 +209,7 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   if (hiloSalva.EstaEnMarcha() && !setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
   setsCerrados.Acaba();
   CTriangulo2D::EncogeReserva();
+  if (const int codigo = CompletaSuperficie(modo); codigo != kHecho) return codigo;
   const int codigo = ConcluyeFichero();
   if (codigo == kHecho) PonClases(dibujo, trabajo);
   return codigo;
@@ -226,10 +233,11 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
   if (cantidadPuntos < kMinimoPuntos) return kPocosPuntos;
 
   PreparaEnlace();
-  ConstruyeMarco();
+  constexpr unsigned kModo = CHiloSalvaTriangulosEnlazados::SALVA;
+  ConstruyeMarco(Completa(kModo));
   if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
   PreparaCola();  // an event that could not be made hinders nothing here
-  if (const int codigo = ArrancaHilo(CHiloSalvaTriangulosEnlazados::SALVA); codigo != kHecho) return codigo;
+  if (const int codigo = ArrancaHilo(kModo); codigo != kHecho) return codigo;
   const unsigned total = cantidadPuntos;
   cantidadPuntos = 0;  // numbering begins here
   unsigned a = 0, b = 0;
@@ -237,6 +245,8 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
   if (codigo == kHecho) codigo = InsertaRestoPuntos(tin, contador, total, a, b, nullptr);
   if (codigo != kHecho) return Abandona(codigo);
 
+  const bool entera = Completa(kModo);
+  if (entera) Salva(&divisiones);
   setsCerrados.Acaba();
   const CMarcha marcha(porcentaje, 1, 0);
   if (!setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
@@ -244,11 +254,12 @@ int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) {
   WaitForMultipleObjects(1, &evento, true, 0);
   // Stopped before the root is queued: a root that the last point has not closed (because it was a duplicate or a seed)
   // does not reach the file. Models are made anew from points that went through this once, and hosts rely on the
-  // outcome.
+  // outcome. A run without its frame has no such past.
   setsCerrados.Para();
-  Salva(&divisiones);
+  if (!entera) Salva(&divisiones);
   setRaiz.clear();
   CTriangulo2D::EncogeReserva();
+  if (codigo = CompletaSuperficie(kModo); codigo != kHecho) return codigo;
   return ConcluyeFichero();
 }
 

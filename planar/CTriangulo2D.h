@@ -11,6 +11,7 @@
 
 namespace Meseta47 {
 
+class CSegmentos;
 class CSetTriangulos2D;
 template <class T>
 class CDibujo;
@@ -174,6 +175,7 @@ class URDIMBRE_API CTriangulo2D {
   /// piece of contour to `curvas` as a line "nuevo" of two points. Triangles that are degenerate, touch the frame, or
   /// have a side whose squared plan length passes `lado2` give nothing.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const;
+  void Curva(CSegmentos& curvas, int equidistancia, double lado2) const;
 
  protected:
   /// Appends the points where a side (0: P1P2, 1: P2P3, 2: P3P1) meets the levels, numbered in their order; both ends

@@ -40,15 +40,24 @@ inline const CDataSemilla kMillimetres(3, 0, 0, 0);
 
 class ToModel : public Road {
  public:
+  explicit ToModel(bool itsWhole = false) : whole(itsWhole) {}
   int Run() override {
     OpenTriangulation t;
+    t.SinMarco(whole);
     return t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr);
   }
   std::string Result() const override { return Described(model); }
 
  private:
+  bool whole;
   CDibujo<int> drawing = DrawingOf(Near(300));
   CTIN model{0, 0, CDataSemilla()};
+};
+
+/// Without its frame.
+class ToWholeModel : public ToModel {
+ public:
+  ToWholeModel() : ToModel(true) {}
 };
 
 class Update : public Road {
@@ -86,10 +95,12 @@ class Rebuild : public Road {
 
 class Contours : public Road {
  public:
+  explicit Contours(bool itsWhole = false) : whole(itsWhole) {}
   int Run() override {
     curves.Clear();
     curves.Inserta(CloudAt({{7, 7, 7}}));
     OpenTriangulation t({}, kMillimetres);
+    t.SinMarco(whole);
     return t.Curvado(drawing, curves, 1000, 0.1, nullptr);
   }
   std::string Result() const override {
@@ -106,8 +117,14 @@ class Contours : public Road {
   bool LeavesWhatIsDone() const override { return true; }
 
  private:
+  bool whole;
   CDibujo<int> drawing = DrawingOf(Near(300));
   CDibujo<int> curves{kMillimetres};
+};
+
+class WholeContours : public Contours {
+ public:
+  WholeContours() : Contours(true) {}
 };
 
 class HighPoints : public Road {
@@ -194,9 +211,10 @@ Kind Named(char const* name) {
 
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {
-  return testing::Values(Named<ToModel>("Run"), Named<Update>("RunActualiza"), Named<Rebuild>("RunOfAModel"),
-                         Named<Contours>("Curvado"), Named<HighPoints>("RunPuntosAltos"), Named<Write>("Write"),
-                         Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
+  return testing::Values(Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
+                         Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
+                         Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
+                         Named<Write>("Write"), Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
                          Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
 }
 

@@ -46,12 +46,13 @@ std::vector<support::ContourLine> LinesOf(CDibujo<int> const& drawing) {
   return lines;
 }
 
-Contoured ContourCloud(std::vector<CCoor3D<int>> points, support::ContourRule rule) {
+Contoured ContourCloud(std::vector<CCoor3D<int>> points, support::ContourRule rule, bool whole) {
   Contoured result;
   result.rule = rule;
   result.rule.longestSide = std::min<std::int64_t>(rule.longestSide, std::numeric_limits<std::int32_t>::max());
   CDibujo<int> drawing = CloudDrawing(std::move(points));
   CTriangulacion2D triangulation(0, drawing.semilla, 1);
+  triangulation.SinMarco(whole);
   {
     CTIN tin(0, 0, drawing.semilla);
     result.code = triangulation.Run(drawing, tin, 0, nullptr, false, nullptr, nullptr, nullptr);

@@ -17,8 +17,8 @@ struct Contoured {
   support::Mesh mesh;                       ///< the finished model
   std::vector<support::ContourLine> lines;  ///< from the lowest level to the highest
 };
-/// In whole scaled units. A longest side above 2^31 - 1 is cut to that.
-[[nodiscard]] Contoured ContourCloud(std::vector<CCoor3D<int>> points, support::ContourRule rule);
+/// In whole scaled units; `whole` without the frame. A longest side above 2^31 - 1 is cut to that.
+[[nodiscard]] Contoured ContourCloud(std::vector<CCoor3D<int>> points, support::ContourRule rule, bool whole = false);
 
 /// Everything that exact arithmetic has to say against the lines, a line a fault; empty when they are the contours of
 /// the model.
