@@ -41,6 +41,12 @@ void addPointOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
       ->capture_default_str()
       ->check(CLI::IsMember({"hilbert", "file"}));
+  verb.add_option("--border", o.border,
+                  "Where surfaces and outlines end, before any filter: at the convex hull of the points (hull), or "
+                  "without the triangles at the rim whose circles reach a corner of the square that lies a tenth of "
+                  "the extent around them (frame)")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"hull", "frame"}));
 }
 
 namespace {

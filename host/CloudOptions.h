@@ -20,11 +20,14 @@ struct CloudOptions {
   std::string z, classes, excludedClasses, bounds;
   std::optional<int> precision;  ///< decimals; none for what the files need
   std::string order = "hilbert";
+  std::string border = "hull";
   bool takesVectors = false;  ///< addCloudOptions was called: the following count
   std::string codeField, withoutZ = "refuse", system;
   std::vector<std::string> codes;
 
   [[nodiscard]] bool hilbert() const { return order == "hilbert"; }
+  /// Whether surfaces fill the convex hull of their points: CTriangulacion2D::SinMarco.
+  [[nodiscard]] bool fillsHull() const { return border == "hull"; }
   /// The inputs as a message names them.
   [[nodiscard]] std::string what() const;
 };

@@ -97,11 +97,11 @@ CloudUnits unitsOf(LoadedCloud const& cloud, std::string const& input) {
 }
 
 /// Runs the search and gives the classes of the drawing's points.
-void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, std::string const& input, CloudSearch& search,
+void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, CloudOptions const& cloud, CloudSearch& search,
                SearchOutcome& outcome) {
   const std::uint64_t spill = search.temporaryBytes(drawing.nPuntos);
   requireTempSpace(spill);
-  requireRun(search.run(drawing, filters, outcome), input, spill);
+  requireRun(search.run(drawing, filters, cloud.fillsHull(), outcome), cloud.what(), spill);
 }
 
 void writeCopy(ClassifyOptions const& options, std::vector<std::uint8_t> const& classes, HostApp& app) {
@@ -166,7 +166,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
     const bool hilbert = options.cloud.hilbert();
     if (hilbert) app.phase("Ordering");
     CDibujo<int> drawing = timed(report.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
-    runSearch(drawing, filters, inputOf(options), search, report.outcome);
+    runSearch(drawing, filters, options.cloud, search, report.outcome);
     report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
   }
   if (!options.dryRun) {

@@ -68,8 +68,9 @@ class CloudSearch {
   [[nodiscard]] virtual std::uint64_t temporaryBytes(std::uint64_t points) const = 0;
 
   /// Searches the points of the drawing that the filters let through and gives those found their class. A code of the
-  /// library. Everything that the search holds is released with it.
-  virtual int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) = 0;
+  /// library. Everything that the search holds is released with it. `fillsHull`: whether the outline that it draws may
+  /// reach the convex hull (CTriangulacion2D::SinMarco).
+  virtual int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) = 0;
 };
 
 }  // namespace Meseta47::host

@@ -87,7 +87,8 @@ nlohmann::ordered_json GroundSearch::parameters() const {
 
 std::uint64_t GroundSearch::temporaryBytes(std::uint64_t points) const { return spillBytes(points); }
 
-int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) {
+int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool /*fillsHull*/,
+                      SearchOutcome& outcome) {
   CBusquedaSuelo search(drawing.semilla, filters, units_.metres, units_.heightMetres);
   const int code = search.Busca(drawing, data_);
   CResumenSuelo const& r = search.Resumen();

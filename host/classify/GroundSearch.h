@@ -23,7 +23,8 @@ class GroundSearch : public CloudSearch {
   [[nodiscard]] nlohmann::ordered_json parameters() const override;
   [[nodiscard]] bool needsUnits() const override { return true; }
   [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override;
-  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) override;
+  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool /*fillsHull*/,
+          SearchOutcome& outcome) override;
 
  private:
   std::optional<double> window_, slope_;  ///< the window in units of the input

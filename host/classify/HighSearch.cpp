@@ -78,8 +78,9 @@ std::uint64_t HighSearch::temporaryBytes(std::uint64_t points) const {
   return 2 * spillBytes(points);
 }
 
-int HighSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) {
+int HighSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) {
   CTriangulacion2D triangulation(0, drawing.semilla, filters, 1);
+  triangulation.SinMarco(fillsHull);
   unsigned found = 0;
   const int code = triangulation.RunPuntosAltos(drawing, data_.DistanciaMax, data_.AlturaMin, data_.Tipo1,
                                                 singlePass() ? 1 : 0, found, nullptr, nullptr);

@@ -22,7 +22,7 @@ class HighSearch : public CloudSearch {
   [[nodiscard]] unsigned char highestTarget() const override { return data_.Tipo1.GetTipo(); }
   [[nodiscard]] nlohmann::ordered_json parameters() const override;
   [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override;
-  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, SearchOutcome& outcome) override;
+  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) override;
 
  private:
   [[nodiscard]] bool singlePass() const { return data_.Iterar == 0; }

@@ -30,6 +30,8 @@ constexpr KindWords kWords[] = {
     {"not_delaunay", "side is not Delaunay", "sides are not Delaunay"},
     {"overlapping_fan", "vertex has triangles one over the other", "vertices have triangles one over the other"},
     {"no_sheet", "piece is no sheet with holes, by Euler's count", "pieces are no sheets with holes, by Euler's count"},
+    {"dent", "corner of the rim lies inside the convex hull, which a whole surface fills",
+     "corners of the rim lie inside the convex hull, which a whole surface fills"},
     {"hole", "hole in a surface that should be whole", "holes in a surface that should be whole"},
     {"separate_piece", "piece lies apart from the first", "pieces lie apart from the first"},
     {"outline_not_closed", "ring of the outline is no ring", "rings of the outline are no rings"},
@@ -107,7 +109,7 @@ class Check {
     for (std::uint32_t v = 0; v < used.size(); ++v) {
       if (used[v]) continue;
       ++report_.unused;
-      if (model_.usesAllVertices) note(ModelFaultKind::unusedVertex, [&] { return nameVertex(v); });
+      if (model_.usesAllVertices || whole_) note(ModelFaultKind::unusedVertex, [&] { return nameVertex(v); });
     }
     used_ = std::move(used);
   }
@@ -257,6 +259,7 @@ class Check {
   /// where another ring touches it there.
   void traceRings() {
     std::vector<bool> traced(twins_.size());
+    std::vector<std::uint32_t> turnedOut;
     for (HalfSide first = 0; first < twins_.size(); ++first) {
       if (twins_[first] != kNone || traced[first] || repeatsCorner(first / 3)) continue;
       Piece& piece = pieces_[pieceOf_[first / 3]];
@@ -266,9 +269,13 @@ class Check {
       }
       for (HalfSide h = first; !traced[h];) {
         traced[h] = true;
+        const HalfSide last = h;
         for (h = after(h); twins_[h] != kNone;) h = after(twins_[h]);
+        if (cross(along(last), along(h)) < 0) turnedOut.push_back(start(h));
       }
     }
+    if (!whole_ || report_.rings != 1) return;  // a hole turns outwards too, and is told as such
+    for (const std::uint32_t v : turnedOut) note(ModelFaultKind::dent, [&] { return nameVertex(v); });
   }
 
   void judgePieces() {

@@ -14,12 +14,13 @@ enum class ModelFaultKind {
   flat,              ///< a triangle without area in plan
   doubledTriangle,   ///< triangles of the same three vertices, but for the first
   doubledVertex,     ///< vertices at one position, but for the first
-  unusedVertex,      ///< a vertex without a triangle, in a format that leaves such out
+  unusedVertex,      ///< a vertex without a triangle, in a whole surface or a format that leaves such out
   crowdedSide,       ///< a side of more than two triangles
   sameWaySide,       ///< a side that two triangles run in the same direction: one lies over the other
   notDelaunay,       ///< a side across which a vertex lies strictly inside the circle of the triangle
   overlappingFan,    ///< a vertex around which the triangles go round more than once
   noSheet,           ///< a piece whose vertices, sides, triangles and rings are not those of a sheet with holes
+  dent,              ///< a turn of the rim to the outside: there a whole surface does not fill its convex hull
   hole,              ///< a ring that a whole surface would not have
   separatePiece,     ///< a piece that a whole surface would not have
   outlineNotClosed,  ///< a ring of the outline that is no ring: fewer than three points, or one of them twice
@@ -52,7 +53,8 @@ struct ModelReport {
 /// Local Delaunay is proved across the sides that two triangles share: where a filter took a triangle out there is
 /// nothing to prove. Euler is proved piece by piece, a vertex counting once for each fan of triangles around it: then
 /// vertices - sides + triangles is 2 less the piece's rings. With `whole` the surface must be one piece with one ring
-/// besides, so that a triangle missing inside is a fault. Triangles with a fault of their own are left out of what
+/// besides, use every vertex and fill their convex hull, so that no triangle can be missing: its rim never turns to the
+/// outside, and goes round once as a sheet's must. Triangles with a fault of their own are left out of what
 /// would only repeat it. O(t log t), about 80 bytes a triangle.
 [[nodiscard]] ModelReport checkModel(ExactModel const& model, bool whole);
 

@@ -91,6 +91,7 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   requireTempSpace(spill);
   CTIN tin(0, 0, seed);
   CTriangulacion2D triangulation(0, seed, filters, 1);
+  triangulation.SinMarco(options.fillsHull());
   const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
   requireRun(code, options.what(), spill);
   if (tin.Cantidad() == 0) {

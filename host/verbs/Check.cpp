@@ -67,7 +67,10 @@ void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<CheckOptions>();
   CLI::App* verb = program.add_subcommand("check", "Prove a model: orientation, sides, Delaunay, Euler, outline");
   verb->add_option("FILE", options->file, "The model: PLY, or .urd as urdimbre tin writes it")->required();
-  verb->add_flag("--whole", options->whole, "The model was made without filters: it must be one piece without a hole");
+  verb->add_flag(
+      "--whole", options->whole,
+      "The model was made without filters: it must be one piece without a hole, use every vertex and fill their "
+      "convex hull");
   verb->callback(
       [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runCheck(*options, common, app); }; });
 }

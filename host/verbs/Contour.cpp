@@ -204,6 +204,7 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
     summary.seconds.write += writing.seconds();
   };
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
+  triangulation.SinMarco(options.cloud.fillsHull());
   TemporaryFile pieces;
   const int code = triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(),
                                          nullptr, true, pieces.file());

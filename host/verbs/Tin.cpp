@@ -83,7 +83,7 @@ CDataTriangulacion filtersOf(TinOptions const& options) {
 }
 
 /// Says why there is no surface; the run itself went well.
-void requireTriangles(TinSummary const& summary, std::string const& what) {
+void requireTriangles(TinSummary const& summary, std::string const& what, bool hull) {
   if (summary.triangles != 0) return;
   const std::uint64_t distinct = summary.run.aceptados - summary.run.duplicados;
   if (distinct < 3) {
@@ -94,7 +94,10 @@ void requireTriangles(TinSummary const& summary, std::string const& what) {
       summary.run.porPendiente + summary.run.porAltura + summary.run.porIntensidad + summary.run.porLongitud;
   if (rejected == 0)
     throw Failure(
-        fmt::format("{}: all points lie on one line in plan, or nearly so; there is no surface over them", what));
+        hull ? fmt::format("{}: all points lie on one line in plan; there is no surface over them", what)
+             : fmt::format("{}: all points lie on one line in plan, or nearly so; without --border frame, points that "
+                           "are not on a line have a surface",
+                           what));
   throw Failure(
       fmt::format("{}: the filters reject all {} triangles (slope {}, height difference {}, intensity difference "
                   "{}, longest side {}): widen them",
@@ -113,6 +116,7 @@ nlohmann::ordered_json toJson(TinSummary const& s) {
           {"refused", s.run.rechazados},
           {"vertices", s.vertices},
           {"triangles", s.triangles},
+          {"hull_triangles", s.run.completados},
           {"rejected",
            {{"slope", s.run.porPendiente},
             {"height_difference", s.run.porAltura},
@@ -292,6 +296,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   auto tin = std::make_unique<CTIN>(0, 0, seed);
   tin->conVecinos = how.formato == FORMATO_NATIVO;  // the other formats have no place for them
   CTriangulacion2D triangulation(0, seed, filters, 1);
+  triangulation.SinMarco(options.cloud.fillsHull());
   std::uint64_t again = 0;
   const int code = options.update.empty()
                        ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
@@ -309,7 +314,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   summary.seconds.fill = summary.run.segundosRellena;
   summary.seconds.link = summary.run.segundosEnlaza;
   summary.seconds.generate = summary.run.segundosGenera;
-  requireTriangles(summary, what);
+  requireTriangles(summary, what, options.cloud.fillsHull());
   summary.vertices = tin->puntos.size();
   CModeloDigital model(tin.release());
   timed(summary.seconds.write, [&] {

@@ -38,7 +38,7 @@ class StandIn : public CloudSearch {
   [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override { return spillBytes(points); }
   [[nodiscard]] unsigned char highestTarget() const override { return target; }
   [[nodiscard]] nlohmann::ordered_json parameters() const override { return {}; }
-  int run(CDibujo<int>& drawing, CDataTriangulacion const&, SearchOutcome& outcome) override {
+  int run(CDibujo<int>& drawing, CDataTriangulacion const&, bool, SearchOutcome& outcome) override {
     for (int i = 0; i < drawing[0].NPuntos(); ++i) {
       if (!finds(drawing[0].Punto(i).intensidad)) continue;
       drawing[0].SetClasificacion(CInfoClasificacion(target, 0.0, L""), i);

@@ -261,6 +261,25 @@ TEST(WholeClouds, UpToTheLastUnitButOneOf32BitsFillTheirHull) {
   ExpectWhole(LinkedWhole(points));
 }
 
+// No frame has room around them: points on its corners count as duplicates, as in any run, and those on its sides may
+// be left aside. What there is is a sound surface all the same.
+TEST(WholeClouds, ThatReachTheEndsOf32BitsAreSoundThoughNotWhole) {
+  const QuietApp app;
+  constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
+                         high = std::numeric_limits<std::int32_t>::max();
+  std::vector<Point> points = support::family(Family::HugeSpread, 300, 1);
+  for (const Point& p : {Point{low, low, 0}, {high, high, 0}, {low, 0, 0}, {low, 9, 0}, {low, 700, 0}, {5, high, 0}})
+    points.push_back(p);
+  const Whole whole = LinkedWhole(points);
+  EXPECT_EQ(whole.summary.duplicados, 2U);
+  const support::MeshReport report = support::inspect(whole.surface);
+  EXPECT_EQ(report.inverted.count, 0U) << report.inverted.first;
+  EXPECT_EQ(report.overusedSides.count, 0U) << report.overusedSides.first;
+  EXPECT_EQ(report.sameWaySides.count, 0U) << report.sameWaySides.first;
+  EXPECT_EQ(report.notDelaunay.count, 0U) << report.notDelaunay.first;
+  EXPECT_GT(report.triangles, 500U);
+}
+
 // Where a corner of the frame and points lie on one circle, the mesh has some triangles of those points and some with
 // the corner, as the order of the points has it. What is kept is kept, and the rest fits it.
 TEST(WholeClouds, WithPointsOnOneCircleWithACornerOfTheFrameFillTheirHullInEveryOrder) {

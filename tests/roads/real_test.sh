@@ -5,13 +5,15 @@ if [ ! -d "$data" ]; then
   exit 77
 fi
 
-"$urdimbre" --json tin "$data/bcts_1.las" -o a.ply >a.json 2>/dev/null
+"$urdimbre" --json tin "$data/bcts_1.las" -o a.ply --border frame >a.json 2>/dev/null
 expect "bcts_1 vertices" "$(fact vertices a.ply)" 531362
 expect "bcts_1 triangles" "$(fact triangles a.ply)" 1062421
 expect "bcts_1 duplicates" "$(number duplicates a.json)" 300
 expect "bcts_1 rings" "$(fact rings a.ply)" 1
 expect "bcts_1 boundary" "$(fact boundary_sides a.ply)" 301
 expect "bcts_1 Delaunay" "$(fact not_delaunay a.ply)" 0
+"$urdimbre" --quiet tin "$data/bcts_1.las" -o a.ply
+"$urdimbre" --quiet check --whole a.ply || fail "bcts_1 does not fill its convex hull"
 "$urdimbre" --quiet tin "$data/bcts_1.las" -o file.ply --order file
 expect "bcts_1 in the order of the file" "$("$facts" --same a.ply file.ply)" same
 rm -f ./*.ply
@@ -32,6 +34,7 @@ while read -r file points vertices; do
   found=$(fact vertices m.ply)
   expect "$file vertices" "$found" "$((points - $(number duplicates m.json)))"
   [ "$vertices" = - ] || expect "$file distinct points" "$found" "$vertices"
+  "$urdimbre" --quiet check --whole m.ply || fail "$file does not fill its convex hull"
   expect "$file Delaunay" "$(fact not_delaunay m.ply)" 0
   expect "$file inverted" "$(fact inverted m.ply)" 0
   expect "$file Euler" "$(fact triangles m.ply)" "$((2 * found - 2 - $(fact boundary_sides m.ply)))"

@@ -81,7 +81,7 @@ std::uint64_t countOf(ModelReport const& report, Kind kind) {
 }
 
 TEST(ModelCheck, ASoundModelHasNoFaultAndItsCountsAreRight) {
-  const ModelReport r = checkModel(withOutline(), true);
+  const ModelReport r = checkModel(withOutline(), false);
   EXPECT_THAT(kindsOf(r), IsEmpty());
   EXPECT_EQ(r.vertices, 42u);
   EXPECT_EQ(r.unused, 0u);
@@ -117,9 +117,33 @@ TEST(ModelCheck, ATriangleMissingAtACornerLeavesAVertexUnusedWherePlyFilesHaveNo
   ExactModel m = exactHoneycomb();
   m.triangles.erase(m.triangles.begin());
   EXPECT_EQ(checkModel(m, true).unused, 1u);
-  EXPECT_THAT(kindsIn(m, true), ElementsAre(Kind::unusedVertex));
+  EXPECT_THAT(kindsIn(m), ElementsAre(Kind::unusedVertex));
   m.usesAllVertices = false;
+  EXPECT_THAT(kindsIn(m), IsEmpty());
+  EXPECT_THAT(kindsIn(m, true), ElementsAre(Kind::unusedVertex, Kind::dent)) << "a whole surface has all points";
+}
+
+TEST(ModelCheck, AWholeSurfaceFillsItsConvexHull) {
+  ExactModel m = exactHoneycomb();
+  const ModelReport dented = checkModel(m, true);
+  EXPECT_THAT(kindsOf(dented), ElementsAre(Kind::dent));
+  EXPECT_EQ(countOf(dented, Kind::dent), 4u) << "two rows begin half a step to the right, and two end there";
+  EXPECT_THAT(dented.faults[0].text(), HasSubstr("4 corners of the rim lie inside the convex hull"));
+  for (const std::uint32_t row : {1U, 3U}) m.triangles.push_back({at(0, row - 1), at(0, row), at(0, row + 1)});
+  m.triangles.push_back({at(6, 1), at(6, 3), at(6, 2)});
+  EXPECT_THAT(checkModel(m, true).faults[0].text(), HasSubstr("1 corner of the rim lies inside the convex hull, which "
+                                                              "a whole surface fills: vertex 34 (60 36"));
+  m.triangles.push_back({at(6, 3), at(6, 5), at(6, 4)});
   EXPECT_THAT(kindsIn(m, true), IsEmpty());
+}
+
+TEST(ModelCheck, PointsInTheMiddleOfAHullSideAreNoDent) {
+  ExactModel m;
+  for (const auto& [x, y] : {std::pair{0, 0}, {5, 0}, {10, 0}, {5, 8}}) m.vertices.emplace_back(x, y, 0, 0);
+  m.triangles = {{0, 1, 3}, {1, 2, 3}};
+  EXPECT_THAT(kindsIn(m, true), IsEmpty());
+  m.vertices[1].y = 1;
+  EXPECT_THAT(kindsIn(m, true), ElementsAre(Kind::dent));
 }
 
 TEST(ModelCheck, ADoubledTriangleIsFoundWhicheverCornerItBeginsWith) {
@@ -149,7 +173,7 @@ TEST(ModelCheck, ASwappedDiagonalIsNotDelaunay) {
   const std::size_t t = inner(m), u = triangleOf(m, {at(4, 2), at(4, 3), at(3, 3)});
   m.triangles[t] = {at(3, 2), at(4, 2), at(4, 3)};
   m.triangles[u] = {at(3, 2), at(4, 3), at(3, 3)};
-  const ModelReport r = checkModel(m, true);
+  const ModelReport r = checkModel(m, false);
   EXPECT_THAT(kindsOf(r), ElementsAre(Kind::notDelaunay));
   EXPECT_EQ(r.faults[0].count, 1u);
 }
@@ -157,7 +181,7 @@ TEST(ModelCheck, ASwappedDiagonalIsNotDelaunay) {
 TEST(ModelCheck, ATriangleWithAVertexTwiceIsToldAndCountsForNothingElse) {
   ExactModel m = exactHoneycomb();
   m.triangles.push_back({3, 4, 3});
-  EXPECT_THAT(kindsIn(m, true), ElementsAre(Kind::repeatedCorner));
+  EXPECT_THAT(kindsIn(m), ElementsAre(Kind::repeatedCorner));
 }
 
 TEST(ModelCheck, TrianglesThatGoRoundAVertexTwiceLieOneOverTheOther) {
@@ -255,7 +279,7 @@ TEST(ModelCheck, CirclesAreExactAtTheEdgesOf32Bits) {
 TEST(ExactModel, DecimalsOfDoublesComeBackAsTheUnitsThatAllShare) {
   const ExactModel m = exactModel(honeycomb(0.001, 449450, 4479500), "m.ply");
   EXPECT_EQ(m.precision, 3);
-  ASSERT_THAT(kindsIn(m, true), IsEmpty());
+  ASSERT_THAT(kindsIn(m), IsEmpty());
   ExactModel const& units = exactHoneycomb();
   for (std::size_t i = 1; i < m.vertices.size(); ++i) {
     EXPECT_EQ(m.vertices[i].x - m.vertices[0].x, units.vertices[i].x - units.vertices[0].x);
@@ -270,7 +294,7 @@ TEST(ExactModel, FloatsAreTheNearestToDecimalsToo) {
     v[0] = static_cast<double>(static_cast<float>(v[0])), v[1] = static_cast<double>(static_cast<float>(v[1]));
   const ExactModel m = exactModel(s, "m.ply");
   EXPECT_EQ(m.precision, 1);
-  EXPECT_THAT(kindsIn(m, true), IsEmpty());
+  EXPECT_THAT(kindsIn(m), IsEmpty());
 }
 
 TEST(ExactModel, CoordinatesWithoutCommonUnitsAreRefusedByName) {
