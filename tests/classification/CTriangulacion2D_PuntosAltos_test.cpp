@@ -11,6 +11,8 @@ using test::Changing;
 using test::ClassedPoint;
 using test::ClassesOf;
 using test::Cloud;
+using test::Forest;
+using test::InForest;
 using test::kCorners;
 using test::kGround;
 using test::kPoles;
@@ -322,6 +324,33 @@ TEST(RunPuntosAltos, APointOutsideTheSelectionIsStillOfferedToTheOutline) {
   EXPECT_EQ(drawing[0].Punto(7).num, 0) << "it was not in the mesh";
   EXPECT_EQ(ClassesOf(drawing).back(), 6);
   EXPECT_EQ(search.changed, 4U);
+}
+
+// Three poles whose circle reaches the corners of a frame around them, and a stone on the ground within their triangle.
+TEST(RunPuntosAltos, TheOutlineOfWhatIsFoundReachesItsHullWithoutTheFrame) {
+  const QuietApp app;
+  const auto wall = With(kCorners, {{-30, 0, 90}, {30, 0, 90}, {0, 4, 90}, {0, 2, 0}});
+  for (const bool withoutFrame : {false, true}) {
+    CDibujo<int> drawing = Cloud(wall);
+    Search search;
+    search.distance = 62;
+    search.withoutFrame = withoutFrame;
+    ASSERT_EQ(search.Run(drawing), kHecho);
+    EXPECT_THAT(ClassesOf(drawing), ElementsAre(2, 2, 2, 2, 6, 6, 6, withoutFrame ? 6 : 2));
+  }
+}
+
+// The passes look at the triangles of the frame, with and without it: what they find, before any outline, is the same.
+TEST(RunPuntosAltos, TheMeshThatIsSearchedKeepsItsFrame) {
+  const QuietApp app;
+  CDibujo<int> framed = Cloud(Forest(300), CDataSemilla(3, 0, 0, 0)),
+               whole = Cloud(Forest(300), CDataSemilla(3, 0, 0, 0));
+  Search search = InForest();
+  search.distance = 0;
+  ASSERT_EQ(search.Run(framed), kHecho);
+  search.withoutFrame = true;
+  ASSERT_EQ(search.Run(whole), kHecho);
+  EXPECT_EQ(ClassesOf(whole), ClassesOf(framed));
 }
 
 TEST(RunPuntosAltos, ASelectionThatNamesADuplicateEndsThere) {

@@ -58,12 +58,14 @@ struct Search {
   double distance = 2, height = 5;
   CInfoClasificacion info{6, 0.0, L""};
   int onePass = 0;
+  bool withoutFrame = false;
   unsigned changed = 12345;
   std::vector<CDibujo<int>*> others{};
   std::vector<CPosicionEntidad> const* selection = nullptr;
 
   int Run(CDibujo<int>& drawing) {
     CTriangulacion2D triangulation(0, seed, data, 7);
+    triangulation.SinMarco(withoutFrame);
     return triangulation.RunPuntosAltos(drawing, distance, height, info, onePass, changed,
                                         others.empty() ? nullptr : &others, selection);
   }
