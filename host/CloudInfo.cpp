@@ -6,6 +6,10 @@
 #include <utility>
 
 #include "host/CloudReader.h"
+#include "host/CommonSystem.h"
+#include "host/FileError.h"
+#include "host/mesh/NativeModel.h"
+#include "host/vector/VectorInput.h"
 
 namespace Meseta47::host {
 
@@ -16,35 +20,59 @@ namespace {
 struct PlanGrid {
   double x0, y0, unitsAMetre;
 
-  [[nodiscard]] double column(CloudPoint const& p) const { return std::round((p.x - x0) * unitsAMetre); }
-  [[nodiscard]] double row(CloudPoint const& p) const { return std::round((p.y - y0) * unitsAMetre); }
+  [[nodiscard]] double column(double x) const { return std::round((x - x0) * unitsAMetre); }
+  [[nodiscard]] double row(double y) const { return std::round((y - y0) * unitsAMetre); }
 };
 
 struct PackedKey {
   using Key = std::uint64_t;
-  static Key of(PlanGrid const& grid, CloudPoint const& p) {
-    return static_cast<Key>(grid.column(p)) << 32U | static_cast<Key>(grid.row(p));
+  static Key of(PlanGrid const& grid, double x, double y) {
+    return static_cast<Key>(grid.column(x)) << 32U | static_cast<Key>(grid.row(y));
   }
 };
 
 /// For clouds too wide for 32 bits at their precision.
 struct WideKey {
   using Key = std::pair<double, double>;
-  static Key of(PlanGrid const& grid, CloudPoint const& p) { return {grid.column(p), grid.row(p)}; }
+  static Key of(PlanGrid const& grid, double x, double y) { return {grid.column(x), grid.row(y)}; }
 };
 
 struct Stopped {};
 
+const VectorOptions kAllVectors{{}, {}, true, true};
+
+/// What a file says of where it lies; why not, when it cannot be understood.
+template <class Tell>
+void settleSystem(CloudFileInfo& file, Tell tell) {
+  try {
+    file.system = tell();
+  } catch (FileError const& error) {
+    file.systemProblem = error.what();
+  }
+}
+
+VectorFacts factsOf(VectorContent const& content) {
+  VectorFacts facts;
+  facts.withoutZ = content.withoutZ;
+  for (VectorEntity const& entity : content.entities) {
+    ++(entity.isLine ? facts.lines : facts.sets);
+    ++facts.codes[entity.code];
+    if (liesAtZero(entity)) ++facts.atZero;
+  }
+  return facts;
+}
+
 class Gatherer {
  public:
-  explicit Gatherer(InfoProgress const& progress) : progress_(progress) {}
+  Gatherer(InfoProgress const& progress, TextColumns const& columns) : progress_(progress), columns_(columns) {}
 
   CloudInfo gather(std::span<std::string const> names) {
     CloudInfo info;
     for (std::string const& name : names) {
-      info.files.push_back(countFile(name));
+      info.files.push_back(isVectorFile(name) ? countVectors(name) : countFile(name));
       addTo(info, info.files.back());
     }
+    settleCommonSystem(info);
     if (info.all.points > 0) {
       const Extent& extent = info.all.extent;
       const PlanGrid grid{extent.min[0], extent.min[1], std::pow(10.0, info.precision)};
@@ -57,14 +85,17 @@ class Gatherer {
 
  private:
   CloudFileInfo countFile(std::string const& name) {
-    CloudReader reader(name);
+    CloudReader reader(name, columns_);
     CloudFileInfo file;
     file.name = name;
     if (LasReader const* const las = reader.las(); las != nullptr) {
-      file.header = las->header();
-      file.vlrs = las->vlrs();
-      file.wkt = las->wkt();
-      file.geoKeys = las->geoKeys();
+      file.las = LasFacts{las->header(), las->vlrs().size()};
+      settleSystem(file, [las] { return systemOf(las); });
+    }
+    if (reader.text() != nullptr) file.text = TextFacts{reader.text()->columns(), reader.text()->columnsFrom()};
+    if (reader.isModel()) {
+      const CModeloDigital model = readNativeModel(name);
+      file.model = ModelFacts{model.Tin().Cantidad(), model.Tin().Limite().size()};
     }
     forEachPoint(reader, [&file](CloudPoint const& p) {
       ++file.points;
@@ -73,6 +104,19 @@ class Gatherer {
       file.extent.include(p.x, p.y, p.z);
     });
     file.precision = reader.precision();
+    return file;
+  }
+
+  CloudFileInfo countVectors(std::string const& name) {
+    VectorContent content = readVectorFile(name, kAllVectors);
+    CloudFileInfo file;
+    file.name = name;
+    file.vector = factsOf(content);
+    file.system = content.system;
+    file.points = content.places;
+    file.extent = content.extent;
+    file.precision = content.decimals;
+    pass(content.places);
     return file;
   }
 
@@ -86,14 +130,23 @@ class Gatherer {
                    plus);
   }
 
+  static void settleCommonSystem(CloudInfo& info) {
+    CommonSystem common{ReferenceSystem()};
+    try {
+      for (CloudFileInfo const& file : info.files) common.meet(file.system, file.name);
+      info.all.system = common.system();
+    } catch (FileError const& error) {
+      info.systemProblem = error.what();
+    }
+  }
+
   template <typename Kind>
   void countDuplicates(CloudInfo& info, PlanGrid const& grid) {
     std::vector<typename Kind::Key> keys;
     keys.reserve(info.all.points);
     for (CloudFileInfo& file : info.files) {
       const auto first = static_cast<std::ptrdiff_t>(keys.size());
-      CloudReader reader(file.name);
-      forEachPoint(reader, [&](CloudPoint const& p) { keys.push_back(Kind::of(grid, p)); });
+      forEachPlace(file, [&](double x, double y) { keys.push_back(Kind::of(grid, x, y)); });
       file.planDuplicates = repeated(keys.begin() + first, keys.end());
     }
     info.all.planDuplicates =
@@ -114,26 +167,44 @@ class Gatherer {
   }
 
   template <typename Action>
+  void forEachPlace(CloudFileInfo const& file, Action action) {
+    if (!file.vector) {
+      CloudReader reader(file.name, columns_);
+      return forEachPoint(reader, [&action](CloudPoint const& p) { action(p.x, p.y); });
+    }
+    const VectorContent content = readVectorFile(file.name, kAllVectors);
+    for (VectorEntity const& entity : content.entities) {
+      for (auto const& place : entity.places) action(place[0], place[1]);
+    }
+  }
+
+  template <typename Action>
   void forEachPoint(CloudReader& reader, Action action) {
     while (reader.readBatch(batch_) > 0) {
       std::for_each(batch_.begin(), batch_.end(), action);
-      passed_ += batch_.size();
-      if (progress_ && !progress_(passed_)) {
-        throw Stopped();
-      }
+      pass(batch_.size());
+    }
+  }
+
+  void pass(std::uint64_t points) {
+    passed_ += points;
+    if (progress_ && !progress_(passed_)) {
+      throw Stopped();
     }
   }
 
   InfoProgress const& progress_;
+  TextColumns const& columns_;
   std::vector<CloudPoint> batch_;
   std::uint64_t passed_ = 0;
 };
 
 }  // namespace
 
-std::optional<CloudInfo> gatherInfo(std::span<std::string const> names, InfoProgress const& progress) {
+std::optional<CloudInfo> gatherInfo(std::span<std::string const> names, InfoProgress const& progress,
+                                    TextColumns const& columns) {
   try {
-    return Gatherer(progress).gather(names);
+    return Gatherer(progress, columns).gather(names);
   } catch (Stopped const&) {
     return std::nullopt;
   }

@@ -13,8 +13,9 @@ std::string CloudOptions::what() const {
 
 void addCloudOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("IN", o.inputs,
-                  "LAS files, text files with x y z [intensity] [class], and vector files with lines, polygons and "
-                  "points that have heights (.gpkg, .shp, .dxf, .geojson ...); together they are one cloud")
+                  "LAS files, text files with x y z [intensity] [class], native models (.urd), of which the points are "
+                  "taken, and vector files with lines, polygons and points that have heights (.gpkg, .shp, .dxf, "
+                  ".geojson ...); together they are one cloud")
       ->required();
   o.takesVectors = true;
   verb.add_option("--code-field", o.codeField,
@@ -28,8 +29,18 @@ void addCloudOptions(CLI::App& verb, CloudOptions& o) {
       ->check(CLI::IsMember({"refuse", "skip"}));
   verb.add_option("--a-srs", o.system,
                   "Reference system of the input, such as EPSG:25830 (default: what the files say, which must be one)");
+  addColumnsOption(verb, o.columns);
   verb.add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
   addPointOptions(verb, o);
+}
+
+void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns) {
+  verb.add_option("--columns", columns,
+                  "What the columns of text files are, such as number,x,y,z or P,N,E,Z,D: x or e, y or n, z or h, "
+                  "intensity, class, red, green, blue; any other name is passed over (default: what a first line of "
+                  "names or the numbers say; urdimbre info tells)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
 }
 
 void addPointOptions(CLI::App& verb, CloudOptions& o) {
@@ -64,7 +75,7 @@ std::uint8_t admittedClass(CloudOptions const& options) {
 
 MapOptions mapOptionsOf(CloudOptions const& options) {
   MapOptions map;
-  map.vectors = {options.codeField, options.codes, options.withoutZ == "skip"};
+  map.vectors = {options.codeField, options.codes, options.withoutZ == "skip", !options.system.empty()};
   if (!options.system.empty()) map.system = ReferenceSystem::fromUser(options.system);
   map.vertexClass = admittedClass(options);
   return map;
@@ -75,6 +86,7 @@ MapOptions mapOptionsOf(CloudOptions const& options) {
 LoadOptions loadOptionsOf(CloudOptions const& options) {
   LoadOptions load;
   load.precision = options.precision;
+  load.columns.names = options.columns;
   if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
   if (options.takesVectors) load.map = mapOptionsOf(options);
   return load;

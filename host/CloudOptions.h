@@ -18,6 +18,7 @@ namespace Meseta47::host {
 struct CloudOptions {
   std::vector<std::string> inputs;
   std::string z, classes, excludedClasses, bounds;
+  std::vector<std::string> columns;
   std::optional<int> precision;  ///< decimals; none for what the files need
   std::string order = "hilbert";
   std::string border = "hull";
@@ -37,6 +38,9 @@ void addCloudOptions(CLI::App& verb, CloudOptions& options);
 /// Adds those of them that choose among the points of a file and say how they are linked: all but the files' names and
 /// the window of heights.
 void addPointOptions(CLI::App& verb, CloudOptions& options);
+
+/// Adds the option that says what the columns of text are.
+void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns);
 
 /// Throw UsageError for what can't be understood.
 [[nodiscard]] LoadOptions loadOptionsOf(CloudOptions const& options);

@@ -26,7 +26,7 @@ bool isNoText(std::span<std::uint8_t const> start) {
   return std::any_of(start.begin(), start.end(), [](unsigned c) { return c < 9 || (c > 13 && c < 32); });
 }
 
-enum class Kind { las, text };
+enum class Kind { las, text, model };
 
 Kind kindOf(ByteSource& source) {
   std::array<std::uint8_t, 4096> bytes{};
@@ -35,6 +35,9 @@ Kind kindOf(ByteSource& source) {
   const bool begins = start.size() >= 4 && std::equal(magic.begin(), magic.end(), start.begin());
   if (begins || isNamedLas(source.name())) {
     return Kind::las;
+  }
+  if (isNativeModel({reinterpret_cast<char const*>(start.data()), start.size()}, source.name())) {
+    return Kind::model;
   }
   if (isNoText(start)) {
     throw FileError(source.name(), "is neither LAS nor text: give a LAS or LAZ file, or text with x, y and z a line");
@@ -69,10 +72,15 @@ float degrees(LasPoint const& point, bool wholeDegrees) {
 
 }  // namespace
 
-CloudReader::CloudReader(std::string const& path) {
+CloudReader::CloudReader(std::string const& path, TextColumns const& columns) {
   auto source = std::make_unique<FileSource>(path);
-  if (kindOf(*source) == Kind::text) {
-    text_ = std::make_unique<TextReader>(std::move(source));
+  const Kind kind = kindOf(*source);
+  if (kind == Kind::text) {
+    text_ = std::make_unique<TextReader>(std::move(source), columns);
+    return;
+  }
+  if (kind == Kind::model) {
+    model_ = std::make_unique<ModelPoints>(path);
     return;
   }
   las_ = std::make_unique<LasReader>(std::move(source));
@@ -82,11 +90,15 @@ CloudReader::CloudReader(std::string const& path) {
   }
 }
 
-std::string const& CloudReader::name() const { return las_ ? las_->name() : text_->name(); }
+std::string const& CloudReader::name() const { return las_ ? las_->name() : model_ ? model_->name() : text_->name(); }
 
-bool CloudReader::hasColour() const { return las_ ? host::hasColour(las_->header().pointFormat) : text_->hasColour(); }
+bool CloudReader::hasColour() const {
+  if (las_) return host::hasColour(las_->header().pointFormat);
+  return text_ != nullptr && text_->hasColour();
+}
 
 std::optional<std::uint64_t> CloudReader::points() const {
+  if (model_) return model_->count();
   return las_ ? std::optional(las_->header().pointCount) : std::nullopt;
 }
 
@@ -104,16 +116,20 @@ std::optional<Extent> CloudReader::declaredExtent() const {
 }
 
 int CloudReader::precision() const {
+  if (model_) return model_->precision();
   return las_ ? defaultPrecision(las_->header().scale, las_->header().offset)
               : std::clamp(text_->decimals(), 0, kMostDecimals);
 }
 
-void CloudReader::rewind() { las_ ? las_->seek(0) : text_->rewind(); }
+void CloudReader::rewind() {
+  if (las_) las_->seek(0);
+  if (text_) text_->rewind();
+  if (model_) model_->rewind();
+}
 
 std::size_t CloudReader::readBatch(std::vector<CloudPoint>& points, std::size_t max) {
-  if (text_) {
-    return text_->readBatch(points, max);
-  }
+  if (text_) return text_->readBatch(points, max);
+  if (model_) return model_->readBatch(points, max);
   las_->readBatch(batch_, max);
   convert(points);
   return points.size();

@@ -13,8 +13,7 @@ bool isWktInForce(LasReader const& las) { return (las.header().globalEncoding & 
 
 }  // namespace
 
-ReferenceSystem systemOf(PointStream const& cloud) {
-  LasReader const* const las = cloud.las();
+ReferenceSystem systemOf(LasReader const* las) {
   if (las == nullptr) return {};
   const auto keys = las->geoKeys();
   const std::string wkt = las->wkt();
@@ -25,8 +24,17 @@ ReferenceSystem systemOf(PointStream const& cloud) {
 }
 
 void CommonSystem::meet(ReferenceSystem const& found, std::string const& file) {
-  if (isGiven_ || !found.isKnown()) return;
+  if (!found.isKnown()) return;
   const auto common = ReferenceSystem::common(system_, found);
+  if (isGiven_) {
+    if (!common) {
+      warnings_.push_back(
+          fmt::format("{}: its reference system is {}; --a-srs takes its numbers for {}, without "
+                      "transforming them",
+                      file, found.label(), system_.label()));
+    }
+    return;
+  }
   if (!common) {
     throw FileError(file, fmt::format("its reference system is {}, but that of {} is {}: transform one of them, or "
                                       "name the right one with --a-srs",

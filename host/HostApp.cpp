@@ -1,9 +1,13 @@
 #include "host/HostApp.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <fmt/format.h>
 
+#include "host/CloudPoint.h"
 #include "host/Failure.h"
+#include "host/FileError.h"
 #include "model/threads/Codigos.h"
 #include "platform/Ficheros.h"
 #include "platform/Proceso.h"
@@ -43,7 +47,7 @@ void HostApp::Fase(int, unsigned mensaje) { bar_.phase(TextoMensaje(mensaje).Utf
 
 void HostApp::Mensaje(int, CString* texto, int) { messages_.push_back(texto->Utf8()); }
 
-void HostApp::showMessages() {
+void HostApp::showMessages() const {
   for (std::string const& message : messages_)
     static_cast<void>(std::fprintf(stderr, "urdimbre: %s\n", message.c_str()));
 }
@@ -84,6 +88,23 @@ void requireDone(int code, std::string const& what) {
   }
   throw Failure(
       fmt::format("{}: {} (code {})", what, AfxGetApp()->TextoMensaje(static_cast<unsigned>(code)).Utf8(), code));
+}
+
+void requireRoom(CResumenPlano const& run, int precision, std::string const& what) {
+  constexpr std::int64_t kLeast = 10;  // units across, of which the frame takes a tenth on each side: one at least
+  const std::int64_t widest = std::max(run.ancho, run.alto);
+  if (run.aceptados < 3 || widest >= kLeast) return;
+  if (widest == 0) {
+    throw Failure(fmt::format("{}: all {} points lie at one place in plan at precision {}; a surface needs 3 places",
+                              what, withThousands(run.aceptados), precision));
+  }
+  const double unit = std::pow(10.0, -precision);
+  throw Failure(fmt::format(
+      "{}: the points lie within {:g} by {:g}, which is too narrow at precision {} to tell them "
+      "from the frame around them{}",
+      what, static_cast<double>(run.ancho) * unit, static_cast<double>(run.alto) * unit, precision,
+      precision < kMostDecimals ? fmt::format(": give --precision {}", std::min(precision + 2, kMostDecimals))
+                                : ": shift or scale them"));
 }
 
 void requireRun(int code, std::string const& what, std::uint64_t bytes) {

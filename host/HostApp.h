@@ -7,6 +7,7 @@
 
 #include "host/ProgressBar.h"
 #include "model/threads/IPorcentaje.h"
+#include "planar/CResumenPlano.h"
 #include "platform/CWinApp.h"
 
 namespace Meseta47::host {
@@ -39,8 +40,10 @@ class HostApp : public CWinApp, public IPorcentaje {
   void step(unsigned long long value, unsigned long long total);
   /// Takes the bar off the screen.
   void clearProgress() noexcept { bar_.clear(); }
-  /// Writes what the library had to say besides its codes, a line each, to stderr.
-  void showMessages();
+  /// Keeps a line about what is done all the same, and may not be what was meant.
+  void warn(std::string const& line) { messages_.push_back("warning: " + line); }
+  /// Writes the warnings, and what the library had to say besides its codes, a line each, to stderr.
+  void showMessages() const;
 
  private:
   ProgressBar bar_;
@@ -54,6 +57,10 @@ void requireTempSpace(std::uint64_t bytes);
 /// Turns a code of the library into the exception that it stands for; nothing for success. `what` is the file or the
 /// work.
 void requireDone(int code, std::string const& what);
+
+/// Refuses what no run can make a surface of: points that all share one plan position, and those so close together that
+/// the frame around them falls on them. To be asked before the code, which has other causes too. Throws Failure.
+void requireRoom(CResumenPlano const& run, int precision, std::string const& what);
 
 /// The same for a run that spills to the folder for temporary files and was promised `bytes` there; 0 for one that does
 /// not.

@@ -20,6 +20,7 @@ namespace {
 struct Input {
   std::string name;
   std::optional<VectorContent> vector;
+  std::optional<Extent> extent{};  ///< of a cloud, once it is measured
 };
 
 using Groups = std::vector<std::vector<Input>>;
@@ -37,25 +38,26 @@ struct Survey {
   std::vector<std::uint64_t> cloudPoints;  ///< of each group, without those of vector files
 };
 
-void include(Survey& result, Input const& input, bool believe) {
+void include(Survey& result, Input& input, bool believe, LoadOptions const& options) {
   if (input.vector) {
     result.extent.include(input.vector->extent);
     result.decimals = std::max(result.decimals, input.vector->decimals);
     result.points += input.vector->places;
     return;
   }
-  PointStream stream(input.name);
-  if (const auto extent = stream.extent(believe)) result.extent.include(*extent);
+  PointStream stream(input.name, options.columns);
+  input.extent = stream.extent(believe);
+  if (input.extent) result.extent.include(*input.extent);
   result.decimals = std::max(result.decimals, stream.decimals());
   result.points += stream.count();
   result.cloudPoints.back() += stream.count();
 }
 
-Survey survey(Groups const& groups, bool believe) {
+Survey survey(Groups& groups, bool believe, LoadOptions const& options) {
   Survey result;
-  for (auto const& inputs : groups) {
+  for (auto& inputs : groups) {
     result.cloudPoints.push_back(0);
-    for (Input const& input : inputs) include(result, input, believe);
+    for (Input& input : inputs) include(result, input, believe, options);
   }
   return result;
 }
@@ -78,21 +80,38 @@ CDataSemilla seedFor(Extent const& extent, int precision) {
   return {static_cast<char>(precision), middle(0), middle(1), 0.0};
 }
 
-/// Half the side of the frame, or the greatest height, whichever is more: it must fit 32 bits once scaled.
-double reach(Extent const& extent) {
-  const double side = std::max(extent.max[0] - extent.min[0], extent.max[1] - extent.min[1]);
-  return std::max({side * kFrameMargin / 2 + 1, std::abs(extent.min[2]), std::abs(extent.max[2])});
+/// What must fit 32 bits once scaled: half the side of the frame around an extent in plan, and the greatest height.
+double reach(Extent const& extent, std::size_t axis) {
+  if (axis == 2) return std::max(std::abs(extent.min[2]), std::abs(extent.max[2]));
+  return (extent.max[axis] - extent.min[axis]) * kFrameMargin / 2 + 1;
+}
+double reach(Extent const& extent) { return std::max({reach(extent, 0), reach(extent, 1), reach(extent, 2)}); }
+
+/// Blames the axes that are too long, and no other.
+void requireFit(Extent const& extent, int precision, std::string const& what) {
+  const double units = std::pow(10.0, precision);
+  if (extent.isEmpty() || reach(extent) * units <= kInt32) return;
+  std::string blamed;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    if (reach(extent, axis) * units <= kInt32) continue;
+    if (!blamed.empty()) blamed += " and ";
+    blamed += axis == 2 ? fmt::format("heights from {:g} to {:g}", extent.min[2], extent.max[2])
+                        : fmt::format("an extent of {:g} in {}", extent.max[axis] - extent.min[axis], "xy"[axis]);
+  }
+  const bool inPlan = std::max(reach(extent, 0), reach(extent, 1)) * units > kInt32;
+  const int fitting = static_cast<int>(std::floor(std::log10(kInt32 / reach(extent))));
+  throw Failure(fmt::format("{}: 32-bit coordinates have no room at precision {} for {}: --precision {} would fit{}",
+                            what, precision, blamed, fitting,
+                            inPlan ? ", or take a part of it with --bounds" : ", or mend the heights"));
 }
 
-void requireFit(Extent const& extent, int precision, std::string const& what) {
-  const double farthest = reach(extent);
-  if (extent.isEmpty() || farthest * std::pow(10.0, precision) <= kInt32) return;
-  const int fitting = static_cast<int>(std::floor(std::log10(kInt32 / farthest)));
-  throw Failure(
-      fmt::format("{}: an extent of {:g} by {:g} by {:g} does not fit 32-bit coordinates at precision {}: "
-                  "--precision {} would fit, or take a part of it with --bounds",
-                  what, extent.max[0] - extent.min[0], extent.max[1] - extent.min[1], extent.max[2] - extent.min[2],
-                  precision, fitting));
+/// Text of whole numbers is no promise of whole metres, and the frame around a few units would fall on the points.
+int roomyDecimals(Extent const& extent, int decimals) {
+  constexpr double kRoom = 100;  // units across: the frame then stands ten off
+  const double side = std::max(extent.max[0] - extent.min[0], extent.max[1] - extent.min[1]);
+  if (extent.isEmpty() || !(side > 0)) return decimals;
+  while (decimals < kMostDecimals && side * std::pow(10.0, decimals) < kRoom) ++decimals;
+  return decimals;
 }
 
 /// Decimals to add of those that are wanted: none that would make the diagonal of the extent longer than 32 bits hold.
@@ -169,7 +188,7 @@ void requireCountable(LoadedCloud const& cloud, std::string const& file) {
 
 void readCloud(LoadedCloud& cloud, std::string const& file, Reading& reading) {
   std::vector<WidePoint> batch;
-  PointStream stream(file);
+  PointStream stream(file, reading.options.columns);
   if (reading.options.bounds) reserve(cloud, stream.count(), reading);  // of many files few points may be within
   while (stream.next(reading.seed, batch)) {
     for (WidePoint const& wide : batch) append(cloud, wide, reading);
@@ -230,7 +249,8 @@ LoadedCloud readGroup(std::vector<Input> const& inputs, std::uint64_t points, Re
 
 std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, LoadOptions const& options, HostApp& app) {
   const Extent extent = within(found.extent, options);
-  const int precision = options.precision.value_or(found.decimals + roomForMore(extent, found.decimals, options));
+  const int decimals = roomyDecimals(extent, found.decimals);
+  const int precision = options.precision.value_or(decimals + roomForMore(extent, decimals, options));
   requireFit(extent, precision, groups[0][0].name);
   const CDataSemilla seed = seedFor(extent, precision);
   Reading reading{seed, BoundsFilter(options, seed), options, found.points, 0, app};
@@ -241,13 +261,13 @@ std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, Load
   return clouds;
 }
 
-std::vector<LoadedCloud> readGroups(Groups const& groups, LoadOptions const& options, HostApp& app) {
+std::vector<LoadedCloud> readGroups(Groups& groups, LoadOptions const& options, HostApp& app) {
   try {
-    return readAll(groups, survey(groups, true), options, app);
+    return readAll(groups, survey(groups, true, options), options, app);
   } catch (OutOfRange const&) {
     // Some file declares less than it holds. What the points themselves say decides.
   }
-  const Survey measured = survey(groups, false);
+  const Survey measured = survey(groups, false, options);
   try {
     return readAll(groups, measured, options, app);
   } catch (OutOfRange const&) {
@@ -268,15 +288,57 @@ Groups inputsOf(std::vector<std::vector<std::string>> const& names, LoadOptions 
   return groups;
 }
 
-ReferenceSystem commonSystem(Groups const& groups, MapOptions const& map) {
+/// What a cloud says of where it lies. Where that is given, what cannot be understood is no fault.
+ReferenceSystem systemOf(Input const& input, TextColumns const& columns, bool isGiven) {
+  if (input.vector) return input.vector->system;
+  const PointStream stream(input.name, columns);
+  try {
+    return systemOf(stream.las());
+  } catch (FileError const&) {
+    if (!isGiven) throw;
+    return {};
+  }
+}
+
+CommonSystem commonSystem(Groups const& groups, MapOptions const& map, TextColumns const& columns) {
   CommonSystem common(map.system);
   for (auto const& inputs : groups) {
+    for (Input const& input : inputs) common.meet(systemOf(input, columns, common.isGiven()), input.name);
+  }
+  return common;
+}
+
+/// Lines drawn without heights often come with 0 for all of them, and would cut pits into the ground. They are told of
+/// where all else lies clear of 0.
+void warnOfZeroHeights(Groups const& groups, HostApp& app) {
+  Extent rest;
+  for (auto const& inputs : groups) {
     for (Input const& input : inputs) {
-      if (common.isGiven()) return common.system();
-      common.meet(input.vector ? input.vector->system : systemOf(PointStream(input.name)), input.name);
+      if (!input.vector) {
+        if (const auto extent = input.extent) rest.include(*extent);
+        continue;
+      }
+      for (VectorEntity const& entity : input.vector->entities) {
+        if (liesAtZero(entity)) continue;
+        for (auto const& p : entity.places) rest.include(p[0], p[1], p[2]);
+      }
     }
   }
-  return common.system();
+  constexpr double kClear = 0.1;  // of the range of heights
+  const double low = rest.min[2], high = rest.max[2];
+  if (rest.isEmpty() || std::max(low, -high) <= kClear * (high - low)) return;
+  for (auto const& inputs : groups) {
+    for (Input const& input : inputs) {
+      if (!input.vector) continue;
+      auto const& all = input.vector->entities;
+      const auto count = std::count_if(all.begin(), all.end(), liesAtZero);
+      if (count == 0) continue;
+      app.warn(fmt::format(
+          "{}: {} of its {} lines and sets of points have the height 0 throughout, and all else lies "
+          "between {:g} and {:g}: give them heights, or leave them out with --code",
+          input.name, withThousands(static_cast<std::uint64_t>(count)), withThousands(all.size()), low, high));
+    }
+  }
 }
 
 }  // namespace
@@ -292,14 +354,24 @@ std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert) {
 std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,
                                     HostApp& app) {
   app.phase("Reading");
-  const Groups inputs = inputsOf(groups, options);
+  Groups inputs = inputsOf(groups, options);
   // Looking into the register of systems takes half as long as reading a million points: beside it, or after it where
   // there is no thread.
-  const auto findSystem = [&] { return options.map ? commonSystem(inputs, *options.map) : ReferenceSystem(); };
+  const auto findSystem = [&] {
+    return options.map ? commonSystem(inputs, *options.map, options.columns) : CommonSystem(ReferenceSystem());
+  };
   auto system = std::async(std::launch::async | std::launch::deferred, findSystem);
-  std::vector<LoadedCloud> clouds = readGroups(inputs, options, app);
-  const ReferenceSystem found = system.get();
-  for (LoadedCloud& cloud : clouds) cloud.system = found;
+  std::vector<LoadedCloud> clouds;
+  try {
+    clouds = readGroups(inputs, options, app);
+  } catch (Failure const&) {
+    system.get();  // files of different systems have an extent that nothing holds: the systems are the reason
+    throw;
+  }
+  const CommonSystem found = system.get();
+  for (LoadedCloud& cloud : clouds) cloud.system = found.system();
+  for (std::string const& warning : found.warnings()) app.warn(warning);
+  warnOfZeroHeights(inputs, app);
   return clouds;
 }
 

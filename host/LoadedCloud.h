@@ -8,6 +8,7 @@
 #include "host/HostApp.h"
 #include "host/Parsing.h"
 #include "host/SpatialOrder.h"
+#include "host/text/TextReader.h"
 #include "host/vector/ReferenceSystem.h"
 #include "host/vector/VectorInput.h"
 #include "model/drawing/CDibujo.h"
@@ -24,9 +25,10 @@ struct MapOptions {
 };
 
 struct LoadOptions {
-  std::optional<int> precision;   ///< decimals; by default the finest that the files' scales need
+  std::optional<int> precision;   ///< decimals; by default the finest that the files' scales need, or a small extent
   int moreDecimals = 0;           ///< finer by so many, where no precision is given and 32 bits leave room
   std::optional<Bounds> bounds;   ///< in the files' reference system, limits included
+  TextColumns columns;            ///< of text files
   bool wayBack = false;           ///< keep the way from the points back to the records of the files
   std::optional<MapOptions> map;  ///< none: clouds alone are taken, and nobody asks for their reference systems
 };

@@ -1,7 +1,9 @@
 #include "host/Parsing.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <fmt/format.h>
 #include <string_view>
 
@@ -29,6 +31,13 @@ bool parseNumber(std::string_view text, T& value) {
 
 }  // namespace
 
+std::string extensionOf(std::string const& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  return extension;
+}
+
 Limits parseLimits(std::string const& option, std::string const& text, double lowest, double highest) {
   const auto parts = split(text, ':');
   Limits limits{lowest, highest};
@@ -36,6 +45,9 @@ Limits parseLimits(std::string const& option, std::string const& text, double lo
                     (parts[1].empty() || parseNumber(parts[1], limits.max)) && !std::isnan(limits.min) &&
                     !std::isnan(limits.max);
   if (!good) throw UsageError(fmt::format("{} {}: give two numbers as MIN:MAX (either may be left out)", option, text));
+  if (limits.min < lowest || limits.max > highest) {
+    throw UsageError(fmt::format("{} {}: give numbers from {} to {}", option, text, lowest, highest));
+  }
   if (limits.min > limits.max) throw UsageError(fmt::format("{} {}: the minimum is above the maximum", option, text));
   return limits;
 }

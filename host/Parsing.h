@@ -6,11 +6,15 @@
 
 namespace Meseta47::host {
 
+/// The extension of a file's name with its dot, in small letters: .ply of a.PLY.
+[[nodiscard]] std::string extensionOf(std::string const& path);
+
 /// A closed interval given as MIN:MAX, where either may be left out.
 struct Limits {
   double min, max;
 };
-/// Throws UsageError, naming the option, for what is no interval or one that ends before it begins.
+/// Throws UsageError, naming the option, for what is no interval, ends before it begins or goes beyond what is
+/// possible.
 Limits parseLimits(std::string const& option, std::string const& text, double lowest, double highest);
 
 /// Classes given as 2,9,17-20; each from 0 to 255. Throws UsageError.

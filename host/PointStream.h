@@ -26,7 +26,7 @@ struct WidePoint {
 class PointStream {
  public:
   /// Throws FileError.
-  explicit PointStream(std::string const& file) : reader_(file) {}
+  explicit PointStream(std::string const& file, TextColumns const& columns = {}) : reader_(file, columns) {}
 
   /// The LAS file behind it; null for text.
   [[nodiscard]] LasReader const* las() const { return reader_.las(); }

@@ -5,9 +5,13 @@
 #include <cstdio>
 #include <fmt/format.h>
 #include <new>
+#include <numeric>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "host/Failure.h"
 #include "host/HostApp.h"
@@ -43,6 +47,8 @@ int run(Work const& work, CommonOptions const& common) {
   DevuelveMemoriaLibre();
   try {
     work(app);
+    app.clearProgress();
+    app.showMessages();
     return flushed();
   } catch (Cancelled const&) {
     app.clearProgress();
@@ -87,17 +93,73 @@ void addVerbs(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addGenerate(program, common, chosen);
 }
 
+/// An option that is given says something: an empty text is a variable that was never set, and the default is then not
+/// what was meant.
+void refuseEmptyTexts(CLI::App& program) {
+  const CLI::Validator saysSomething(
+      [](std::string const& text) { return text.empty() ? std::string("is empty: give a value") : std::string(); }, "");
+  for (CLI::Option* const option : program.get_options()) {
+    if (option->get_expected_min() > 0 && option->get_type_size() > 0) option->check(saysSomething);
+  }
+  for (CLI::App* const verb : program.get_subcommands([](CLI::App*) { return true; })) refuseEmptyTexts(*verb);
+}
+
+/// How many letters must be put in, left out or changed to make one word of the other.
+std::size_t editsBetween(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, changed});
+    }
+  }
+  return row.back();
+}
+
+/// What to say of a word that stands where a subcommand is wanted; nothing when none does.
+std::optional<std::string> unknownSubcommand(CLI::App const& program, std::vector<std::string> const& words) {
+  CLI::App const* at = &program;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    std::string const& word = words[i];
+    if (word == "--threads" || word == "--temp-dir") ++i;  // their values
+    if (word.empty() || word.front() == '-') continue;
+    std::vector<CLI::App const*> const all = at->get_subcommands([](CLI::App const*) { return true; });
+    if (all.empty()) return std::nullopt;
+    const auto named = std::find_if(all.begin(), all.end(), [&](auto* one) { return one->get_name() == word; });
+    if (named != all.end()) {
+      at = *named;
+      continue;
+    }
+    const auto nearest = std::min_element(all.begin(), all.end(), [&](auto* a, auto* b) {
+      return editsBetween(word, a->get_name()) < editsBetween(word, b->get_name());
+    });
+    std::string names;
+    for (CLI::App const* const one : all) names += (names.empty() ? "" : ", ") + one->get_name();
+    const bool isNear = editsBetween(word, (*nearest)->get_name()) <= std::max<std::size_t>(word.size() / 2, 1);
+    return isNear ? fmt::format("there is no subcommand \"{}\": did you mean \"{}\"? (there are {})", word,
+                                (*nearest)->get_name(), names)
+                  : fmt::format("there is no subcommand \"{}\": there are {}", word, names);
+  }
+  return std::nullopt;
+}
+
 int parseAndRun(int argc, char const* const* argv) {
   CLI::App program("Terrain triangulation for lidar clouds and survey lines", "urdimbre");
   CommonOptions common;
   Work chosen;
   addOptions(program, common);
   addVerbs(program, common, chosen);
+  refuseEmptyTexts(program);
   try {
     program.parse(argc, argv);
   } catch (CLI::Success const& success) {
-    return program.exit(success);
+    program.exit(success);
+    return flushed();
   } catch (CLI::ParseError const& error) {
+    if (const auto unknown = unknownSubcommand(program, {argv + 1, argv + argc})) return complain(kUsage, *unknown);
     return complain(kUsage, fmt::format("{} (see urdimbre --help)", error.what()));
   } catch (UsageError const& error) {
     return complain(kUsage, error.what());

@@ -12,6 +12,17 @@ namespace {
 
 constexpr std::uint32_t kNinguno = std::numeric_limits<std::uint32_t>::max();
 
+/// Of sorted pieces, one of each kind that comes an odd number of times.
+void QuitaParejas(std::vector<CSegmento>& segmentos) {
+  auto queda = segmentos.begin();
+  for (auto i = segmentos.begin(); i != segmentos.end();) {
+    const auto otro = std::find_if(i, segmentos.end(), [i](CSegmento const& s) { return s != *i; });
+    if ((otro - i) % 2 != 0) *queda++ = *i;
+    i = otro;
+  }
+  segmentos.erase(queda, segmentos.end());
+}
+
 }  // namespace
 
 /// Along a contour, place by place, from the end of a piece.
@@ -32,14 +43,18 @@ class CNivelDeCurvas::CPaseo {
   CExtremo aqui, sale;
 };
 
-CNivelDeCurvas::CNivelDeCurvas(int laAltura, std::vector<CSegmento> losSegmentos)
+CNivelDeCurvas::CNivelDeCurvas(int laAltura, std::vector<CSegmento> losSegmentos, CLlanos llanos)
     : altura(laAltura), segmentos(std::move(losSegmentos)) {
   std::erase_if(segmentos, [](CSegmento const& s) { return s.a == s.b; });
   for (CSegmento& s : segmentos) {
     if (s.b < s.a) std::swap(s.a, s.b);
   }
   std::sort(segmentos.begin(), segmentos.end());
-  segmentos.erase(std::unique(segmentos.begin(), segmentos.end()), segmentos.end());
+  if (llanos == CLlanos::ORILLA) {
+    QuitaParejas(segmentos);
+  } else {
+    segmentos.erase(std::unique(segmentos.begin(), segmentos.end()), segmentos.end());
+  }
   pareja.assign(2 * segmentos.size(), kNinguno);
   EmparejaExtremos();
   RecogeCadenas();

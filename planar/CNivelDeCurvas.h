@@ -15,8 +15,10 @@ namespace Meseta47 {
 /// Does not change once made; any number of threads may ask.
 class URDIMBRE_API CNivelDeCurvas {
  public:
-  /// Joins the pieces, in scaled units; they may come in any order and sense. O(n log n).
-  CNivelDeCurvas(int laAltura, std::vector<CSegmento> losSegmentos);
+  /// Joins the pieces, in scaled units; they may come in any order and sense. Where they part what is higher than the
+  /// level from what is not, as `llanos` then says, two that lie upon each other have higher ground on both sides, and
+  /// part nothing: they go in pairs, and contours end on the border of the surface alone. O(n log n).
+  CNivelDeCurvas(int laAltura, std::vector<CSegmento> losSegmentos, CLlanos llanos = CLlanos::LADOS);
 
   [[nodiscard]] int Altura() const { return altura; }
   /// How many contours there are.

@@ -1,7 +1,10 @@
 #include "planar/CSegmentos.h"
 
 #include <algorithm>
+#include <array>
 #include <type_traits>
+
+#include "planar/CorteDeLado.h"
 
 namespace Meseta47 {
 
@@ -63,6 +66,22 @@ void CSegmentos::Anade(CCoor3D<int> const& a, CCoor3D<int> const& b) {
   ++cantidad;
 }
 
+//            v2               The level takes the long side v0-v2, and beside it v0-v1 or v1-v2: whichever has one end
+//           / |               above it.
+//      v1  /  | ------ level
+//        \/   |
+//         \   |
+//            v0
+void CSegmentos::Corta(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, int equidistancia) {
+  std::array<CCoor3D<int> const*, 3> v{&a, &b, &c};
+  std::sort(v.begin(), v.end(), [](auto* p, auto* q) { return p->z < q->z; });
+  for (std::int64_t nivel = PrimerNivel(v[0]->z, equidistancia); nivel < v[2]->z; nivel += equidistancia) {
+    const CCoor3D<int> p = CorteDeLado(*v[0], *v[2], nivel);
+    const CCoor3D<int> q = v[1]->z > nivel ? CorteDeLado(*v[0], *v[1], nivel) : CorteDeLado(*v[1], *v[2], nivel);
+    if (p.x != q.x || p.y != q.y) Anade(p, q);
+  }
+}
+
 std::vector<CSegmento> CSegmentos::Saca(int z) {
   std::vector<CSegmento> segmentos;
   const auto nivel = niveles.find(z);
@@ -79,6 +98,7 @@ void CSegmentos::Clear() {
   ultimo = nullptr;
   cantidad = 0;
   fichero = nullptr;
+  llanos = CLlanos::LADOS;
 }
 
 }  // namespace Meseta47

@@ -25,6 +25,12 @@ struct CSegmento {
   auto operator<=>(CSegmento const&) const = default;
 };
 
+/// What contours are where a surface lies flat on a level, in whole or along sides.
+enum class CLlanos {
+  LADOS,   ///< every side that lies on a level is a piece of contour
+  ORILLA,  ///< a level runs between what is higher and what is not: the shore of a flat area, once
+};
+
 /// The pieces of all contours of a run, from when triangles are cut until the levels are joined: 16 bytes each, for
 /// there are as many as triangles. They keep their positions and nothing else of the points that they come from. With a
 /// file, at most 64 KB of a level are in memory. A file that fails keeps its failure, and pieces are missing then.
@@ -36,6 +42,16 @@ class URDIMBRE_API CSegmentos {
   /// file is open for reading and writing, and must stand until Clear(); null for none.
   void PonFichero(CFile* elFichero) { fichero = elFichero; }
 
+  /// How triangles are to be cut from now on; LADOS before that and after Clear().
+  void PonLlanos(CLlanos losLlanos) { llanos = losLlanos; }
+  [[nodiscard]] CLlanos Llanos() const { return llanos; }
+
+  /// Cuts a triangle with the multiples of `equidistancia` as ORILLA has it: a vertex on a level counts as below it. So
+  /// each level takes one piece at most, its ends lie on two sides, and the triangle across such a side has a piece
+  /// that ends at the very same place. Pieces that rounding brings down to a point are left out. O(levels within the
+  /// triangle).
+  void Corta(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, int equidistancia);
+
   /// Adds a piece of the level that both ends lie on, lower end first. O(log levels), mostly O(1).
   void Anade(CCoor3D<int> const& a, CCoor3D<int> const& b);
 
@@ -46,7 +62,7 @@ class URDIMBRE_API CSegmentos {
 
   /// Takes the pieces of a level out, in the order in which they came; none when it has none.
   [[nodiscard]] std::vector<CSegmento> Saca(int z);
-  /// Forgets all pieces, and the file, which stays as it is.
+  /// Forgets all pieces, how to cut, and the file, which stays as it is.
   void Clear();
 
  private:
@@ -64,6 +80,7 @@ class URDIMBRE_API CSegmentos {
   };
 
   CFile* fichero = nullptr;
+  CLlanos llanos = CLlanos::LADOS;
   std::map<int, CNivel> niveles;  ///< by height
   CNivel* ultimo = nullptr;       ///< level of the piece added last, where the next one lies as a rule
   int ultimoZ = 0;

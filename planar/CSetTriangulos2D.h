@@ -41,6 +41,13 @@ class URDIMBRE_API CSetTriangulos2D {
     std::uint64_t creados = 0, condenados = 0;
   };
 
+  /// How far a point may stand above the surface.
+  struct CTolerancia {
+    int unidades = 0;             ///< scaled units; 0 for any height
+    bool soloSuperficie = false;  ///< duplicates are told as such whatever their height, and beyond the border of the
+                                  ///< surface, where only the frame is, any height will do
+  };
+
   // Close to a plain record; the tree's own invariants are kept by the operations.
   std::uint32_t nivel = 0;
   CCoor3D<int> centro;
@@ -112,8 +119,8 @@ class URDIMBRE_API CSetTriangulos2D {
   /// the boundary grows with the cavity, and it tells the neighbours. Called on the root; `cerca` is an open set near
   /// the point, where filing begins. Answers and arguments as those of `Implicados`; `balance` takes what was made and
   /// destroyed.
-  int InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia, unsigned& aceptados,
-                   unsigned& rechazados, CBalance& balance);
+  int InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, CTolerancia tolerancia,
+                   unsigned& aceptados, unsigned& rechazados, CBalance& balance);
   /// Sides of all triangles of the subtree that are not in a closed set.
   void GetLados(CSetLados2D& lados) const;
   /// A triangle to start a walk from: the own one, a child's, an ancestor's; null at the end.
@@ -233,14 +240,15 @@ class URDIMBRE_API CSetTriangulos2D {
   bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados, unsigned& rechazados);
   int BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
                    CTriangulo2D*& semilla);
-  int MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla, int tolerancia);
-  [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, int tolerancia);
+  int MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla,
+                   CTolerancia tolerancia);
+  [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia);
   void BorraCavidad();
   void RecogeLados(CSetLados2D& lados) const;
   [[nodiscard]] bool CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
                                    unsigned& rechazados);
   [[nodiscard]] bool HayAbiertoSinEnlazar() const;
-  int JuzgaAltura(CCoor3D<int>* p, int tolerancia);
+  int JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia);
   void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
   void PonAbanico(CCoor3D<int>* p);
   void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);

@@ -10,6 +10,7 @@
 #include "planar/CBordeDelMarco.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
+#include "planar/CorteDeLado.h"
 
 namespace Meseta47 {
 
@@ -25,10 +26,13 @@ void Anade(CDibujo<int>& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) {
 
 void Anade(CSegmentos& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b) { curvas.Anade(a, b); }
 
-/// The lowest level that is not below a height.
-std::int64_t PrimerNivel(int z, int equidistancia) {
-  const std::int64_t nivel = std::int64_t{z} / equidistancia * equidistancia;  // towards zero
-  return nivel < z ? nivel + equidistancia : nivel;
+/// Cuts the triangle where its level sides are no contours; false where they are.
+bool CortaOrilla(CDibujo<int>&, CCoor3D<int> const&, CCoor3D<int> const&, CCoor3D<int> const&, int) { return false; }
+bool CortaOrilla(CSegmentos& curvas, CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c,
+                 int equidistancia) {
+  if (curvas.Llanos() != CLlanos::ORILLA) return false;
+  curvas.Corta(a, b, c, equidistancia);
+  return true;
 }
 
 /// By height, those of one height in a row; of equal ones the first cut comes first.
@@ -74,10 +78,13 @@ void CTriangulo2D::Curva(CSegmentos& curvas, int equidistancia, double lado2) co
 
 template <class Destino>
 void CTriangulo2D::Corta(Destino& curvas, int equidistancia, double lado2) const {
-  if (equidistancia <= 0 || !EsValido() || p1->num < 0 || p2->num < 0 || p3->num < 0) return;
+  if (equidistancia <= 0 || p1 == nullptr || p2 == nullptr || p3 == nullptr) return;
+  if (p1->num < 0 || p2->num < 0 || p3->num < 0) return;
   if (PrimerNivel(GetMinZ(), equidistancia) > GetMaxZ()) return;
   if (p1->Distancia2(*p2, 0) > lado2 || p2->Distancia2(*p3, 0) > lado2 || p3->Distancia2(*p1, 0) > lado2) return;
 
+  // Contours would break at a triangle that lies on a line, were it left out.
+  if (CortaOrilla(curvas, *p1, *p2, *p3, equidistancia) || !EsValido()) return;
   std::vector<CCoor3D<int>> puntosCorte;
   for (short lado = 0; lado < 3; ++lado) CortaLado(puntosCorte, lado, equidistancia);
   std::sort(puntosCorte.begin(), puntosCorte.end(), VaAntes);
@@ -116,25 +123,15 @@ void CTriangulo2D::CortaLado(std::vector<CCoor3D<int>>& puntosCorte, short lado,
     p.num = static_cast<int>(puntosCorte.size()) + 1;
     puntosCorte.push_back(p);
   };
-  // Measured from the lower end whichever way the side runs, so that the two triangles of a side cut it at the very
-  // same points and no contour breaks there.
   CCoor3D<int> const& bajo = b.z < a.z ? b : a;
   CCoor3D<int> const& alto = b.z < a.z ? a : b;
-  const double dx = static_cast<double>(alto.x) - bajo.x, dy = static_cast<double>(alto.y) - bajo.y;
-  const double dz = static_cast<double>(alto.z) - bajo.z;
   std::int64_t nivel = PrimerNivel(bajo.z, equidistancia);
-  if (nivel == bajo.z && dz == 0) {
+  if (nivel == bajo.z && alto.z == bajo.z) {
     anade(a);
     anade(b);
     return;
   }
-  for (; nivel <= alto.z; nivel += equidistancia) {
-    const double t = static_cast<double>(nivel) - bajo.z;
-    CCoor3D<int> corte;
-    corte.ActualizaXY(t * dx / dz + bajo.x, t * dy / dz + bajo.y);
-    corte.z = static_cast<int>(nivel);
-    anade(corte);
-  }
+  for (; nivel <= alto.z; nivel += equidistancia) anade(CorteDeLado(bajo, alto, nivel));
 }
 
 }  // namespace Meseta47

@@ -8,7 +8,7 @@ int CSetTriangulos2D::Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& 
                                  CTriangulo2D* desde, int tolerancia) {
   CTriangulo2D* semilla = nullptr;
   int respuesta = BuscaSemilla(*p, aceptados, rechazados, desde, semilla);
-  if (respuesta == 0) respuesta = MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
+  if (respuesta == 0) respuesta = MarcaCavidad(p, aceptados, rechazados, semilla, {tolerancia});
   RecogeLados(lados);
   if (respuesta == 0) BorraCavidad();
   return respuesta;
@@ -33,12 +33,13 @@ int CSetTriangulos2D::BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, u
 
 /// Marks the cavity, or leaves the mesh as it was.
 int CSetTriangulos2D::MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla,
-                                   int tolerancia) {
+                                   CTolerancia tolerancia) {
   // A second stamp tells what the walk already found outside from what has not been met yet.
   const int numero = p->num;
   p->num = numero + kSegundaMarca;
   const bool duplicado = CreceCavidad(*p, semilla, aceptados, rechazados);
-  const bool admitido = tolerancia == 0 || AdmiteAltura(*p, tolerancia);
+  const bool juzga = tolerancia.unidades != 0 && !(duplicado && tolerancia.soloSuperficie);
+  const bool admitido = !juzga || AdmiteAltura(*p, tolerancia);
   if (admitido) p->num = numero;
   if (admitido && !duplicado) return 0;
   for (CTriangulo2D* t : borrador->Condenados()) t->SetBorrado(false);
@@ -116,13 +117,18 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
 }
 
 /// One-sided: a point far below the surface passes, and one that no triangle of its cavity can place is refused.
-bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, int tolerancia) {
+bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia) {
+  bool fuera = false;
   for (CTriangulo2D* t : borrador->Condenados()) {
     CCoor3D<int> sobreElPlano(p);
     if (t->Proyecta(sobreElPlano, true) == 0) continue;
-    return static_cast<std::int64_t>(p.z) - sobreElPlano.z <= tolerancia;
+    if (tolerancia.soloSuperficie && (t->p1->num < 0 || t->p2->num < 0 || t->p3->num < 0)) {
+      fuera = true;  // heights of the frame mean nothing
+      continue;
+    }
+    return static_cast<std::int64_t>(p.z) - sobreElPlano.z <= tolerancia.unidades;
   }
-  return false;
+  return fuera;
 }
 
 void CSetTriangulos2D::BorraCavidad() {

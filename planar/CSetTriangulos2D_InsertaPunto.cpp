@@ -20,8 +20,9 @@ void PideSitios(CTriangulo2D** sitios, std::size_t n) {
 
 }  // namespace
 
-int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, int tolerancia,
-                                   unsigned& aceptados, unsigned& rechazados, CBalance& balance) {
+int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde,
+                                   CTolerancia tolerancia, unsigned& aceptados, unsigned& rechazados,
+                                   CBalance& balance) {
   CTriangulo2D* semilla = nullptr;
   if (const int fallo = BuscaSemilla(*p, aceptados, rechazados, desde, semilla); fallo != 0) return fallo;
   const bool porAnillo = !semilla->TieneVerticeEn(*p) && CreceContorno(*p, semilla, aceptados, rechazados);
@@ -39,8 +40,8 @@ int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTr
 }
 
 /// 0, or 5.
-int CSetTriangulos2D::JuzgaAltura(CCoor3D<int>* p, int tolerancia) {
-  if (tolerancia == 0) return 0;
+int CSetTriangulos2D::JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia) {
+  if (tolerancia.unidades == 0) return 0;
   p->num += kSegundaMarca;
   if (!AdmiteAltura(*p, tolerancia)) return 5;
   p->num -= kSegundaMarca;

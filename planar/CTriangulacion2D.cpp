@@ -65,6 +65,10 @@ void CTriangulacion2D::BorraFicheroTemporal() { ficheroTemporal.Borra(); }
 
 void CTriangulacion2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
   maximas = caja;
+  if (n != 0) {
+    resumen.ancho = std::int64_t{caja.Maximo.x} - caja.Minimo.x;
+    resumen.alto = std::int64_t{caja.Maximo.y} - caja.Minimo.y;
+  }
   divisiones.EstableceDivisiones(n, caja);
 }
 

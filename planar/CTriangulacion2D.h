@@ -102,9 +102,17 @@ class URDIMBRE_API CTriangulacion2D {
   int Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros, bool vaciar,
           CString* registro, CRango const* alturas, CRango const* intensidades);
   /// As `Run`, in the order in which the entities stand, with the points of `extra` added at the end: those that lie
-  /// more than `tolerancia` metres above the surface found so far are left out; 0 leaves out none.
+  /// more than `tolerancia` metres above the surface found so far are left out; 0 leaves out none. The first points of
+  /// cells, which go in while there is hardly a surface, are tested like added ones: part of `dibujo` may be left out.
   int RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra, double tolerancia,
                    std::vector<CDibujo<int>*>* otros, bool vaciar, CString* registro);
+  /// As `Run`, with the points of `extra` added at the end: all of `dibujo` and of the further drawings belongs to the
+  /// surface, and only added points are tested. Those more than `tolerancia` metres above the surface found so far are
+  /// left out and counted as refused; 0 leaves out none. A point at the plan position of an earlier one is a duplicate,
+  /// whatever its height, and one beyond the border, where there is no surface to be above of, goes in. `extra` is left
+  /// as it is but for the numbers. One run, at the cost of `Run`; cells that added points touch stay open to the end.
+  int RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra, double tolerancia,
+                std::vector<CDibujo<int>*>* otros, bool vaciar, CRango const* alturas, CRango const* intensidades);
   /// Makes the triangles of `tin` anew from its own points, under its own maximum length. A maximum length whose square
   /// passes 2147483647 scaled units leaves no triangle, and so does 0.
   int Run(CTIN& tin, CString* registro);
@@ -125,8 +133,9 @@ class URDIMBRE_API CTriangulacion2D {
   /// lowest to the highest, as soon as it is joined. With `vaciar` the drawing is cleared once it is cut, so that
   /// joining has its memory. In a file `piezas`, open for reading and writing and empty, the segments wait for their
   /// level, but for 64 KB of each at most; when it fails, no further level is told and the code is kFicheroInaccesible.
+  /// `llanos` says what contours are where the surface lies flat on a level.
   int Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
-              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas = nullptr);
+              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas = nullptr, CLlanos llanos = CLlanos::LADOS);
 
   // --- searches: runs that give points of the drawing a class, and make no model ---
   /// Finds the points that stand above the ground, such as trees and buildings, and gives them the class of `info`.
@@ -243,6 +252,7 @@ class URDIMBRE_API CTriangulacion2D {
   std::uint32_t identificador;
 
  private:
+  class CFijaBase;  ///< spares the base the tolerance
   class CGuarda;    ///< cleans up when an exception leaves a run
   struct CTrabajo;  ///< arguments of a linking pass over drawings, and what it counts
 
@@ -276,6 +286,8 @@ class URDIMBRE_API CTriangulacion2D {
                           CSetPuntosMdt& puntos, std::vector<int>& mapa);
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
+  int RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
+                 CDibujo<int>* extra, int tolerancia, bool vaciar, CRango const* alturas, CRango const* intensidades);
   int Concluye(int codigo, CDibujo<int>* porVaciar);
   /// A search from its beginning to its end: `busca` is called once the mesh is in the file.
   int RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
@@ -292,6 +304,7 @@ class URDIMBRE_API CTriangulacion2D {
   CResumenPlano resumen;
   CBordeDelMarco borde;  ///< of the mesh that is being linked, in a run without its frame
   bool sinMarco = false;
+  bool baseFija = false;  ///< the tolerance is for added points alone, and they are tested where there is a surface
 };
 
 }  // namespace Meseta47

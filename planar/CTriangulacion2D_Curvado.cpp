@@ -24,13 +24,14 @@ int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double
 }
 
 int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
-                              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas) {
+                              std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas, CLlanos llanos) {
   const CGuarda guarda(*this);
   const double escala = dibujo.semilla.Precision();
   paramCurvaA = Trunca(escala * equidistancia);
   paramCurvaB = Trunca(escala * ladoMaximo);
   dibujoCurvas.Clear();
   dibujoCurvas.PonFichero(piezas);
+  dibujoCurvas.PonLlanos(llanos);
   int codigo = CortaNiveles(dibujo, otros);
   if (codigo == kHecho) {
     BorraFicheroTemporal();  // of an earlier run, if it was left open
@@ -64,7 +65,7 @@ int CTriangulacion2D::JuntaNiveles(CRecibeNivel const& recibe, CFile const* piez
     if (porcentaje != nullptr && porcentaje->Porcentaje(mensajes, ++paso, pasos, false) == 0) return kCancelado;
     std::vector<CSegmento> segmentos = dibujoCurvas.Saca(static_cast<int>(z));
     if (piezas != nullptr && piezas->HayError()) return kFicheroInaccesible;
-    const CNivelDeCurvas nivel(static_cast<int>(z), std::move(segmentos));
+    const CNivelDeCurvas nivel(static_cast<int>(z), std::move(segmentos), dibujoCurvas.Llanos());
     if (nivel.Cantidad() != 0) recibe(nivel);
   }
   return kHecho;

@@ -128,8 +128,9 @@ int CTriangulacion2D::InsertaSemillas(CTrabajo& trabajo) {
     const bool afinidad = trabajo.EsAfinidad();
     unsigned a = 0, b = 0;
     if (!TriangulaPunto(p, static_cast<short>(lugar.lista), lugar.entidad, lugar.punto, a, b, false, false,
-                        trabajo.tolerancia, afinidad ? &info : nullptr, afinidad ? &trabajo.infos : nullptr,
-                        afinidad ? &intensidad : nullptr, afinidad ? &trabajo.intensidades : nullptr, nullptr)) {
+                        baseFija ? 0 : trabajo.tolerancia, afinidad ? &info : nullptr,
+                        afinidad ? &trabajo.infos : nullptr, afinidad ? &intensidad : nullptr,
+                        afinidad ? &trabajo.intensidades : nullptr, nullptr)) {
       return kFicheroInconsistente;
     }
     trabajo.a += a;

@@ -77,7 +77,7 @@ bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned ent
   if (abierta == nullptr) return false;
 
   CSetTriangulos2D& cerca = SetCercano(*p, *abierta);
-  const int respuesta = setRaiz.InsertaPunto(p, cerca, TrianguloInicial(cerca), tolerancia, a, b, balance);
+  const int respuesta = setRaiz.InsertaPunto(p, cerca, TrianguloInicial(cerca), {tolerancia, baseFija}, a, b, balance);
   resumen.examinados += a + b;
   switch (respuesta) {
     case HECHA:

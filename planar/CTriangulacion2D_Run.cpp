@@ -20,46 +20,62 @@ void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {
 
 }  // namespace
 
+/// While it stands, the tolerance is for added points alone.
+class CTriangulacion2D::CFijaBase {
+ public:
+  explicit CFijaBase(CTriangulacion2D& suRun) : run(suRun) { run.baseFija = true; }
+  CFijaBase(CFijaBase const&) = delete;
+  CFijaBase& operator=(CFijaBase const&) = delete;
+  ~CFijaBase() { run.baseFija = false; }
+
+ private:
+  CTriangulacion2D& run;
+};
+
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
-                          bool vaciar, CString* registro, CRango const* alturas, CRango const* intensidades) {
-  const CGuarda guarda(*this);
+                          bool vaciar, CString*, CRango const* alturas, CRango const* intensidades) {
   dibujo.PonNumerosACero();
   PonNumerosACero(otros);
   dibujo.Sort(kOrdenEspacial, true, -1);
-  double segundos = 0;
-  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, nullptr); });
-  resumen.segundosRellena = segundos;
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosEnlaza, [&] {
-    return EnlazaLista(dibujo, otros, nullptr, registro, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
-                       nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
-  });
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosGenera, [&] {
-    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, registro, nullptr, nullptr, alturas, intensidades);
-  });
-  return Concluye(codigo, vaciar ? &dibujo : nullptr);
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, nullptr, 0, vaciar, alturas, intensidades);
 }
 
 int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
-                                   double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
-                                   CString* registro) {
-  const CGuarda guarda(*this);
+                                   double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar, CString*) {
   dibujo.PonNumerosACero();
   PonNumerosACero(otros);
   extra.PonNumerosACero();
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, Trunca(tolerancia * Precision()), vaciar, nullptr, nullptr);
+}
+
+int CTriangulacion2D::RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
+                                double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
+                                CRango const* alturas, CRango const* intensidades) {
+  dibujo.PonNumerosACero();
+  PonNumerosACero(otros);
+  extra.PonNumerosACero();
+  dibujo.Sort(kOrdenEspacial, true, -1);
+  const CFijaBase base(*this);
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, Trunca(tolerancia * Precision()), vaciar, alturas,
+                    intensidades);
+}
+
+/// What runs over drawings have in common, once the order of the points and their numbers are as they want them.
+int CTriangulacion2D::RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
+                                 CDibujo<int>* extra, int tolerancia, bool vaciar, CRango const* alturas,
+                                 CRango const* intensidades) {
+  const CGuarda guarda(*this);
   double segundos = 0;
-  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, &extra); });
+  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, extra); });
   resumen.segundosRellena = segundos;
   if (codigo != kHecho) return codigo;
   codigo = Cronometra(resumen.segundosEnlaza, [&] {
-    return EnlazaLista(dibujo, otros, nullptr, registro, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
-                       nullptr, nullptr, &extra, Trunca(tolerancia * Precision()), nullptr, nullptr, nullptr, nullptr,
-                       nullptr);
+    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr, nullptr,
+                       nullptr, extra, tolerancia, nullptr, nullptr, nullptr, nullptr, nullptr);
   });
   if (codigo != kHecho) return codigo;
   codigo = Cronometra(resumen.segundosGenera, [&] {
-    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, registro, nullptr, &extra, nullptr, nullptr);
+    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, nullptr, nullptr, extra, alturas, intensidades);
   });
   return Concluye(codigo, vaciar ? &dibujo : nullptr);
 }

@@ -1,7 +1,6 @@
 #include "host/classify/Classify.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <optional>
 
@@ -22,9 +21,7 @@ void requireOutput(ClassifyOptions const& options) {
     if (options.dryRun) return;
     throw UsageError("nowhere to write: give -o OUT.las or OUT.laz, or --dry-run to see what would change");
   }
-  std::string extension = std::filesystem::path(options.output).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  const std::string extension = extensionOf(options.output);
   if (extension == ".las" || extension == ".laz") return;
   throw UsageError(
       fmt::format("{}: the output is a copy of the LAS file with new classes: use .las or .laz", options.output));
@@ -34,8 +31,8 @@ void requireOutput(ClassifyOptions const& options) {
 void requireCopyable(std::string const& input, CloudSearch const& search) {
   const CloudReader reader(input);
   if (!reader.isLas()) {
-    throw Failure(
-        fmt::format("{}: is text, and only the classes of a LAS file can be changed: convert it to LAS", input));
+    throw Failure(fmt::format("{}: is {}, and only the classes of a LAS file can be changed: convert it to LAS", input,
+                              reader.isModel() ? "a model" : "text"));
   }
   requireClassFits(input, reader.las()->header().pointFormat, search.highestTarget());
 }
@@ -101,7 +98,9 @@ void runSearch(CDibujo<int>& drawing, CDataTriangulacion const& filters, CloudOp
                SearchOutcome& outcome) {
   const std::uint64_t spill = search.temporaryBytes(drawing.nPuntos);
   requireTempSpace(spill);
-  requireRun(search.run(drawing, filters, cloud.fillsHull(), outcome), cloud.what(), spill);
+  const int code = search.run(drawing, filters, cloud.fillsHull(), outcome);
+  if (outcome.mesh) requireRoom(*outcome.mesh, drawing.semilla.precision, cloud.what());
+  requireRun(code, cloud.what(), spill);
 }
 
 void writeCopy(ClassifyOptions const& options, std::vector<std::uint8_t> const& classes, HostApp& app) {

@@ -3,12 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
 #include "model/terrain/CDataTriangulacion.h"
+#include "planar/CResumenPlano.h"
 #include "platform/CString.h"
 
 namespace Meseta47::host {
@@ -26,6 +28,7 @@ struct SearchOutcome {
   nlohmann::ordered_json details = nlohmann::ordered_json::object();  ///< what it alone has to tell
   std::vector<std::string> notes;                                     ///< what a person should know of the cloud
   std::vector<std::pair<std::string, double>> seconds;                ///< by phase, in their order
+  std::optional<CResumenPlano> mesh;                                  ///< of a search on one mesh of the whole cloud
 };
 
 /// The lengths of a cloud's units.

@@ -85,6 +85,7 @@ int HighSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bo
   const int code = triangulation.RunPuntosAltos(drawing, data_.DistanciaMax, data_.AlturaMin, data_.Tipo1,
                                                 singlePass() ? 1 : 0, found, nullptr, nullptr);
   CResumenPlano const& run = triangulation.Resumen();
+  outcome.mesh = run;
   outcome.accepted = run.aceptados;
   outcome.found = found;
   outcome.seconds = {{"fill", run.segundosRellena},

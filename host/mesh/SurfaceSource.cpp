@@ -2,27 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <memory>
 #include <string_view>
 
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/mesh/NativeModel.h"
 #include "host/mesh/PlyReader.h"
-#include "model/threads/Codigos.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
 
 namespace {
-
-std::string extensionOf(std::string const& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
-  return extension;
-}
 
 std::string beginningOf(std::string const& path) {
   std::array<std::uint8_t, 12> bytes{};
@@ -57,21 +49,10 @@ ModelKind modelKindOf(std::string const& path) {
   } catch (FileError const&) {
     // Whoever reads it says what is wrong.
   }
-  const std::string extension = extensionOf(path);
-  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extension == ".ply") return ModelKind::ply;
-  if (beginning.starts_with("Urdimbre-MDT") || extension == ".urd") return ModelKind::native;
+  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extensionOf(path) == ".ply")
+    return ModelKind::ply;
+  if (isNativeModel(beginning, path)) return ModelKind::native;
   return ModelKind::none;
-}
-
-CModeloDigital readNativeModel(std::string const& path) {
-  (void)FileSource(path);  // which says best what keeps a file from being opened
-  CModeloDigital model(new CTIN(0, 0, CDataSemilla()));
-  const int code = model.Read(CString::DesdeUtf8(path));
-  if (code != kHecho && code != kCancelado && !model.Error().IsEmpty()) {
-    throw Failure(fmt::format("{}: write it again with urdimbre tin", model.Error().Utf8()));
-  }
-  requireDone(code, path);
-  return model;
 }
 
 Surface readModel(std::string const& path, HostApp& app) {
@@ -93,6 +74,7 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   CTriangulacion2D triangulation(0, seed, filters, 1);
   triangulation.SinMarco(options.fillsHull());
   const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
+  requireRoom(triangulation.Resumen(), seed.precision, options.what());
   requireRun(code, options.what(), spill);
   if (tin.Cantidad() == 0) {
     throw Failure(fmt::format("{}: all points lie on one line in plan, or nearly so; there is no surface over them",

@@ -4,8 +4,8 @@
 
 #include "host/CloudOptions.h"
 #include "host/HostApp.h"
+#include "host/mesh/NativeModel.h"
 #include "host/mesh/Surface.h"
-#include "model/terrain/CModeloDigital.h"
 
 namespace Meseta47::host {
 
@@ -14,9 +14,6 @@ enum class ModelKind { none, ply, native };
 /// What a file is, by its first bytes or, where these are damaged, by its extension; none for clouds and for what
 /// cannot be read.
 [[nodiscard]] ModelKind modelKindOf(std::string const& path);
-
-/// Reads the native model; its triangles are sorted. Throws FileError, Failure or Cancelled.
-[[nodiscard]] CModeloDigital readNativeModel(std::string const& path);
 
 /// Reads a PLY file or the native model. Throws FileError, Failure or Cancelled.
 [[nodiscard]] Surface readModel(std::string const& path, HostApp& app);

@@ -3,97 +3,64 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
-#include "model/drawing/CDibujo.h"
+#include "planar/CNivelDeCurvas.h"
+#include "planar/CSegmentos.h"
 
 namespace Meseta47::host {
 
 namespace {
 
-using Level = std::int64_t;
+constexpr double kUnits = 1 << 30;  // in the longest extent: fine enough that places which differ stay apart
 
-/// The surface's plan in integers that drawings hold: fine enough that places which differ stay apart.
-class IntegerPlan {
+/// The surface in the integers that contours are cut in. The library cuts at the multiples of a whole number: so
+/// heights are counted in parts of an interval, from a level below them all.
+class IntegerSurface {
  public:
-  explicit IntegerPlan(Surface const& surface) {
-    constexpr double kUnits = 1 << 30;
-    std::array<double, 2> high{};
-    for (std::size_t axis = 0; axis < 2; ++axis) {
-      low_[axis] = std::numeric_limits<double>::infinity();
-      high[axis] = -low_[axis];
-      for (Surface::Triangle const& t : surface.triangles) {
-        for (const std::uint32_t corner : t) {
-          low_[axis] = std::min(low_[axis], surface.vertices[corner][axis]);
+  IntegerSurface(Surface const& surface, double interval) : interval_(interval) {
+    std::array<double, 3> low{}, high{};
+    low.fill(std::numeric_limits<double>::infinity());
+    high.fill(-std::numeric_limits<double>::infinity());
+    for (Surface::Triangle const& t : surface.triangles) {
+      for (const std::uint32_t corner : t) {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+          low[axis] = std::min(low[axis], surface.vertices[corner][axis]);
           high[axis] = std::max(high[axis], surface.vertices[corner][axis]);
         }
       }
     }
-    unit_ = std::max({high[0] - low_[0], high[1] - low_[1], std::numeric_limits<double>::min()}) / kUnits;
+    low_ = {low[0], low[1]};
+    unit_ = std::max({high[0] - low[0], high[1] - low[1], std::numeric_limits<double>::min()}) / kUnits;
+    lowest_ = std::floor(low[2] / interval);
+    const double levels = std::ceil(high[2] / interval) - lowest_ + 1;
+    parts_ = static_cast<int>(std::exp2(std::floor(std::log2(std::clamp(kUnits / levels, 1.0, kUnits)))));
   }
-  [[nodiscard]] CCoor3D<int> whole(double x, double y) const {
-    return {static_cast<int>(std::lround((x - low_[0]) / unit_)), static_cast<int>(std::lround((y - low_[1]) / unit_)),
-            0, 0};
+
+  [[nodiscard]] CCoor3D<int> whole(Surface::Vertex const& v) const {
+    const double height = std::clamp((v[2] / interval_ - lowest_) * parts_, 0.0, 2 * kUnits - 1);
+    return {static_cast<int>(std::lround((v[0] - low_[0]) / unit_)),
+            static_cast<int>(std::lround((v[1] - low_[1]) / unit_)), static_cast<int>(std::lround(height)), 0};
   }
   [[nodiscard]] std::array<double, 2> real(CCoor3D<int> const& p) const {
     return {low_[0] + p.x * unit_, low_[1] + p.y * unit_};
   }
+  /// Parts of an interval.
+  [[nodiscard]] int parts() const { return parts_; }
+  [[nodiscard]] std::int64_t level(int height) const { return static_cast<std::int64_t>(lowest_) + height / parts_; }
 
  private:
+  double interval_, lowest_ = 0, unit_ = 1;
   std::array<double, 2> low_{};
-  double unit_ = 1;
+  int parts_ = 1;
 };
 
-struct Piece {
-  Level level;
-  CCoor3D<int> from, to;
-};
-
-/// Where a side crosses a height. The same from both triangles, as its ends are taken in an order of their own.
-CCoor3D<int> crossing(IntegerPlan const& plan, Surface::Vertex const* a, Surface::Vertex const* b, double height) {
-  if (*b < *a) std::swap(a, b);
-  const double share = (height - (*a)[2]) / ((*b)[2] - (*a)[2]);
-  return plan.whole((*a)[0] + ((*b)[0] - (*a)[0]) * share, (*a)[1] + ((*b)[1] - (*a)[1]) * share);
-}
-
-/// The lowest level not below a height, in multiples of the interval.
-Level levelFrom(double height, double interval) {
-  auto level = static_cast<Level>(std::ceil(height / interval));
-  while (static_cast<double>(level - 1) * interval >= height) --level;  // what rounding of the quotient may have done
-  while (static_cast<double>(level) * interval < height) ++level;
-  return level;
-}
-
-void addPieces(Surface const& surface, Surface::Triangle const& t, double interval, IntegerPlan const& plan,
-               std::vector<Piece>& pieces) {
-  std::array<Surface::Vertex const*, 3> v{&surface.vertices[t[0]], &surface.vertices[t[1]], &surface.vertices[t[2]]};
-  std::sort(v.begin(), v.end(), [](auto* a, auto* b) { return (*a)[2] < (*b)[2]; });
-  const double low = (*v[0])[2], middle = (*v[1])[2], high = (*v[2])[2];
-  for (Level level = levelFrom(low, interval); static_cast<double>(level) * interval <= high; ++level) {
-    const double height = static_cast<double>(level) * interval;
-    if (height <= low) continue;  // all of it is above
-    const CCoor3D<int> from = crossing(plan, v[0], v[2], height);
-    const CCoor3D<int> to = middle < height ? crossing(plan, v[1], v[2], height) : crossing(plan, v[0], v[1], height);
-    if (from != to) pieces.push_back({level, from, to});
-  }
-}
-
-/// The pieces of one level as lines.
-void joinPieces(std::vector<Piece>::const_iterator begin, std::vector<Piece>::const_iterator end,
-                IntegerPlan const& plan, std::vector<ContourLine>& lines) {
-  CDibujo<int> drawing;
-  for (auto piece = begin; piece != end; ++piece) {
-    CLinea<int> line;
-    line.Reserva(2);
-    line << piece->from << piece->to;
-    drawing.Inserta(std::move(line));
-  }
-  drawing.Junta(0, 0, false, true, true, 0, 0, false);
-  for (unsigned i = 0; i < drawing.Cantidad(); ++i) {
+void addLines(CNivelDeCurvas const& found, IntegerSurface const& whole, std::vector<ContourLine>& lines) {
+  for (std::size_t i = 0; i < found.Cantidad(); ++i) {
     ContourLine& line = lines.emplace_back();
-    line.level = begin->level;
-    line.points.reserve(drawing[i].Puntos().size());
-    for (CCoor3D<int> const& p : drawing[i].Puntos()) line.points.push_back(plan.real(p));
+    line.level = whole.level(found.Altura());
+    const CLinea<int> joined = found.Linea(i);
+    line.points.reserve(joined.Puntos().size());
+    for (CCoor3D<int> const& p : joined.Puntos()) line.points.push_back(whole.real(p));
   }
 }
 
@@ -104,15 +71,19 @@ double levelsBetween(double low, double high, double interval) {
 }
 
 std::vector<ContourLine> contoursOf(Surface const& surface, double interval) {
-  const IntegerPlan plan(surface);
-  std::vector<Piece> pieces;
-  for (Surface::Triangle const& t : surface.triangles) addPieces(surface, t, interval, plan, pieces);
-  std::stable_sort(pieces.begin(), pieces.end(), [](Piece const& a, Piece const& b) { return a.level < b.level; });
+  const IntegerSurface whole(surface, interval);
+  std::vector<CCoor3D<int>> vertices;
+  vertices.reserve(surface.vertices.size());
+  for (Surface::Vertex const& v : surface.vertices) vertices.push_back(whole.whole(v));
+  CSegmentos pieces;
+  for (Surface::Triangle const& t : surface.triangles) {
+    pieces.Corta(vertices[t[0]], vertices[t[1]], vertices[t[2]], whole.parts());
+  }
+  vertices = {};
   std::vector<ContourLine> lines;
-  for (auto begin = pieces.cbegin(); begin != pieces.cend();) {
-    const auto end = std::find_if(begin, pieces.cend(), [&](Piece const& p) { return p.level != begin->level; });
-    joinPieces(begin, end, plan, lines);
-    begin = end;
+  while (pieces.Cantidad() != 0) {
+    const int height = pieces.MinimoZ();
+    addLines(CNivelDeCurvas(height, pieces.Saca(height), CLlanos::ORILLA), whole, lines);
   }
   return lines;
 }

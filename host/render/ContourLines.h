@@ -13,9 +13,10 @@ struct ContourLine {
   std::vector<std::array<double, 2>> points;  ///< x and y, in the units of the surface; a ring repeats its first point
 };
 
-/// The contours of a surface at the multiples of an interval, joined into the longest lines; lowest first. A vertex at
-/// a level counts as above it, so that each triangle has at most one piece of it and a plateau has one edge. They
-/// depend on the triangles alone, not on their order. O(n log n) on the pieces.
+/// The contours of a surface at the multiples of an interval, joined into the longest lines; lowest first. They are cut
+/// and joined as `urdimbre contour` does by default: a vertex at a level counts as below it, so that each triangle has
+/// at most one piece of it and a lake has one shore. They depend on the triangles alone, not on their order. O(n log n)
+/// on the pieces.
 [[nodiscard]] std::vector<ContourLine> contoursOf(Surface const& surface, double interval);
 
 /// How many multiples of the interval lie from `low` to `high`.

@@ -6,8 +6,10 @@
 #include <cstring>
 #include <fmt/format.h>
 #include <limits>
+#include <set>
 #include <utility>
 
+#include "host/Failure.h"
 #include "host/FileError.h"
 
 namespace Meseta47::host {
@@ -58,13 +60,15 @@ constexpr std::array<std::string_view, 8> kFieldNames{"x", "y", "z", "intensity"
 // Place in kFieldNames of what a column is called.
 std::optional<std::size_t> fieldNamed(std::string_view name) {
   static constexpr std::pair<std::string_view, std::size_t> kNames[] = {
-      {"x", 0},        {"e", 0},         {"easting", 0},   {"east", 0},
-      {"y", 1},        {"n", 1},         {"northing", 1},  {"north", 1},
-      {"z", 2},        {"h", 2},         {"elevation", 2}, {"height", 2},
-      {"altitude", 2}, {"intensity", 3}, {"class", 4},     {"classification", 4},
-      {"r", 5},        {"red", 5},       {"g", 6},         {"green", 6},
-      {"b", 7},        {"blue", 7}};
-  const std::string wanted = lowered(name);
+      {"x", 0},         {"e", 0},        {"easting", 0},        {"east", 0},
+      {"y", 1},         {"n", 1},        {"northing", 1},       {"north", 1},
+      {"z", 2},         {"h", 2},        {"elevation", 2},      {"height", 2},
+      {"altitude", 2},  {"eastings", 0}, {"northings", 1},      {"elev", 2},
+      {"rl", 2},        {"este", 0},     {"norte", 1},          {"cota", 2},
+      {"intensity", 3}, {"class", 4},    {"classification", 4}, {"r", 5},
+      {"red", 5},       {"g", 6},        {"green", 6},          {"b", 7},
+      {"blue", 7}};
+  const std::string wanted = lowered(trimmed(name.substr(0, name.find_first_of("([")), " \t\"'/"));
   const auto* const found =
       std::find_if(std::begin(kNames), std::end(kNames), [&](auto& n) { return n.first == wanted; });
   return found == std::end(kNames) ? std::nullopt : std::optional(found->second);
@@ -80,11 +84,19 @@ bool isWholeNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+// A point's name, and its coordinates behind it: no line of names, though it begins like one.
+bool isNumberedLine(std::vector<std::string_view> const& columns) {
+  return columns.size() >= 4 && numberIn(columns[1]) && numberIn(columns[2]) && numberIn(columns[3]);
+}
+
 }  // namespace
 
-TextReader::TextReader(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
+TextReader::TextReader(std::unique_ptr<ByteSource> source, TextColumns const& columns) : source_(std::move(source)) {
   if (source_->size() == 0) {
     throw FileError(name(), "the file is empty (0 bytes): copy it again");
+  }
+  if (!columns.names.empty()) {
+    takeNames(columns.names);
   }
   settleColumns();
 }
@@ -98,6 +110,7 @@ void TextReader::rewind() {
 
 // Reads up to the first line of numbers, and leaves that one to be read.
 void TextReader::settleColumns() {
+  const bool given = columnsNeeded_ != 0;
   bool named = false;
   bool counted = false;
   for (;;) {
@@ -110,18 +123,24 @@ void TextReader::settleColumns() {
     split(*line);
     if (!named && !counted && columns_.size() == 1 && isWholeNumber(columns_[0])) {
       counted = true;
-    } else if (!named && !columns_.empty() && !beginsLikeNumber(columns_[0])) {
-      nameColumns(*line);
+    } else if (!named && !columns_.empty() && !beginsLikeNumber(columns_[0]) && !isNumberedLine(columns_)) {
+      if (!given) {
+        nameColumns(*line);
+      }
       named = true;
     } else {
-      if (!named) {
-        countColumns(*line);
+      startAt(*line);
+      if (!named && !given) {
+        recogniseColumns(*line);
       }
-      firstPoint_ = position_ - block_.size() + static_cast<std::size_t>(line->data() - block_.data());
-      firstPointLine_ = line_ - 1;
       return rewind();
     }
   }
+}
+
+void TextReader::startAt(std::string_view line) {
+  firstPoint_ = position_ - block_.size() + static_cast<std::size_t>(line.data() - block_.data());
+  firstPointLine_ = line_ - 1;
 }
 
 void TextReader::chooseSeparator(std::string_view line) {
@@ -150,16 +169,91 @@ void TextReader::nameColumns(std::string_view line) {
                        kFieldNames[field]));
     }
   }
+  columnsFrom_ = "named by its first line";
 }
 
-void TextReader::countColumns(std::string_view line) {
+/// What a first column of point numbers, and text behind z, look like over some lines.
+struct TextReader::Signs {
+  std::size_t lines = 0, fewest = std::numeric_limits<std::size_t>::max();
+  bool whole = true, label = true;       ///< all first columns are whole numbers; none of them is a number
+  bool decimals = true, numbers = true;  ///< the two behind it have decimals, the three behind it are numbers
+  bool description = true;               ///< no fourth column is a number
+  std::set<std::string, std::less<>> firsts;
+
+  void add(std::vector<std::string_view> const& columns) {
+    ++lines;
+    fewest = std::min(fewest, columns.size());
+    if (columns.size() < 4) return;
+    whole = whole && isWholeNumber(columns[0]);
+    label = label && !numberIn(columns[0]);
+    firsts.emplace(columns[0]);
+    const auto has = [&](std::size_t i) {
+      return numberIn(columns[i]) && columns[i].find('.') != std::string_view::npos;
+    };
+    decimals = decimals && has(1) && has(2);
+    numbers = numbers && numberIn(columns[1]) && numberIn(columns[2]) && numberIn(columns[3]);
+    description = description && !numberIn(columns[3]);
+  }
+  [[nodiscard]] bool isNumbered() const {
+    return fewest >= 4 && numbers && (label || (whole && decimals && firsts.size() == lines));
+  }
+};
+
+void TextReader::recogniseColumns(std::string_view line) {
+  constexpr std::size_t kLines = 200;
   if (columns_.size() < 3) {
     fail(line, fmt::format("holds {} of the three numbers x, y and z", columns_.size()));
   }
-  columnsNeeded_ = columns_.size() > 5 ? 3 : columns_.size();
-  for (std::size_t column = 0; column < columnsNeeded_; ++column) {
-    columnOf_[column] = column;
+  const std::size_t columns = columns_.size();
+  Signs signs;
+  for (std::optional<std::string_view> next = line; next && signs.lines < kLines; next = nextMeaningfulLine()) {
+    split(*next);
+    signs.add(columns_);
   }
+  numbered_ = signs.isNumbered();
+  const bool more = columns <= 5 && !numbered_ && !(columns > 3 && signs.description);
+  const std::size_t first = numbered_ ? 1 : 0, fields = more ? columns : 3;
+  for (std::size_t field = 0; field < fields; ++field) {
+    columnOf_[field] = first + field;
+  }
+  columnsNeeded_ = first + fields;
+}
+
+void TextReader::takeNames(std::vector<std::string> const& names) {
+  columnOf_.fill(std::nullopt);
+  for (std::size_t column = 0; column < names.size(); ++column) {
+    const auto field = fieldNamed(names[column]);
+    if (!field) {
+      continue;
+    }
+    if (columnOf_[*field]) {
+      throw UsageError(fmt::format("--columns: two columns are named as {}", kFieldNames[*field]));
+    }
+    columnOf_[*field] = column;
+    columnsNeeded_ = column + 1;
+  }
+  for (const Field field : {kX, kY, kZ}) {
+    if (!has(field)) {
+      throw UsageError(
+          fmt::format("--columns: names no column {}: give all of them in their order, such as "
+                      "number,x,y,z,code",
+                      kFieldNames[field]));
+    }
+  }
+  columnsFrom_ = "given";
+}
+
+std::vector<std::string> TextReader::columns() const {
+  std::vector<std::string> taken(columnsNeeded_, "-");
+  for (std::size_t field = 0; field < kFieldNames.size(); ++field) {
+    if (columnOf_[field]) {
+      taken[*columnOf_[field]] = kFieldNames[field];
+    }
+  }
+  if (numbered_) {
+    taken[0] = "number";
+  }
+  return taken;
 }
 
 bool TextReader::refill() {

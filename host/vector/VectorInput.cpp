@@ -150,15 +150,20 @@ class Reader {
   }
 
   void meetSystem(OGRSpatialReference const* found) {
-    if (found == nullptr) return;
+    if (found == nullptr || contradictory_) return;
     char* text = nullptr;
     constexpr char const* kForm[] = {"FORMAT=WKT2_2019", nullptr};
     found->exportToWkt(&text, kForm);
     const std::string wkt(text != nullptr ? text : "");
     CPLFree(text);
     if (wkt.empty()) return;
-    const ReferenceSystem system = ReferenceSystem::fromWkt(wkt, path_);
+    const ReferenceSystem system = understood(wkt);
     const auto common = ReferenceSystem::common(content_.system, system);
+    if (!common && options_.anySystem) {
+      contradictory_ = true;
+      content_.system = {};
+      return;
+    }
     if (!common) {
       fail(
           fmt::format("its layers have different reference systems, {} and {}: transform one, or name the right one "
@@ -166,6 +171,15 @@ class Reader {
                       content_.system.label(), system.label()));
     }
     content_.system = *common;
+  }
+
+  [[nodiscard]] ReferenceSystem understood(std::string const& wkt) const {
+    try {
+      return ReferenceSystem::fromWkt(wkt, path_);
+    } catch (FileError const&) {
+      if (!options_.anySystem) throw;
+      return {};
+    }
   }
 
   void conclude() {
@@ -215,9 +229,14 @@ class Reader {
   VectorContent content_;
   std::string layerName_, code_;
   GIntBig feature_ = 0;
+  bool contradictory_ = false;  // its layers have several systems
 };
 
 }  // namespace
+
+bool liesAtZero(VectorEntity const& entity) {
+  return std::all_of(entity.places.begin(), entity.places.end(), [](auto const& place) { return place[2] == 0; });
+}
 
 bool isVectorFile(std::string const& path) {
   static const std::set<std::string> kCloudsToo{"", "las", "laz", "txt", "xyz", "csv", "tsv", "asc", "pts", "dat"};

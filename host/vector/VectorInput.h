@@ -15,6 +15,7 @@ struct VectorOptions {
   std::string codeField;           ///< field that holds an entity's code; empty: its layer is its code
   std::vector<std::string> codes;  ///< take only these; empty: all
   bool skipWithoutZ = false;       ///< leave geometries without heights out, instead of refusing the file
+  bool anySystem = false;          ///< a system that cannot be understood, or layers of several, are no fault: unknown
 };
 
 /// A line, or a number of points with nothing between them.
@@ -23,6 +24,9 @@ struct VectorEntity {
   bool isLine = true;
   std::vector<std::array<double, 3>> places;  ///< in the reference system of the file
 };
+
+/// Whether all its heights are 0, as those of drawings without heights often are.
+[[nodiscard]] bool liesAtZero(VectorEntity const& entity);
 
 /// What a vector file holds for a terrain: lines, the rings of polygons as closed lines, points.
 struct VectorContent {

@@ -9,6 +9,8 @@
 
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/Parsing.h"
+#include "host/vector/DxfHeader.h"
 #include "host/vector/Gdal.h"
 #include "platform/CFicheroParcial.h"
 
@@ -40,14 +42,17 @@ VectorOutput::Format const* VectorOutput::findFormat(std::string const& name) {
        {".shx", ".dbf", ".prj", ".cpg", ".qix", ".sbn", ".sbx", ".shp.xml"}},
       {".dxf", "DXF", RegisterOGRDXF, false, false, {}},
   }};
-  const std::string extension = fs::path(name).extension().string();
+  const std::string extension = extensionOf(name);
   const auto found = std::find_if(kFormats.begin(), kFormats.end(),
                                   [&](Format const& format) { return extension == format.extension; });
   return found == kFormats.end() ? nullptr : &*found;
 }
 
 VectorOutput::Format const& VectorOutput::formatOf(std::string const& name) {
-  if (Format const* const format = findFormat(name)) return *format;
+  if (Format const* const format = findFormat(name)) {
+    if (format->extension != std::string_view(".shp") || fs::path(name).extension() == ".shp") return *format;
+    throw UsageError(fmt::format("{}: write .shp in small letters: the files beside it have theirs so", name));
+  }
   throw UsageError(fmt::format("{}: no vector format has the extension \"{}\": use .gpkg, .geojson, .fgb, .shp or .dxf",
                                name, fs::path(name).extension().string()));
 }
@@ -140,7 +145,12 @@ void VectorOutput::createLayer(ReferenceSystem const& system) {
   if (driver == nullptr) fail(fmt::format("the GDAL of this machine has no {} driver", format_.driver));
   // A database that is not finished is thrown away: nothing would ever be played back.
   const CPLConfigOptionSetter journal("OGR_SQLITE_JOURNAL", "OFF", false);
-  dataset_ = driver->Create(files_.path(fileName(target_)).c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+  CPLStringList how;
+  if (isCad()) {
+    dxfHeader_ = std::make_unique<DxfHeader>(system);
+    if (!dxfHeader_->path().empty()) how.SetNameValue("HEADER", dxfHeader_->path().c_str());
+  }
+  dataset_ = driver->Create(files_.path(fileName(target_)).c_str(), 0, 0, 0, GDT_Unknown, how.List());
   if (dataset_ == nullptr) fail(report.failure());
 
   CPLStringList options;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/vector/DxfHeader.h"
 #include "host/vector/GdalFiles.h"
 #include "host/vector/ReferenceSystem.h"
 
@@ -86,6 +87,7 @@ class VectorOutput {
   std::string target_;  // beside which the files of a format of several stand: there, where a link leads
   VectorLayer plan_;
   GdalFiles files_;
+  std::unique_ptr<DxfHeader> dxfHeader_;  // GDAL reads it when it closes the file
   GDALDataset* dataset_ = nullptr;
   OGRLayer* layer_ = nullptr;
   bool finished_ = false;

@@ -4,6 +4,7 @@
 
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/mesh/ModelCheck.h"
 #include "host/mesh/SurfaceSource.h"
 #include "host/verbs/Verbs.h"
@@ -54,7 +55,7 @@ void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp&
   const ModelReport report = checkModel(model, options.whole);
   app.clearProgress();
   if (common.json) {
-    fmt::print("{}\n", toJson(options.file, report, model.precision).dump(2));
+    printJson(toJson(options.file, report, model.precision));
   } else if (!common.quiet) {
     printSummary(options.file, report, model.precision);
   }

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
 #include "host/verbs/Verbs.h"
@@ -63,7 +64,7 @@ void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app
   app.clearProgress();
   app.showMessages();
   if (common.json) {
-    fmt::print("{}\n", toJson(report, chosen.search->parameters()).dump(2));
+    printJson(toJson(report, chosen.search->parameters()));
   } else if (!common.quiet) {
     printSummary(report, chosen.options);
   }

@@ -7,6 +7,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
 #include "host/Stopwatch.h"
@@ -32,6 +33,7 @@ struct ContourOptions {
   std::string output;
   bool overwrite = false;
   double interval = 0, base = 0, maxSide = 0;
+  std::string flat = "shore";
   ContourChoice choice;
 };
 
@@ -184,7 +186,8 @@ class TemporaryFile {
 /// Contours of a drawing, as they are found, at their own heights. The drawing is emptied on the way.
 void writeContours(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
                    VectorOutput& output, ContourSummary& summary, HostApp& app) {
-  const double units = drawing.semilla.Precision();
+  const CDataSemilla seed = drawing.semilla;
+  const double units = seed.Precision();
   const CDataTriangulacion filters = shifted(filtersOf(options.cloud), 0, units);
   const Heights heights = heightsOf(drawing, filters);
   requireLevels(levels, heights, units, options.cloud.what());
@@ -206,9 +209,11 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
   triangulation.SinMarco(options.cloud.fillsHull());
   TemporaryFile pieces;
-  const int code = triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(),
-                                         nullptr, true, pieces.file());
+  const int code =
+      triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr, true,
+                            pieces.file(), options.flat == "sides" ? CLlanos::LADOS : CLlanos::ORILLA);
   pieces.check();
+  requireRoom(triangulation.Resumen(), seed.precision, options.cloud.what());
   requireRun(code, options.cloud.what(), 0);
   summary.run = triangulation.Resumen();
   summary.found = writer.counts();
@@ -244,7 +249,7 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   summary.seconds.total = whole.seconds();
   app.clearProgress();
   if (common.json) {
-    fmt::print("{}\n", toJson(summary).dump(2));
+    printJson(toJson(summary));
   } else if (!common.quiet) {
     printSummary(summary, options.output);
   }
@@ -270,6 +275,11 @@ void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
                    "needed; 0 is any")
       ->capture_default_str()
       ->check(fromZeroUp());
+  verb->add_option("--flat", o.flat,
+                   "Where the ground lies flat on a level: shore (one line between it and what is higher; a vertex on "
+                   "a level counts as below it) or sides (all sides of its triangles)")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"shore", "sides"}));
   verb->add_option("--index", o.choice.indexEvery, "Every so many levels there is an index contour; 0 is none")
       ->capture_default_str()
       ->check(fromZeroUp());

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/generate/Scan.h"
 #include "host/las/LasWriter.h"
 #include "host/verbs/Verbs.h"
@@ -60,10 +61,7 @@ void runGenerate(GenerateOptions const& options, CommonOptions const& common, Ho
   writer.finish();
   app.clearProgress();
   if (common.json) {
-    fmt::print(
-        "{}\n",
-        nlohmann::ordered_json{{"points", writer.points()}, {"seed", options.scan.seed}, {"side", scan.side()}}.dump(
-            2));
+    printJson(nlohmann::ordered_json{{"points", writer.points()}, {"seed", options.scan.seed}, {"side", scan.side()}});
   } else if (!common.quiet) {
     fmt::print("{}: {} points, a block of {:.0f} m by {:.0f} m in {} strips\n", options.output,
                withThousands(writer.points()), scan.side(), scan.side(), scan.strips());

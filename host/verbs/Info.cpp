@@ -4,8 +4,10 @@
 
 #include "host/AsprsClasses.h"
 #include "host/CloudInfo.h"
+#include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/verbs/Verbs.h"
 
 namespace Meseta47::host {
@@ -13,6 +15,18 @@ namespace Meseta47::host {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+struct InfoOptions {
+  std::vector<std::string> files, columns;
+};
+
+/// The unit of an axis as a word behind a number; empty when nobody tells.
+std::string unitOf(ReferenceSystem const& system, std::size_t axis) {
+  if (!system.isKnown()) return {};
+  if (axis < 2) return system.unit().name;
+  const auto unit = system.heightUnit();
+  return unit ? unit->name : std::string();
+}
 
 Json toJson(CloudCounts const& counts) {
   Json classes = Json::object(), returns = Json::object();
@@ -22,30 +36,63 @@ Json toJson(CloudCounts const& counts) {
   for (std::size_t i = 0; i < counts.byReturn.size(); ++i) {
     if (counts.byReturn[i] != 0) returns[std::to_string(i)] = counts.byReturn[i];
   }
-  Json json{
-      {"points", counts.points}, {"duplicates", counts.planDuplicates}, {"classes", classes}, {"returns", returns}};
-  if (!counts.extent.isEmpty()) json["extent"] = {{"min", counts.extent.min}, {"max", counts.extent.max}};
+  Json json{{"system", counts.system.label()},
+            {"points", counts.points},
+            {"duplicates", counts.planDuplicates},
+            {"classes", classes},
+            {"returns", returns}};
+  if (counts.extent.isEmpty()) return json;
+  json["extent"] = {{"min", counts.extent.min}, {"max", counts.extent.max}};
+  if (counts.system.isKnown()) {
+    json["extent"]["unit"] = unitOf(counts.system, 0);
+    json["extent"]["height_unit"] = unitOf(counts.system, 2);
+  }
   return json;
+}
+
+void addFacts(Json& json, LasFacts const& las) {
+  LasHeader const& h = las.header;
+  json["format"] = "LAS";
+  json["version"] = fmt::format("{}.{}", h.versionMajor, h.versionMinor);
+  json["point_format"] = h.pointFormat;
+  json["record_length"] = h.recordLength;
+  json["scale"] = h.scale;
+  json["offset"] = h.offset;
+  json["system_id"] = h.systemId;
+  json["software"] = h.software;
+  json["records"] = las.records;
+}
+
+void addFacts(Json& json, TextFacts const& text) {
+  json["format"] = "text";
+  json["columns"] = text.columns;
+  json["columns_from"] = text.from;
+}
+
+void addFacts(Json& json, ModelFacts const& model) {
+  json["format"] = "native model";
+  json["triangles"] = model.triangles;
+  json["rings"] = model.rings;
+}
+
+void addFacts(Json& json, VectorFacts const& vector) {
+  json["format"] = "vector";
+  json["lines"] = vector.lines;
+  json["point_sets"] = vector.sets;
+  json["without_z"] = vector.withoutZ;
+  json["at_zero"] = vector.atZero;
+  json["codes"] = vector.codes;
 }
 
 Json toJson(CloudFileInfo const& file) {
   Json json{{"file", file.name}};
-  if (file.header) {
-    LasHeader const& h = *file.header;
-    json["format"] = "LAS";
-    json["version"] = fmt::format("{}.{}", h.versionMajor, h.versionMinor);
-    json["point_format"] = h.pointFormat;
-    json["record_length"] = h.recordLength;
-    json["scale"] = h.scale;
-    json["offset"] = h.offset;
-    json["system"] = h.systemId;
-    json["software"] = h.software;
-    json["records"] = file.vlrs.size();
-  } else {
-    json["format"] = "text";
-  }
+  if (file.las) addFacts(json, *file.las);
+  if (file.text) addFacts(json, *file.text);
+  if (file.model) addFacts(json, *file.model);
+  if (file.vector) addFacts(json, *file.vector);
   json["precision"] = file.precision;
   json.update(toJson(static_cast<CloudCounts const&>(file)));
+  if (!file.systemProblem.empty()) json["system_problem"] = file.systemProblem;
   return json;
 }
 
@@ -54,7 +101,10 @@ void print(CloudCounts const& counts) {
   fmt::print("  duplicates  {} in plan\n", withThousands(counts.planDuplicates));
   if (!counts.extent.isEmpty()) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      fmt::print("  {}           {:.3f} to {:.3f}\n", "xyz"[axis], counts.extent.min[axis], counts.extent.max[axis]);
+      const std::string unit = unitOf(counts.system, axis);
+      fmt::print("  {}           {:.{}f} to {:.{}f}{}{}\n", "xyz"[axis], counts.extent.min[axis],
+                 axis < 2 && counts.system.isGeographic() ? 7 : 3, counts.extent.max[axis],
+                 axis < 2 && counts.system.isGeographic() ? 7 : 3, unit.empty() ? "" : " ", unit);
     }
   }
   for (std::size_t c = 0; c < counts.byClass.size(); ++c) {
@@ -65,40 +115,74 @@ void print(CloudCounts const& counts) {
   }
 }
 
+void printSystem(ReferenceSystem const& system, std::string const& problem) {
+  fmt::print("  system      {}\n", problem.empty() ? system.label() : "not settled: " + problem);
+}
+
+void print(LasFacts const& las) {
+  LasHeader const& h = las.header;
+  fmt::print("  format      LAS {}.{}, point format {}, {} bytes a point, {} variable length records\n", h.versionMajor,
+             h.versionMinor, h.pointFormat, h.recordLength, las.records);
+  fmt::print("  scale       {} {} {}\n", h.scale[0], h.scale[1], h.scale[2]);
+  fmt::print("  offset      {} {} {}\n", h.offset[0], h.offset[1], h.offset[2]);
+  if (!h.systemId.empty() || !h.software.empty()) fmt::print("  made by     {} {}\n", h.systemId, h.software);
+}
+
+void print(TextFacts const& text) {
+  fmt::print("  format      text\n");
+  std::string columns;
+  for (std::size_t i = 0; i < text.columns.size(); ++i) {
+    columns +=
+        fmt::format("{}{} {}", i == 0 ? "" : ", ", i + 1, text.columns[i] == "-" ? "(passed over)" : text.columns[i]);
+  }
+  fmt::print("  columns     {}: {}; others with --columns\n", text.from, columns);
+}
+
+void print(ModelFacts const& model) {
+  fmt::print("  format      native model, {} triangles, {}\n", withThousands(model.triangles),
+             model.rings == 1 ? "1 ring of outline" : fmt::format("{} rings of outline", withThousands(model.rings)));
+}
+
+void print(VectorFacts const& vector) {
+  fmt::print("  format      vector, {} lines and {} sets of points\n", withThousands(vector.lines),
+             withThousands(vector.sets));
+  if (vector.withoutZ != 0) fmt::print("  without z   {} geometries\n", withThousands(vector.withoutZ));
+  if (vector.atZero != 0) fmt::print("  at height 0 {} lines and sets of points\n", withThousands(vector.atZero));
+  for (auto const& [code, count] : vector.codes) fmt::print("  code        {}: {}\n", code, withThousands(count));
+}
+
 void print(CloudFileInfo const& file) {
   fmt::print("{}\n", file.name);
-  if (file.header) {
-    LasHeader const& h = *file.header;
-    fmt::print("  format      LAS {}.{}, point format {}, {} bytes a point, {} variable length records\n",
-               h.versionMajor, h.versionMinor, h.pointFormat, h.recordLength, file.vlrs.size());
-    fmt::print("  scale       {} {} {}\n", h.scale[0], h.scale[1], h.scale[2]);
-    fmt::print("  offset      {} {} {}\n", h.offset[0], h.offset[1], h.offset[2]);
-    if (!h.systemId.empty() || !h.software.empty()) fmt::print("  made by     {} {}\n", h.systemId, h.software);
-  } else {
-    fmt::print("  format      text\n");
-  }
+  if (file.las) print(*file.las);
+  if (file.text) print(*file.text);
+  if (file.model) print(*file.model);
+  if (file.vector) print(*file.vector);
+  printSystem(file.system, file.systemProblem);
   fmt::print("  precision   {} decimals\n", file.precision);
   print(static_cast<CloudCounts const&>(file));
 }
 
-void runInfo(std::vector<std::string> const& files, CommonOptions const& common, HostApp& app) {
+void runInfo(InfoOptions const& options, CommonOptions const& common, HostApp& app) {
   app.phase("Reading");
   std::uint64_t seen = 0;
-  const auto info = gatherInfo(files, [&](std::uint64_t points) {
+  const auto step = [&](std::uint64_t points) {
     app.step(seen = points, 0);
     return true;
-  });
+  };
+  const auto info = gatherInfo(options.files, step, {options.columns});
   if (!info) throw Cancelled();
   app.clearProgress();
   if (common.json) {
     Json json{{"files", Json::array()}, {"all", toJson(info->all)}};
+    if (!info->systemProblem.empty()) json["all"]["system_problem"] = info->systemProblem;
     for (CloudFileInfo const& file : info->files) json["files"].push_back(toJson(file));
-    fmt::print("{}\n", json.dump(2));
+    printJson(json);
     return;
   }
   for (CloudFileInfo const& file : info->files) print(file);
   if (info->files.size() > 1) {
     fmt::print("all {} files\n", info->files.size());
+    printSystem(info->all.system, info->systemProblem);
     print(info->all);
   }
 }
@@ -106,11 +190,13 @@ void runInfo(std::vector<std::string> const& files, CommonOptions const& common,
 }  // namespace
 
 void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto files = std::make_shared<std::vector<std::string>>();
-  CLI::App* verb = program.add_subcommand("info", "Tell what is in the files: header, extent, classes, duplicates");
-  verb->add_option("IN", *files, "LAS or text files")->required();
+  auto options = std::make_shared<InfoOptions>();
+  CLI::App* verb = program.add_subcommand(
+      "info", "Tell what is in the files: format, reference system, extent, classes, duplicates");
+  verb->add_option("IN", options->files, "LAS or text files, native models (.urd), vector files")->required();
+  addColumnsOption(*verb, options->columns);
   verb->callback(
-      [files, &common, &chosen] { chosen = [files, &common](HostApp& app) { runInfo(*files, common, app); }; });
+      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runInfo(*options, common, app); }; });
 }
 
 }  // namespace Meseta47::host

@@ -1,13 +1,13 @@
 // urdimbre render: a picture of a cloud or a model.
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
 #include "host/OutputFile.h"
@@ -33,7 +33,7 @@ struct Seconds {
 };
 
 void requirePng(std::string const& output) {
-  const std::string extension = std::filesystem::path(output).extension().string();
+  const std::string extension = extensionOf(output);
   if (extension != ".png" && extension != ".PNG") {
     throw UsageError(fmt::format("{}: a picture has the extension .png, not \"{}\"", output, extension));
   }
@@ -126,7 +126,7 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   seconds.total = whole.seconds();
   app.clearProgress();
   if (common.json) {
-    fmt::print("{}\n", toJson(facts, surface, seconds).dump(2));
+    printJson(toJson(facts, surface, seconds));
   } else if (!common.quiet) {
     printSummary(options.output, facts, surface, seconds);
   }

@@ -6,6 +6,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
 #include "host/Stopwatch.h"
@@ -15,6 +16,7 @@
 #include "model/terrain/CModeloDigital.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"
+#include "run/CFiltroPuntos.h"
 
 namespace Meseta47::host {
 
@@ -42,12 +44,13 @@ struct TinSummary {
   ReferenceSystem system;
   CResumenPlano run;
   std::uint64_t vertices = 0, triangles = 0;
+  std::optional<std::uint64_t> added;  ///< points of an update that are in the model
   std::size_t rings = 0, polygons = 0;
   Seconds seconds;
 };
 
 int formatOf(std::string const& output) {
-  const std::string extension = std::filesystem::path(output).extension().string();
+  const std::string extension = extensionOf(output);
   if (extension == ".ply") return FORMATO_PLY;
   if (extension == ".obj") return FORMATO_OBJ;
   if (extension == ".2dm") return FORMATO_2DM;
@@ -75,8 +78,9 @@ std::optional<CRango> rangeOf(std::optional<Limits> const& limits, double scale)
 CDataTriangulacion filtersOf(TinOptions const& options) {
   CDataTriangulacion data = filtersOf(options.cloud);
   if (!options.slope.empty()) {
-    const Limits slope = parseLimits("--slope", options.slope, -1, 90);
-    data.pendienteMin = slope.min;
+    constexpr double kNoLeast = -1;  // below 0, where no slope is
+    const Limits slope = parseLimits("--slope", options.slope, 0, 90);
+    data.pendienteMin = options.slope.starts_with(':') ? kNoLeast : slope.min;
     data.pendienteMax = slope.max;
   }
   return data;
@@ -106,34 +110,36 @@ void requireTriangles(TinSummary const& summary, std::string const& what, bool h
 }
 
 nlohmann::ordered_json toJson(TinSummary const& s) {
-  return {{"points_read", s.pointsRead},
-          {"lines", s.lines.lines},
-          {"line_points", s.lines.points},
-          {"skipped_without_z", s.lines.withoutZ},
-          {"system", s.system.label()},
-          {"points_accepted", s.run.aceptados},
-          {"duplicates", s.run.duplicados},
-          {"refused", s.run.rechazados},
-          {"vertices", s.vertices},
-          {"triangles", s.triangles},
-          {"hull_triangles", s.run.completados},
-          {"rejected",
-           {{"slope", s.run.porPendiente},
-            {"height_difference", s.run.porAltura},
-            {"intensity_difference", s.run.porIntensidad},
-            {"max_side", s.run.porLongitud}}},
-          {"rings", s.rings},
-          {"linked_triangles", s.run.enlazados},
-          {"peak_live_triangles", s.run.picoVivos},
-          {"seconds",
-           {{"read", s.seconds.read},
-            {"order", s.seconds.order},
-            {"fill", s.seconds.fill},
-            {"link", s.seconds.link},
-            {"generate", s.seconds.generate},
-            {"write", s.seconds.write},
-            {"total", s.seconds.total}}},
-          {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+  nlohmann::ordered_json json{{"points_read", s.pointsRead},
+                              {"lines", s.lines.lines},
+                              {"line_points", s.lines.points},
+                              {"skipped_without_z", s.lines.withoutZ},
+                              {"system", s.system.label()},
+                              {"points_accepted", s.run.aceptados},
+                              {"duplicates", s.run.duplicados},
+                              {"refused", s.run.rechazados},
+                              {"vertices", s.vertices},
+                              {"triangles", s.triangles},
+                              {"hull_triangles", s.run.completados},
+                              {"rejected",
+                               {{"slope", s.run.porPendiente},
+                                {"height_difference", s.run.porAltura},
+                                {"intensity_difference", s.run.porIntensidad},
+                                {"max_side", s.run.porLongitud}}},
+                              {"rings", s.rings},
+                              {"linked_triangles", s.run.enlazados},
+                              {"peak_live_triangles", s.run.picoVivos},
+                              {"seconds",
+                               {{"read", s.seconds.read},
+                                {"order", s.seconds.order},
+                                {"fill", s.seconds.fill},
+                                {"link", s.seconds.link},
+                                {"generate", s.seconds.generate},
+                                {"write", s.seconds.write},
+                                {"total", s.seconds.total}}},
+                              {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+  if (s.added) json["added"] = *s.added;
+  return json;
 }
 
 void printSummary(TinSummary const& s, std::string const& output) {
@@ -144,6 +150,7 @@ void printSummary(TinSummary const& s, std::string const& output) {
   if (s.lines.any()) fmt::print("lines      {}\n", s.lines.text());
   fmt::print("points     {} read, {} accepted, {} duplicate, {} refused\n", n(s.pointsRead), n(s.run.aceptados),
              n(s.run.duplicados), n(s.run.rechazados));
+  if (s.added) fmt::print("update     {} of its points added\n", n(*s.added));
   fmt::print("rejected   {} by slope, {} by height difference, {} by intensity difference, {} by longest side\n",
              n(s.run.porPendiente), n(s.run.porAltura), n(s.run.porIntensidad), n(s.run.porLongitud));
   fmt::print(
@@ -192,49 +199,39 @@ void writeModel(CModeloDigital& model, std::string const& output, CDataExportarM
   requireDone(code, output);
 }
 
-/// The points of the first entities of a base that are neither in the model nor on a plan position of it.
-std::vector<CCoor3D<int>> missingFrom(CTIN const& tin, CDibujo<int> const& base, unsigned entities) {
-  const auto before = [](CCoor3D<int> const& a, CCoor3D<int> const& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; };
-  std::vector<CCoor3D<int>> missing;
-  for (unsigned e = 0; e < entities; ++e) {
-    for (CCoor3D<int> const& p : base[e].Puntos()) {
-      if (p.num == 0 && !std::binary_search(tin.puntos.begin(), tin.puntos.end(), p, before)) missing.push_back(p);
-    }
+std::uint64_t inMesh(CDibujo<int> const& drawing) {
+  std::uint64_t count = 0;
+  for (unsigned e = 0; e < drawing.Cantidad(); ++e) {
+    auto const& points = drawing[e].Puntos();
+    count +=
+        static_cast<std::uint64_t>(std::count_if(points.begin(), points.end(), [](auto& p) { return p.num != 0; }));
   }
-  return missing;
+  return count;
 }
 
-/// An update leaves out points of the base too: the first point of each cell goes in while there is hardly a surface
-/// yet, and stands too high above it as a rule. The base is no news, and all of it belongs to the model: what is
-/// missing is given once more, behind the rest, where the tolerance does not count. `again` takes how many points that
-/// were.
-int runUpdate(CTriangulacion2D& triangulation, CDibujo<int>& base, CTIN& tin, double maxSide, CDibujo<int>& added,
-              double tolerance, std::uint64_t& again) {
-  const unsigned own = base.Cantidad();
-  constexpr int kRounds = 3;  // the divisions follow the count of points, and new ones may have new first points
-  for (int round = 0;; ++round) {
-    const int code = triangulation.RunActualiza(base, tin, maxSide, added, tolerance, nullptr, false, nullptr);
-    if (code != kHecho || round == kRounds) return code;
-    CSetPuntos<int> missing(L"CLOUD");
-    missing.CLinea<int>::Asigna(missingFrom(tin, base, own));
-    if (missing.NPuntos() == 0) return code;
-    again += static_cast<std::uint64_t>(missing.NPuntos());
-    base.Inserta(std::move(missing));
+/// An update of which nothing passes the filters would add nothing in silence.
+void warnOfFiltered(std::string const& file, CDibujo<int> const& added, CDataTriangulacion const& filters,
+                    HostApp& app) {
+  const CFiltroPuntos filter(filters, added.semilla.Precision(), added);
+  for (unsigned e = 0; e < added.Cantidad(); ++e) {
+    auto const& points = added[e].Puntos();
+    if (!filter.AdmiteEntidad(added[e])) continue;
+    if (std::any_of(points.begin(), points.end(), [&](auto& p) { return filter.AdmitePunto(p); })) return;
   }
+  app.warn(
+      fmt::format("{}: none of its {} points passes the filters; points of text without a column class have "
+                  "class 0",
+                  file, withThousands(added.nPuntos)));
 }
 
 /// What a run takes. It sorts the entities of its first drawing, and lines that came behind the cloud would keep every
 /// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one, which the run
-/// deletes as soon as the model has its points. An update sorts nothing, and wants all of its base in one.
+/// deletes as soon as the model has its points.
 struct RunInput {
   CDibujo<int> first;
   std::vector<CDibujo<int>*> others;
 
-  RunInput(LoadedCloud& cloud, bool inOne, bool hilbert, HostApp& app) {
-    if (inOne) {
-      first = drawingOf(cloud, hilbert, app);
-      return;
-    }
+  RunInput(LoadedCloud& cloud, bool hilbert, HostApp& app) {
     first = std::move(cloud.lines);
     first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
     cloud.lines.Clear();
@@ -286,8 +283,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   clouds.resize(2);
   const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");
-  RunInput input =
-      timed(summary.seconds.order, [&] { return RunInput(clouds[0], !options.update.empty(), hilbert, app); });
+  RunInput input = timed(summary.seconds.order, [&] { return RunInput(clouds[0], hilbert, app); });
   CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
   requireTempSpace(spillBytes(points));
 
@@ -297,18 +293,22 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   tin->conVecinos = how.formato == FORMATO_NATIVO;  // the other formats have no place for them
   CTriangulacion2D triangulation(0, seed, filters, 1);
   triangulation.SinMarco(options.cloud.fillsHull());
-  std::uint64_t again = 0;
-  const int code = options.update.empty()
-                       ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
-                                           heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
-                       : runUpdate(triangulation, input.first, *tin, options.maxSide, extra, options.tolerance, again);
+  const int code =
+      options.update.empty()
+          ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
+                              heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
+          : triangulation.RunAmplia(input.first, *tin, options.maxSide, extra, options.tolerance, &input.others, true,
+                                    heights ? &*heights : nullptr, intensities ? &*intensities : nullptr);
+  requireRoom(triangulation.Resumen(), seed.precision, what);
   requireRun(code, what, spillBytes(points));
   input.first.Clear();
-  extra.Clear();
 
   summary.run = triangulation.Resumen();
-  summary.run.aceptados -= again;
-  summary.run.rechazados -= std::min(again, summary.run.rechazados);
+  if (!options.update.empty()) {
+    summary.added = inMesh(extra);
+    if (summary.added == 0U) warnOfFiltered(options.update, extra, filters, app);
+  }
+  extra.Clear();
   summary.triangles = tin->Cantidad();
   summary.rings = tin->Limite().size();
   summary.seconds.fill = summary.run.segundosRellena;
@@ -326,9 +326,8 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   summary.seconds.total = whole.seconds();
 
   app.clearProgress();
-  app.showMessages();
   if (common.json) {
-    fmt::print("{}\n", toJson(summary).dump(2));
+    printJson(toJson(summary));
   } else if (!common.quiet) {
     printSummary(summary, options.output);
   }
@@ -350,10 +349,10 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
       ->capture_default_str()
       ->check(fromZeroUp());
   verb->add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
-  auto* height = verb->add_option("--height-difference", o.heightDifference,
-                                  "MIN:MAX difference of height along each side, in units of the input (default: any)");
-  auto* intensity = verb->add_option("--intensity-difference", o.intensityDifference,
-                                     "MIN:MAX difference of intensity along each side (default: any)");
+  verb->add_option("--height-difference", o.heightDifference,
+                   "MIN:MAX difference of height along each side, in units of the input (default: any)");
+  verb->add_option("--intensity-difference", o.intensityDifference,
+                   "MIN:MAX difference of intensity along each side (default: any)");
   auto* tolerance =
       verb->add_option("--tolerance", o.tolerance,
                        "With --update: the most that an added point may lie above the surface, in units of "
@@ -362,7 +361,6 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
           ->check(fromZeroUp());
   auto* update = verb->add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
   tolerance->needs(update);
-  update->excludes(height)->excludes(intensity);
   verb->callback(
       [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runTin(*options, common, app); }; });
 }

@@ -40,6 +40,10 @@ class URDIMBRE_API CModeloDigital : public CObjetoFichero {
   /// with no more memory taken than it can fill.
   int Read(CString const& ruta);
 
+  /// Reads the points of that form and nothing else: a surface without triangles, for whoever makes it anew. What
+  /// stands behind the points is not looked at. As `Read` otherwise.
+  int ReadPuntos(CString const& ruta);
+
   /// Writes the surface in the format that the record names, faces counter-clockwise seen from above, points that no
   /// triangle uses left out, in metres with the origin put back. Asks for a sorted surface. Bytes do not depend on
   /// threads, time or locale. An unknown format is refused with kFicheroInconsistente.
@@ -55,7 +59,8 @@ class URDIMBRE_API CModeloDigital : public CObjetoFichero {
 
  private:
   [[nodiscard]] IPorcentaje* Progreso() const;
-  int LeeSuperficie(CFile& fichero, CTIN& leido) const;
+  int Lee(CString const& ruta, bool soloPuntos);
+  int LeeSuperficie(CFile& fichero, CTIN& leido, bool soloPuntos) const;
   int Entrega(CFicheroParcial& parcial, int codigo);
 
   std::unique_ptr<CTIN> tin;

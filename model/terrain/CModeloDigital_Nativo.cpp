@@ -152,7 +152,10 @@ int CModeloDigital::Write(CString const& ruta, int version) {
   return codigo;
 }
 
-int CModeloDigital::Read(CString const& ruta) {
+int CModeloDigital::Read(CString const& ruta) { return Lee(ruta, false); }
+int CModeloDigital::ReadPuntos(CString const& ruta) { return Lee(ruta, true); }
+
+int CModeloDigital::Lee(CString const& ruta, bool soloPuntos) {
   error.Empty();
   CFile abierto;
   if (!abierto.Open(ruta, CFile::modeRead | CFile::shareDenyNone)) {
@@ -161,7 +164,7 @@ int CModeloDigital::Read(CString const& ruta) {
   }
   auto leido = std::make_unique<CTIN>(0, 0, CDataSemilla());
   leido->Mensajes(nivelMensajes);
-  int codigo = LeeSuperficie(abierto, *leido);
+  int codigo = LeeSuperficie(abierto, *leido, soloPuntos);
   if (abierto.HayError()) codigo = kFicheroInaccesible;
   if (codigo != kHecho) {
     error = codigo == kFicheroInaccesible ? abierto.Error() : TextoDelFallo(codigo, ruta);
@@ -175,14 +178,14 @@ int CModeloDigital::Read(CString const& ruta) {
 }
 
 /// Neighbours are not in the file: finding them takes less time than reading them.
-int CModeloDigital::LeeSuperficie(CFile& abierto, CTIN& leido) const {
+int CModeloDigital::LeeSuperficie(CFile& abierto, CTIN& leido, bool soloPuntos) const {
   Avance avance{Progreso(), nivelMensajes};
   if (avance.porcentaje != nullptr) avance.porcentaje->Fase(nivelMensajes, kMensajeLee);
   bool enlazado = false;
   if (const int codigo = LeeCabecera(abierto, leido, enlazado); codigo != kHecho) return codigo;
   avance.total = static_cast<unsigned>(abierto.GetLength() / sizeof(Terna));  // about so many points and triangles
   const int codigo = leido.puntos.Read(&abierto, avance.valor, avance.total, avance.porcentaje, nivelMensajes);
-  if (codigo != kHecho) return codigo;
+  if (codigo != kHecho || soloPuntos) return codigo;
   const std::size_t puntos = leido.puntos.size();
   if (const int c = LeeTriangulos(abierto, puntos, leido.triangulos, avance); c != kHecho) return c;
   if (const int c = LeeLimite(abierto, puntos, leido.limite, leido.huecos); c != kHecho) return c;

@@ -30,7 +30,7 @@ TEST(CloudInfo, CountsPointsClassesReturnsAndExtent) {
   EXPECT_EQ(info.all.extent.min[0], -5 * 0.001 + 100);
   EXPECT_EQ(info.all.extent.max[0], 62995 * 0.001 + 100);
   EXPECT_EQ(info.all.planDuplicates, 0U);
-  EXPECT_EQ(info.files[0].header->pointFormat, 6);
+  EXPECT_EQ(info.files[0].las->header.pointFormat, 6);
 }
 
 TEST(CloudInfo, DuplicatesAreEqualPlacesInPlanWhateverTheHeight) {

@@ -1,5 +1,6 @@
 #include "host/text/TextReader.h"
 
+#include "host/Failure.h"
 #include "tests/host/HostScenes.h"
 
 using namespace Meseta47::host;
@@ -83,6 +84,76 @@ TEST(TextReader, AFirstLineOfNamesSaysWhichColumnIsWhich) {
 TEST(TextReader, NamesMaySeparateOtherwiseThanNumbers) {
   EXPECT_THAT(pointsIn("//X Y Z\n1,2,3\n"), ElementsAre(At(1, 2, 3)));
   EXPECT_THAT(pointsIn("N,E,H\n1 2 3\n"), ElementsAre(At(2, 1, 3)));
+}
+
+TEST(TextReader, PointNumbersInFrontAreRecognised) {
+  TextReader reader = readerOf("1,450000.1,4480000.2,100.0\n2,450010.1,4480000.2,101.0\n17,450000.1,4480010.2,99\n");
+  EXPECT_THAT(pointsOf(reader), ElementsAre(At(450000.1, 4480000.2, 100.0), At(450010.1, 4480000.2, 101.0),
+                                            At(450000.1, 4480010.2, 99.0)));
+  EXPECT_THAT(reader.columns(), ElementsAre("number", "x", "y", "z"));
+  EXPECT_EQ(reader.columnsFrom(), "recognised");
+  EXPECT_EQ(reader.decimals(), 1) << "a number is no coordinate";
+}
+
+TEST(TextReader, PointNumbersAreRecognisedBesideDescriptions) {
+  EXPECT_THAT(pointsIn("1,450000.1,4480000.2,100.0,EDGE\n2,450010.1,4480000.2,101.0,TOP OF BANK\n"),
+              ElementsAre(At(450000.1, 4480000.2, 100.0), At(450010.1, 4480000.2, 101.0)));
+}
+
+TEST(TextReader, NamesOfPointsInFrontAreRecognised) {
+  for (char const* text :
+       {"A1 1.5 2.5 3.5\nA2 4.5 5.5 6.5\n", "Point,X,Y,Z,Code\nA1,1.5,2.5,3.5,T\nA2,4.5,5.5,6.5,T\n"}) {
+    EXPECT_THAT(pointsIn(text), ElementsAre(At(1.5, 2.5, 3.5), At(4.5, 5.5, 6.5))) << text;
+  }
+}
+
+TEST(TextReader, AHeaderOfPointsMayPutNorthingsFirst) {
+  TextReader reader = readerOf("Point,Northing (m),Easting (m),Elevation (m),Code\n1,4480000.2,450000.1,100.0,EDGE\n");
+  EXPECT_THAT(pointsOf(reader), ElementsAre(At(450000.1, 4480000.2, 100.0)));
+  EXPECT_THAT(reader.columns(), ElementsAre("-", "y", "x", "z"));
+  EXPECT_EQ(reader.columnsFrom(), "named by its first line");
+}
+
+TEST(TextReader, WholeCoordinatesWithIntensitiesAreNoPointNumbers) {
+  EXPECT_THAT(pointsIn("0 0 5 12\n1 0 6 13\n2 0 7 14\n"), ElementsAre(At(0, 0, 5), At(1, 0, 6), At(2, 0, 7)));
+  EXPECT_THAT(pointsIn("0 0.5 5.5 12\n0 1.5 6.5 13\n"), ElementsAre(At(0, 0.5, 5.5), At(0, 1.5, 6.5)))
+      << "what comes twice is no number of a point";
+  EXPECT_THAT(pointsIn("7 8.5 9.5 12\n8.25 1.5 6.5 13\n"), ElementsAre(At(7, 8.5, 9.5), At(8.25, 1.5, 6.5)));
+}
+
+TEST(TextReader, TextBehindThePlaceIsADescription) {
+  TextReader reader = readerOf("1.5 2.5 3.5 EDGE\n4.5 5.5 6.5 WALL\n");
+  EXPECT_THAT(pointsOf(reader), ElementsAre(At(1.5, 2.5, 3.5), At(4.5, 5.5, 6.5)));
+  EXPECT_FALSE(reader.hasIntensity());
+}
+
+TEST(TextReader, ColumnsThatAreGivenCountWhateverTheTextSays) {
+  const auto given = [](std::string const& text, std::vector<std::string> names) {
+    return TextReader(std::make_unique<MemorySource>("cloud.txt", Bytes(text.begin(), text.end())), {std::move(names)});
+  };
+  for (char const* text : {"1,4480000.2,450000.1,100.0,EDGE\n", "x,y,z,a,b\n1,4480000.2,450000.1,100.0,EDGE\n"}) {
+    TextReader reader = given(text, {"P", "N", "E", "Z", "D"});
+    EXPECT_THAT(pointsOf(reader), ElementsAre(At(450000.1, 4480000.2, 100.0))) << text;
+    EXPECT_EQ(reader.columnsFrom(), "given");
+  }
+  TextReader classes = given("1 2 3 9\n", {"x", "y", "z", "class"});
+  EXPECT_EQ(pointsOf(classes).at(0).classification, 9);
+  EXPECT_THROW(given("1 2 3\n", {"x", "y", "height", "z"}), UsageError);
+  EXPECT_THROW(given("1 2 3\n", {"x", "y"}), UsageError);
+}
+
+TEST(TextReader, WhatWasLookedAtToRecogniseColumnsIsReadAllTheSame) {
+  std::string text;
+  for (int i = 1; i <= 1'000; ++i) text += std::to_string(i) + ",5.25," + std::to_string(i) + ".5,7.75\n";
+  TextReader reader = readerOf(text);
+  for (int round = 0; round < 2; ++round) {
+    const auto points = pointsOf(reader, 64);
+    ASSERT_EQ(points.size(), 1'000U);
+    EXPECT_THAT(points.front(), At(5.25, 1.5, 7.75));
+    EXPECT_THAT(points.back(), At(5.25, 1'000.5, 7.75));
+    reader.rewind();
+  }
+  EXPECT_THAT(errorOfReading(text + "1001,5.25\n"), HasSubstr("line 1,001"));
 }
 
 TEST(TextReader, ACountOnTheFirstLineIsPassedOver) {

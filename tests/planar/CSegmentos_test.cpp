@@ -35,6 +35,41 @@ TEST(CSegmentos, ALevelGivesItsOwnInTheOrderInWhichTheyCame) {
   EXPECT_EQ(segments.MaximoZ(), -10);
 }
 
+using At = CCoor3D<int>;
+
+TEST(CSegmentos, ATriangleIsCutWhereItIsHigherThanALevelAndWhereItIsNot) {
+  CSegmentos segments;
+  segments.Corta(At(0, 0, -15, 1), At(100, 0, 15, 2), At(0, 100, 15, 3), 10);
+  EXPECT_EQ(segments.Cantidad(), 3U);
+  EXPECT_THAT(segments.Saca(-10), ElementsAre(CSegmento{{0, 17}, {17, 0}}));
+  EXPECT_THAT(segments.Saca(0), ElementsAre(CSegmento{{0, 50}, {50, 0}}));
+  EXPECT_THAT(segments.Saca(10), ElementsAre(CSegmento{{0, 83}, {83, 0}}));
+}
+
+TEST(CSegmentos, AVertexOnALevelCountsAsBelowIt) {
+  CSegmentos segments;
+  segments.Corta(At(0, 0, 10, 1), At(100, 0, 10, 2), At(0, 100, 10, 3), 10);
+  segments.Corta(At(0, 0, 10, 1), At(100, 0, 10, 2), At(0, 100, 5, 3), 10);
+  segments.Corta(At(0, 0, 10, 1), At(100, 0, 15, 2), At(0, 100, 15, 3), 10);
+  EXPECT_EQ(segments.Cantidad(), 0U);
+  segments.Corta(At(0, 0, 10, 1), At(100, 0, 10, 2), At(0, 100, 15, 3), 10);
+  segments.Corta(At(0, 0, 10, 1), At(100, 0, 5, 2), At(0, 100, 15, 3), 10);
+  EXPECT_THAT(segments.Saca(10), ElementsAre(CSegmento{{0, 0}, {100, 0}}, CSegmento{{0, 0}, {50, 50}}));
+}
+
+TEST(CSegmentos, BothTrianglesOfASideCutItAtOnePlace) {
+  CSegmentos segments;
+  segments.Corta(At(0, 0, 1, 1), At(101, 57, 8, 2), At(3, 90, 2, 3), 3);
+  segments.Corta(At(101, 57, 8, 2), At(0, 0, 1, 1), At(80, -70, 2, 3), 3);
+  for (const int level : {3, 6}) {
+    const std::vector<CSegmento> pieces = segments.Saca(level);
+    ASSERT_EQ(pieces.size(), 2U) << level;
+    EXPECT_TRUE(pieces[0].a == pieces[1].a || pieces[0].a == pieces[1].b || pieces[0].b == pieces[1].a ||
+                pieces[0].b == pieces[1].b)
+        << level;
+  }
+}
+
 TEST(CSegmentos, TheLowerEndComesFirst) {
   CSegmentos segments;
   Add(segments, {3, 0}, {1, 9}, 0);

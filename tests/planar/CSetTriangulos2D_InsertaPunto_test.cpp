@@ -27,7 +27,7 @@ class Mesh {
   int InOneStep(CCoor3D<int>& p, int tolerance = 0) {
     CSetTriangulos2D* near = &root;
     for (int child = near->BuscaHijo(p); child >= 0; child = near->BuscaHijo(p)) near = &near->hijos[child];
-    return root.InsertaPunto(&p, *near, Start(), tolerance, a, b, balance);
+    return root.InsertaPunto(&p, *near, Start(), {tolerance}, a, b, balance);
   }
 
   int TheLongWay(CCoor3D<int>& p, int tolerance = 0) {

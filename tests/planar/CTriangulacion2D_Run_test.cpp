@@ -12,6 +12,7 @@ namespace {
 
 using support::Point;
 using support::Triangle;
+using test::At;
 using test::Described;
 using test::DrawingAt;
 using test::DrawingOf;
@@ -31,14 +32,15 @@ using testing::SizeIs;
 /// One of the three runs over points that it keeps from run to run.
 class Road {
  public:
-  enum Kind { FromDrawing, Update, FromModel };
+  enum Kind { FromDrawing, Update, Extension, FromModel };
 
   Road(Kind itsKind, std::vector<Point> const& points) : kind(itsKind) {
     std::vector<Point> sorted = points;
     std::sort(sorted.begin(), sorted.end());
     model = ModelOf(sorted);
     const auto third = static_cast<std::ptrdiff_t>(points.size() / 3);
-    drawing = DrawingOf(kind == Update ? std::vector<Point>(points.begin() + third, points.end()) : points);
+    drawing = DrawingOf(kind == Update || kind == Extension ? std::vector<Point>(points.begin() + third, points.end())
+                                                            : points);
     extra = DrawingOf({points.begin(), points.begin() + third});
   }
 
@@ -48,6 +50,8 @@ class Road {
         return t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr);
       case Update:
         return t.RunActualiza(drawing, model, 0, extra, 1e6, nullptr, false, nullptr);
+      case Extension:
+        return t.RunAmplia(drawing, model, 0, extra, 1e6, nullptr, false, nullptr, nullptr);
       case FromModel:
         model.longitudMaxima = 46'000;
         return t.Run(model, nullptr);
@@ -62,10 +66,12 @@ class Road {
 };
 
 class EveryRun : public testing::TestWithParam<Road::Kind> {};
-INSTANTIATE_TEST_SUITE_P(Kinds, EveryRun, testing::Values(Road::FromDrawing, Road::Update, Road::FromModel),
+INSTANTIATE_TEST_SUITE_P(Kinds, EveryRun,
+                         testing::Values(Road::FromDrawing, Road::Update, Road::Extension, Road::FromModel),
                          [](testing::TestParamInfo<Road::Kind> const& kind) {
                            return kind.param == Road::FromDrawing ? "FromDrawing"
                                   : kind.param == Road::Update    ? "Update"
+                                  : kind.param == Road::Extension ? "Extension"
                                                                   : "FromModel";
                          });
 
@@ -396,6 +402,107 @@ TEST_F(RunActualiza, EmptyingSparesTheAddedDrawing) {
   ASSERT_EQ(t.RunActualiza(drawing, model, 0, extra, 0, nullptr, true, nullptr), kHecho);
   EXPECT_EQ(drawing.Cantidad(), 0U);
   EXPECT_EQ(extra.Cantidad(), 1U);
+}
+
+/// Steep ground, of which no point lies within a centimetre of the surface over its neighbours.
+CDibujo<int> SteepGround(std::size_t n) {
+  std::vector<Point> points = Near(n);
+  for (std::size_t i = 0; i < points.size(); ++i) points[i].z = static_cast<int>(i * 7'919 % 10'007);
+  return DrawingOf(points);
+}
+
+int LeftOut(CDibujo<int> const& drawing) {
+  int count = 0;
+  for (unsigned e = 0; e < drawing.Cantidad(); ++e) {
+    for (const int number : NumbersOf(drawing[e])) count += number == 0 ? 1 : 0;
+  }
+  return count;
+}
+
+TEST(RunAmplia, KeepsAllOfItsBaseWhereAnUpdateLosesFirstPointsOfCells) {
+  const QuietApp app;
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t;
+  CDibujo<int> base = SteepGround(3'000), extra = DrawingAt({{9'000, 9'000, -90'000}});
+  ASSERT_EQ(t.RunActualiza(base, model, 0, extra, 0.01, nullptr, false, nullptr), kHecho);
+  ASSERT_GT(LeftOut(base), 0) << "the scene has lost its point";
+  ASSERT_EQ(t.RunAmplia(base, model, 0, extra, 0.01, nullptr, false, nullptr, nullptr), kHecho);
+  EXPECT_EQ(LeftOut(base), 0);
+  EXPECT_EQ(LeftOut(extra), 0);
+  EXPECT_EQ(model.puntos.size(), 3'001U);
+  EXPECT_EQ(t.Resumen().aceptados, 3'001U);
+  EXPECT_EQ(t.Resumen().rechazados, 0U);
+  EXPECT_EQ(t.Resumen().duplicados, 0U);
+}
+
+TEST(RunAmplia, KeepsTheBaseThatPassesTheFilterAndTheFurtherDrawingsToo) {
+  const QuietApp app;
+  CDataTriangulacion low;
+  low.zMax = 60;  // metres, of a hundred units
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t(low);
+  CDibujo<int> base = SteepGround(1'000), further = SteepGround(1'000);
+  further[0].Mover(30'000, 0, 0);
+  std::vector<CDibujo<int>*> others{&further, nullptr};
+  std::size_t admitted = 0;
+  for (CCoor3D<int> const& p : base[0].Puntos()) admitted += p.z <= 6'000 ? 2 : 0;
+  CDibujo<int> extra = DrawingAt({{9'000, 9'000, -90'000}, {8'000, 7'000, 5'999'999}});
+  ASSERT_EQ(t.RunAmplia(base, model, 0, extra, 0.01, &others, false, nullptr, nullptr), kHecho);
+  EXPECT_EQ(model.puntos.size(), admitted + 1);
+  EXPECT_EQ(t.Resumen().aceptados, admitted + 1);
+  EXPECT_EQ(t.Resumen().rechazados, 0U);
+}
+
+/// A flat square at 500 units, and points added to it.
+class RunAmpliaOnASquare : public testing::Test {
+ protected:
+  void Add(std::vector<At> const& places, double tolerance) {
+    CDibujo<int> drawing =
+        DrawingAt({{0, 0, 500}, {1'000, 7, 500}, {13, 1'000, 500}, {1'010, 1'020, 500}, {500, 490, 500}});
+    extra = DrawingAt(places);
+    ASSERT_EQ(t.RunAmplia(drawing, model, 0, extra, tolerance, nullptr, false, nullptr, nullptr), kHecho);
+  }
+
+  const QuietApp app;
+  OpenTriangulation t;
+  CTIN model{0, 0, CDataSemilla()};
+  CDibujo<int> extra;
+};
+
+TEST_F(RunAmpliaOnASquare, LeavesOutWhatStandsAboveTheSurfaceByMoreThanTheTolerance) {
+  Add({{700, 210, 521}, {300, 710, 520}, {200, 310, 519}, {810, 620, -90'000}}, 0.2);
+  EXPECT_THAT(NumbersOf(extra[0]), ElementsAre(0, testing::Gt(0), testing::Gt(0), testing::Gt(0)));
+  EXPECT_EQ(t.Resumen().rechazados, 1U);
+  EXPECT_EQ(model.puntos.size(), 8U);
+}
+
+TEST_F(RunAmpliaOnASquare, CountsARepeatedPlaceAsADuplicateWhateverItsHeight) {
+  Add({{0, 0, 500}, {500, 490, 9'000}, {700, 210, 505}, {700, 210, 506}}, 0.2);
+  EXPECT_EQ(t.Resumen().duplicados, 3U);
+  EXPECT_EQ(t.Resumen().rechazados, 0U);
+  EXPECT_EQ(model.puntos.size(), 6U);
+}
+
+TEST_F(RunAmpliaOnASquare, GoesOnBeyondTheBorderAtAnyHeight) {
+  Add({{3'000, 400, 700}, {-2'500, 300, 900}, {300, 710, 900}}, 0.2);
+  EXPECT_EQ(t.Resumen().rechazados, 1U) << "the last one stands on the square";
+  EXPECT_EQ(model.puntos.size(), 7U);
+}
+
+TEST_F(RunAmpliaOnASquare, FiltersItsTrianglesLikeAnyRun) {
+  CRango small(-1, -1, 0, 10);
+  CDibujo<int> drawing = DrawingAt({{0, 0}, {100, 7}, {3, 90}, {110, 95, 900}, {-90, 50}});
+  CDibujo<int> more = DrawingAt({{50, 40, 3}});
+  ASSERT_EQ(t.RunAmplia(drawing, model, 0, more, 0, nullptr, false, &small, nullptr), kHecho);
+  EXPECT_GT(t.Resumen().porAltura, 0U);
+  EXPECT_EQ(model.puntos.size(), 6U);
+}
+
+TEST_F(RunAmpliaOnASquare, SparesTheNextRunItsOwnRules) {
+  Add({{700, 210, 521}}, 0.2);
+  CDibujo<int> base = SteepGround(3'000), more = DrawingAt({{9'000, 9'000, -90'000}});
+  ASSERT_EQ(t.RunActualiza(base, model, 0, more, 0.01, nullptr, false, nullptr), kHecho);
+  EXPECT_GT(LeftOut(base), 0);
 }
 
 /// Runs over a model.

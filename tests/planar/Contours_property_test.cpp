@@ -29,10 +29,11 @@ enum class Change {
 struct Scene {
   Feed cloud;
   Change change;
+  bool shore;  ///< level sides are no contours
 
   [[nodiscard]] std::string Name() const {
     constexpr std::array names{"", "_Terraced", "_Gapped"};
-    return cloud.Name() + names[static_cast<std::size_t>(change)];
+    return cloud.Name() + names[static_cast<std::size_t>(change)] + (shore ? "_Shore" : "");
   }
 };
 std::ostream& operator<<(std::ostream& out, Scene const& scene) { return out << scene.Name(); }
@@ -55,6 +56,7 @@ Prepared Prepare(Scene const& scene) {
     return std::int64_t{(*greatest).*axis} - (*least).*axis;
   };
   Prepared prepared;
+  prepared.rule.shore = scene.shore;
   const bool terraced = scene.change == Change::Terraced;
   prepared.rule.interval = static_cast<std::int32_t>(range(&support::Point::z) / (terraced ? 5 : 13) / 2 * 2 + 2);
   if (terraced) {
@@ -73,7 +75,9 @@ std::vector<Scene> Scenes(std::vector<std::size_t> const& sizes) {
   for (const support::Family family : support::kAllFamilies) {
     for (const std::size_t size : sizes) {
       for (const Change change : {Change::None, Change::Terraced, Change::Gapped}) {
-        scenes.push_back({{family, test::Order::Hilbert, size}, change});
+        for (const bool shore : {false, true}) {
+          scenes.push_back({{family, test::Order::Hilbert, size}, change, shore});
+        }
       }
     }
   }
@@ -120,6 +124,7 @@ TEST_P(SegmentsOfClouds, AreWhatEachTriangleGives) {
   drawing.Inserta(std::move(cloud));
   test::OpenTriangulation triangulation;
   triangulation.paramCurvaA = contoured.rule.interval;
+  triangulation.dibujoCurvas.PonLlanos(contoured.rule.shore ? CLlanos::ORILLA : CLlanos::LADOS);
   triangulation.paramCurvaB = static_cast<std::int32_t>(contoured.rule.longestSide);
   ASSERT_EQ(triangulation.Link(drawing, nullptr, nullptr, 0, CHiloSalvaTriangulosEnlazados::CURVA), kHecho);
   EXPECT_EQ(pieceFaults(piecesOf(LinesOf(triangulation.dibujoCurvas, contoured.rule.interval)),
@@ -133,7 +138,8 @@ TEST_P(SegmentsOfClouds, JoinAlikeInAnyOrderAndSense) {
   Prepared prepared = Prepare(GetParam());
   const Contoured contoured = ContourCloud(std::move(prepared.points), prepared.rule);
   ASSERT_EQ(contoured.code, kHecho);
-  std::vector<support::ContourPiece> pieces = plainContours(contoured.mesh, contoured.rule).pieces();
+  const support::PlainContours plain = plainContours(contoured.mesh, contoured.rule);
+  std::vector<support::ContourPiece> pieces = contoured.rule.shore ? plain.distinctPieces() : plain.pieces();
   std::mt19937 random(20'260);
   for (int round = 0; round < 3; ++round) {
     std::shuffle(pieces.begin(), pieces.end(), random);
@@ -170,6 +176,67 @@ TEST(ContoursOfDifferentHeight, DoNotMeetOnGentleGround) {
   EXPECT_EQ(FaultsOf(contoured), "");
   EXPECT_GT(contoured.lines.size(), 300U);
   EXPECT_EQ(meetings(contoured.lines, plainContours(contoured.mesh, contoured.rule)).pairs, 0U);
+}
+
+/// Hills whose heights are whole metres, as many surveys give them: every level runs through vertices and flat places.
+std::vector<CCoor3D<int>> RoundedHills() {
+  std::mt19937 random(20'260);
+  std::vector<CCoor3D<int>> points;
+  for (int i = 0; i < 5'000; ++i) {
+    const int x = static_cast<int>(random() % 200'000), y = static_cast<int>(random() % 200'000);
+    const double height = 8 * std::sin(x / 23'000.0) * std::cos(y / 31'000.0) + x / 40'000.0;
+    points.emplace_back(x, y, 1'000 * static_cast<int>(std::lround(height)), 0);
+  }
+  return points;
+}
+
+TEST(ContoursOfHeightsRoundedToTheLevel, EndOnTheOutlineAlone) {
+  const QuietApp app;
+  const Contoured contoured = ContourCloud(RoundedHills(), {1'000, std::int64_t{1} << 40, true});
+  ASSERT_EQ(contoured.code, kHecho);
+  EXPECT_EQ(FaultsOf(contoured), "");
+  EXPECT_GT(contoured.lines.size(), 50U);
+  const support::PlainContours plain = plainContours(contoured.mesh, contoured.rule);
+  for (support::ContourLine const& line : contoured.lines) {
+    if (line.front() == line.back()) continue;
+    for (support::Point const& end : {line.front(), line.back()}) {
+      EXPECT_TRUE(std::binary_search(plain.onOutline.begin(), plain.onOutline.end(), end)) << support::toText(end);
+    }
+  }
+}
+
+/// A lake amid higher land, an island in it and a level bank that rises from its far side.
+std::vector<CCoor3D<int>> Lake() {
+  std::vector<CCoor3D<int>> points;
+  for (int y = 0; y <= 20; ++y) {
+    for (int x = 0; x <= 20; ++x) {
+      const double away = std::hypot(x - 10, y - 10);
+      const int height = away < 2.5 ? 251 : away < 7 ? 250 : 250 + static_cast<int>(away - 5);
+      points.emplace_back(1'000 * x + 37 * (y % 3), 1'000 * y + 41 * (x % 5), 1'000 * height, 0);
+    }
+  }
+  return points;
+}
+
+TEST(ContoursOfALakeOnALevel, AreItsShoreAndThatOfItsIsland) {
+  const QuietApp app;
+  const Contoured contoured = ContourCloud(Lake(), {500, std::int64_t{1} << 40, true});
+  ASSERT_EQ(contoured.code, kHecho);
+  EXPECT_EQ(FaultsOf(contoured), "");
+  const auto isOfTheLake = [](support::ContourLine const& line) { return line.front().z == 250'000; };
+  ASSERT_EQ(std::count_if(contoured.lines.begin(), contoured.lines.end(), isOfTheLake), 2);
+  for (support::ContourLine const& line : contoured.lines) {
+    EXPECT_TRUE(!isOfTheLake(line) || line.front() == line.back());
+  }
+}
+
+TEST(ContoursOfAFlatGridOnALevel, AreNone) {
+  const QuietApp app;
+  std::vector<CCoor3D<int>> points;
+  for (int i = 0; i < 400; ++i) points.emplace_back(i % 20 * 100, i / 20 * 100, 1'000, 0);
+  EXPECT_TRUE(ContourCloud(points, {1'000, std::int64_t{1} << 40, true}).lines.empty());
+  EXPECT_GT(ContourCloud(points, {1'000, std::int64_t{1} << 40, false}).lines.size(), 300U)
+      << "sides are contours there";
 }
 
 TEST(ContoursOfDifferentHeight, MeetOnAWallOfAUnitAndNowhereElse) {

@@ -58,6 +58,33 @@ for threads in 1 4; do
   pass
 done
 
+# A lake on a level has one shore, and a level side of a triangle is a contour on demand alone.
+lake() {
+  awk 'BEGIN { srand(5)
+    for (y = 0; y <= 60; ++y) for (x = 0; x <= 60; ++x) {
+      d = sqrt((x - 30) ^ 2 + (y - 30) ^ 2)
+      printf "%.2f %.2f %.3f\n", 450000 + x + rand() / 3, 4480000 + y + rand() / 3, d < 15 ? 250 : 250 + (d - 15) / 5 + 0.01
+    } }'
+}
+lake >lake.txt
+"$urdimbre" --json --quiet contour lake.txt --interval 0.5 -o lake.gpkg >lake.json
+expect "shores of a lake" "$(ask lake.gpkg 'SELECT COUNT(*) AS v FROM contour WHERE ELEV = 250')" 1
+expect "and it is closed" "$(ask lake.gpkg 'SELECT SUM(CLOSED) AS v FROM contour WHERE ELEV = 250')" 1
+expect "length of the shore" "$(ask lake.gpkg 'SELECT LENGTH BETWEEN 85 AND 125 AS v FROM contour WHERE ELEV = 250')" 1
+"$urdimbre" --json --quiet contour lake.txt --interval 0.5 --flat sides -o sides.gpkg >sides.json
+expect "sides of triangles in a lake" "$(ask sides.gpkg 'SELECT SUM(LENGTH) > 2000 AS v FROM contour WHERE ELEV = 250')" 1
+for y in $(seq 0 19); do for x in $(seq 0 19); do echo "$x.0 $y.0 1"; done; done >flat.txt
+refuses 1 "no triangle is crossed by a level" "$urdimbre" contour flat.txt --interval 1 -o x.gpkg
+
+# Heights in whole metres give no contour that ends in the open.
+awk 'BEGIN { srand(3); for (i = 0; i < 20000; ++i) { x = 500 * rand(); y = 500 * rand()
+  printf "%.2f %.2f %d\n", x, y, 100 + 12 * sin(x / 60) * cos(y / 80) + x / 60 } }' >metres.txt
+"$urdimbre" --json --quiet contour metres.txt --interval 1 -o metres.gpkg >metres.json
+"$urdimbre" --quiet tin metres.txt -o metres.ply --outline metres_outline.gpkg
+"$contour_facts" metres.gpkg metres_outline.gpkg metres.ply 0 >facts.txt
+[ "$(number contours metres.json)" -gt 50 ] || fail "only $(number contours metres.json) contours"
+expect "contours of whole metres that end in the open" "$(told ends_off_outline facts.txt)" 0
+
 # Levels from a base; short contours left out; long sides make gaps.
 "$urdimbre" --json --quiet contour "${ground[@]}" --interval 1 --base 100.25 --index 4 -o base.gpkg >base.json
 expect "levels from a base" "$(ask base.gpkg 'SELECT COUNT(*) AS v FROM contour WHERE ELEV - 0.25 != ROUND(ELEV - 0.25)')" 0
@@ -107,7 +134,9 @@ collection 25830 "$lines" >ridges.geojson
 expect "no point is lost beside lines" "$(($(number vertices s.json) + $(number duplicates s.json)))" $((40000 + 75))
 expect "the mesh with lines is Delaunay" "$(fact not_delaunay s.ply)" 0
 "$urdimbre" --json --quiet contour survey.geojson --interval 1 -o s.gpkg >s.json
-expect "contours of lines alone" "$(number levels s.json)" 5
+expect "contours of lines alone" "$(number levels s.json)" 4
+"$urdimbre" --json --quiet contour survey.geojson --interval 1 --flat sides -o s.gpkg >s.json
+expect "contours of lines alone, the level ridge as one of them" "$(number levels s.json)" 5
 for format in GPKG:gpkg "ESRI Shapefile:shp" DXF:dxf; do
   file=lines.${format#*:}
   ogr2ogr -f "${format%:*}" "$file" survey.geojson -nlt LINESTRINGZ -where "CODE = 'RIDGE'" $([ "${file#*.}" = dxf ] && echo -skipfailures) \

@@ -71,8 +71,9 @@ std::vector<Point> endsOf(const std::vector<ContourPiece>& pieces) {
   return ends;
 }
 
-/// Ends of pieces that more than one triangle gave.
+/// Ends of pieces that more than one triangle gave, where a line may end; those of shores end on the outline alone.
 std::vector<Point> endsOfRepeated(const PlainContours& plain) {
+  if (plain.shore) return {};
   std::vector<ContourPiece> repeated;
   for (std::size_t i = 1; i < plain.given.size(); ++i) {
     if (plain.given[i].piece == plain.given[i - 1].piece) repeated.push_back(plain.given[i].piece);

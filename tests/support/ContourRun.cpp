@@ -5,6 +5,7 @@
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/Codigos.h"
+#include "planar/CNivelDeCurvas.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::test {
@@ -61,8 +62,13 @@ Contoured ContourCloud(std::vector<CCoor3D<int>> points, support::ContourRule ru
   }
   drawing.PonNumerosACero();
   CDibujo<int> contours(drawing.semilla);
-  result.code = triangulation.Curvado(drawing, contours, static_cast<double>(result.rule.longestSide),
-                                      result.rule.interval, nullptr);
+  const auto keep = [&contours](CNivelDeCurvas const& level) {
+    for (std::size_t i = 0; i < level.Cantidad(); ++i) contours.Inserta(level.Linea(i));
+  };
+  const auto longest = static_cast<double>(result.rule.longestSide);
+  result.code = result.rule.shore ? triangulation.Curvado(drawing, keep, longest, result.rule.interval, nullptr, false,
+                                                          nullptr, CLlanos::ORILLA)
+                                  : triangulation.Curvado(drawing, contours, longest, result.rule.interval, nullptr);
   result.lines = LinesOf(contours);
   return result;
 }

@@ -73,9 +73,20 @@ void contour(PlainContours& result, const std::array<Point, 3>& v, std::int64_t 
   if (crossings.size() == 1) give(result, crossings[0], {on[0]});
 }
 
-void addOutline(PlainContours& result, const Point& p, const Point& q, std::int64_t interval) {
+/// The border, within a triangle, of what is higher than a level.
+void borderOfHigher(PlainContours& result, const std::array<Point, 3>& v, std::int64_t level) {
+  std::vector<Cut> border;
+  for (std::size_t i = 0; i < 3; ++i) {
+    const Point &p = v[i], &q = v[(i + 1) % 3];
+    if ((p.z > level) != (q.z > level)) border.push_back(cutAt(p, q, level));
+  }
+  if (border.size() == 2) give(result, border[0], border[1]);
+}
+
+void addOutline(PlainContours& result, const Point& p, const Point& q, const ContourRule& rule) {
   const auto [low, high] = std::minmax(p.z, q.z);
-  for (std::int64_t level = firstLevel(low, interval); level <= high; level += interval) {
+  for (std::int64_t level = firstLevel(low, rule.interval); level <= high; level += rule.interval) {
+    if (rule.shore && level == high) return;
     if (low == high) {
       result.onOutline.insert(result.onOutline.end(), {p, q});
     } else {
@@ -99,8 +110,13 @@ std::vector<ContourPiece> PlainContours::pieces() const {
 }
 
 std::vector<ContourPiece> PlainContours::distinctPieces() const {
-  std::vector<ContourPiece> distinct = pieces();
-  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+  std::vector<ContourPiece> distinct;
+  const std::vector<ContourPiece> all = pieces();
+  for (auto first = all.begin(); first != all.end();) {
+    const auto last = std::upper_bound(first, all.end(), *first);
+    if (!shore || (last - first) % 2 == 1) distinct.push_back(*first);
+    first = last;
+  }
   return distinct;
 }
 
@@ -117,18 +133,19 @@ std::vector<Triangle> contoured(const Mesh& mesh, const ContourRule& rule) {
 
 PlainContours plainContours(const Mesh& mesh, const ContourRule& rule) {
   PlainContours result;
+  result.shore = rule.shore;
   const std::vector<Triangle> kept = contoured(mesh, rule);
   for (const Triangle& t : kept) {
     const std::array<Point, 3> v{mesh.at(t[0]), mesh.at(t[1]), mesh.at(t[2])};
     const auto [low, high] = std::minmax({v[0].z, v[1].z, v[2].z});
     for (std::int64_t level = firstLevel(low, rule.interval); level <= high; level += rule.interval) {
-      contour(result, v, level);
+      rule.shore ? borderOfHigher(result, v, level) : contour(result, v, level);
     }
   }
   const std::vector<SideUse> sides = sortedSides(kept);
   forEachSide(sides, [&](auto first, auto last) {
     if (last - first != 1) return;
-    addOutline(result, mesh.at(startOf(kept, first->half)), mesh.at(endOf(kept, first->half)), rule.interval);
+    addOutline(result, mesh.at(startOf(kept, first->half)), mesh.at(endOf(kept, first->half)), rule);
   });
   std::sort(result.given.begin(), result.given.end(),
             [](const GivenPiece& a, const GivenPiece& b) { return a.piece < b.piece; });

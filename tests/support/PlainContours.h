@@ -25,6 +25,8 @@ struct ContourPiece {
 struct ContourRule {
   std::int32_t interval = 1;
   std::int64_t longestSide = std::int64_t{1} << 40;
+  bool shore =
+      false;  ///< contours part what is higher than a level from what is not; else level sides are contours too
 };
 
 /// A piece as a triangle gives it, and how far rounding has moved each coordinate of its ends: where it truly runs is
@@ -39,10 +41,11 @@ struct PlainContours {
   std::vector<GivenPiece> given;
   /// Where a side that bounds a single triangle meets a level, its ends included: sorted, without copies.
   std::vector<Point> onOutline;
+  bool shore = false;  ///< as the rule had it
 
   /// Every piece, with copies.
   [[nodiscard]] std::vector<ContourPiece> pieces() const;
-  /// Every piece once.
+  /// Every piece once; of a shore, those that come an odd number of times: between two there is nothing to be parted.
   [[nodiscard]] std::vector<ContourPiece> distinctPieces() const;
 };
 

@@ -41,6 +41,23 @@ TEST(PlainContours, VerticesOnALevel) {
   EXPECT_EQ(piecesIn(triangle({0, 0, -10}, {100, 0, -10}, {0, 100, -10}), 10).size(), 3U);
 }
 
+std::vector<ContourPiece> shoresIn(const Mesh& mesh, std::int32_t interval) {
+  return plainContours(mesh, {interval, 1 << 30, true}).pieces();
+}
+
+TEST(PlainContours, AShoreIsTheBorderOfWhatIsHigherThanTheLevel) {
+  EXPECT_THAT(shoresIn(triangle({0, 0, 5}, {100, 0, 5}, {0, 100, 15}), 10),
+              ElementsAre(pieceBetween({0, 50, 10}, {50, 50, 10})));
+  EXPECT_THAT(shoresIn(triangle({0, 0, 10}, {100, 0, 10}, {0, 100, 15}), 10),
+              ElementsAre(pieceBetween({0, 0, 10}, {100, 0, 10})))
+      << "a side on the level with higher ground behind it";
+  EXPECT_THAT(shoresIn(triangle({0, 0, 10}, {100, 0, 5}, {0, 100, 15}), 10),
+              ElementsAre(pieceBetween({0, 0, 10}, {50, 50, 10})));
+  EXPECT_THAT(shoresIn(triangle({0, 0, 10}, {100, 0, 10}, {0, 100, 5}), 10), IsEmpty());
+  EXPECT_THAT(shoresIn(triangle({0, 0, 10}, {100, 0, 15}, {0, 100, 15}), 10), IsEmpty());
+  EXPECT_THAT(shoresIn(triangle({0, 0, 10}, {100, 0, 10}, {0, 100, 10}), 10), IsEmpty());
+}
+
 TEST(PlainContours, TrianglesOfTheFrameAndWithLongSidesAreLeftOut) {
   Mesh mesh{{{0, 0, 5}, {60, 0, 15}, {0, 80, 15}}, {{-9, -9, 0}}, {{1, 2, 3}, {1, 2, -1}}};
   EXPECT_EQ(plainContours(mesh, {10, 100}).pieces().size(), 1U);

@@ -40,12 +40,12 @@ TEST(ContourLines, AHillHasRings) {
     levels.push_back(line.level);
     EXPECT_TRUE(isRing(line)) << line.level;
   }
-  // 0 is the rim, all of which is above it; 5 is the top, a vertex that counts as above.
-  EXPECT_THAT(levels, testing::ElementsAre(1, 2, 3, 4));
+  // 0 is the rim, and all within it is higher; nothing is higher than 5, the top.
+  EXPECT_THAT(levels, testing::ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST(ContourLines, APlateauAtALevelHasOneEdge) {
-  const Surface s = gridSurface(9, [](int x, int y) { return x > 2 && x < 7 && y > 2 && y < 7 ? 10.0 : 3.0; });
+TEST(ContourLines, ALakeAtALevelHasOneShore) {
+  const Surface s = gridSurface(9, [](int x, int y) { return x > 2 && x < 7 && y > 2 && y < 7 ? 10.0 : 13.0; });
   const auto lines = contoursOf(s, 10);
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_TRUE(isRing(lines[0]));
@@ -66,7 +66,7 @@ TEST(ContourLines, LevelsBelowZeroAreMultiplesToo) {
 
 TEST(ContourLines, ADecimalIntervalMeetsItsOwnMultiples) {
   const Surface s = gridSurface(10, [](int x, int) { return 0.1 * x; });
-  EXPECT_EQ(contoursOf(s, 0.1).size(), 10U) << "0.1 to 1.0; all lies above 0";
+  EXPECT_EQ(contoursOf(s, 0.1).size(), 10U) << "0 to 0.9; nothing lies above 1";
 }
 
 TEST(ContourLines, TheOrderOfTrianglesMakesNoDifference) {

@@ -234,3 +234,43 @@ TEST(VectorOutput, GeoJsonNamesThePlanOfASystemWithHeights) {
   writeOne(folder.file("a.geojson"), ReferenceSystem::fromUser("EPSG:25830+5782"));
   EXPECT_EQ(readVectorFile(folder.file("a.geojson"), {}).system.epsg(), 25830);
 }
+
+/// The number behind a variable of a DXF's header.
+std::string dxfVariable(std::string const& name, std::string const& variable) {
+  std::ifstream file(name);
+  std::string line;
+  while (std::getline(file, line) && !line.starts_with(variable)) {
+  }
+  std::getline(file, line);
+  std::getline(file, line);
+  const std::size_t first = line.find_first_not_of(' ');
+  return first == std::string::npos ? "" : line.substr(first, line.find_last_not_of(" \r") + 1 - first);
+}
+
+TEST(Dxf, SaysTheUnitOfItsSystem) {
+  struct Case {
+    char const* system;
+    char const *unit, *metric;
+  };
+  const Folder folder;
+  for (Case const& c : {Case{"EPSG:25830", "6", "1"}, Case{"EPSG:2994", "2", "0"}, Case{"EPSG:2264", "21", "0"},
+                        Case{"EPSG:4326", "0", "0"}, Case{"", "0", "0"}}) {
+    const std::string name = folder.file("a.dxf");
+    writeOne(name, *c.system == 0 ? ReferenceSystem() : ReferenceSystem::fromUser(c.system));
+    EXPECT_EQ(dxfVariable(name, "$INSUNITS"), c.unit) << c.system;
+    EXPECT_EQ(dxfVariable(name, "$MEASUREMENT"), c.metric) << c.system;
+    EXPECT_EQ(readVectorFile(name, {}).places, 5U) << "and can be read";
+  }
+}
+
+TEST(Extensions, OfShapefilesStayInSmallLettersAsThoseOfTheirCompanions) {
+  EXPECT_THROW(VectorOutput::requireFormat("A.SHP"), UsageError);
+}
+
+TEST(Extensions, MayBeWrittenInCapitals) {
+  for (char const* const name : {"A.GPKG", "A.GEOJSON", "A.FGB", "A.DXF"}) {
+    const Folder folder;
+    writeOne(folder.file(name));
+    EXPECT_EQ(readVectorFile(folder.file(name), {}).places, 5U) << name;
+  }
+}
