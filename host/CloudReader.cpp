@@ -31,16 +31,15 @@ enum class Kind { las, text, model };
 Kind kindOf(ByteSource& source) {
   std::array<std::uint8_t, 4096> bytes{};
   const auto start = std::span(bytes).first(source.read(0, bytes));
-  constexpr std::string_view magic = "LASF";
-  const bool begins = start.size() >= 4 && std::equal(magic.begin(), magic.end(), start.begin());
-  if (begins || isNamedLas(source.name())) {
-    return Kind::las;
-  }
-  if (isNativeModel({reinterpret_cast<char const*>(start.data()), start.size()}, source.name())) {
-    return Kind::model;
+  const std::string_view beginning(reinterpret_cast<char const*>(start.data()), start.size());
+  if (beginning.starts_with("LASF")) return Kind::las;
+  if (isNativeModel(beginning, source.name())) return Kind::model;
+  if (isNamedLas(source.name())) return Kind::las;
+  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r")) {
+    throw FileError(source.name(), "is a PLY model: of models, only native ones (.urd) can be taken for their points");
   }
   if (isNoText(start)) {
-    throw FileError(source.name(), "is neither LAS nor text: give a LAS or LAZ file, or text with x, y and z a line");
+    throw FileError(source.name(), "is neither LAS, LAZ, a native model nor text: give one of these");
   }
   return Kind::text;
 }

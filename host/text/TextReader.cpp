@@ -25,6 +25,7 @@ constexpr int kLargestExponent = 400;  // of a double, with room: zero may be wr
 
 // Beyond this a double no longer holds a tenth of a millimetre.
 constexpr double kFarthest = 1e12;
+constexpr double kHighest = 30000;  // no land is as high, in feet either
 
 std::string_view trimmed(std::string_view text, std::string_view what = kBlanks) {
   const std::size_t first = text.find_first_not_of(what);
@@ -177,6 +178,7 @@ struct TextReader::Signs {
   std::size_t lines = 0, fewest = std::numeric_limits<std::size_t>::max();
   bool whole = true, label = true;       ///< all first columns are whole numbers; none of them is a number
   bool decimals = true, numbers = true;  ///< the two behind it have decimals, the three behind it are numbers
+  bool beyondHeight = true;              ///< as x, y and z, the height would be one that no land has
   bool description = true;               ///< no fourth column is a number
   std::set<std::string, std::less<>> firsts;
 
@@ -190,12 +192,14 @@ struct TextReader::Signs {
     const auto has = [&](std::size_t i) {
       return numberIn(columns[i]) && columns[i].find('.') != std::string_view::npos;
     };
+    const auto third = numberIn(columns[2]);
+    beyondHeight = beyondHeight && third && std::abs(*third) > kHighest;
     decimals = decimals && has(1) && has(2);
     numbers = numbers && numberIn(columns[1]) && numberIn(columns[2]) && numberIn(columns[3]);
     description = description && !numberIn(columns[3]);
   }
   [[nodiscard]] bool isNumbered() const {
-    return fewest >= 4 && numbers && (label || (whole && decimals && firsts.size() == lines));
+    return fewest >= 4 && numbers && (label || (whole && (beyondHeight || (decimals && firsts.size() == lines))));
   }
 };
 

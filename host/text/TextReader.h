@@ -29,8 +29,9 @@ struct TextColumns {
 /// pass over, and so is a unit in brackets behind a name. Without them the columns are x, y, z, then intensity, then
 /// class; with more than five only x, y and z are taken, since the rest can be anything, and text behind z is a
 /// description. A first column is the number or name of each point, with x, y and z behind it, when in the first lines
-/// it is no number, or whole and never twice the same while the two columns behind it have decimals. A first line that
-/// is one whole number, the count of points that some programs put there, is passed over.
+/// it is no number; or when it is whole and, did x begin with it, heights would pass 30,000; or when it is whole and
+/// never twice the same while the two columns behind it have decimals. A first line that is one whole number, the count
+/// of points that some programs put there, is passed over.
 ///
 /// Whatever cannot be understood is a FileError with the number and the text of the line. Used by one thread at a time.
 class TextReader {

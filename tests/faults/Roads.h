@@ -75,6 +75,21 @@ class Update : public Road {
   CTIN model{0, 0, CDataSemilla()};
 };
 
+class Extend : public Road {
+ public:
+  int Run() override {
+    OpenTriangulation t;
+    return t.RunAmplia(drawing, model, 0, extra, 1e6, nullptr, false, nullptr, nullptr);
+  }
+  std::string Result() const override { return Described(model); }
+
+ private:
+  std::vector<support::Point> points = Near(300);
+  CDibujo<int> drawing = DrawingOf({points.begin() + 100, points.end()});
+  CDibujo<int> extra = DrawingOf({points.begin(), points.begin() + 100});
+  CTIN model{0, 0, CDataSemilla()};
+};
+
 class Rebuild : public Road {
  public:
   int Run() override {
@@ -212,7 +227,7 @@ Kind Named(char const* name) {
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {
   return testing::Values(Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
-                         Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
+                         Named<Extend>("RunAmplia"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
                          Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
                          Named<Write>("Write"), Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
                          Named<Export<FORMATO_LANDXML>>("ExportLandXml"));

@@ -191,6 +191,7 @@ INSTANTIATE_TEST_SUITE_P(
         Tin("TinPly", "out.ply"), Tin("TinObj", "out.obj"), Tin("Tin2dm", "out.2dm"), Tin("TinLandXml", "out.xml"),
         Tin("TinNative", "out.urd"),
         Verb{"TinUpdate", {"tin", "in.las", "--update", "more.las", "-o", "out.ply"}, {"out.ply"}},
+        Verb{"TinUpdateOfAModel", {"tin", "in.urd", "--update", "more.las", "-o", "out.ply"}, {"out.ply"}},
         Verb{"TinOutline", {"tin", "in.las", "-o", "out.ply", "--outline", "out.geojson"}, {"out.ply", "out.geojson"}},
         Contour("Contour", "out.geojson"), Contour("ContourGpkg", "out.gpkg"), Contour("ContourFgb", "out.fgb"),
         Contour("ContourDxf", "out.dxf"),

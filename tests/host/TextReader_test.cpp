@@ -100,6 +100,15 @@ TEST(TextReader, PointNumbersAreRecognisedBesideDescriptions) {
               ElementsAre(At(450000.1, 4480000.2, 100.0), At(450010.1, 4480000.2, 101.0)));
 }
 
+TEST(TextReader, PointNumbersAreRecognisedByHeightsThatNoLandHas) {
+  for (char const* text :
+       {"1,450000,4480000,100\n2,450010,4480000,101\n", "1,450000.5,4480000.5,100.5\n1,450010.5,4480000.5,101.5\n"}) {
+    TextReader reader = readerOf(text);
+    EXPECT_EQ(pointsOf(reader).size(), 2U);
+    EXPECT_THAT(reader.columns(), ElementsAre("number", "x", "y", "z")) << text;
+  }
+}
+
 TEST(TextReader, NamesOfPointsInFrontAreRecognised) {
   for (char const* text :
        {"A1 1.5 2.5 3.5\nA2 4.5 5.5 6.5\n", "Point,X,Y,Z,Code\nA1,1.5,2.5,3.5,T\nA2,4.5,5.5,6.5,T\n"}) {

@@ -26,8 +26,8 @@ Path PathOf(CLinea<int> const& line) {
   return path;
 }
 
-std::vector<Path> Joined(std::vector<CSegmento> const& segments) {
-  const CNivelDeCurvas level(kHeight, segments);
+std::vector<Path> Joined(std::vector<CSegmento> const& segments, CLlanos flat = CLlanos::LADOS) {
+  const CNivelDeCurvas level(kHeight, segments, flat);
   std::vector<Path> paths;
   for (std::size_t i = 0; i < level.Cantidad(); ++i) {
     EXPECT_EQ(level.Linea(i).GetCodigo(), CString(L"nuevo"));
@@ -66,6 +66,13 @@ TEST(CNivelDeCurvas, ARingBeginsAtItsLowestPointAndGoesOnToTheLowerSide) {
 
 TEST(CNivelDeCurvas, ARepeatedPieceCountsOnceInEitherSense) {
   EXPECT_THAT(Joined({{{0, 0}, {1, 0}}, {{1, 0}, {0, 0}}, {{0, 0}, {1, 0}}}), ElementsAre(Path{{0, 0}, {1, 0}}));
+}
+
+TEST(CNivelDeCurvas, PiecesOfAShoreThatLieUponEachOtherGoInPairs) {
+  const std::vector<CSegmento> twice{{{0, 0}, {1, 0}}, {{1, 0}, {0, 0}}, {{1, 0}, {1, 5}}, {{1, 5}, {3, 3}}};
+  EXPECT_THAT(Joined(twice, CLlanos::ORILLA), ElementsAre(Path{{1, 0}, {1, 5}, {3, 3}}));
+  const std::vector<CSegmento> thrice{{{0, 0}, {1, 0}}, {{1, 0}, {0, 0}}, {{0, 0}, {1, 0}}};
+  EXPECT_THAT(Joined(thrice, CLlanos::ORILLA), ElementsAre(Path{{0, 0}, {1, 0}}));
 }
 
 TEST(CNivelDeCurvas, LinesGoStraightOnThroughACrossingWithoutCrossing) {

@@ -26,6 +26,12 @@ expect "points of a model" "$(number points info.json | sort -u)" "$(number vert
 expect "triangles of a model" "$(number triangles info.json)" "$(number triangles tin.json)"
 holds info.txt '^  class 2  .* ground$'
 
+cp scan.urd model.las
+info model.las
+holds info.txt "^  format      native model"
+"$urdimbre" --quiet tin scan.las -o scan.ply
+refuses 1 "scan.ply: is a PLY model: of models, only native ones" "$urdimbre" info scan.ply
+
 collection 25830 "$(feature RIDGE LineString '[[20,50,10],[80,50,10]]'),$(feature SPOT Point '[50,20,5.25]'),$(feature ZERO LineString '[[20,52,0],[80,54,0]]')" >survey.geojson
 info survey.geojson
 holds info.txt '^  format      vector, 2 lines and 1 sets of points$'

@@ -53,8 +53,8 @@ tin remade.ply ground.urd
 tin whole.ply scan.las --class 2 --precision 3
 expect "the points of a native model" "$("$facts" --same remade.ply whole.ply)" same
 tin chained.urd ground.urd --update low.txt
-tin chained.urd chained.urd --update high.txt
-expect "a native model updated in its own place" "$(number vertices chained.urd.json)" \
+tin twice.urd chained.urd --update high.txt
+expect "a native model updated twice" "$(number vertices twice.urd.json)" \
   "$(($(number vertices ground.urd.json) + 2))"
 head -c 3000 ground.urd >cut.urd
 refuses 1 "cut.urd: the terrain model is cut short" "$urdimbre" tin cut.urd --update both.txt -o x.ply

@@ -56,6 +56,22 @@ TEST(CModeloDigital, ComesBackFromItsFileAsItWas) {
   EXPECT_EQ(other.cantidades[1], a.Cantidad());
 }
 
+TEST(CModeloDigital, GivesItsPointsWithoutItsTriangles) {
+  const ScratchFolder folder;
+  CModeloDigital written = model();
+  ASSERT_EQ(written.Write(folder.Path("m"), 4), kHecho);
+  CModeloDigital other = model(2);
+  ASSERT_EQ(other.ReadPuntos(folder.Path("m")), kHecho);
+  CTIN const &a = written.Tin(), &b = other.Tin();
+  EXPECT_EQ(b.semilla.origen[1], 4500000);
+  ASSERT_EQ(b.puntos.size(), a.puntos.size());
+  EXPECT_TRUE(std::equal(a.puntos.begin(), a.puntos.end(), b.puntos.begin()));
+  EXPECT_EQ(b.Cantidad(), 0u);
+  EXPECT_TRUE(b.Limite().empty());
+  EXPECT_EQ(other.ReadPuntos(folder.Path("none")), kFicheroInaccesible);
+  EXPECT_EQ(other.Tin().puntos.size(), a.puntos.size()) << "what fails leaves the surface as it was";
+}
+
 TEST(CModeloDigital, TheSameModelGivesTheSameBytes) {
   const ScratchFolder folder;
   model().Write(folder.Path("a"), 4);
