@@ -320,10 +320,10 @@ double CTetraedro::Area(double precision) const {
 double CTetraedro::Volumen(double precision) const {
   std::vector<CCoor3D<double>> base;
   for (unsigned i = 0; i < 3; ++i) base.emplace_back(*puntos[i]);
-  CCoor3D<double> normal;
-  double emc = 0, residuoMaximo = 0, termino = 0;
+  CCoor3D<double> normal, media;
+  double termino = 0, emc = 0, residuoMaximo = 0;
   std::vector<double> residuos;
-  if (!CCoor3D<double>::CalcularPlano(base, emc, residuos, residuoMaximo, normal, termino, 0)) return 0.0;
+  if (!normal.CalcularPlano(base, termino, residuos, emc, media, residuoMaximo, 0)) return 0.0;
   CPuntoTIN v[4] = {CPuntoTIN(*puntos[0]), CPuntoTIN(*puntos[1]), CPuntoTIN(*puntos[2]), CPuntoTIN(*puntos[3])};
   const double superficie = CTriangulo(&v[0], &v[1], &v[2], -1, -1, -1).CalculaSuperficie(precision);
   const CCoor3D<int> pie = v[3].ProyectaSobrePlano(normal, termino, false);
