@@ -9,8 +9,7 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kComparados = 64;    // up to here all are compared with all, in loops without a jump
-constexpr std::uint16_t kPareja = 0xFFFF;  // an edge that has its two faces
+constexpr std::size_t kComparados = 64;  // up to here all are compared with all, in loops without a jump
 
 /// How many numbers lie below each. No two are equal.
 template <class T>
@@ -35,10 +34,10 @@ void CEstrella::Amplia() {
                         &cz, &ox, &oy, &oz, &radio2, &margen, &radio, &volumen6, &tamano, &error}) {
     columna->resize(n);
   }
-  fuera.resize(n);
+  pareja.resize(4 * n);
 }
 
-void CEstrella::Condena(CTetraedro* t, std::uint32_t numero) {
+inline void CEstrella::Condena(CTetraedro* t, std::uint32_t numero) {
   if (condenados == cavidad.size()) {
     cavidad.resize(2 * condenados + kComparados);
     numeros.resize(cavidad.size());
@@ -46,18 +45,19 @@ void CEstrella::Condena(CTetraedro* t, std::uint32_t numero) {
   t->marcas |= CTetraedro::kBorrado;
   cavidad[condenados] = t;
   numeros[condenados++] = numero;
+  // Its turn comes when those before it in the list are done: by then what it leads to is here.
+  for (const std::uint32_t n : t->vecinos) Anticipa(CTetraedro::De(n));
+  AnticipaLectura(&t->puntos);
 }
 
 /// The vertices get their local numbers once the cavity stands: a table that grows would have to be filled anew.
-void CEstrella::PonBorde(CTetraedro const* t, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino,
-                         std::uint32_t numero) {
+inline void CEstrella::PonBorde(std::size_t condenado, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino) {
   if (cantidad == bordes.size()) Amplia();
   CBorde& b = bordes[cantidad++];
   b.fuera = numeroVecino;
-  b.suCara = vecino != nullptr ? static_cast<std::uint8_t>(vecino->CaraHacia(numero)) : 0;
-  b.grabado = t->Grabado(cara);
-  b.vecino[0] = static_cast<std::uint32_t>(condenadoActual);
-  b.vecino[1] = cara;
+  b.suCara = vecino != nullptr ? static_cast<std::uint8_t>(vecino->CaraHacia(numeros[condenado])) : 0;
+  b.condenado = static_cast<std::uint32_t>(condenado);
+  b.cara = static_cast<std::uint8_t>(cara);
 }
 
 bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t marca) {
@@ -69,11 +69,10 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
   bool repetido = semilla->TieneVerticeEn(p);
   for (std::size_t i = 0; i < condenados && !repetido; ++i) {
     CTetraedro* t = cavidad[i];
-    condenadoActual = i;
     for (unsigned cara = 0; cara < 4; ++cara) {
       const std::uint32_t n = t->vecinos[cara];
       if (n == 0) {
-        PonBorde(t, cara, nullptr, 0, 0);
+        PonBorde(i, cara, nullptr, 0);
         continue;
       }
       CTetraedro* v = CTetraedro::De(n);
@@ -94,7 +93,7 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
           continue;
         }
       }
-      if (!v->Borrado()) PonBorde(t, cara, v, n, numeros[i]);
+      if (!v->Borrado()) PonBorde(i, cara, v, n);
     }
   }
   if (repetido) BorraMarcas();
@@ -105,7 +104,7 @@ void CEstrella::BorraMarcas() {
   for (std::size_t i = 0; i < condenados; ++i) cavidad[i]->marcas &= ~CTetraedro::kBorrado;
 }
 
-unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
+inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
   constexpr std::uint64_t kReparto = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
   const std::size_t mascara = casillas.size() - 1;
   std::size_t i = (reinterpret_cast<std::uintptr_t>(punto) >> 4) * kReparto >> 40 & mascara;
@@ -125,8 +124,9 @@ bool CEstrella::Dispone(CCoor3D<int> const& p) {
   }
   for (std::size_t i = 0; i < cantidad; ++i) {
     CBorde& b = bordes[i];
-    CTetraedro const* t = cavidad[b.vecino[0]];
-    unsigned const* v = CTetraedro::kVertice[b.vecino[1]];
+    CTetraedro const* t = cavidad[b.condenado];
+    unsigned const* v = CTetraedro::kVertice[b.cara];
+    b.grabado = t->Grabado(b.cara);
     for (unsigned k = 0; k < 3; ++k) {
       if (vertices == vertice.size()) return false;
       b.v[k] = Vertice(t->puntos[v[k]]);
@@ -152,29 +152,32 @@ bool CEstrella::Dispone(CCoor3D<int> const& p) {
 //        b
 bool CEstrella::Empareja() {
   const std::size_t n = vertices;
+  constexpr std::size_t kMasCaras = 0xFFFF / 4;
+  if (cantidad >= kMasCaras) return false;
   if (aristas.size() < n * n) aristas.resize(n * n);
-  if (cantidad >= kPareja / 4) return false;
-  std::fill(aristas.begin(), aristas.begin() + static_cast<std::ptrdiff_t>(n * n), std::uint16_t{0});
-  std::size_t solas = 0;
+  std::uint16_t *ultima = aristas.data(), *par = pareja.data();
+  std::fill(ultima, ultima + n * n, std::uint16_t{0});
   constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};
+  // The second of two finds the first. Without a jump: which of them an edge is, is as good as random, and a first one
+  // does no harm at place 0.
   for (std::size_t i = 0; i < cantidad; ++i) {
-    CBorde& b = bordes[i];
+    unsigned const* v = bordes[i].v;
     for (unsigned k = 0; k < 3; ++k) {
-      std::uint16_t& espera = aristas[b.v[kDe[k]] * n + b.v[kA[k]]];
+      std::uint16_t& aqui = ultima[v[kDe[k]] * n + v[kA[k]]];
       const auto yo = static_cast<std::uint16_t>(i * 4 + k + 1);
-      if (espera == 0) {
-        espera = yo;
-        ++solas;
-        continue;
-      }
-      if (espera == kPareja) return false;
-      b.vecino[k] = espera;
-      bordes[espera / 4].vecino[espera % 4 - 1] = yo;
-      espera = kPareja;
-      --solas;
+      par[yo] = aqui;
+      par[aqui] = yo;
+      aqui = yo;
     }
   }
-  return solas == 0;
+  // Where an edge came once, or more than twice, some partner is not mutual.
+  std::uint16_t fallos = 0;
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    for (std::size_t e = 4 * i + 1; e < 4 * i + 4; ++e) {
+      fallos = static_cast<std::uint16_t>(fallos | (par[par[e]] ^ e) | (par[e] == 0 ? 1 : 0));
+    }
+  }
+  return fallos == 0;
 }
 
 /// By the numbers of the vertices, as CCara compares them.
@@ -286,7 +289,7 @@ void CEstrella::Construye(CCoor3D<int>* p) {
     t.marcas = (t.marcas & CTetraedro::kMascaraSitio) | CTetraedro::kDesconocidas;
     if (b.grabado) t.SetGrabado(0, true);
     t.vecinos[0] = b.fuera;
-    for (unsigned k = 0; k < 3; ++k) t.vecinos[k + 1] = numero[b.vecino[k] / 4];
+    for (unsigned k = 0; k < 3; ++k) t.vecinos[k + 1] = numero[pareja[4 * i + k + 1] / 4];
     for (unsigned k = 0; k < 3; ++k) t.puntos[k] = vertice[b.v[k]].punto;
     t.puntos[3] = p;
     t.radio = radio[i];
@@ -303,18 +306,18 @@ void CEstrella::Construye(CCoor3D<int>* p) {
   }
 }
 
-void CEstrella::EmpiezaCuenta() { std::fill(fuera.begin(), fuera.begin() + static_cast<std::ptrdiff_t>(cantidad), 0); }
-
-void CEstrella::CuentaFuera(CMarco const& m) {
-  double const *x = ox.data(), *y = oy.data(), *z = oz.data(), *r = radio.data();
-  std::int64_t* cuenta = fuera.data();
-  for (std::size_t i = 0, n = cantidad; i < n; ++i) {
-    const auto dentro =
-        static_cast<std::int64_t>(x[i] - r[i] >= m.minX) & static_cast<std::int64_t>(x[i] + r[i] <= m.maxX) &
-        static_cast<std::int64_t>(y[i] - r[i] >= m.minY) & static_cast<std::int64_t>(y[i] + r[i] <= m.maxY) &
-        static_cast<std::int64_t>(z[i] - r[i] >= m.minZ) & static_cast<std::int64_t>(z[i] + r[i] <= m.maxZ);
-    cuenta[i] += 1 - dentro;
+unsigned CEstrella::Marco(std::size_t i, CMarco const* marcos, unsigned n) const {
+  const double x = ox[i], y = oy[i], z = oz[i], r = radio[i];
+  const double minX = x - r, minY = y - r, minZ = z - r, maxX = x + r, maxY = y + r, maxZ = z + r;
+  unsigned k = n - 1;
+  for (; k != 0; --k) {
+    CMarco const& m = marcos[k];
+    const unsigned enX = static_cast<unsigned>(minX >= m.minX) & static_cast<unsigned>(maxX <= m.maxX);
+    const unsigned enY = static_cast<unsigned>(minY >= m.minY) & static_cast<unsigned>(maxY <= m.maxY);
+    const unsigned enZ = static_cast<unsigned>(minZ >= m.minZ) & static_cast<unsigned>(maxZ <= m.maxZ);
+    if ((enX & enY & enZ) != 0) break;
   }
+  return k;
 }
 
 }  // namespace Meseta47

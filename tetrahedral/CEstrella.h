@@ -40,10 +40,8 @@ class CEstrella {
   /// Which of the new tetrahedra is the `i`th by the numbers of its face.
   [[nodiscard]] unsigned Orden(std::size_t i) const { return orden[i]; }
   [[nodiscard]] CTetraedro* Nuevo(std::size_t i) const { return sitios[i]; }
-  /// Columns of the spheres' boxes are compared with a frame: one is added for each box that leaves it.
-  void CuentaFuera(CMarco const& marco);
-  void EmpiezaCuenta();
-  [[nodiscard]] unsigned Fuera(std::size_t i) const { return static_cast<unsigned>(fuera[i]); }
+  /// The last of `n` frames, each within the one before, that holds the box of a sphere. The first holds all.
+  [[nodiscard]] unsigned Marco(std::size_t i, CMarco const* marcos, unsigned n) const;
   /// Since the object was made: spheres tested, and tests that doubles could not decide.
   [[nodiscard]] std::uint64_t Esferas() const { return esferas; }
   [[nodiscard]] std::uint64_t Exactas() const { return exactas; }
@@ -55,9 +53,8 @@ class CEstrella {
     std::uint32_t fuera;  ///< the tetrahedron behind it, 0 for none
     std::uint8_t suCara;  ///< which face of that one
     bool grabado;
-    /// Faces across the edges 12, 13, 23, times 4, plus 1 to 3 by its edge. At first: the condemned tetrahedron, and
-    /// which face of it this is.
-    std::uint32_t vecino[3];
+    std::uint32_t condenado;  ///< the condemned tetrahedron that has it
+    std::uint8_t cara;        ///< and which of its faces it is
   };
   struct CVertice {
     CCoor3D<int>* punto;
@@ -67,32 +64,32 @@ class CEstrella {
   struct CCasilla {
     CCoor3D<int> const* punto = nullptr;
     std::uint32_t vez = 0;
-    unsigned vertice = 0;
+    std::uint32_t vertice = 0;
   };
 
   void Condena(CTetraedro* t, std::uint32_t numero);
-  void PonBorde(CTetraedro const* t, unsigned cara, CTetraedro* fuera, std::uint32_t numeroFuera, std::uint32_t numero);
+  void PonBorde(std::size_t condenado, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino);
   [[nodiscard]] unsigned Vertice(CCoor3D<int>* punto);
   void Amplia();
   void Ordena();
   [[nodiscard]] bool Empareja();
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
-  std::size_t condenadoActual = 0;  ///< whose faces are being looked at
   std::vector<CTetraedro*> cavidad, sitios;
   std::vector<std::uint32_t> numeros;  ///< of the condemned
   std::vector<CBorde> bordes;
   std::vector<CVertice> vertice;
   std::vector<CCasilla> casillas;  ///< hash of the vertices, emptied by counting
   std::uint32_t vez = 0;
-  std::vector<std::uint16_t> aristas;  ///< by two local numbers: the face and edge that waits for its partner
+  // An edge of a face: four times the face, plus 1 to 3 for its edges 12, 13, 23.
+  std::vector<std::uint16_t> aristas;  ///< by two local numbers: the edge that was last there, 0 for none
+  std::vector<std::uint16_t> pareja;   ///< of each edge, that of the face behind it
   std::vector<int> claves;
   std::vector<unsigned> orden;
   // Columns.
   std::vector<double> vx, vy, vz;  ///< of the vertices, relative to the point
   std::vector<double> ax, ay, az, bx, by, bz, cx, cy, cz;
   std::vector<double> ox, oy, oz, radio2, margen, radio, volumen6, tamano, error;
-  std::vector<std::int64_t> fuera;
   std::uint64_t esferas = 0, exactas = 0;
 };
 

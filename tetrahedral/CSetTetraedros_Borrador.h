@@ -16,9 +16,10 @@ class CSetTetraedros::CBorrador {
     void Pon(CSetTetraedros& cerca);
     /// A set was divided or closed: what is remembered does not hold.
     void Olvida() { hoja = nullptr; }
-    /// Counts for each of the first `n` new tetrahedra the sets of the way that its sphere leaves.
-    void Situa(CEstrella& estrella) const;
-    [[nodiscard]] CSetTetraedros& Set(unsigned fuera) const { return *sets[niveles - 1 - fuera]; }
+    /// The deepest of them that holds the box of a new tetrahedron's sphere.
+    [[nodiscard]] CSetTetraedros& SetPara(CEstrella const& estrella, unsigned cual) const {
+      return *sets[estrella.Marco(cual, marcos, niveles)];
+    }
 
    private:
     CSetTetraedros* hoja = nullptr;

@@ -43,11 +43,6 @@ void CSetTetraedros::CBorrador::CCamino::Pon(CSetTetraedros& cerca) {
   }
 }
 
-void CSetTetraedros::CBorrador::CCamino::Situa(CEstrella& estrella) const {
-  estrella.EmpiezaCuenta();
-  for (unsigned k = 1; k < niveles; ++k) estrella.CuentaFuera(marcos[k]);
-}
-
 int CSetTetraedros::InsertaPunto(CCoor3D<int>* p, CSetTetraedros& cerca, CTetraedro* desde, unsigned& implicados,
                                  unsigned& visitados, unsigned& rechazados, CBalance& balance) {
   implicados = visitados = rechazados = 0;
@@ -127,7 +122,6 @@ void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
   CBorrador& b = *borrador;
   CEstrella& estrella = b.estrella;
   b.camino.Pon(cerca);
-  b.camino.Situa(estrella);
   try {
     estrella.PideSitios();
   } catch (...) {
@@ -145,7 +139,7 @@ void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
     for (; i < n; ++i) {
       const unsigned cual = estrella.Orden(i);
       CTetraedro* t = estrella.Nuevo(cual);
-      CSetTetraedros& suyo = b.camino.Set(estrella.Fuera(cual));
+      CSetTetraedros& suyo = b.camino.SetPara(estrella, cual);
       if (suyo.cantidad >= kCapacidad && suyo.hijos == nullptr && suyo.cantidad == kCapacidad &&
           suyo.nivel < kNivelMaximo) {
         suyo.Divide();

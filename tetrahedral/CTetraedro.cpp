@@ -4,7 +4,6 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "model/storage/CReserva.h"
 #include "model/terrain/CTriangulo.h"
 #include "tetrahedral/CSetTetraedros.h"
 
@@ -38,8 +37,6 @@ CForasteros& Forasteros() {
 
 }  // namespace
 
-std::uint32_t CTetraedro::NumeroEnReserva() const { return Reserva().Numero(this); }
-
 std::uint32_t CTetraedro::NumeroPropio() {
   CForasteros& forasteros = Forasteros();
   const std::lock_guard guarda(forasteros.cerrojo);
@@ -59,11 +56,10 @@ void CTetraedro::OlvidaNumero() noexcept {
   forasteros.bloques.erase(lugar);
 }
 
-/// A default tetrahedron of the pool.
+/// A default tetrahedron that knows its number from where it stands in the pool.
 CTetraedro* CTetraedro::PideSitio() {
-  if (!CReserva::HayBloques()) return new CTetraedro;
-  auto* t = ::new (Reserva().Pide(parte.monton)) CTetraedro;
-  t->marcas |= kEnReserva;
+  auto* t = new CTetraedro;
+  if (CReserva::HayBloques()) t->marcas |= kEnReserva;
   return t;
 }
 
@@ -73,13 +69,15 @@ CTetraedro* CTetraedro::Nuevo(CTetraedro const& t) {
   return copia;
 }
 
-void CTetraedro::operator delete(CTetraedro* t, std::destroying_delete_t) noexcept {
-  const bool deReserva = (t->marcas & kMascaraSitio) == kEnReserva;
-  t->~CTetraedro();
-  if (deReserva) {
-    CReserva::Devuelve(t, parte.monton);
-  } else {
-    ::operator delete (t, std::align_val_t{alignof(CTetraedro)});
+// What derives from it and is larger does not fit a slot.
+void* CTetraedro::operator new(std::size_t bytes) {
+  return bytes == sizeof(CTetraedro) ? Reserva().Pide(parte.monton) : ::operator new (bytes, std::align_val_t{64});
+}
+void CTetraedro::operator delete(void* sitio, std::size_t bytes) noexcept {
+  if (bytes != sizeof(CTetraedro)) {
+    ::operator delete (sitio, std::align_val_t{64});
+  } else if (sitio != nullptr) {
+    CReserva::Devuelve(sitio, parte.monton);
   }
 }
 
@@ -265,10 +263,6 @@ void CTetraedro::SetVecino(unsigned cara, CTetraedro* t, short a, short b, short
   SetGrabado(cara, grabado);
 }
 
-unsigned CTetraedro::CaraHacia(std::uint32_t numero) const {
-  return static_cast<unsigned>(std::find(std::begin(vecinos), std::end(vecinos), numero) - std::begin(vecinos));
-}
-
 void CTetraedro::BorraVecino(CTetraedro const* t, bool grabado) {
   for (unsigned cara = 0; cara < 4; ++cara) {
     if (Vecino(cara) != t) continue;
@@ -279,9 +273,19 @@ void CTetraedro::BorraVecino(CTetraedro const* t, bool grabado) {
 }
 
 void CTetraedro::SueltaDeVecinos(bool grabado) {
+  if ((marcas & kMascaraSitio) == 0) {  // nobody can have linked to it
+    clear();
+    return;
+  }
+  const std::uint32_t mio = Numero();
   for (std::uint32_t& numero : vecinos) {
-    if (CTetraedro* vecino = De(numero)) vecino->BorraVecino(this, grabado);
+    CTetraedro* vecino = De(numero);
     numero = 0;
+    if (vecino == nullptr) continue;
+    const unsigned cara = vecino->CaraHacia(mio);
+    if (cara == 4) continue;
+    vecino->vecinos[cara] = 0;
+    vecino->SetGrabado(cara, grabado);
   }
 }
 

@@ -9,7 +9,7 @@
 #include "model/geometry/CCentro.h"
 #include "model/geometry/CEsfera.h"
 #include "model/geometry/CMaximas.h"
-#include "model/storage/CNumeros.h"
+#include "model/storage/CReserva.h"
 #include "tetrahedral/CCara.h"
 
 class CFile;
@@ -52,10 +52,12 @@ class URDIMBRE_API CTetraedro {
     BorraMisVecinos();
     if ((marcas & kMascaraSitio) == kConNumero) OlvidaNumero();
   }
-  /// A copy in the pool, for the elements of a set. Throws std::bad_alloc.
+  /// A copy that knows its number, as the elements of a set do. Throws std::bad_alloc.
   [[nodiscard]] static CTetraedro* Nuevo(CTetraedro const& t);
-  /// Knows whether the tetrahedron came from the pool or from `new`.
-  static void operator delete(CTetraedro* t, std::destroying_delete_t) noexcept;
+  static void* operator new(std::size_t bytes);
+  static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
+  static void operator delete(void* sitio, std::size_t bytes) noexcept;
+  static void operator delete(void*, void*) noexcept {}
   /// Destroys the tetrahedra of a list that starts with `primero`, none of which may be linked to one that lives on.
   static void DestruyeLista(CTetraedro* primero) noexcept;
   /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
@@ -212,9 +214,8 @@ class URDIMBRE_API CTetraedro {
   [[nodiscard]] static std::uint32_t NumeroDe(CTetraedro* t) { return t == nullptr ? 0 : t->Numero(); }
   /// The number that others link to this one by.
   [[nodiscard]] std::uint32_t Numero() {
-    return (marcas & kMascaraSitio) == kEnReserva ? NumeroEnReserva() : NumeroPropio();
+    return (marcas & kMascaraSitio) == kEnReserva ? CReserva::Numero<128>(this) : NumeroPropio();
   }
-  [[nodiscard]] std::uint32_t NumeroEnReserva() const;
   [[nodiscard]] std::uint32_t NumeroPropio();
   void OlvidaNumero() noexcept;
   [[nodiscard]] static CTetraedro* PideSitio();
@@ -234,7 +235,11 @@ class URDIMBRE_API CTetraedro {
   void SetVecino(unsigned cara, CTetraedro* t, short a, short b, short c, bool grabado);
   void SueltaDeVecinos(bool grabado);
   /// Which face is shared with the tetrahedron of that number; 4 for none.
-  [[nodiscard]] unsigned CaraHacia(std::uint32_t numero) const;
+  [[nodiscard]] unsigned CaraHacia(std::uint32_t numero) const {
+    const auto no0 = static_cast<unsigned>(vecinos[0] != numero), no1 = static_cast<unsigned>(vecinos[1] != numero);
+    const auto no2 = static_cast<unsigned>(vecinos[2] != numero), no3 = static_cast<unsigned>(vecinos[3] != numero);
+    return no0 + (no0 & no1) + (no0 & no1 & no2) + (no0 & no1 & no2 & no3);  // without a jump: it is as good as random
+  }
   bool SetPunto(unsigned i, CCoor3D<int>* p);
   void OrdenaPorNumero();
   void CambiaVertices(unsigned i, unsigned j);

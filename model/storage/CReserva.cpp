@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "model/storage/CNumeros.h"
 #include "platform/Anticipa.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -27,7 +26,6 @@ namespace {
 
 constexpr std::size_t kLinea = 64;                     // bytes of a cache line
 [[maybe_unused]] constexpr std::size_t kAnticipo = 6;  // slots looked ahead: those of a new point's triangles
-constexpr std::size_t kBloque = 256 * 1024;  // bytes of a block, and its alignment: a slot finds its block by masking
 
 }  // namespace
 
@@ -69,14 +67,9 @@ struct CReserva::CMonton {
 
 namespace {
 
-/// First bytes of each block: whose it is, and its number, 0 without one.
-struct CCabecera {
-  CReserva::CMonton* dueno;
-  std::uint32_t numero;
-};
-
-CCabecera* Cabecera(void const* ranura) {
-  return reinterpret_cast<CCabecera*>(reinterpret_cast<std::uintptr_t>(ranura) & ~(std::uintptr_t{kBloque} - 1));
+CReserva::CCabecera* Cabecera(void const* ranura) {
+  constexpr std::uintptr_t kDentro = CReserva::kBloque - 1;
+  return reinterpret_cast<CReserva::CCabecera*>(reinterpret_cast<std::uintptr_t>(ranura) & ~kDentro);
 }
 [[maybe_unused]] CReserva::CMonton* Dueno(void const* ranura) { return Cabecera(ranura)->dueno; }
 
@@ -191,13 +184,6 @@ void CReserva::CLote::Entrega() noexcept {
 }
 
 bool CReserva::HayBloques() noexcept { return URDIMBRE_SIN_RESERVA == 0; }
-
-std::uint32_t CReserva::Numero(void const* ranura) const noexcept {
-  CCabecera const* cabecera = Cabecera(ranura);
-  const auto desde =
-      static_cast<std::size_t>(static_cast<std::byte const*>(ranura) - reinterpret_cast<std::byte const*>(cabecera));
-  return CNumeros::Numero(cabecera->numero, static_cast<std::uint32_t>(desde / paso));
-}
 
 void CReserva::Encoge(CMonton*& mio) noexcept {
   if (mio == nullptr || !mio->TodasEnCasa()) return;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "model/storage/CNumeros.h"
 #include "platform/Exporta.h"
 
 namespace Meseta47 {
@@ -22,7 +23,13 @@ class URDIMBRE_API CReserva {
   CReserva(CReserva const&) = delete;
   CReserva& operator=(CReserva const&) = delete;
 
-  struct CMonton;  ///< what one thread holds of the pool
+  static constexpr std::size_t kBloque = 256 * 1024;  ///< bytes of a block, and its alignment
+  struct CMonton;                                     ///< what one thread holds of the pool
+  /// First bytes of each block, which its slots find by masking: whose it is, and its number, 0 without one.
+  struct CCabecera {
+    CMonton* dueno;
+    std::uint32_t numero;
+  };
 
   /// A slot, uninitialised. Throws std::bad_alloc when the system has no memory. `mio` is a thread_local of the caller,
   /// one a thread and pool, null at first.
@@ -31,8 +38,14 @@ class URDIMBRE_API CReserva {
   static void Devuelve(void* ranura, CMonton* mio) noexcept;
   /// Whether slots come from blocks of the pool; with the address sanitizer they don't, and have no number.
   [[nodiscard]] static bool HayBloques() noexcept;
-  /// The number of a slot of a pool that numbers them: what `CNumeros` calls it.
-  [[nodiscard]] std::uint32_t Numero(void const* ranura) const noexcept;
+  /// The number of a slot of a pool that numbers them, its slots `PASO` bytes apart: what `CNumeros` calls it.
+  template <std::size_t PASO>
+  [[nodiscard]] static std::uint32_t Numero(void const* ranura) noexcept {
+    const auto lugar = reinterpret_cast<std::uintptr_t>(ranura);
+    const std::uintptr_t desde = lugar & (kBloque - 1);
+    return CNumeros::Numero(reinterpret_cast<CCabecera const*>(lugar - desde)->numero,
+                            static_cast<std::uint32_t>(desde / PASO));
+  }
 
   /// Slots given back together, a few dozen in one exchange with the thread that took them. Done when the object dies.
   /// What lies in a slot is left alone: a thread that takes it again does not wait for it to come from another's cache.
