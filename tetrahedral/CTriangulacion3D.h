@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
@@ -11,6 +12,7 @@
 #include "platform/Manejadores.h"
 #include "run/CFicheroTriples.h"
 #include "run/CPosicion.h"
+#include "tetrahedral/CCascoCompleto.h"
 #include "tetrahedral/CDivisiones3D.h"
 #include "tetrahedral/CHiloSalvaTetraedrosEnlazados.h"
 #include "tetrahedral/CResumenEspacial.h"
@@ -41,6 +43,9 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
  public:
   using CDivisiones = CDivisiones3D;
   using CObjetoFichero::operator=;
+  using CCuatro = CCascoCompleto::CCuatro;
+  /// Receives the numbers of a tetrahedron's points. What it throws ends the walk and reaches whoever asked for it.
+  using CRecibeTetraedro = std::function<void(CCuatro const&)>;
 
   // --- life ---
   /// The first argument selects nothing. `elIdentificador` goes into the name of the temporary file.
@@ -77,21 +82,27 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   /// What the last run counted.
   [[nodiscard]] CResumenEspacial const& Resumen() const { return resumen; }
 
-  /// How many times finer than usual the next runs divide space, from 1 up. By default cells are sized as though points
-  /// filled a cube of three times their extent, which is coarse: with 27 the cells of an evenly filled cloud hold about
-  /// 200 points. Finer cells let go of tetrahedra earlier, most of all in clouds of surfaces; the mesh is the same, the
-  /// order of what is spilled is not.
-  void SetFinura(unsigned veces) { finura = veces == 0 ? 1 : veces; }
+  /// How many times finer than usual the next runs divide space; 0 leaves it to them. Cells are usually sized as though
+  /// points filled a cube of three times their extent, which is coarse: with 27 the cells of an evenly filled cloud
+  /// hold about 200 points. Finer cells let go of tetrahedra earlier; the mesh is the same, the order of what is
+  /// spilled is not.
+  void SetFinura(unsigned veces) { finura = veces; }
 
   // --- runs ---
   /// Triangulates `dibujo` and writes all tetrahedra, in the order in which they are finished, to the temporary file:
-  /// four numbers of 32 bits each, those of its points as the run leaves them in the drawing, below 0 a corner of the
-  /// frame. `TetraedrosEscritos` is that file until the next run. The codes of runs; after any but kHecho there is no
-  /// file.
+  /// four numbers of 32 bits each, ascending, those of its points as the run leaves them in the drawing, below 0 a
+  /// corner of the frame. Cells are 27 times finer unless told otherwise, and closed by their last point also when it
+  /// repeats another. `TetraedrosEscritos` is that file until the next run. The codes of runs; after any but kHecho
+  /// there is no file.
   int RunTetraedros(CDibujo<int>& dibujo);
   [[nodiscard]] CFile* TetraedrosEscritos() const { return ficheroTemporal.Fichero(); }
   [[nodiscard]] CString const& RutaTetraedros() const { return ficheroTemporal.Ruta(); }
   void BorraTetraedrosEscritos() { ficheroTemporal.Borra(); }
+  /// Calls `recibe` with each tetrahedron of that file that has no corner of the frame, its numbers ascending. With
+  /// `completa` those follow that the frame has eaten of the convex hull (CCascoCompleto): together they are the mesh
+  /// of the points alone, exactly. `dibujo` is the run's, unchanged. kHecho, kCancelado, or kFicheroInaccesible when
+  /// the file cannot be read, or is not there.
+  int RecorreTetraedros(CDibujo<int> const& dibujo, bool completa, CRecibeTetraedro const& recibe);
 
   /// Adds a point to a finished mesh that is in memory. False when it lies outside the frame or at the place of another
   /// point, or when the set of points has no room left: meshes point at its points, so it does not move them.
@@ -164,7 +175,7 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
 
   HANDLE evento = nullptr;  ///< signalled while the worker lives
   bool escribeEnteros = false;
-  unsigned finura = 1;
+  unsigned finura = 0;
   CSetTetraedros::CBalance balance;
   CResumenEspacial resumen;
 };

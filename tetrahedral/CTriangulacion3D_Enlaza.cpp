@@ -152,6 +152,7 @@ int CTriangulacion3D::Concluye(bool salvar) {
 int CTriangulacion3D::RunTetraedros(CDibujo<int>& dibujo) {
   const CGuarda guarda(*this);
   dibujo.PonNumerosACero();
+  escribeEnteros = true;
   double segundos = 0;
   int codigo = kHecho;
   {
@@ -159,9 +160,7 @@ int CTriangulacion3D::RunTetraedros(CDibujo<int>& dibujo) {
     codigo = Rellena(dibujo);
   }
   resumen.segundosRellena = segundos;
-  if (codigo != kHecho) return codigo;
-  escribeEnteros = true;
-  codigo = EnlazaLista(dibujo, 0, true, true);
+  if (codigo == kHecho) codigo = EnlazaLista(dibujo, 0, true, true);
   escribeEnteros = false;
   if (codigo != kHecho) return codigo;
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(nivelMensajes, 0);

@@ -59,7 +59,9 @@ int CTriangulacion3D::TriangulaPunto(CCoor3D<int>* p, unsigned entidad, unsigned
   const int respuesta =
       setRaiz.InsertaPunto(p, cerca, TetraedroInicial(cerca), implicados, visitados, rechazados, balance);
   Apunta(respuesta, *p, visitados, registro);
-  if (respuesta == HECHA && esUltimo && salvar) Salva(celda);
+  // A last point that repeats another finishes its cell as well; yet the file of faces is kept as it always was, where
+  // such a cell waits for the one around it.
+  if (esUltimo && salvar && (respuesta == HECHA || escribeEnteros)) Salva(celda);
   return respuesta;
 }
 

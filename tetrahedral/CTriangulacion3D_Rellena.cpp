@@ -12,7 +12,8 @@ namespace Meseta47 {
 namespace {
 
 constexpr unsigned kMensajeRellena = 19020;
-constexpr double kHolguraMarco = 1.2;  // the frame is a cube around the data with a tenth of the extent to spare
+constexpr unsigned kFinuraDeEnteros = 27;  // of the cube of three extents a side, the points fill one part in so many
+constexpr double kHolguraMarco = 1.2;      // the frame is a cube around the data with a tenth of the extent to spare
 
 double MayorAncho(CMaximas<int> const& caja) { return std::max({caja.Ancho(), caja.Alto(), caja.Altura()}); }
 
@@ -71,7 +72,8 @@ void CTriangulacion3D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja
   CMaximas<int> cubo;
   cubo.Minimo.Actualiza(caja.Minimo.x - w, caja.Minimo.y - w, caja.Minimo.z - w);
   cubo.Maximo.Actualiza(caja.Maximo.x + w, caja.Maximo.y + w, caja.Maximo.z + w);
-  divisiones.PreparaDivisiones(std::uint64_t{n} * finura, cubo);
+  const unsigned veces = finura != 0 ? finura : (escribeEnteros ? kFinuraDeEnteros : 1);
+  divisiones.PreparaDivisiones(std::uint64_t{n} * veces, cubo);
 }
 
 //        -3 +---------+ -6

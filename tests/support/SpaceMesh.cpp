@@ -44,6 +44,17 @@ void line(std::string& text, const std::string& what, const Fault& fault) {
   if (fault.count != 0) text += std::to_string(fault.count) + " " + what + ", the first: " + fault.first + "\n";
 }
 
+std::string commonFaults(const SpaceReport& report) {
+  std::string text;
+  line(text, "tetrahedra with unknown vertices", report.unknownVertices);
+  line(text, "tetrahedra with a vertex twice", report.repeatedVertices);
+  line(text, "flat tetrahedra", report.flat);
+  line(text, "faces of more than two tetrahedra", report.overusedFaces);
+  line(text, "faces with both tetrahedra on one side", report.sameSide);
+  line(text, "inner faces that are not Delaunay", report.notDelaunay);
+  return text;
+}
+
 }  // namespace
 
 Int128 sixVolumes(const Point& a, const Point& b, const Point& c, const Point& d) {
@@ -142,6 +153,7 @@ SpaceReport inspect(const SpaceMesh& mesh) {
     const Point &a = mesh.at(f.v[0]), &b = mesh.at(f.v[1]), &c = mesh.at(f.v[2]);
     if (j - i == 1) {
       ++report.boundaryFaces;
+      report.boundary.push_back({f.v[0], f.v[1], f.v[2], f.apex});
     } else if (j - i > 2) {
       note(report.overusedFaces, toText(mesh.tetrahedra[f.of]));
     } else {
@@ -157,14 +169,27 @@ SpaceReport inspect(const SpaceMesh& mesh) {
   return report;
 }
 
+std::string hullTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
+  std::string text = commonFaults(report);
+  const std::size_t expected = distinctPlaces(mesh.points);
+  if (report.vertices != expected) {
+    text += std::to_string(report.vertices) + " vertices, " + std::to_string(expected) + " expected\n";
+  }
+  Fault beyond;
+  for (const auto& face : report.boundary) {
+    const Point &a = mesh.at(face[0]), &b = mesh.at(face[1]), &c = mesh.at(face[2]);
+    const int inside = sign(sixVolumes(a, b, c, mesh.at(face[3])));
+    for (const Point& p : mesh.points) {
+      if (sign(sixVolumes(a, b, c, p)) * inside < 0) note(beyond, toText(face));
+    }
+  }
+  line(text, "points beyond a face of the boundary", beyond);
+  if (report.euler() != 1) text += "Euler's number is " + std::to_string(report.euler()) + "\n";
+  return text;
+}
+
 std::string cubeTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
-  std::string text;
-  line(text, "tetrahedra with unknown vertices", report.unknownVertices);
-  line(text, "tetrahedra with a vertex twice", report.repeatedVertices);
-  line(text, "flat tetrahedra", report.flat);
-  line(text, "faces of more than two tetrahedra", report.overusedFaces);
-  line(text, "faces with both tetrahedra on one side", report.sameSide);
-  line(text, "inner faces that are not Delaunay", report.notDelaunay);
+  std::string text = commonFaults(report);
   const std::size_t expected = distinctPlaces(mesh.points) + 8;
   if (report.vertices != expected) {
     text += std::to_string(report.vertices) + " vertices, " + std::to_string(expected) + " expected\n";

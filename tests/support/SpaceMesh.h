@@ -49,6 +49,7 @@ struct SpaceReport {
   std::size_t edges = 0;
   std::size_t faces = 0;
   std::size_t boundaryFaces = 0;
+  std::vector<std::array<std::int32_t, 4>> boundary;  ///< faces, and the vertex behind each
   Int128 sixVolumes = 0;
 
   Fault unknownVertices;   ///< tetrahedra with a number that no point or corner has; left out of all that follows
@@ -70,5 +71,9 @@ struct SpaceReport {
 /// pair on either side of its face, whose boundary is the cube's and whose volumes add up to it, can neither overlap
 /// nor leave a gap.
 [[nodiscard]] std::string cubeTilingFaults(const SpaceMesh& mesh, const SpaceReport& report);
+
+/// The same for a mesh of the points alone, which has to fill their convex hull: no point lies strictly beyond a face
+/// of the boundary. O(n F): for small clouds. Points on one plane have no such mesh.
+[[nodiscard]] std::string hullTilingFaults(const SpaceMesh& mesh, const SpaceReport& report);
 
 }  // namespace Meseta47::support

@@ -55,4 +55,22 @@ LinkedInSpace LinkInSpace(std::vector<support::Point> const& points, bool spill,
   return linked;
 }
 
+LinkedInSpace LinkHull(std::vector<support::Point> const& points) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation3D triangulation;
+  LinkedInSpace linked;
+  linked.code = triangulation.RunTetraedros(drawing);
+  if (linked.code != kHecho) return linked;
+  linked.code = triangulation.RecorreTetraedros(
+      drawing, true, [&](CTriangulacion3D::CCuatro const& t) { linked.mesh.tetrahedra.push_back(t); });
+  const std::vector<std::int32_t> places = PlacesOf(drawing[0]);
+  for (support::Tetrahedron& t : linked.mesh.tetrahedra) {
+    for (std::int32_t& n : t) n = places.at(static_cast<std::size_t>(n));
+  }
+  linked.mesh.points = points;
+  linked.summary = triangulation.Resumen();
+  return linked;
+}
+
 }  // namespace Meseta47::test

@@ -64,4 +64,7 @@ struct LinkedInSpace {
 /// In memory, or through the file of whole tetrahedra.
 [[nodiscard]] LinkedInSpace LinkInSpace(std::vector<support::Point> const& points, bool spill, unsigned fineness = 1);
 
+/// The mesh of the points alone: without the frame, and with the hull completed.
+[[nodiscard]] LinkedInSpace LinkHull(std::vector<support::Point> const& points);
+
 }  // namespace Meseta47::test

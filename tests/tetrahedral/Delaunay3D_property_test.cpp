@@ -56,6 +56,35 @@ TEST_P(HardSpaces, TetrahedraTileTheFrameExactlySortedAndInFinerCells) {
   ExpectSound(points, true, 27);
 }
 
+/// Whether the points span space.
+bool Span(std::vector<Point> const& points) {
+  const Point& a = points.front();
+  for (Point const& b : points) {
+    for (Point const& c : points) {
+      for (Point const& d : points) {
+        if (sixVolumes(a, b, c, d) != 0) return true;
+      }
+    }
+  }
+  return false;
+}
+
+class HardHulls : public testing::TestWithParam<Cloud> {};
+
+TEST_P(HardHulls, TheMeshOfThePointsAloneFillsTheirHull) {
+  SCOPED_TRACE(GetParam().recipe);
+  std::vector<Point> points = alongACurve(spaceFamily(GetParam().kind, GetParam().size, 4));
+  const LinkedInSpace linked = LinkHull(points);
+  ASSERT_EQ(linked.code, kHecho);
+  if (GetParam().size <= 10 && !Span(points)) {
+    EXPECT_TRUE(linked.mesh.tetrahedra.empty());
+  } else {
+    EXPECT_EQ(hullTilingFaults(linked.mesh, inspect(linked.mesh)), "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Hulls, HardHulls, testing::ValuesIn(Clouds({2, 3, 4, 5, 6, 8, 10, 40, 700})),
+                         [](auto const& test) { return test.param.recipe; });
 INSTANTIATE_TEST_SUITE_P(Small, HardSpaces, testing::ValuesIn(Clouds({2, 3, 4, 5, 6, 7, 8, 9, 10, 200})),
                          [](auto const& test) { return test.param.recipe; });
 INSTANTIATE_TEST_SUITE_P(Large, HardSpaces, testing::ValuesIn(Clouds({3000})),
