@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "faults/FailingHeap.h"
-#include "model/storage/CFicheroParcial.h"
 #include "model/terrain/CDataSacaLimites.h"
 #include "model/terrain/CSetPuntosMdt.h"
 #include "planar/CTriangulacion.h"
 #include "planar/PhaseScenes.h"
 #include "platform/CEvent.h"
+#include "platform/CFicheroParcial.h"
 #include "platform/Manejadores.h"
 
 namespace Meseta47 {
