@@ -38,6 +38,16 @@ CString DestinoFinal(CString const& ruta) {
 
 CFicheroParcial::CFicheroParcial(CString const& laRuta)
     : ruta(laRuta), destino(DestinoFinal(laRuta)), reemplaza(sistema::Existe(destino)) {
+  try {
+    Crea();
+  } catch (...) {  // memory gave out, perhaps with the file there already: no destructor will follow
+    pendiente = fichero.IsOpen();
+    Descarta();
+    throw;
+  }
+}
+
+void CFicheroParcial::Crea() {
   const unsigned privado = reemplaza ? unsigned{CFile::modePrivado} : 0U;
   fichero.Empieza(destino, CFile::modeReadWrite);
   if (CString otro; sistema::SigueEnlace(destino, otro)) {

@@ -45,6 +45,8 @@ class URDIMBRE_API CFicheroParcial {
   [[nodiscard]] int CodigoError() const { return codigoNombre != 0 ? codigoNombre : fichero.CodigoError(); }
 
  private:
+  void Crea();
+
   CString ruta, destino, provisional;
   CFile fichero;
   std::ptrdiff_t cerrojo = -1;  // holds the lock until the name is taken: closing the file would give it up

@@ -85,10 +85,12 @@ bool CFile::AbreTemporal(CString const& carpeta, CString const& prefijo) {
     final.Format(L"%X.tmp", numero);
     return sistema::EnCarpeta(carpeta, prefijo + final);
   };
-  if (!Falla(sistema::AbreNumerado(nombre, modeCreate | modeReadWrite | modePrivado, path_, descriptor_), "write in")) {
+  borraAlCerrar_ = true;  // should memory give out in the steps that follow, too
+  const int codigo = sistema::AbreNumerado(nombre, modeCreate | modeReadWrite | modePrivado, path_, descriptor_);
+  borraAlCerrar_ = codigo == 0 && sistema::SueltaNombre(descriptor_, path_) != 0;
+  if (!Falla(codigo, "write in")) {
     return false;
   }
-  borraAlCerrar_ = sistema::SueltaNombre(descriptor_, path_) != 0;
   return true;
 }
 

@@ -180,13 +180,14 @@ int AbreSinNombre(CString const& carpeta, Descriptor& fichero, CString& path) {
   if (abierto == -1) {
     return errno;
   }
+  fichero = abierto;  // before its name is made: should memory give out there, the caller closes it
   path = NombreDeDescriptor(abierto);
-  if (!PuedeAbrirse(path)) {
-    ::close(abierto);
-    return ENOENT;
+  if (PuedeAbrirse(path)) {
+    return 0;
   }
-  fichero = abierto;
-  return 0;
+  ::close(abierto);
+  fichero = kSinFichero;
+  return ENOENT;
 }
 
 int SueltaNombre(Descriptor fichero, CString& path) {
