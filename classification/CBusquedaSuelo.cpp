@@ -7,7 +7,7 @@
 #include "classification/FasesSuelo.h"
 #include "model/threads/CAvance.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/Cronometra.h"
+#include "run/Fases.h"
 
 namespace Meseta47 {
 

@@ -1,22 +1,22 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
-#include "classification/CBusquedaFichero.h"
 #include "model/geometry/CCoor3D.h"
 #include "model/threads/CHilo.h"
 #include "model/threads/Codigos.h"
 #include "platform/CCriticalSection.h"
-#include "platform/CFile.h"
+#include "run/CFicheroTriples.h"
 
 class CSingleLock;
 
 namespace Meseta47 {
 
 class CBusquedaPuntos;
+class CTrianguloBuscado;
 class IPorcentaje;
 
 /// Looks for high points in its slice of the temporary file, pass after pass; one of several that share the points.
@@ -57,18 +57,16 @@ class URDIMBRE_API CHiloBuscaPuntosAltos : public CHilo {
   /// be had, the disk refused a record or memory ran out. To be asked after Start and after the end of a pass.
   [[nodiscard]] int Codigo() const { return codigo; }
   /// Where the thread's file stands and its slice ends, in bytes; the thread asleep.
-  [[nodiscard]] std::uint64_t Posicion() const { return fichero != nullptr ? fichero->GetPosition() : 0; }
-  [[nodiscard]] std::uint64_t Limite() const { return limite; }
+  [[nodiscard]] std::uint64_t Posicion() const { return lector.Posicion(); }
+  [[nodiscard]] std::uint64_t Limite() const { return lector.Limite(); }
 
  private:
-  struct CLados;
-
   static unsigned long Rutina(void* yo);
   void Run();
   void LeeTrozo(CSingleLock& cerrojo);
-  void Procesa(CBusquedaFichero::CRegistro const& numeros, CSingleLock& cerrojo);
-  void BuscaSemilla(CLados const& lados, CSingleLock& cerrojo);
-  void Extiende(CLados const& lados, int const (&nums)[3], CSingleLock& cerrojo);
+  void Procesa(CTriple const& numeros, CSingleLock& cerrojo);
+  void BuscaSemilla(CTrianguloBuscado const& t, CSingleLock& cerrojo);
+  void Extiende(CTrianguloBuscado const& t, std::array<int, 3> const& nums, CSingleLock& cerrojo);
   void Marca(CCoor3D<int>& punto, CSingleLock& cerrojo);
   [[nodiscard]] bool Cancelado() const;
 
@@ -87,12 +85,10 @@ class URDIMBRE_API CHiloBuscaPuntosAltos : public CHilo {
   long* terminados = nullptr;
   unsigned int* leido = nullptr;
   bool* cancelado = nullptr;
-  std::unique_ptr<CFile> fichero;
-  std::uint64_t limite = 0;
   HANDLE *eventoFin = nullptr, *eventoSigue = nullptr;
 
   std::uint64_t longitud = 0;  ///< of the file
-  CBusquedaFichero lector;
+  CLectorTriples lector;
   int codigo = kHecho;
   std::atomic<bool> acaba{false};  ///< the thread is to leave, also when it was not asleep
 };

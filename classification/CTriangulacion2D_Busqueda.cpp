@@ -1,8 +1,9 @@
 // What all searches begin and end with.
 #include "classification/CBusquedaPuntos.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/Cronometra.h"
-#include "planar/GuardaDeRun.h"
+#include "planar/CFuentes.h"
+#include "planar/CTriangulacion2D.h"
+#include "run/Fases.h"
 #include "run/Recorrido.h"
 
 namespace Meseta47 {
@@ -18,43 +19,30 @@ constexpr unsigned kMensajeRegistra = 19020;
 void CTriangulacion2D::BorraNumeros(std::vector<CDibujo<int>*> const& otros) const {
   for (CDibujo<int> const* otro : otros) {
     if (otro == nullptr) continue;
-    RecorrePuntos(*otro, CFiltroPuntos(datos, Precision(), *otro), nullptr,
+    RecorrePuntos(*otro, Filtro(*otro), nullptr,
                   [](CLinea<int> const& e, unsigned, unsigned k) { PuntoDeRun(e, k)->num = 0; });
   }
 }
 
 int CTriangulacion2D::RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
                                   std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca) {
-  const CGuarda guarda(*this);
   dibujo.PonNumerosACero();
   if (otros != nullptr) BorraNumeros(*otros);
-  double segundos = 0;
-  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, seleccion, nullptr); });
-  resumen.segundosRellena = segundos;
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosEnlaza, [&] {
-    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN, seleccion,
-                       nullptr, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
-  });
-  if (codigo != kHecho) return codigo;
-  return Concluye(Cronometra(resumen.segundosBusca, busca), nullptr);
+  const CFuentes fuentes{dibujo, otros, seleccion};
+  CEnlace enlace{.modo = CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN};
+  return Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
+                {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
+                {resumen.segundosBusca, busca}});
 }
 
-int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo,
-                                      std::vector<CDibujo<int>*>* otros,
-                                      std::vector<CPosicionEntidad> const* seleccion) {
+int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
   divisiones.clear();  // the search needs the memory
   unsigned long long contador = 0;
-  const auto registra = [&](CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
+  return fuentes.Recorre([&](short, CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
     return RecorreMalla(d, contador, cantidadPuntos, elegidos,
                         [&](CLinea<int> const& e, unsigned k) { busqueda.Anade(PuntoDeRun(e, k)); });
-  };
-  int codigo = registra(dibujo, seleccion);
-  for (std::size_t i = 0; codigo == kHecho && otros != nullptr && i < otros->size(); ++i) {
-    if ((*otros)[i] != nullptr) codigo = registra(*(*otros)[i], nullptr);
-  }
-  return codigo;
+  });
 }
 
 }  // namespace Meseta47

@@ -2,22 +2,24 @@
 #include <algorithm>
 #include <optional>
 
+#include "classification/BusquedaClases.h"
 #include "classification/BusquedaContorno.h"
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
+#include "model/threads/CEquipo.h"
 #include "model/threads/IPorcentaje.h"
+#include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
-#include "planar/Cronometra.h"
 #include "platform/Procesadores.h"
 #include "run/CListasClases.h"
+#include "run/Fases.h"
 
 namespace Meseta47 {
 
 namespace {
 
 constexpr unsigned kMensajeBusca = 19045;
-constexpr unsigned long kMilisegundos = 40;  // between two progress steps while the threads work
 // Rise over run above which a side is steep: a plain ratio, so 0.785 passes where 45 degrees would ask for 1. Searches
 // have been tuned with it.
 constexpr double kPendiente = 0.7853981633974483;
@@ -34,34 +36,6 @@ unsigned HilosPara(unsigned registros) {
   return registros / procesadores == 0 ? 1 : procesadores;
 }
 
-/// Handles of events, one a thread.
-class CEventos {
- public:
-  CEventos(unsigned cuantos, bool senalados) {
-    for (unsigned k = 0; k < cuantos; ++k) eventos.push_back(CreateEventW(nullptr, true, senalados, nullptr));
-  }
-  CEventos(CEventos const&) = delete;
-  CEventos& operator=(CEventos const&) = delete;
-  ~CEventos() {
-    for (HANDLE evento : eventos) CloseHandle(evento);
-  }
-  HANDLE* operator[](unsigned k) { return &eventos[k]; }
-  /// False when the system had not enough of them.
-  [[nodiscard]] bool Estan() const {
-    return std::none_of(eventos.begin(), eventos.end(), [](HANDLE evento) { return evento == nullptr; });
-  }
-  /// True when all are set; false when one is waited for longer than that. One after another: to wait for many at once
-  /// takes memory, and they stay set.
-  bool EsperaTodos(unsigned long milisegundos) {
-    return std::all_of(eventos.begin(), eventos.end(), [milisegundos](HANDLE evento) {
-      return WaitForSingleObject(evento, milisegundos) == WAIT_OBJECT_0;
-    });
-  }
-
- private:
-  std::vector<HANDLE> eventos;
-};
-
 /// The threads of a search, and what they share.
 class CBuscadores {
  public:
@@ -75,7 +49,7 @@ class CBuscadores {
         porcentaje(elPorcentaje),
         nivel(elNivel),
         pasadas(losParametros.pasadas, elFichero.GetLength()),
-        registros(static_cast<unsigned>(pasadas.longitud / CBusquedaFichero::kBytes)),
+        registros(static_cast<unsigned>(pasadas.longitud / CFicheroTriples::kBytes)),
         cuantos(HilosPara(registros)),
         eventosFin(cuantos, true),
         eventosSigue(cuantos, false),
@@ -105,7 +79,7 @@ class CBuscadores {
     seccion.emplace();
     if (const int codigo = Reparte(); codigo != kHecho) return codigo;
     Espera();
-    eventosFin.EsperaTodos(INFINITE);
+    eventosFin.EsperaTodos();
     if (cancelado) return CuentaDondeQuedo();
     for (CHiloBuscaPuntosAltos const& hilo : hilos) {
       if (hilo.Codigo() != kHecho) return hilo.Codigo();
@@ -118,12 +92,12 @@ class CBuscadores {
     const unsigned porHilo = registros / cuantos + 1;
     for (unsigned k = 0; k < cuantos; ++k) {
       CHiloBuscaPuntosAltos& hilo = hilos[k];
-      hilo.Start(k, eventosFin[k], eventosSigue[k], porcentaje, static_cast<unsigned>(nivel), pasadas.acumulado,
-                 fichero.GetFilePath(), &busqueda, &pasadas.pasada, &cantidad, parametros.alturaMin,
+      hilo.Start(k, eventosFin.Manejador(k), eventosSigue.Manejador(k), porcentaje, static_cast<unsigned>(nivel),
+                 pasadas.acumulado, fichero.GetFilePath(), &busqueda, &pasadas.pasada, &cantidad, parametros.alturaMin,
                  parametros.distanciaMax, kPendiente, &altos, &pasadas.cambio, &pasadas.total, porHilo, &*seccion,
                  &terminados, &leido, &cancelado);
       if (hilo.Codigo() != kHecho) return hilo.Codigo();
-      SetEvent(*eventosSigue[k]);
+      eventosSigue[k].SetEvent();
     }
     return kHecho;
   }
@@ -137,7 +111,7 @@ class CBuscadores {
         std::atomic_ref<bool>(cancelado).store(true);
         return;
       }
-    } while (!eventosFin.EsperaTodos(porcentaje != nullptr ? kMilisegundos : INFINITE));
+    } while (!eventosFin.EsperaTodos(porcentaje != nullptr ? CEquipo::kMilisegundos : INFINITE));
   }
 
   int CuentaDondeQuedo() {
@@ -171,30 +145,20 @@ class CBuscadores {
   long terminados = 0;
   unsigned leido = 0;
   bool cancelado = false;
-  CEventos eventosFin, eventosSigue;
+  CEquipo eventosFin, eventosSigue;
   std::vector<CHiloBuscaPuntosAltos> hilos;
 };
 
 /// The points that a search has found and whose class may be changed. Points that bear the class already join those
 /// found, to be outlined with them.
-std::vector<CPosicionEntidad> RecogeHallados(CDibujo<int> const& dibujo, CListasClases const& clases,
-                                             CInfoClasificacion const& info, std::vector<CCoor3D<int>>& altos) {
-  std::vector<CPosicionEntidad> hallados;
-  for (unsigned e = 0; e < dibujo.Cantidad(); ++e) {
-    for (int j = 0; j < dibujo[e].NPuntos(); ++j) {
-      CCoor3D<int> const& p = dibujo[e].Punto(j);
-      if (info.Compara(p.clasificacion)) altos.push_back(p);
-      if (p.num < 0 && clases.Admite(p.clasificacion)) hallados.emplace_back(static_cast<int>(e), j);
-    }
-  }
+std::vector<CClaseHallada> RecogeHallados(CDibujo<int> const& dibujo, CListasClases const& clases,
+                                          CInfoClasificacion const& info, std::vector<CCoor3D<int>>& altos) {
+  std::vector<CClaseHallada> hallados;
+  RecorreElegibles(dibujo, clases, [&](CCoor3D<int> const& p, CPosicionEntidad const& lugar, bool elegible) {
+    if (info.Compara(p.clasificacion)) altos.push_back(p);
+    if (elegible && p.num < 0) hallados.push_back({lugar, info.GetTipo()});
+  });
   return hallados;
-}
-
-void PonClase(CDibujo<int>& dibujo, std::vector<CPosicionEntidad> const& lugares, CInfoClasificacion const& info) {
-  const CInfoClasificacion clase(info.GetTipo(), 0.0, L"");
-  for (CPosicionEntidad const& lugar : lugares) {
-    dibujo[static_cast<unsigned>(lugar.entidad)].SetClasificacion(clase, lugar.punto);
-  }
 }
 
 }  // namespace
@@ -215,10 +179,10 @@ int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo
   const CParametros parametros{Trunca(Precision() * alturaMin), Trunca(Precision() * distanciaMax),
                                unaPasada != 0 ? 1 : kPasadas};
   std::vector<CCoor3D<int>> altos;
-  std::vector<CPosicionEntidad> hallados;
+  std::vector<CClaseHallada> hallados;
   {
     CBusquedaPuntos busqueda(cantidadPuntos);
-    int codigo = PreparaBusqueda(busqueda, dibujo, otros, seleccion);
+    int codigo = PreparaBusqueda(busqueda, CFuentes{dibujo, otros, seleccion});
     if (codigo != kHecho) return codigo;
     IPorcentaje* porcentaje = Progreso();
     if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
@@ -235,13 +199,11 @@ int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo
     return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites, sinMarco);
   });
   if (codigo == kCancelado) return codigo;
-  PonClase(dibujo, hallados, info);
+  EscribeClases(dibujo, hallados);
   cantidad = static_cast<unsigned>(hallados.size());
   if (codigo != kHecho) return codigo;
-  return Cronometra(resumen.segundosContorno, [&] {
-    return dibujo.ClasificarPuntosSegunLimite(limites, info, cantidad, clases.incluidos, clases.excluidos,
-                                              parametros.alturaMin, parametros.alturaMin, nullptr, nullptr, nullptr);
-  });
+  return Cronometra(resumen.segundosContorno,
+                    [&] { return ClasificaDentro(dibujo, limites, info, clases, parametros.alturaMin, cantidad); });
 }
 
 }  // namespace Meseta47

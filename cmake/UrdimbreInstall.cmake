@@ -1,12 +1,36 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS urdimbre EXPORT UrdimbreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-foreach(folder platform model run planar classification tetrahedral shell)
-  if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
-    continue()
-  endif()
-  install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/urdimbre/${folder}
-    FILES_MATCHING PATTERN "*.h" PATTERN "posix" EXCLUDE PATTERN "windows" EXCLUDE)
+# The headers that callers may include: those that mark something with URDIMBRE_API, and what they include. The others are
+# the library's own.
+function(urdimbre_public_headers out)
+  file(GLOB_RECURSE all RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
+    platform/*.h model/*.h run/*.h planar/*.h classification/*.h tetrahedral/*.h shell/*.h)
+  list(FILTER all EXCLUDE REGEX "/(posix|windows)/")
+  set(public)
+  set(waiting)
+  foreach(header ${all})
+    file(STRINGS ${PROJECT_SOURCE_DIR}/${header} marks REGEX "URDIMBRE_API" LIMIT_COUNT 1)
+    if(marks)
+      list(APPEND waiting ${header})
+    endif()
+  endforeach()
+  while(waiting)
+    list(POP_FRONT waiting header)
+    if(NOT header IN_LIST public)
+      list(APPEND public ${header})
+      file(STRINGS ${PROJECT_SOURCE_DIR}/${header} includes REGEX "^#include \"")
+      list(TRANSFORM includes REPLACE "^#include \"([^\"]+)\".*" "\\1")
+      list(APPEND waiting ${includes})
+    endif()
+  endwhile()
+  set(${out} ${public} PARENT_SCOPE)
+endfunction()
+
+urdimbre_public_headers(headers)
+foreach(header ${headers})
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/urdimbre/${folder})
 endforeach()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Urdimbre)

@@ -63,7 +63,4 @@ struct LineCounts {
   [[nodiscard]] std::string text() const;
 };
 
-/// What the spill file of a run will take: about two triangles a point, 12 bytes each.
-[[nodiscard]] constexpr std::uint64_t spillBytes(std::uint64_t points) { return 12 * (2 * points + 2); }
-
 }  // namespace Meseta47::host

@@ -11,6 +11,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/PointStream.h"
+#include "planar/CMedidasDeRun.h"
 
 namespace Meseta47::host {
 
@@ -25,7 +26,6 @@ struct Input {
 
 using Groups = std::vector<std::vector<Input>>;
 
-constexpr double kFrameMargin = 1.2;  // a run builds a square frame that much wider than the points
 constexpr double kInt32 = 2147483647.0;
 
 /// Some point does not fit 32 bits on the seed that was tried.
@@ -83,7 +83,7 @@ CDataSemilla seedFor(Extent const& extent, int precision) {
 /// What must fit 32 bits once scaled: half the side of the frame around an extent in plan, and the greatest height.
 double reach(Extent const& extent, std::size_t axis) {
   if (axis == 2) return std::max(std::abs(extent.min[2]), std::abs(extent.max[2]));
-  return (extent.max[axis] - extent.min[axis]) * kFrameMargin / 2 + 1;
+  return CMedidasDeRun::SemiladoDelMarco(extent.max[axis] - extent.min[axis]) + 1;
 }
 double reach(Extent const& extent) { return std::max({reach(extent, 0), reach(extent, 1), reach(extent, 2)}); }
 

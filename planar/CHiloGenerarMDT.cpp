@@ -12,20 +12,6 @@
 
 namespace Meseta47 {
 
-namespace {
-
-constexpr unsigned kAbrirCompartido = 32834;  // read and write, deny nothing, binary
-constexpr unsigned kRegistro = 12;            // bytes: three point numbers
-constexpr unsigned kTanda = 512;              // records read together: their points fit the nearest caches
-
-}  // namespace
-
-/// Records and their points; a null for a number without one.
-struct CHiloGenerarMDT::CTanda {
-  std::int32_t numeros[kTanda][3];
-  CPuntoTIN* puntos[kTanda][3];
-};
-
 void AnulaLadosRepetidos(std::vector<CLado>& lados) {
   for (std::size_t i = 1; i < lados.size(); ++i) {
     if (!(lados[i] == lados[i - 1])) continue;
@@ -40,7 +26,6 @@ CHiloGenerarMDT::CHiloGenerarMDT(CHiloGenerarMDT const& o) { *this = o; }
 CHiloGenerarMDT& CHiloGenerarMDT::operator=(CHiloGenerarMDT const& o) {
   indice = o.indice;
   evento = o.evento;
-  hasta = o.hasta;
   longitud = o.longitud;
   modelo = o.modelo;
   mapa = o.mapa;
@@ -78,10 +63,8 @@ bool CHiloGenerarMDT::Start(unsigned elIndice, CEvent* elEvento, CString const& 
   seccion = laSeccion;
   bytes = losBytes;
   terminados = losTerminados;
-  fichero = std::make_unique<CFile>();
-  if (!fichero->Open(ruta, kAbrirCompartido)) return false;
-  fichero->Seek(static_cast<long long>(elIndice) * parte * kRegistro, CFile::begin);
-  hasta = std::min(*longitud, (static_cast<unsigned long long>(elIndice) + 1) * parte * kRegistro);
+  if (!lector.Abre(ruta)) return false;
+  lector.Situa(elIndice, parte, *longitud);
   hilo = CreateThread(nullptr, 0, &Rutina, this, 0, nullptr);
   return hilo != nullptr;
 }
@@ -110,16 +93,13 @@ unsigned long CHiloGenerarMDT::Rutina(void* yo) {
 
 void CHiloGenerarMDT::Run() {
   ladoMasLargo = 0;
-  CTanda tanda;
-  while (fichero->GetPosition() < hasta && !abandona.load(std::memory_order_relaxed)) {
+  while (!abandona.load(std::memory_order_relaxed)) {
     CompruebaSuspension();
-    const std::uint64_t quedan = (hasta - fichero->GetPosition() + kRegistro - 1) / kRegistro;
-    const auto pedidos = static_cast<unsigned>(std::min<std::uint64_t>(quedan, kTanda));
-    const unsigned leidos = fichero->Read(tanda.numeros, pedidos * kRegistro) / kRegistro;
-    bytes->fetch_add(std::uint64_t{leidos} * kRegistro, std::memory_order_relaxed);
-    if (!Procesa(tanda, leidos) || leidos < pedidos) break;
+    const auto triples = lector.Siguiente();
+    bytes->fetch_add(triples.size_bytes(), std::memory_order_relaxed);
+    if (triples.empty() || !Procesa(triples)) break;
   }
-  falloDeDisco = fichero->HayError();
+  falloDeDisco = lector.HayError();
   std::sort(lados.begin(), lados.end());
   AnulaLadosRepetidos(lados);
   terminados->fetch_add(1);
@@ -128,15 +108,16 @@ void CHiloGenerarMDT::Run() {
 
 /// Points in a row of the file are neighbours in plan and far apart in memory: all are on their way from there before
 /// the first is needed. False when there is no memory for a triangle.
-bool CHiloGenerarMDT::Procesa(CTanda& tanda, unsigned cuantos) {
-  for (unsigned i = 0; i < cuantos; ++i) {
-    for (unsigned v = 0; v < 3; ++v) {
-      tanda.puntos[i][v] = PuntoDe(tanda.numeros[i][v]);
-      AnticipaLectura(tanda.puntos[i][v]);
+bool CHiloGenerarMDT::Procesa(std::span<CTriple const> triples) {
+  CPuntos3 puntos[kTanda];
+  for (std::size_t i = 0; i < triples.size(); ++i) {
+    for (std::size_t v = 0; v < 3; ++v) {
+      puntos[i][v] = PuntoDe(triples[i][v]);
+      AnticipaLectura(puntos[i][v]);
     }
   }
   try {
-    for (unsigned i = 0; i < cuantos; ++i) Procesa(tanda.numeros[i], tanda.puntos[i]);
+    for (std::size_t i = 0; i < triples.size(); ++i) Procesa(triples[i], puntos[i]);
   } catch (std::bad_alloc const&) {
     faltoMemoria = true;
   }
@@ -168,8 +149,8 @@ bool CHiloGenerarMDT::RechazaPorDiferencia(CRango const& rango, CTriangulo const
   return true;
 }
 
-void CHiloGenerarMDT::Procesa(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]) {
-  if (numeros[0] < 0 || numeros[1] < 0 || numeros[2] < 0) {
+void CHiloGenerarMDT::Procesa(CTriple const& numeros, CPuntos3 const& puntos) {
+  if (TocaElMarco(numeros)) {
     ++rechazos.delMarco;
     ProcesaDelMarco(numeros, puntos);
     return;
@@ -208,7 +189,7 @@ void CHiloGenerarMDT::Procesa(std::int32_t const (&numeros)[3], CPuntoTIN* const
 }
 
 /// A triangle at the frame gives its one real side to the outline.
-void CHiloGenerarMDT::ProcesaDelMarco(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]) {
+void CHiloGenerarMDT::ProcesaDelMarco(CTriple const& numeros, CPuntos3 const& puntos) {
   const auto [a, b, c] = numeros;
   CPuntoTIN const *p = nullptr, *q = nullptr;
   if (a >= 0 && b >= 0) {

@@ -1,14 +1,15 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
-#include <memory>
+#include <span>
 #include <vector>
 
 #include "model/terrain/CLado.h"
 #include "planar/CResumenPlano.h"
-#include "platform/CFile.h"
 #include "platform/Manejadores.h"
+#include "run/CFicheroTriples.h"
 
 class CCriticalSection;
 class CEvent;
@@ -42,7 +43,7 @@ class URDIMBRE_API CHiloGenerarMDT {
              CRango const* rangoIntensidades, CRango const* rangoPendientes, CCriticalSection* laSeccion,
              std::atomic<std::uint64_t>* losBytes, std::atomic<long>* losTerminados);
   /// After a Start that failed: whether the file is open, so that it was the thread that could not be had.
-  [[nodiscard]] bool TieneFichero() const { return fichero != nullptr && fichero->IsOpen(); }
+  [[nodiscard]] bool TieneFichero() const { return lector.EstaAbierto(); }
   /// Waits for the thread without limit. `Abandona`, before it, has the thread leave at its next
   /// handful of records.
   void Stop();
@@ -59,13 +60,14 @@ class URDIMBRE_API CHiloGenerarMDT {
   bool faltoMemoria = false;  ///< some triangle could not be kept
 
  private:
-  struct CTanda;
+  static constexpr unsigned kTanda = 512;  ///< triples read together: their points fit the nearest caches
+  using CPuntos3 = std::array<CPuntoTIN*, 3>;
 
   static unsigned long Rutina(void* yo);
   void Run();
-  bool Procesa(CTanda& tanda, unsigned cuantos);
-  void Procesa(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]);
-  void ProcesaDelMarco(std::int32_t const (&numeros)[3], CPuntoTIN* const (&puntos)[3]);
+  bool Procesa(std::span<CTriple const> triples);
+  void Procesa(CTriple const& numeros, CPuntos3 const& puntos);
+  void ProcesaDelMarco(CTriple const& numeros, CPuntos3 const& puntos);
   template <class F>
   bool RechazaPorDiferencia(CRango const& rango, CTriangulo const& t, double d12, double d23, double d31, F&& valor);
   void Guarda(CPuntoTIN const* a, CPuntoTIN const* b);
@@ -74,8 +76,7 @@ class URDIMBRE_API CHiloGenerarMDT {
   HANDLE hilo = nullptr;
   unsigned indice = 0;
   CEvent* evento = nullptr;
-  std::unique_ptr<CFile> fichero;
-  unsigned long long hasta = 0;                  ///< position in the file at which the thread stops
+  CLectorTriples lector{kTanda};
   unsigned long long const* longitud = nullptr;  ///< of the file
   CTIN* modelo = nullptr;
   std::vector<int> const* mapa = nullptr;

@@ -1,6 +1,9 @@
 #include "planar/CSetTriangulos2D.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "planar/CSetTriangulos2D_Obra.h"
 
 namespace Meseta47 {
 
@@ -19,6 +22,8 @@ double MayorBajo(int n) {
 
 }  // namespace
 
+CSetTriangulos2D::CSetTriangulos2D(unsigned nivelInicial) : nivel(nivelInicial) {}
+
 CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) { *this = o; }
 
 CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
@@ -33,7 +38,8 @@ CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
   actual = o.actual;
   inicio = o.inicio;
   cantidad = o.cantidad;
-  abiertos = o.abiertos;
+  obra.reset();
+  if (o.obra != nullptr) Obra().abiertos = o.obra->abiertos;
   paso = o.paso;
   aIzquierda = o.aIzquierda;
   aDerecha = o.aDerecha;
@@ -60,37 +66,21 @@ void CSetTriangulos2D::Libera() {
   }
   primero = ultimo = actual = inicio = nullptr;
   cantidad = 0;
-  abiertos.clear();
+  if (obra != nullptr) obra->abiertos.clear();
   if (hijos == nullptr) return;
   for (unsigned i = 0; i < 4; ++i) hijos[i].Libera();
 }
 
 void CSetTriangulos2D::Vacia() {
   clear();
-  borrador.reset();  // it remembers children that now go
+  obra.reset();  // it remembers children that now go
   delete[] hijos;
   hijos = nullptr;
   cerrado = false;
 }
 
-//        minX      cx      maxX
-//   maxY  +---------+---------+
-//         |    0    |    1    |
-//     cy  +---------+---------+
-//         |    2    |    3    |
-//   minY  +---------+---------+
-CMaximas<int> CSetTriangulos2D::CajaHijo(unsigned i) const {
-  CMaximas<int> caja;
-  const bool derecha = (i & 1U) != 0, arriba = i < 2;
-  caja.Minimo.x = derecha ? centro.x : maximas.Minimo.x;
-  caja.Maximo.x = derecha ? maximas.Maximo.x : centro.x;
-  caja.Minimo.y = arriba ? centro.y : maximas.Minimo.y;
-  caja.Maximo.y = arriba ? maximas.Maximo.y : centro.y;
-  return caja;
-}
-
 void CSetTriangulos2D::PonCentro() {
-  centro = maximas.Centro(false);
+  centro = CCuentas::Centro(maximas);
   aIzquierda = MayorBajo(centro.x);
   aDerecha = MenorSobre(centro.x);
   aAbajo = MayorBajo(centro.y);
@@ -113,7 +103,7 @@ void CSetTriangulos2D::HazHijos() {
     } else {
       suyo.maxY = std::min(suyo.maxY, aAbajo);
     }
-    hijos[i].maximas = CajaHijo(i);
+    hijos[i].maximas = CCuentas::Caja(i, maximas, centro);
     hijos[i].PonCentro();
   }
 }
@@ -127,7 +117,7 @@ void CSetTriangulos2D::EstableceDivisiones(CMaximas<int> const& caja, bool conHi
 void CSetTriangulos2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
   EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
   if (hijos == nullptr) return;
-  for (const unsigned i : {0U, 1U, 3U, 2U}) hijos[i].EstableceDivisiones(n / 4, CajaHijo(i));
+  for (const unsigned i : {0U, 1U, 3U, 2U}) hijos[i].EstableceDivisiones(n / 4, CCuentas::Caja(i, maximas, centro));
 }
 
 unsigned CSetTriangulos2D::CantidadNiveles() const {
@@ -151,17 +141,29 @@ CSetTriangulos2D* CSetTriangulos2D::GetNivel0() {
   return raiz;
 }
 
+CSetTriangulos2D const* CSetTriangulos2D::GetNivel0() const {
+  return padre != nullptr ? std::as_const(*padre).GetNivel0() : this;
+}
+
+CSetTriangulos2D::CObra& CSetTriangulos2D::Obra() {
+  if (obra == nullptr) obra = std::make_unique<CObra>(*this);
+  return *obra;
+}
+
+std::vector<CTriangulo2D*>& CSetTriangulos2D::Abiertos() { return GetNivel0()->Obra().abiertos; }
+
+std::vector<CTriangulo2D*> const& CSetTriangulos2D::Abiertos() const {
+  static const std::vector<CTriangulo2D*> kNinguno;
+  CObra const* suya = GetNivel0()->obra.get();
+  return suya != nullptr ? suya->abiertos : kNinguno;
+}
+
 int CSetTriangulos2D::BuscaHijo(CCoor3D<int> const& p) const {
-  if (hijos == nullptr) return -1;
-  return (p.x < centro.x ? 0 : 1) + (p.y < centro.y ? 2 : 0);
+  return hijos == nullptr ? -1 : static_cast<int>(CCuentas::Hijo(p, centro));
 }
 
 int CSetTriangulos2D::BuscaHijo(CMaximas<int> const& caja) const {
-  if (hijos == nullptr) return -1;
-  const bool izquierda = caja.Maximo.x<centro.x, derecha = caja.Minimo.x> centro.x;
-  const bool abajo = caja.Maximo.y<centro.y, arriba = caja.Minimo.y> centro.y;
-  if (!(izquierda || derecha) || !(abajo || arriba)) return -1;
-  return (izquierda ? 0 : 1) + (abajo ? 2 : 0);
+  return hijos == nullptr ? -1 : CCuentas::HijoDeCaja(caja, centro);
 }
 
 CTriangulo2D* CSetTriangulos2D::GetActual(bool conHijos) const {

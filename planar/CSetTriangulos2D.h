@@ -3,14 +3,12 @@
 #include <cmath>
 #include <cstdint>
 #include <memory>
-#include <span>
-#include <utility>
 #include <vector>
 
 #include "model/geometry/CMaximas.h"
-#include "planar/CAbanico.h"
 #include "planar/CSetLados2D.h"
 #include "planar/CTriangulo2D.h"
+#include "run/CCeldas.h"
 
 class CFile;
 class CStdioFile;
@@ -32,9 +30,21 @@ class CSegmentos;
 /// set belongs to the worker that empties it.
 class URDIMBRE_API CSetTriangulos2D {
  public:
+  using CCuentas = CCeldas<2>;  ///< by which children are numbered
+  static constexpr unsigned kHijos = CCuentas::kHijos;
   static constexpr unsigned kCapacidad = 150;     ///< a leaf splits when it holds exactly this many triangles
   static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
   static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second phase
+
+  /// What becomes of a point. After any but HECHA the mesh is as it was.
+  enum CRespuesta : int {
+    HECHA = 0,
+    FUERA = 1,        ///< it lies outside the set; never at level 0
+    SIN_INICIO = 2,   ///< no start triangle, or its set is closed
+    REPETIDO = 3,     ///< it falls on a vertex of its cavity
+    SIN_CIRCULO = 4,  ///< no circle holds it
+    POR_ALTURA = 5,   ///< refused by the tolerance
+  };
 
   /// Triangles that an insertion made and destroyed.
   struct CBalance {
@@ -53,16 +63,15 @@ class URDIMBRE_API CSetTriangulos2D {
   CCoor3D<int> centro;
   CMaximas<int> maximas;
   CSetTriangulos2D* padre = nullptr;
-  CSetTriangulos2D* hijos = nullptr;  ///< array of 4, owned; null on a leaf. 0: -x +y, 1: +x +y, 2: -x -y, 3: +x -y
+  CSetTriangulos2D* hijos = nullptr;  ///< array of kHijos, owned, numbered as CCeldas does; null on a leaf
   bool cerrado = false;
   CTriangulo2D *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
   CTriangulo2D* actual = nullptr;                      ///< added or touched last
   CTriangulo2D* inicio = nullptr;                      ///< where a walk starts
   std::uint32_t cantidad = 0;                          ///< triangles in the own list
-  std::vector<CTriangulo2D*> abiertos;                 ///< triangles with a free side; level 0 only
 
   // --- life ---
-  explicit CSetTriangulos2D(unsigned nivelInicial = 0) : nivel(nivelInicial) {}
+  explicit CSetTriangulos2D(unsigned nivelInicial = 0);
   /// Member by member: the copy shares the tree and the lists with the original, only the open list is its own. Whoever
   /// copies must see to it that one of the two lets go of them before it is destroyed.
   CSetTriangulos2D(CSetTriangulos2D const& o);
@@ -83,6 +92,10 @@ class URDIMBRE_API CSetTriangulos2D {
   /// Triangles of the subtree; of the own list alone once closed.
   [[nodiscard]] unsigned Cantidad() const;
   [[nodiscard]] CSetTriangulos2D* GetNivel0();
+  [[nodiscard]] CSetTriangulos2D const* GetNivel0() const;
+  /// Triangles with a free side: the root's list, on whichever set it is asked for.
+  [[nodiscard]] std::vector<CTriangulo2D*>& Abiertos();
+  [[nodiscard]] std::vector<CTriangulo2D*> const& Abiertos() const;
   /// Child that the point falls in, -1 on a leaf. A point on a centre line goes right or up.
   [[nodiscard]] int BuscaHijo(CCoor3D<int> const& p) const;
   /// Child that wholly holds the box, -1 on a leaf or when the box touches a centre line.
@@ -105,12 +118,10 @@ class URDIMBRE_API CSetTriangulos2D {
   /// is leaves it. Null when there is none.
   CTriangulo2D* GetContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
   /// Finds and condemns the cavity of `p`: the triangles whose circles hold it. Their sides go to `lados`, the
-  /// triangles are destroyed and the rim is left in the open list. Called on the root. 0: done. 1: `p` lies outside
-  /// this set (never at level 0). 2: no start triangle, or its set is closed. 3: `p` falls on a vertex of the cavity.
-  /// 4: no circle holds `p`. 5: refused by `tolerancia`, the greatest height above the surface in scaled units (0:
-  /// any). After 1 to 5 the mesh is as it was; after 5 the point's number is not. `aceptados` counts the triangles
-  /// taken by the walk and those of the cavity, `rechazados` those that don't hold `p`. Costs about 20 circle tests
-  /// when `desde` is near `p`.
+  /// triangles are destroyed and the rim is left in the open list. Called on the root. A CRespuesta; `tolerancia` is
+  /// the greatest height above the surface in scaled units, 0 for any, and after POR_ALTURA the point's number is not
+  /// what it was. `aceptados` counts the triangles taken by the walk and those of the cavity, `rechazados` those that
+  /// don't hold `p`. Costs about 20 circle tests when `desde` is near `p`.
   int Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
                  int tolerancia);
   /// Inserts a point into the mesh: the cavity that `Implicados` finds gives way to one triangle from the point to each
@@ -176,44 +187,8 @@ class URDIMBRE_API CSetTriangulos2D {
       return static_cast<int>(enX) & static_cast<int>(enY);
     }
   };
-  /// An open set near a point and those above it. The circle of a triangle that has the point as a vertex belongs to
-  /// one of them: it reaches the point, and so no cell beside their way.
-  struct CCamino {
-    static constexpr std::size_t kNiveles = CAbanico::CMarcos::kCuantos;  ///< few circles leave more
-    CSetTriangulos2D* sets[kNiveles + 1] = {};  ///< from below; the root again and again once it is reached
-    CAbanico::CMarcos marcos;                   ///< what a box must keep to, of each but the last
-
-    void Pon(CSetTriangulos2D& cerca);
-    /// The set for a triangle whose circle leaves the first `fuera` of them.
-    [[nodiscard]] CSetTriangulos2D& SetPara(CTriangulo2D const& t, std::size_t fuera) const;
-  };
-
-  /// A triangle that a growing cavity has looked at, and its stamp before that.
-  struct CVisita {
-    CTriangulo2D* triangulo;
-    int marca;
-  };
-
-  class CCrecimiento;
-
-  /// Working lists of an insertion, kept by the root from point to point, so that none allocates once the largest
-  /// cavity has been seen.
-  struct CBorrador {
-    std::vector<CTriangulo2D*> cola;  ///< triangles still to be looked at, first come first served
-    /// Condemned triangles, in the order in which they were found; behind them, as its places are given out, the fan.
-    std::vector<CTriangulo2D*> cavidad;
-    std::vector<unsigned> entrada;  ///< of each of them, the side of the fan behind which it was found
-    std::vector<CVisita> visitas;
-    std::size_t condenados = 0;  ///< how many triangles the cavity has
-    std::size_t cabida = 0;      ///< and can have, as far as `CreceContorno` is concerned
-    CAbanico abanico;
-    CCamino camino;
-    CSetLados2D pares;
-
-    [[nodiscard]] std::span<CTriangulo2D* const> Condenados() const { return {cavidad.data(), condenados}; }
-    void Condena(CTriangulo2D* t);
-    void Amplia();
-  };
+  /// What the mesh needs while it grows: the open list and the working lists of an insertion. The root's.
+  class CObra;
 
   static CCaja CajaDe(CTriangulo2D const& t);
   static CCaja CajaDe(CMaximas<int> const& m) {
@@ -227,37 +202,20 @@ class URDIMBRE_API CSetTriangulos2D {
   void PonCentro();
   void Divide();
   [[nodiscard]] int HijoAbiertoPara(CCaja const& caja) const;
-  [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
   void Anexa(CTriangulo2D* t);
   void EnlazaVecinos(CTriangulo2D* t);
   void Libera();
   void Desengancha();
   void DesenganchaTodo();
-  CTriangulo2D* BuscaEnAbiertos(int a, int b, int& lado);
   CTriangulo2D* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
 
-  CTriangulo2D* PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados);
-  bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados, unsigned& rechazados);
-  int BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* desde,
-                   CTriangulo2D*& semilla);
-  int MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla,
-                   CTolerancia tolerancia);
-  [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia);
-  void BorraCavidad();
-  void RecogeLados(CSetLados2D& lados) const;
-  [[nodiscard]] bool CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
-                                   unsigned& rechazados);
-  [[nodiscard]] bool HayAbiertoSinEnlazar() const;
-  int JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia);
-  void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
-  void PonAbanico(CCoor3D<int>* p);
-  void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);
+  CObra& Obra();
 
   /// What a box must keep to, to be sent here from the root when all sets on the way are open.
   CMarco paso{-HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL};
   /// Where a box is left, right, below and above of the centre lines.
   double aIzquierda = 0, aDerecha = 0, aAbajo = 0, aArriba = 0;
-  std::unique_ptr<CBorrador> borrador;  ///< level 0 only
+  std::unique_ptr<CObra> obra;  ///< level 0 only, from the first need on
 };
 
 // What every new triangle goes through.
@@ -265,16 +223,6 @@ class URDIMBRE_API CSetTriangulos2D {
 inline CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
   const double cx = t.circulo.x, cy = t.circulo.y, r = t.circulo.radio;
   return {cx - r, cy - r, cx + r, cy + r};
-}
-
-inline CSetTriangulos2D& CSetTriangulos2D::CCamino::SetPara(CTriangulo2D const& t, std::size_t fuera) const {
-  CSetTriangulos2D* s = sets[fuera];
-  if (fuera == kNiveles) {
-    while (!s->paso.Contiene(CajaDe(t))) s = s->padre;
-  }
-  // A full leaf is to be divided; one that just was has its box in a child.
-  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(CajaDe(t));
-  return *s;
 }
 
 /// Appends at the tail.

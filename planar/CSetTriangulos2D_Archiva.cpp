@@ -2,7 +2,7 @@
 // is closed.
 #include <algorithm>
 
-#include "planar/CSetTriangulos2D.h"
+#include "planar/CSetTriangulos2D_Obra.h"
 
 namespace Meseta47 {
 
@@ -41,7 +41,7 @@ CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
   }
 }
 
-void CSetTriangulos2D::CCamino::Pon(CSetTriangulos2D& cerca) {
+void CSetTriangulos2D::CObra::CCamino::Pon(CSetTriangulos2D& cerca) {
   if (sets[0] == &cerca) return;
   using CMarcos = CAbanico::CMarcos;
   const auto limite = [](CMarcos::CCota cota, double minimo) { return CMarcos::CLimite{cota, {minimo, minimo}}; };
@@ -89,7 +89,7 @@ void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bo
   CSetTriangulos2D* raiz = GetNivel0();
   if (enlaza) raiz->EnlazaVecinos(t);
   Anexa(t);  // first: should memory give out, the set owns it
-  if (t->LadosLimite() != 0) raiz->abiertos.push_back(t);
+  if (t->LadosLimite() != 0) raiz->Obra().abiertos.push_back(t);
 }
 
 //       P3                 A side runs one way in this triangle and the other way in its neighbour. `lado` tells which
@@ -115,12 +115,14 @@ void CSetTriangulos2D::EnlazaVecinos(CTriangulo2D* t) {
 CTriangulo2D* CSetTriangulos2D::GetContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado) {
   if (cerrado) return nullptr;
   CSetTriangulos2D* raiz = GetNivel0();
-  if (!raiz->abiertos.empty()) return raiz->BuscaEnAbiertos(a.num, b.num, lado);
+  if (CObra* suya = raiz->obra.get(); suya != nullptr && !suya->abiertos.empty()) {
+    return suya->BuscaEnAbiertos(a.num, b.num, lado);
+  }
   return BuscaEnLista(a, b, lado);
 }
 
 /// No triangle of a closed set is in the list: closing takes them out.
-CTriangulo2D* CSetTriangulos2D::BuscaEnAbiertos(int a, int b, int& lado) {
+CTriangulo2D* CSetTriangulos2D::CObra::BuscaEnAbiertos(int a, int b, int& lado) {
   for (auto it = abiertos.begin(); it != abiertos.end(); ++it) {
     CTriangulo2D* t = *it;
     lado = t->ContieneLado(b, a);
@@ -181,7 +183,6 @@ void CSetTriangulos2D::Quita(CTriangulo2D* t, CSetTriangulos2D& raiz) {
 void CSetTriangulos2D::Desengancha() {
   actual = inicio = nullptr;
   CSetTriangulos2D* raiz = GetNivel0();
-  if (raiz->borrador != nullptr) raiz->borrador->camino.sets[0] = nullptr;
   if (raiz->inicio != nullptr && raiz->inicio->set == this) {
     raiz->inicio = nullptr;
     for (CSetTriangulos2D* s = padre; s != nullptr; s = s->padre) {
@@ -190,7 +191,10 @@ void CSetTriangulos2D::Desengancha() {
       break;
     }
   }
-  std::erase_if(raiz->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
+  if (raiz->obra != nullptr) {
+    raiz->obra->OlvidaCamino();
+    std::erase_if(raiz->obra->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
+  }
   // From both ends: where the next triangle lies is known only once this one has come from memory.
   CTriangulo2D *t = primero, *u = ultimo;
   for (unsigned pares = cantidad / 2; pares != 0; --pares, t = t->sig, u = u->ant) {

@@ -1,39 +1,43 @@
 // The cavity of a new point: a breadth-first walk over the mesh to the first circle that holds it, growth over the
 // neighbours, the test of heights, and the removal of the condemned.
-#include "planar/CSetTriangulos2D.h"
+#include "planar/CSetTriangulos2D_Obra.h"
 
 namespace Meseta47 {
 
 int CSetTriangulos2D::Implicados(CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados,
                                  CTriangulo2D* desde, int tolerancia) {
+  return GetNivel0()->Obra().Implicados(*this, p, lados, aceptados, rechazados, desde, tolerancia);
+}
+
+int CSetTriangulos2D::CObra::Implicados(CSetTriangulos2D& set, CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados,
+                                        unsigned& rechazados, CTriangulo2D* desde, int tolerancia) {
   CTriangulo2D* semilla = nullptr;
-  int respuesta = BuscaSemilla(*p, aceptados, rechazados, desde, semilla);
-  if (respuesta == 0) respuesta = MarcaCavidad(p, aceptados, rechazados, semilla, {tolerancia});
+  int respuesta = BuscaSemilla(set, *p, aceptados, rechazados, desde, semilla);
+  if (respuesta == HECHA) respuesta = MarcaCavidad(p, aceptados, rechazados, semilla, {tolerancia});
   RecogeLados(lados);
-  if (respuesta == 0) BorraCavidad();
+  if (respuesta == HECHA) BorraCavidad();
   return respuesta;
 }
 
 /// The first triangle of the cavity.
-int CSetTriangulos2D::BuscaSemilla(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados,
-                                   CTriangulo2D* desde, CTriangulo2D*& semilla) {
+int CSetTriangulos2D::CObra::BuscaSemilla(CSetTriangulos2D& set, CCoor3D<int> const& p, unsigned& aceptados,
+                                          unsigned& rechazados, CTriangulo2D* desde, CTriangulo2D*& semilla) {
   aceptados = rechazados = 0;
-  if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
-  borrador->condenados = 0;
-  if (nivel == 0) {
+  condenados = 0;
+  if (set.nivel == 0) {
     abiertos.clear();
-  } else if (!maximas.Dentro(p, 0)) {
-    return 1;
+  } else if (!set.maximas.Dentro(p, 0)) {
+    return FUERA;
   }
-  if (desde != nullptr) inicio = desde;
-  if (inicio == nullptr || inicio->set->cerrado) return 2;
-  semilla = PrimeroQueContiene(p, aceptados, rechazados);
-  return semilla != nullptr ? 0 : 4;
+  if (desde != nullptr) set.inicio = desde;
+  if (set.inicio == nullptr || set.inicio->set->cerrado) return SIN_INICIO;
+  semilla = PrimeroQueContiene(set.inicio, p, aceptados, rechazados);
+  return semilla != nullptr ? HECHA : SIN_CIRCULO;
 }
 
 /// Marks the cavity, or leaves the mesh as it was.
-int CSetTriangulos2D::MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados, CTriangulo2D* semilla,
-                                   CTolerancia tolerancia) {
+int CSetTriangulos2D::CObra::MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigned& rechazados,
+                                          CTriangulo2D* semilla, CTolerancia tolerancia) {
   // A second stamp tells what the walk already found outside from what has not been met yet.
   const int numero = p->num;
   p->num = numero + kSegundaMarca;
@@ -41,13 +45,13 @@ int CSetTriangulos2D::MarcaCavidad(CCoor3D<int>* p, unsigned& aceptados, unsigne
   const bool juzga = tolerancia.unidades != 0 && !(duplicado && tolerancia.soloSuperficie);
   const bool admitido = !juzga || AdmiteAltura(*p, tolerancia);
   if (admitido) p->num = numero;
-  if (admitido && !duplicado) return 0;
-  for (CTriangulo2D* t : borrador->Condenados()) t->SetBorrado(false);
-  return admitido ? 3 : 5;
+  if (admitido && !duplicado) return HECHA;
+  for (CTriangulo2D* t : Condenados()) t->SetBorrado(false);
+  return admitido ? REPETIDO : POR_ALTURA;
 }
 
-void CSetTriangulos2D::RecogeLados(CSetLados2D& lados) const {
-  for (CTriangulo2D const* t : borrador->Condenados()) {
+void CSetTriangulos2D::CObra::RecogeLados(CSetLados2D& lados) const {
+  for (CTriangulo2D const* t : Condenados()) {
     lados.lados.emplace_back(t->p1, t->p2);
     lados.lados.emplace_back(t->p2, t->p3);
     lados.lados.emplace_back(t->p3, t->p1);
@@ -56,10 +60,10 @@ void CSetTriangulos2D::RecogeLados(CSetLados2D& lados) const {
 
 /// Breadth-first, not a directed walk: short, because it starts close to the point. Links never lead into a closed set,
 /// since closing cuts them.
-CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados) {
-  auto& cola = borrador->cola;
+CTriangulo2D* CSetTriangulos2D::CObra::PrimeroQueContiene(CTriangulo2D* desde, CCoor3D<int> const& p,
+                                                          unsigned& aceptados, unsigned& rechazados) {
   if (cola.empty()) cola.resize(64);
-  cola[0] = inicio;
+  cola[0] = desde;
   std::size_t puestos = 1;
   const double x = p.x, y = p.y;
   const int numero = p.num;
@@ -83,11 +87,9 @@ CTriangulo2D* CSetTriangulos2D::PrimeroQueContiene(CCoor3D<int> const& p, unsign
 
 /// Condemns the triangles around `semilla` whose circles hold the point and opens their rim. True when the point falls
 /// on a vertex of one of them.
-bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
-                                    unsigned& rechazados) {
-  auto& cola = borrador->cola;
+bool CSetTriangulos2D::CObra::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
+                                           unsigned& rechazados) {
   const int primeraMarca = p.num - kSegundaMarca;
-  CSetTriangulos2D* raiz = GetNivel0();
   cola.assign(1, semilla);
   for (std::size_t i = 0; i < cola.size(); ++i) {
     CTriangulo2D* t = cola[i];
@@ -95,14 +97,14 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
     if (t != semilla) {
       if (marca == p.num) continue;
       if (marca == primeraMarca) {
-        raiz->abiertos.push_back(t);
+        abiertos.push_back(t);
         continue;
       }
     }
     if (t->Borrado()) continue;
     if (!t->Dentro(p)) {
       ++rechazados;
-      raiz->abiertos.push_back(t);
+      abiertos.push_back(t);
       continue;
     }
     if (t->TieneVerticeEn(p)) return true;
@@ -111,15 +113,15 @@ bool CSetTriangulos2D::CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla
       if (v != nullptr && !v->Borrado()) cola.push_back(v);
     }
     t->SetBorrado(true);
-    borrador->Condena(t);
+    Condena(t);
   }
   return false;
 }
 
 /// One-sided: a point far below the surface passes, and one that no triangle of its cavity can place is refused.
-bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia) {
+bool CSetTriangulos2D::CObra::AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia) {
   bool fuera = false;
-  for (CTriangulo2D* t : borrador->Condenados()) {
+  for (CTriangulo2D* t : Condenados()) {
     CCoor3D<int> sobreElPlano(p);
     if (t->Proyecta(sobreElPlano, true) == 0) continue;
     if (tolerancia.soloSuperficie && (t->p1->num < 0 || t->p2->num < 0 || t->p3->num < 0)) {
@@ -131,8 +133,8 @@ bool CSetTriangulos2D::AdmiteAltura(CCoor3D<int> const& p, CTolerancia toleranci
   return fuera;
 }
 
-void CSetTriangulos2D::BorraCavidad() {
-  for (CTriangulo2D* t : borrador->Condenados()) {
+void CSetTriangulos2D::CObra::BorraCavidad() {
+  for (CTriangulo2D* t : Condenados()) {
     t->set->Borra(t);
     delete t;
   }

@@ -1,7 +1,7 @@
 // One point into the mesh: its cavity gives way to a fan of new triangles, linked by construction.
 #include <algorithm>
 
-#include "planar/CSetTriangulos2D.h"
+#include "planar/CSetTriangulos2D_Obra.h"
 
 namespace Meseta47 {
 
@@ -23,33 +23,38 @@ void PideSitios(CTriangulo2D** sitios, std::size_t n) {
 int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde,
                                    CTolerancia tolerancia, unsigned& aceptados, unsigned& rechazados,
                                    CBalance& balance) {
+  return Obra().InsertaPunto(p, cerca, desde, tolerancia, aceptados, rechazados, balance);
+}
+
+int CSetTriangulos2D::CObra::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde,
+                                          CTolerancia tolerancia, unsigned& aceptados, unsigned& rechazados,
+                                          CBalance& balance) {
   CTriangulo2D* semilla = nullptr;
-  if (const int fallo = BuscaSemilla(*p, aceptados, rechazados, desde, semilla); fallo != 0) return fallo;
+  if (const int fallo = BuscaSemilla(raiz, *p, aceptados, rechazados, desde, semilla); fallo != HECHA) return fallo;
   const bool porAnillo = !semilla->TieneVerticeEn(*p) && CreceContorno(*p, semilla, aceptados, rechazados);
   const int respuesta =
       porAnillo ? JuzgaAltura(p, tolerancia) : MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
-  if (respuesta != 0) return respuesta;
-  balance.condenados += borrador->condenados;
+  if (respuesta != HECHA) return respuesta;
+  balance.condenados += condenados;
   if (porAnillo) {
-    balance.creados += borrador->abanico.Cantidad();
+    balance.creados += abanico.Cantidad();
     SustituyeCavidad(p, cerca);
   } else {
     SustituyePorBusqueda(p, balance);
   }
-  return 0;
+  return HECHA;
 }
 
-/// 0, or 5.
-int CSetTriangulos2D::JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia) {
-  if (tolerancia.unidades == 0) return 0;
+int CSetTriangulos2D::CObra::JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia) {
+  if (tolerancia.unidades == 0) return HECHA;
   p->num += kSegundaMarca;
-  if (!AdmiteAltura(*p, tolerancia)) return 5;
+  if (!AdmiteAltura(*p, tolerancia)) return POR_ALTURA;
   p->num -= kSegundaMarca;
-  return 0;
+  return HECHA;
 }
 
 /// Doubles the room. A cavity of n triangles looks at 2 n + 1 neighbours and has n + 2 sides.
-void CSetTriangulos2D::CBorrador::Amplia() {
+void CSetTriangulos2D::CObra::Amplia() {
   constexpr std::size_t kPrimera = 32;
   cabida = std::max(kPrimera, 2 * cabida);
   const std::size_t sitio = 2 * cabida + 4;
@@ -59,16 +64,16 @@ void CSetTriangulos2D::CBorrador::Amplia() {
   abanico.Amplia(sitio);
 }
 
-void CSetTriangulos2D::CBorrador::Condena(CTriangulo2D* t) {
+void CSetTriangulos2D::CObra::Condena(CTriangulo2D* t) {
   if (condenados == cavidad.size()) cavidad.resize(2 * condenados + 1);
   cavidad[condenados++] = t;
 }
 
 /// A cavity that grows from its first triangle, and the ring of sides around it.
-class CSetTriangulos2D::CCrecimiento {
+class CSetTriangulos2D::CObra::CCrecimiento {
  public:
-  CCrecimiento(CBorrador& elBorrador, CCoor3D<int> const& p)
-      : b(elBorrador), x(p.x), y(p.y), primeraMarca(p.num), segundaMarca(p.num + kSegundaMarca) {
+  CCrecimiento(CObra& laObra, CCoor3D<int> const& p)
+      : b(laObra), x(p.x), y(p.y), primeraMarca(p.num), segundaMarca(p.num + kSegundaMarca) {
     if (b.cabida == 0) b.Amplia();
     ApuntaAListas(0);
   }
@@ -77,9 +82,9 @@ class CSetTriangulos2D::CCrecimiento {
     Siembra(semilla);
     for (std::size_t i = 1; i < condenados; ++i) {
       if (i == b.cabida) [[unlikely]] {
-        const std::ptrdiff_t visitas = visita - b.visitas.data();
+        const std::ptrdiff_t vistas = visita - b.visitas.data();
         b.Amplia();
-        ApuntaAListas(visitas);
+        ApuntaAListas(vistas);
       }
       AbreLado(cavidad[i], entrada[i]);
     }
@@ -98,10 +103,10 @@ class CSetTriangulos2D::CCrecimiento {
   [[nodiscard]] bool Termina() const { return termina; }
 
  private:
-  void ApuntaAListas(std::ptrdiff_t visitas) {
+  void ApuntaAListas(std::ptrdiff_t vistas) {
     cavidad = b.cavidad.data();
     entrada = b.entrada.data();
-    visita = b.visitas.data() + visitas;
+    visita = b.visitas.data() + vistas;
     anillo = b.abanico.Lados();
   }
   void Siembra(CTriangulo2D* semilla) {
@@ -149,7 +154,7 @@ class CSetTriangulos2D::CCrecimiento {
     condenados += dentro & ~enSegunda;
   }
 
-  CBorrador& b;
+  CObra& b;
   const double x, y;
   const int primeraMarca, segundaMarca;
   CTriangulo2D** cavidad = nullptr;
@@ -164,24 +169,23 @@ class CSetTriangulos2D::CCrecimiento {
 /// Condemns the triangles that `CreceCavidad` would, in its order, and has the ring of sides around them. False, with
 /// the mesh as it was and nothing counted, when the ring alone does not tell all that a search through the open list
 /// would find.
-bool CSetTriangulos2D::CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
-                                     unsigned& rechazados) {
-  CCrecimiento crecimiento(*borrador, p);
+bool CSetTriangulos2D::CObra::CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
+                                            unsigned& rechazados) {
+  CCrecimiento crecimiento(*this, p);
   crecimiento.Crece(semilla);
-  if (crecimiento.Rodea() || !borrador->abanico.Dispone(p, crecimiento.Lados()) ||
+  if (crecimiento.Rodea() || !abanico.Dispone(p, crecimiento.Lados()) ||
       (crecimiento.Termina() && HayAbiertoSinEnlazar())) {
     crecimiento.Deshace();
     return false;
   }
-  aceptados += static_cast<unsigned>(borrador->condenados);
+  aceptados += static_cast<unsigned>(condenados);
   rechazados += crecimiento.Ajenos();
   return true;
 }
 
 /// Whether a triangle around the cavity lies, unlinked, across a side where the mesh ends. It has two corners of the
 /// ring already, so it can only be behind the side before or after.
-bool CSetTriangulos2D::HayAbiertoSinEnlazar() const {
-  CAbanico const& abanico = borrador->abanico;
+bool CSetTriangulos2D::CObra::HayAbiertoSinEnlazar() const {
   const std::size_t n = abanico.Cantidad();
   for (std::size_t i = 0; i < n; ++i) {
     if (abanico.Lado(i).fuera != nullptr) continue;
@@ -198,54 +202,51 @@ bool CSetTriangulos2D::HayAbiertoSinEnlazar() const {
 //     P  <   |   > fuera       condemned one that it replaces and takes over its neighbour. Across P-A and B-P lie the
 //          \ | /               new triangles before and after it on the ring.
 //            B
-void CSetTriangulos2D::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca) {
-  CBorrador& b = *borrador;
-  CAbanico& abanico = b.abanico;
+void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca) {
   const std::size_t n = abanico.Cantidad();
-  b.camino.Pon(cerca);
+  camino.Pon(cerca);
   abanico.Calcula(*p);
-  abanico.Situa(b.camino.marcos);
+  abanico.Situa(camino.marcos);
   // Condemned triangles give their places to new ones, of which there are two more.
-  PideSitios(&b.cavidad[b.condenados], n - b.condenados);
-  for (CTriangulo2D* t : b.Condenados()) t->set->Quita(t, *this);
+  PideSitios(&cavidad[condenados], n - condenados);
+  for (CTriangulo2D* t : Condenados()) t->set->Quita(t, raiz);
   PonAbanico(p);
   std::size_t i = 0;
   try {
     for (; i < n; ++i) {
       const std::size_t cual = abanico.Orden(i);
-      CTriangulo2D* t = b.cavidad[cual];
+      CTriangulo2D* t = cavidad[cual];
       // A triangle without a circle, of three points on a line, has its place at the origin.
-      CSetTriangulos2D& suyo = t->circulo.radio2 != 0 ? b.camino.SetPara(*t, abanico.Fuera(cual)) : SetPara(CajaDe(*t));
+      CSetTriangulos2D& suyo =
+          t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual)) : raiz.SetPara(CajaDe(*t));
       suyo.Anexa(t);
     }
   } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
-    for (; i < n; ++i) Anexa(b.cavidad[abanico.Orden(i)]);
+    for (; i < n; ++i) raiz.Anexa(cavidad[abanico.Orden(i)]);
     throw;
   }
 }
 
 /// Makes the triangles of the fan in the places that stand in `cavidad`, and links them.
-void CSetTriangulos2D::PonAbanico(CCoor3D<int>* p) {
-  CBorrador& b = *borrador;
-  CAbanico const& abanico = b.abanico;
+void CSetTriangulos2D::CObra::PonAbanico(CCoor3D<int>* p) {
   const std::size_t n = abanico.Cantidad();
-  CTriangulo2D* anterior = b.cavidad[n - 1];
+  CTriangulo2D* anterior = cavidad[n - 1];
   for (std::size_t i = 0; i < n; ++i) {
     CTriangulo2D* fuera = abanico.Lado(i).fuera;
-    CTriangulo2D* siguiente = b.cavidad[i + 1 < n ? i + 1 : 0];
-    anterior = ::new (b.cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i),
-                                                 {anterior, fuera, siguiente});
+    CTriangulo2D* siguiente = cavidad[i + 1 < n ? i + 1 : 0];
+    anterior = ::new (cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i),
+                                               {anterior, fuera, siguiente});
     if (fuera != nullptr) fuera->*CTriangulo2D::kVecino[fuera->LadoDesde(abanico.B(i))] = anterior;
   }
 }
 
-void CSetTriangulos2D::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance) {
-  CSetLados2D& lados = borrador->pares;
+void CSetTriangulos2D::CObra::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance) {
+  CSetLados2D& lados = pares;
   lados.lados.clear();
   RecogeLados(lados);
   BorraCavidad();
   lados.BorraDuplicados();
-  for (CLado2D const& lado : lados.lados) Inserta(CTriangulo2D(p, lado.P1(), lado.P2()));
+  for (CLado2D const& lado : lados.lados) raiz.Inserta(CTriangulo2D(p, lado.P1(), lado.P2()));
   balance.creados += lados.lados.size();
 }
 

@@ -39,7 +39,7 @@ bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde) {
 
 void CSetTriangulos2D::RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero) {
   const double lado2 = static_cast<double>(ladoMaximo) * ladoMaximo;
-  GetNivel0()->abiertos.clear();  // what it names is about to go
+  Abiertos().clear();  // what it names is about to go
   while (primero != nullptr) {
     CTriangulo2D* t = primero;
     Borra(t);

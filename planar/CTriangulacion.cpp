@@ -6,6 +6,7 @@
 
 #include "model/geometry/Hilbert.h"
 #include "model/terrain/CTIN.h"
+#include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
 #include "run/Recorrido.h"
 
@@ -94,10 +95,10 @@ class CMalla : public CTriangulacion2D {
   }
 
   int Genera(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo) {
-    int codigo = Rellena(dibujo, nullptr, nullptr, nullptr);
-    if (codigo != kHecho) return codigo;
-    codigo = EnlazaLista(dibujo, nullptr, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr,
-                         nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+    const CFuentes fuentes{dibujo};
+    CEnlace enlace;
+    int codigo = Rellena(fuentes);
+    if (codigo == kHecho) codigo = Enlaza(fuentes, enlace);
     if (codigo != kHecho) return codigo;
     return GenerarMDT(dibujo, nullptr, tin, ladoMaximo, false, nullptr, nullptr, nullptr, nullptr, nullptr);
   }

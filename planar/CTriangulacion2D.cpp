@@ -54,13 +54,6 @@ CNivelMensajes CTriangulacion2D::Mensajes(CNivelMensajes nivel) {
 
 IPorcentaje* CTriangulacion2D::Progreso() const { return mensajes >= 1 ? BuscaPorcentaje() : nullptr; }
 
-/// Drops what an earlier run left.
-void CTriangulacion2D::Prepara() {
-  PreparaEnlace();
-  primerosPuntos.clear();
-  resumen = CResumenPlano();
-}
-
 void CTriangulacion2D::BorraFicheroTemporal() { ficheroTemporal.Borra(); }
 
 void CTriangulacion2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
@@ -72,16 +65,11 @@ void CTriangulacion2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja
   divisiones.EstableceDivisiones(n, caja);
 }
 
-void CTriangulacion2D::EstableceDivisiones(CDivisiones& celda, CSetTriangulos2D& set) {
-  set.EstableceDivisiones(celda.maximas, celda.hijos != nullptr);
-  celda.setAsociado = &set;
-  if (celda.hijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) EstableceDivisiones(celda.hijos[i], set.hijos[i]);
-}
+void CTriangulacion2D::EstableceDivisiones(CDivisiones& celda, CSetTriangulos2D& set) { celda.Empareja(set); }
 
 void CTriangulacion2D::ColocaIndices(CCoor3D<int> const& p, short lista, unsigned entidad, unsigned punto,
                                      bool registra) {
-  const bool primera = divisiones.ColocaIndices(p, lista, static_cast<int>(entidad), static_cast<int>(punto));
+  const bool primera = divisiones.ColocaIndices(p, {lista, static_cast<int>(entidad), static_cast<int>(punto)});
   if (primera && registra) primerosPuntos.emplace_back(static_cast<unsigned>(lista), entidad, punto);
 }
 
@@ -93,7 +81,7 @@ bool CTriangulacion2D::Inserta(CCoor3D<int> const& p, CCoor3DIntLista**, short l
 
 bool CTriangulacion2D::Inserta(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, CDivisiones** celda) {
   p->num = static_cast<int>(++cantidadPuntos);
-  return divisiones.Inserta(*p, lista, static_cast<int>(entidad), static_cast<int>(punto), *celda);
+  return divisiones.Inserta(*p, {lista, static_cast<int>(entidad), static_cast<int>(punto)}, *celda);
 }
 
 void CTriangulacion2D::Salva(CDivisiones* celda) {
@@ -109,7 +97,7 @@ bool CTriangulacion2D::EsperaAlHilo(CMarcha const& marcha) {
 
 void CTriangulacion2D::ImprimeLista(CDivisiones const& celda) const {
   if (celda.hijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) ImprimeLista(celda.hijos[i]);
+  for (unsigned i = 0; i < CDivisiones::kHijos; ++i) ImprimeLista(celda.hijos[i]);
 }
 
 bool CTriangulacion2D::CompruebaTrianguloNuevo(CTriangulo2D& t, CCoor3D<int> const* p) {

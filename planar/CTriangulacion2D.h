@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
@@ -19,6 +20,7 @@
 #include "platform/CString.h"
 #include "platform/Manejadores.h"
 #include "run/CFicheroTriples.h"
+#include "run/CFiltroPuntos.h"
 #include "run/CPosicion.h"
 
 class CStdioFile;
@@ -26,7 +28,8 @@ class CStdioFile;
 namespace Meseta47 {
 
 class CBusquedaPuntos;
-class CFiltroPuntos;
+struct CFase;
+struct CFuentes;
 class CIntensidadTipo;
 class CMarcha;
 class CNivelDeCurvas;
@@ -49,7 +52,7 @@ class IPorcentaje;
 /// on their own drawings.
 class URDIMBRE_API CTriangulacion2D {
  public:
-  using CDivisiones = CDivisiones2D;
+  using CDivisiones = CDivisiones2D;  ///< a cell of the division tree
   /// Receives the contours of a level. What it throws ends the run and reaches whoever asked for it.
   using CRecibeNivel = std::function<void(CNivelDeCurvas const&)>;
 
@@ -163,7 +166,45 @@ class URDIMBRE_API CTriangulacion2D {
                      std::vector<CPosicionEntidad> const* seleccion);
 
  protected:
+  // --- a run's work as values ---
+  using CTolerancia = CSetTriangulos2D::CTolerancia;
+  /// What of a point is kept by its number while a run goes on that gives classes; 4 bytes.
+  struct CAtributos {
+    std::uint16_t intensidad = 0;
+    std::uint8_t clase = 0;
+  };
+  /// A linking pass over drawings. The worker's jobs of classes take from here what they are asked for.
+  struct CEnlace {
+    unsigned modo = CHiloSalvaTriangulosEnlazados::SALVA;  ///< the worker's job
+    CTolerancia tolerancia{};           ///< of the points of the extra drawing, and of seeds, but for soloSuperficie
+    int* contador = nullptr;            ///< told each step of progress as well; may begin above 0
+    CDibujo<int>* clasifica = nullptr;  ///< whose points get the classes that the job has found
+    CInfoClasificacion const *tipoA = nullptr, *tipoB = nullptr;
+    CRango const *alturas = nullptr, *intensidades = nullptr, *distancias = nullptr, *pendientes = nullptr;
+    unsigned* cuenta = nullptr;                         ///< points found
+    std::vector<CPosicionEntidad>* hallados = nullptr;  ///< and where they are
+    std::vector<CAtributos> atributos{};                ///< by point number less 1, for the job of affinity
+
+    [[nodiscard]] CTolerancia DeSemillas() const { return tolerancia.soloSuperficie ? CTolerancia{} : tolerancia; }
+  };
+  /// How a point is put into the mesh.
+  struct CInsercion {
+    bool cierra = true;                                ///< the sets that it finishes are closed and queued
+    CTolerancia tolerancia{};                          ///< how far it may stand above the surface
+    int* contador = nullptr;                           ///< told each step of progress as well
+    std::function<void(CCoor3D<int> const&)> anota{};  ///< called once it has its number, before it goes in
+  };
+  /// The stored point of a seed; null to leave it out.
+  using CPuntoDeSemilla = std::function<CCoor3D<int>*(CPosicion const&)>;
+
   // --- phases; each answers a run's code, kHecho to go on ---
+  int Rellena(CFuentes const& fuentes);
+  int Enlaza(CFuentes const& fuentes, CEnlace& enlace);
+  int Enlaza(CTIN& tin, int contador);
+  /// Numbers a stored point and inserts it into the mesh. Answers as TriangulaPunto.
+  bool Triangula(CCoor3D<int>* p, CPosicion const& lugar, CInsercion const& como);
+
+  // --- the same in the form in which derived classes know them ---
   /// Counts and measures the points that pass the filter, divides space, and records the last point of every cell and
   /// the first of every leaf. The points of `extra` give no seeds.
   int Rellena(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
@@ -232,7 +273,7 @@ class URDIMBRE_API CTriangulacion2D {
   /// Closes the temporary file, if any, and deletes it.
   void BorraFicheroTemporal();
 
-  CDivisiones divisiones;                       ///< root of the division tree
+  CArbolDivisiones2D divisiones;
   CNivelMensajes mensajes = MENSAJES_NORMALES;  ///< progress is reported from 1 up
   std::uint32_t cantidadPuntos = 0;  ///< points accepted by the filling; while linking, the last number given
   std::uint32_t duplicados = 0;      ///< points that fell exactly on a vertex in plan
@@ -252,13 +293,26 @@ class URDIMBRE_API CTriangulacion2D {
   std::uint32_t identificador;
 
  private:
-  class CFijaBase;  ///< spares the base the tolerance
-  class CGuarda;    ///< cleans up when an exception leaves a run
-  struct CTrabajo;  ///< arguments of a linking pass over drawings, and what it counts
+  /// Triangles that insertions have looked at, as `Implicados` counts them.
+  struct CVisitados {
+    unsigned aceptados = 0, rechazados = 0;
+  };
 
   [[nodiscard]] IPorcentaje* Progreso() const;
-  void Prepara();
+  [[nodiscard]] CFiltroPuntos Filtro(CDibujo<int> const& dibujo) const { return {datos, Precision(), dibujo}; }
+  void EmpiezaRelleno();
+  int TerminaRelleno();
+  int ColocaPuntos(short lista, CDibujo<int> const& dibujo, std::vector<CPosicionEntidad> const* seleccion,
+                   CMarcha& marcha, bool daSemillas);
+
   void PreparaEnlace();
+  int EmpiezaEnlace(unsigned modo, bool conEvento);
+  int InsertaSemillas(CMarcha& marcha, CInsercion const& como, CPuntoDeSemilla const& punto);
+  int InsertaResto(short lista, CDibujo<int> const& dibujo, std::vector<CPosicionEntidad> const* seleccion,
+                   CMarcha& marcha, CInsercion const& como);
+  int InsertaResto(CTIN& tin, CMarcha& marcha, CInsercion const& como);
+  bool InsertaUno(CCoor3D<int>* p, CPosicion const& lugar, CMarcha& marcha, CInsercion const& como, int& codigo);
+  static bool Avanza(CMarcha& marcha, CInsercion const& como);
   [[nodiscard]] static CSetTriangulos2D& SetCercano(CCoor3D<int> const& p, CDivisiones const& celda);
   [[nodiscard]] static CTriangulo2D* TrianguloInicial(CSetTriangulos2D const& set);
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
@@ -267,9 +321,6 @@ class URDIMBRE_API CTriangulacion2D {
   int ArrancaHilo(unsigned modo);
   /// Lets the worker catch up; without a worker at once. False cancels.
   bool EsperaAlHilo(CMarcha const& marcha);
-  int InsertaSemillas(CTrabajo& trabajo);
-  int InsertaSemillas(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b);
-  int InsertaResto(CTrabajo& trabajo);
   int Abandona(int codigo);
   int ConcluyeFichero();
   /// Whether a linking of this mode leaves its frame out.
@@ -279,7 +330,7 @@ class URDIMBRE_API CTriangulacion2D {
   int RecorreMalla(CDibujo<int> const& dibujo, unsigned long long& contador, unsigned long long total,
                    std::vector<CPosicionEntidad> const* seleccion,
                    std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
-  void PonClases(CDibujo<int>& dibujo, CTrabajo const& trabajo);
+  void PonClases(CFuentes const& fuentes, CEnlace const& enlace);
   int ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros, CDibujo<int> const* anadido,
                   CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
   int ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros, CDibujo<int> const* anadido,
@@ -287,24 +338,24 @@ class URDIMBRE_API CTriangulacion2D {
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
   int RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
-                 CDibujo<int>* extra, int tolerancia, bool vaciar, CRango const* alturas, CRango const* intensidades);
-  int Concluye(int codigo, CDibujo<int>* porVaciar);
+                 CDibujo<int>* extra, CEnlace& enlace, bool vaciar, CRango const* alturas, CRango const* intensidades);
+  /// A run: the phases in order, each timed. Its counts begin anew; no temporary file is left once the last phase has
+  /// begun, nor when an exception passes through.
+  int Corre(std::initializer_list<CFase> fases);
   /// A search from its beginning to its end: `busca` is called once the mesh is in the file.
   int RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
                   std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca);
   /// Collects the points of the mesh for a search.
-  int PreparaBusqueda(CBusquedaPuntos& busqueda, CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros,
-                      std::vector<CPosicionEntidad> const* seleccion);
+  int PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes);
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
-  int CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros);
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
   HANDLE evento = nullptr;             ///< signalled while the worker lives
   CSetTriangulos2D::CBalance balance;  ///< triangles ever made, and destroyed by a later point
+  CVisitados visitados;
   CResumenPlano resumen;
   CBordeDelMarco borde;  ///< of the mesh that is being linked, in a run without its frame
   bool sinMarco = false;
-  bool baseFija = false;  ///< the tolerance is for added points alone, and they are tested where there is a surface
 };
 
 }  // namespace Meseta47

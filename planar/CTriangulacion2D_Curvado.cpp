@@ -2,8 +2,10 @@
 #include <utility>
 
 #include "model/threads/IPorcentaje.h"
+#include "planar/CFuentes.h"
 #include "planar/CNivelDeCurvas.h"
-#include "planar/GuardaDeRun.h"
+#include "planar/CTriangulacion2D.h"
+#include "run/Fases.h"
 
 namespace Meseta47 {
 
@@ -25,32 +27,24 @@ int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CDibujo<int>& curvas, double
 
 int CTriangulacion2D::Curvado(CDibujo<int>& dibujo, CRecibeNivel const& recibe, double ladoMaximo, double equidistancia,
                               std::vector<CDibujo<int>*>* otros, bool vaciar, CFile* piezas, CLlanos llanos) {
-  const CGuarda guarda(*this);
   const double escala = dibujo.semilla.Precision();
   paramCurvaA = Trunca(escala * equidistancia);
   paramCurvaB = Trunca(escala * ladoMaximo);
   dibujoCurvas.Clear();
   dibujoCurvas.PonFichero(piezas);
   dibujoCurvas.PonLlanos(llanos);
-  int codigo = CortaNiveles(dibujo, otros);
-  if (codigo == kHecho) {
-    BorraFicheroTemporal();  // of an earlier run, if it was left open
-    divisiones.clear();
-    if (vaciar) dibujo.Clear();
-    codigo = JuntaNiveles(recibe, piezas);
-  }
+  BorraFicheroTemporal();  // of an earlier run, if it was left open
+  const CFuentes fuentes{dibujo, otros};
+  CEnlace enlace{.modo = CHiloSalvaTriangulosEnlazados::CURVA};
+  const int codigo = Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
+                            {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
+                            {resumen.segundosGenera, [&] {
+                               divisiones.clear();
+                               if (vaciar) dibujo.Clear();
+                               return JuntaNiveles(recibe, piezas);
+                             }}});
   dibujoCurvas.Clear();
-  if (codigo != kHecho) return codigo;
-  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(mensajes, 0);
-  return kHecho;
-}
-
-/// Triangulates, and leaves the segments of all levels in `dibujoCurvas`.
-int CTriangulacion2D::CortaNiveles(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros) {
-  const int codigo = Rellena(dibujo, otros, nullptr, nullptr);
-  if (codigo != kHecho) return codigo;
-  return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::CURVA, nullptr, nullptr, nullptr,
-                     nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr);
+  return codigo;
 }
 
 /// Every segment lies at a multiple of the interval, so that stepping by it from the lowest one meets them all.

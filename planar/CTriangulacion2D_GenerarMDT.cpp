@@ -9,10 +9,10 @@
 #include "model/geometry/CRango.h"
 #include "model/geometry/OrdenDePuntos.h"
 #include "model/terrain/CTIN.h"
+#include "model/threads/CEquipo.h"
 #include "model/threads/IPorcentaje.h"
 #include "planar/CHiloGenerarMDT.h"
 #include "planar/CTriangulacion2D.h"
-#include "platform/CEvent.h"
 #include "platform/Procesadores.h"
 
 namespace Meseta47 {
@@ -21,8 +21,7 @@ namespace {
 
 constexpr unsigned kMensajeRegistra = 19020;
 constexpr unsigned kMensajeGenera = 19029;
-constexpr unsigned kRegistro = 12;           // bytes: three point numbers
-constexpr unsigned long kMilisegundos = 40;  // between two progress steps while the readers work
+constexpr unsigned kRegistro = CFicheroTriples::kBytes;
 constexpr unsigned char kEstadoOrdenado = 1;
 constexpr unsigned char kEstadoRico = 3;  // from here on the points of a model have the richer form
 
@@ -34,7 +33,8 @@ bool HayFiltroPendiente(CDataTriangulacion const& datos) {
 /// A pool of readers over one file, and what they share.
 class CLectores {
  public:
-  CLectores(unsigned long long laLongitud, unsigned cuantos) : longitud(laLongitud), eventos(cuantos), hilos(cuantos) {}
+  CLectores(unsigned long long laLongitud, unsigned cuantos)
+      : longitud(laLongitud), equipo(cuantos, false), hilos(cuantos) {}
   ~CLectores() {
     for (CHiloGenerarMDT& hilo : hilos) hilo.Abandona();
   }
@@ -42,7 +42,7 @@ class CLectores {
   int Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, double lado2, unsigned parte,
               CRango const* alturas, CRango const* intensidades, CRango const* pendientes) {
     for (unsigned i = 0; i < hilos.size(); ++i) {
-      if (!hilos[i].Start(i, &eventos[i], ruta, &tin, &mapa, lado2, &longitud, parte, alturas, intensidades, pendientes,
+      if (!hilos[i].Start(i, &equipo[i], ruta, &tin, &mapa, lado2, &longitud, parte, alturas, intensidades, pendientes,
                           &seccion, &bytes, &terminados)) {
         return hilos[i].TieneFichero() ? kFicheroInconsistente : kFicheroInaccesible;
       }
@@ -52,11 +52,10 @@ class CLectores {
 
   /// Reports until all are done; false when the run is cancelled.
   bool Espera(IPorcentaje* porcentaje, int nivel) {
-    std::vector<HANDLE> manejadores(eventos.begin(), eventos.end());
-    while (terminados < static_cast<long>(hilos.size())) {
-      if (porcentaje != nullptr && porcentaje->Porcentaje(nivel, bytes, longitud, false) == 0) return false;
-      WaitForMultipleObjects(static_cast<unsigned long>(manejadores.size()), manejadores.data(), true, kMilisegundos);
-    }
+    const auto sigue = [&] {
+      return porcentaje == nullptr || porcentaje->Porcentaje(nivel, bytes, longitud, false) != 0;
+    };
+    if (!equipo.EsperaHasta([&] { return terminados == static_cast<long>(hilos.size()); }, sigue)) return false;
     for (CHiloGenerarMDT& hilo : hilos) hilo.Stop();
     return true;
   }
@@ -70,7 +69,7 @@ class CLectores {
 
  private:
   unsigned long long longitud;
-  std::vector<CEvent> eventos;
+  CEquipo equipo;
   CCriticalSection seccion;
   std::atomic<std::uint64_t> bytes{0};
   std::atomic<long> terminados{0};
@@ -230,6 +229,7 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
                                          CRango const* intensidades) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeGenera);
+  resumen.porPendiente = resumen.porAltura = resumen.porIntensidad = resumen.porLongitud = resumen.delMarco = 0;
   const unsigned long long longitud = ficheroTemporal.Fichero()->GetLength();
   if (ficheroTemporal.Fichero()->HayError()) return kFicheroInconsistente;
   const auto registros = static_cast<unsigned>(longitud / kRegistro);

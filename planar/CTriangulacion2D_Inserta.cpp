@@ -1,9 +1,7 @@
-// How one point enters the mesh, and how the points after the seeds are fed to it.
+// How one point enters the mesh, and how points are fed to it: the seeds, then all others.
 #include <algorithm>
-#include <optional>
 
 #include "model/terrain/CTIN.h"
-#include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CWinApp.h"
 #include "run/Recorrido.h"
@@ -12,7 +10,6 @@ namespace Meseta47 {
 
 namespace {
 
-enum CRespuesta { HECHA = 0, FUERA = 1, SIN_INICIO = 2, REPETIDO = 3, SIN_CIRCULO = 4, POR_ALTURA = 5 };
 constexpr unsigned kMensajeNoSituado = 12105;
 constexpr unsigned kMensajeSinInicio = 12106;
 
@@ -24,12 +21,6 @@ CString TextoDePunto(unsigned mensaje, CCoor3D<int> const& p) {
   if (formato.IsEmpty()) formato = L"%d %d %d %d";
   texto.Format(formato.GetString(), p.num, p.x, p.y, p.z);
   return texto;
-}
-
-/// First seed of a drawing: seeds stand in the order of entities and points, so one cursor walked in step is enough.
-std::size_t PrimeraSemilla(std::vector<CPosicion> const& semillas, short lista) {
-  const auto esta = [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); };
-  return static_cast<std::size_t>(std::find_if(semillas.begin(), semillas.end(), esta) - semillas.begin());
 }
 
 }  // namespace
@@ -60,15 +51,10 @@ bool CTriangulacion2D::NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tole
   return false;
 }
 
-bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, unsigned& a,
-                                      unsigned& b, bool salvar, bool curvar, int tolerancia, CInfoClasificacion* info,
-                                      std::vector<CInfoClasificacion>* infos, unsigned short* intensidad,
-                                      std::vector<unsigned short>* intensidades, CStdioFile*) {
+bool CTriangulacion2D::Triangula(CCoor3D<int>* p, CPosicion const& lugar, CInsercion const& como) {
   CDivisiones* celda = nullptr;
-  const bool esUltimo = Inserta(p, lista, entidad, punto, &celda);
-  const auto indice = static_cast<std::size_t>(p->num) - 1;
-  if (info != nullptr && infos != nullptr) (*infos)[indice] = *info;
-  if (intensidad != nullptr && intensidades != nullptr) (*intensidades)[indice] = *intensidad;
+  const bool esUltimo = Inserta(p, static_cast<short>(lugar.lista), lugar.entidad, lugar.punto, &celda);
+  if (como.anota) como.anota(*p);
 
   CDivisiones* abierta = celda;
   while (abierta != nullptr && (abierta->setAsociado == nullptr || abierta->setAsociado->cerrado)) {
@@ -77,96 +63,86 @@ bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned ent
   if (abierta == nullptr) return false;
 
   CSetTriangulos2D& cerca = SetCercano(*p, *abierta);
-  const int respuesta = setRaiz.InsertaPunto(p, cerca, TrianguloInicial(cerca), {tolerancia, baseFija}, a, b, balance);
-  resumen.examinados += a + b;
+  unsigned aceptados = 0, rechazados = 0;
+  const int respuesta =
+      setRaiz.InsertaPunto(p, cerca, TrianguloInicial(cerca), como.tolerancia, aceptados, rechazados, balance);
+  visitados.aceptados += aceptados;
+  visitados.rechazados += rechazados;
+  resumen.examinados += aceptados + rechazados;
   switch (respuesta) {
-    case HECHA:
-      break;
-    case REPETIDO:
+    case CSetTriangulos2D::HECHA:
+      if (esUltimo && como.cierra) Salva(celda);
+      return true;
+    case CSetTriangulos2D::REPETIDO:
       p->num = 0;
       ++duplicados;
       return true;
-    case POR_ALTURA:
+    case CSetTriangulos2D::POR_ALTURA:
       p->num = 0;
       ++resumen.rechazados;
       return true;
     default:
       ++resumen.rechazados;
-      return NoEntra(*p, respuesta == SIN_INICIO ? kMensajeSinInicio : kMensajeNoSituado, tolerancia);
+      return NoEntra(*p, respuesta == CSetTriangulos2D::SIN_INICIO ? kMensajeSinInicio : kMensajeNoSituado,
+                     como.tolerancia.unidades);
   }
-
-  if (esUltimo && (salvar || curvar)) Salva(celda);
-  return true;
 }
 
-int CTriangulacion2D::InsertaRestoPuntos(short lista, CDibujo<int> const& dibujo, int& contador, unsigned total,
-                                         unsigned& a, unsigned& b, unsigned modo,
-                                         std::vector<CPosicionEntidad> const* seleccion,
-                                         std::vector<CInfoClasificacion>* infos,
-                                         std::vector<unsigned short>* intensidades, int tolerancia,
-                                         CStdioFile* registro) {
-  const bool afinidad = modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
-  const bool curvas = modo == CHiloSalvaTriangulosEnlazados::CURVA;
-  std::size_t cursor = PrimeraSemilla(primerosPuntos, lista);
-  IPorcentaje* porcentaje = Progreso();
+int CTriangulacion2D::InsertaSemillas(CMarcha& marcha, CInsercion const& como, CPuntoDeSemilla const& punto) {
+  for (CPosicion const& lugar : primerosPuntos) {
+    if (!Avanza(marcha, como)) return kCancelado;
+    CCoor3D<int>* p = punto(lugar);
+    if (p != nullptr && !Triangula(p, lugar, como)) return kFicheroInconsistente;
+  }
+  return kHecho;
+}
+
+int CTriangulacion2D::InsertaResto(short lista, CDibujo<int> const& dibujo,
+                                   std::vector<CPosicionEntidad> const* seleccion, CMarcha& marcha,
+                                   CInsercion const& como) {
+  // Seeds stand in the order of entities and points, so one cursor walked in step is enough.
+  auto siguiente = std::find_if(primerosPuntos.begin(), primerosPuntos.end(),
+                                [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); });
   int codigo = kHecho;
-  RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion,
-                [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
-                  if (cursor < primerosPuntos.size() &&
-                      primerosPuntos[cursor] == CPosicion(static_cast<unsigned>(lista), entidad, k)) {
-                    ++cursor;  // it is in already
-                    return true;
-                  }
-                  ++contador;
-                  if (porcentaje != nullptr &&
-                      porcentaje->Porcentaje(mensajes, static_cast<unsigned>(contador), total, false) == 0) {
-                    codigo = kCancelado;
-                    return false;
-                  }
-                  CCoor3D<int>* p = PuntoDeRun(e, k);
-                  std::optional<CInfoClasificacion> info;
-                  unsigned short intensidad = p->intensidad;
-                  if (afinidad) info.emplace(p->clasificacion, 0.0, CString());
-                  unsigned suA = 0, suB = 0;
-                  if (!TriangulaPunto(p, lista, entidad, k, suA, suB, !curvas, curvas, tolerancia,
-                                      afinidad ? &*info : nullptr, afinidad ? infos : nullptr,
-                                      afinidad ? &intensidad : nullptr, afinidad ? intensidades : nullptr, registro)) {
-                    return false;  // reported already: the list ends here and the run goes on with what it has
-                  }
-                  a += suA;
-                  b += suB;
-                  const CMarcha marcha(porcentaje, mensajes, total, static_cast<unsigned>(contador));
-                  if (setsCerrados.EstaLlena() && !EsperaAlHilo(marcha)) codigo = kCancelado;
-                  return codigo == kHecho;
-                });
+  RecorrePuntos(dibujo, Filtro(dibujo), seleccion, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+    const CPosicion aqui(static_cast<unsigned>(lista), entidad, k);
+    if (siguiente != primerosPuntos.end() && *siguiente == aqui) {
+      ++siguiente;  // it is in already
+      return true;
+    }
+    return InsertaUno(PuntoDeRun(e, k), aqui, marcha, como, codigo);
+  });
   return codigo;
 }
 
-int CTriangulacion2D::InsertaRestoPuntos(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b,
-                                         CStdioFile* registro) {
-  IPorcentaje* porcentaje = Progreso();
-  CSetPuntosMdt& puntos = tin.puntos;
-  std::size_t cursor = 0;
-  for (unsigned i = 0; i < puntos.size(); ++i) {
-    if (cursor < primerosPuntos.size() && primerosPuntos[cursor].entidad == i) {
-      ++cursor;
-      continue;
+int CTriangulacion2D::InsertaResto(CTIN& tin, CMarcha& marcha, CInsercion const& como) {
+  auto siguiente = primerosPuntos.begin();
+  int codigo = kHecho;
+  for (unsigned i = 0; i < tin.puntos.size(); ++i) {
+    if (siguiente != primerosPuntos.end() && siguiente->entidad == i) {
+      ++siguiente;
+    } else if (!InsertaUno(tin.puntos.at(i), CPosicion(0, i, 0), marcha, como, codigo)) {
+      break;
     }
-    ++contador;
-    if (porcentaje != nullptr && porcentaje->Porcentaje(mensajes, static_cast<unsigned>(contador), total, false) == 0) {
-      return kCancelado;
-    }
-    unsigned suA = 0, suB = 0;
-    if (!TriangulaPunto(puntos.at(i), 0, i, 0, suA, suB, true, false, 0, nullptr, nullptr, nullptr, nullptr,
-                        registro)) {
-      return kHecho;
-    }
-    a += suA;
-    b += suB;
-    const CMarcha marcha(porcentaje, mensajes, total, static_cast<unsigned>(contador));
-    if (setsCerrados.EstaLlena() && !EsperaAlHilo(marcha)) return kCancelado;
   }
-  return kHecho;
+  return codigo;
+}
+
+/// False when the list ends here: cancelled, as `codigo` then tells, or at a point that the mesh can't take, which has
+/// been reported; the run then goes on with what it has.
+bool CTriangulacion2D::InsertaUno(CCoor3D<int>* p, CPosicion const& lugar, CMarcha& marcha, CInsercion const& como,
+                                  int& codigo) {
+  if (Avanza(marcha, como)) {
+    if (!Triangula(p, lugar, como)) return false;
+    if (!setsCerrados.EstaLlena() || EsperaAlHilo(marcha)) return true;
+  }
+  codigo = kCancelado;
+  return false;
+}
+
+bool CTriangulacion2D::Avanza(CMarcha& marcha, CInsercion const& como) {
+  if (como.contador != nullptr) ++*como.contador;
+  return marcha.Avanza();
 }
 
 }  // namespace Meseta47

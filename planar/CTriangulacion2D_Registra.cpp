@@ -17,8 +17,7 @@ int CTriangulacion2D::RecorreMalla(CDibujo<int> const& dibujo, unsigned long lon
     registra(e, k);
     return CPaso::Sigue;
   };
-  const int codigo =
-      RecorrePuntos(dibujo, CFiltroPuntos(datos, Precision(), dibujo), seleccion, marcha, registraSiEsta);
+  const int codigo = RecorrePuntos(dibujo, Filtro(dibujo), seleccion, marcha, registraSiEsta);
   contador = marcha.Hechos();
   return codigo;
 }

@@ -1,8 +1,9 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/Cronometra.h"
-#include "planar/GuardaDeRun.h"
+#include "planar/CFuentes.h"
+#include "planar/CTriangulacion2D.h"
+#include "run/Fases.h"
 
 namespace Meseta47 {
 
@@ -20,24 +21,27 @@ void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {
 
 }  // namespace
 
-/// While it stands, the tolerance is for added points alone.
-class CTriangulacion2D::CFijaBase {
- public:
-  explicit CFijaBase(CTriangulacion2D& suRun) : run(suRun) { run.baseFija = true; }
-  CFijaBase(CFijaBase const&) = delete;
-  CFijaBase& operator=(CFijaBase const&) = delete;
-  ~CFijaBase() { run.baseFija = false; }
-
- private:
-  CTriangulacion2D& run;
-};
+int CTriangulacion2D::Corre(std::initializer_list<CFase> fases) {
+  const CSiSeRompe guarda([this] { Abandona(kCancelado); });
+  resumen = CResumenPlano();
+  int codigo = kHecho;
+  for (CFase const& fase : fases) {
+    const bool ultima = &fase == fases.end() - 1;
+    codigo = Cronometra(fase.segundos, fase.trabajo);
+    if (ultima) BorraFicheroTemporal();
+    if (codigo != kHecho) return codigo;  // linking that fails leaves no file, or leaves it on purpose
+  }
+  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(mensajes, 0);
+  return codigo;
+}
 
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
                           bool vaciar, CString*, CRango const* alturas, CRango const* intensidades) {
   dibujo.PonNumerosACero();
   PonNumerosACero(otros);
   dibujo.Sort(kOrdenEspacial, true, -1);
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, nullptr, 0, vaciar, alturas, intensidades);
+  CEnlace enlace;
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, nullptr, enlace, vaciar, alturas, intensidades);
 }
 
 int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
@@ -45,7 +49,8 @@ int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoM
   dibujo.PonNumerosACero();
   PonNumerosACero(otros);
   extra.PonNumerosACero();
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, Trunca(tolerancia * Precision()), vaciar, nullptr, nullptr);
+  CEnlace enlace{.tolerancia = {Trunca(tolerancia * Precision())}};
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, enlace, vaciar, nullptr, nullptr);
 }
 
 int CTriangulacion2D::RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
@@ -55,52 +60,32 @@ int CTriangulacion2D::RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaxi
   PonNumerosACero(otros);
   extra.PonNumerosACero();
   dibujo.Sort(kOrdenEspacial, true, -1);
-  const CFijaBase base(*this);
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, Trunca(tolerancia * Precision()), vaciar, alturas,
-                    intensidades);
+  CEnlace enlace{.tolerancia = {Trunca(tolerancia * Precision()), true}};
+  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, enlace, vaciar, alturas, intensidades);
 }
 
 /// What runs over drawings have in common, once the order of the points and their numbers are as they want them.
 int CTriangulacion2D::RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
-                                 CDibujo<int>* extra, int tolerancia, bool vaciar, CRango const* alturas,
+                                 CDibujo<int>* extra, CEnlace& enlace, bool vaciar, CRango const* alturas,
                                  CRango const* intensidades) {
-  const CGuarda guarda(*this);
-  double segundos = 0;
-  int codigo = Cronometra(segundos, [&] { return Rellena(dibujo, otros, nullptr, extra); });
-  resumen.segundosRellena = segundos;
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosEnlaza, [&] {
-    return EnlazaLista(dibujo, otros, nullptr, nullptr, CHiloSalvaTriangulosEnlazados::SALVA, nullptr, nullptr, nullptr,
-                       nullptr, extra, tolerancia, nullptr, nullptr, nullptr, nullptr, nullptr);
-  });
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosGenera, [&] {
-    return GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, nullptr, nullptr, extra, alturas, intensidades);
-  });
-  return Concluye(codigo, vaciar ? &dibujo : nullptr);
+  const CFuentes fuentes{.dibujo = dibujo, .otros = otros, .extra = extra};
+  return Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
+                {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
+                {resumen.segundosGenera, [&] {
+                   const int codigo = GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, nullptr, nullptr, extra,
+                                                 alturas, intensidades);
+                   if (codigo == kHecho && vaciar) dibujo.Clear();
+                   return codigo;
+                 }}});
 }
 
 int CTriangulacion2D::Run(CTIN& tin, CString* registro) {
   const double limite = tin.longitudMaxima / tin.semilla.Precision();
-  const CGuarda guarda(*this);
   tin.LiberaTriangulos();
   for (CPuntoTIN& p : tin.puntos) p.num = 0;
-  double segundos = 0;
-  int codigo = Cronometra(segundos, [&] { return Rellena(tin); });
-  resumen.segundosRellena = segundos;
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosEnlaza, [&] { return EnlazaLista(tin, 0, registro); });
-  if (codigo != kHecho) return codigo;
-  codigo = Cronometra(resumen.segundosGenera, [&] { return GenerarMDT(tin, limite, registro, nullptr); });
-  return Concluye(codigo, nullptr);
-}
-
-int CTriangulacion2D::Concluye(int codigo, CDibujo<int>* porVaciar) {
-  BorraFicheroTemporal();
-  if (codigo != kHecho) return codigo;
-  if (porVaciar != nullptr) porVaciar->Clear();
-  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(mensajes, 0);
-  return kHecho;
+  return Corre({{resumen.segundosRellena, [&] { return Rellena(tin); }},
+                {resumen.segundosEnlaza, [&] { return Enlaza(tin, 0); }},
+                {resumen.segundosGenera, [&] { return GenerarMDT(tin, limite, registro, nullptr); }}});
 }
 
 }  // namespace Meseta47

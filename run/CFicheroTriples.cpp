@@ -47,7 +47,7 @@ std::span<CTriple const> CLectorTriples::Siguiente() {
   const std::uint64_t posicion = fichero.GetPosition();
   if (posicion >= limite) return {};
   const auto cuantos =
-      static_cast<unsigned>(std::min<std::uint64_t>((limite - posicion + kBytes - 1) / kBytes, porBloque_));
+      static_cast<unsigned>(std::min<std::uint64_t>((limite - posicion + kBytes - 1) / kBytes, cuantosPide));
   bloque.resize(cuantos);
   const unsigned leidos = fichero.Read(bloque.data(), cuantos * CFicheroTriples::kBytes);
   return {bloque.data(), leidos / CFicheroTriples::kBytes};

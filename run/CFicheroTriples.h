@@ -52,7 +52,7 @@ class URDIMBRE_API CFicheroTriples {
 class URDIMBRE_API CLectorTriples {
  public:
   /// `porBloque` triples are asked of the file at once.
-  explicit CLectorTriples(unsigned porBloque = 1024) : porBloque_(porBloque) {}
+  explicit CLectorTriples(unsigned porBloque = 1024) : cuantosPide(porBloque) {}
 
   /// Opens the file. False when that fails.
   bool Abre(CString const& ruta);
@@ -72,7 +72,7 @@ class URDIMBRE_API CLectorTriples {
   [[nodiscard]] bool HayError() const { return fichero.HayError(); }
 
  private:
-  unsigned porBloque_;
+  unsigned cuantosPide;
   CFile fichero;
   std::uint64_t limite = 0;
   std::vector<CTriple> bloque;

@@ -9,6 +9,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/NumberCheck.h"
+#include "planar/CMedidasDeRun.h"
 
 namespace Meseta47::host {
 
@@ -85,7 +86,9 @@ nlohmann::ordered_json GroundSearch::parameters() const {
           {"unit_known", units_.known}};
 }
 
-std::uint64_t GroundSearch::temporaryBytes(std::uint64_t points) const { return spillBytes(points); }
+std::uint64_t GroundSearch::temporaryBytes(std::uint64_t points) const {
+  return CMedidasDeRun::BytesDelFichero(points);
+}
 
 int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool /*fillsHull*/,
                       SearchOutcome& outcome) {

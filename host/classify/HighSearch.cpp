@@ -7,6 +7,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/NumberCheck.h"
+#include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
@@ -75,7 +76,7 @@ nlohmann::ordered_json HighSearch::parameters() const {
 
 std::uint64_t HighSearch::temporaryBytes(std::uint64_t points) const {
   // The file of the outline comes beside that of the cloud: as large at the worst, much smaller as a rule.
-  return 2 * spillBytes(points);
+  return 2 * CMedidasDeRun::BytesDelFichero(points);
 }
 
 int HighSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) {

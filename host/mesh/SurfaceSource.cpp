@@ -10,6 +10,7 @@
 #include "host/FileError.h"
 #include "host/mesh/NativeModel.h"
 #include "host/mesh/PlyReader.h"
+#include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
@@ -66,7 +67,7 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   const CDataTriangulacion filters = filtersOf(options);
   LoadedCloud cloud = std::move(loadClouds({options.inputs}, loadOptionsOf(options), app).front());
   const CDataSemilla seed = cloud.seed;
-  const std::uint64_t spill = spillBytes(cloud.points.size() + cloud.lines.nPuntos);
+  const std::uint64_t spill = CMedidasDeRun::BytesDelFichero(cloud.points.size() + cloud.lines.nPuntos);
   if (options.hilbert()) app.phase("Ordering");
   CDibujo<int> drawing = drawingOf(cloud, options.hilbert(), app);
   requireTempSpace(spill);

@@ -14,6 +14,7 @@
 #include "host/verbs/Verbs.h"
 #include "model/geometry/CRango.h"
 #include "model/terrain/CModeloDigital.h"
+#include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"
 #include "run/CFiltroPuntos.h"
@@ -285,7 +286,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   if (hilbert) app.phase("Ordering");
   RunInput input = timed(summary.seconds.order, [&] { return RunInput(clouds[0], hilbert, app); });
   CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
-  requireTempSpace(spillBytes(points));
+  requireTempSpace(CMedidasDeRun::BytesDelFichero(points));
 
   const auto heights = rangeOf(heightLimits, seed.Precision());
   const auto intensities = rangeOf(intensityLimits, 1);
@@ -300,7 +301,7 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
           : triangulation.RunAmplia(input.first, *tin, options.maxSide, extra, options.tolerance, &input.others, true,
                                     heights ? &*heights : nullptr, intensities ? &*intensities : nullptr);
   requireRoom(triangulation.Resumen(), seed.precision, what);
-  requireRun(code, what, spillBytes(points));
+  requireRun(code, what, CMedidasDeRun::BytesDelFichero(points));
   input.first.Clear();
 
   summary.run = triangulation.Resumen();

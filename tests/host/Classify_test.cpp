@@ -10,6 +10,7 @@
 #include "host/las/LasReader.h"
 #include "host/las/LasWriter.h"
 #include "model/threads/Codigos.h"
+#include "planar/CMedidasDeRun.h"
 #include "tests/host/HostScenes.h"
 
 using namespace Meseta47::host;
@@ -35,7 +36,9 @@ class StandIn : public CloudSearch {
   void settle(ProfilePlace const* profile) override { settled = profile == nullptr ? L"" : profile->prefix; }
   [[nodiscard]] bool keep(ProfilePlace const&) const override { return keeps; }
   void requireSense(CloudUnits const&) override {}
-  [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override { return spillBytes(points); }
+  [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override {
+    return Meseta47::CMedidasDeRun::BytesDelFichero(points);
+  }
   [[nodiscard]] unsigned char highestTarget() const override { return target; }
   [[nodiscard]] nlohmann::ordered_json parameters() const override { return {}; }
   int run(CDibujo<int>& drawing, CDataTriangulacion const&, bool, SearchOutcome& outcome) override {

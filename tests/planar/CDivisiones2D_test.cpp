@@ -24,11 +24,11 @@ std::tuple<int, int, int> LastOf(CDivisiones2D const& cell) {
 class CDivisiones2DTest : public testing::Test {
  protected:
   CDivisiones2DTest() { root.EstableceDivisiones(201, Box(0, 0, 100, 100)); }
-  CDivisiones2D root;
+  CArbolDivisiones2D root;
 };
 
 TEST_F(CDivisiones2DTest, ANewCellIsAnEmptyLeaf) {
-  const CDivisiones2D cell;
+  const CArbolDivisiones2D cell;
   EXPECT_EQ(cell.nivel, 0U);
   EXPECT_EQ(cell.hijos, nullptr);
   EXPECT_EQ(cell.padre, nullptr);
@@ -37,10 +37,10 @@ TEST_F(CDivisiones2DTest, ANewCellIsAnEmptyLeaf) {
 }
 
 TEST_F(CDivisiones2DTest, ACopyRecordsItsPointsInItselfAndInTheSharedCells) {
-  CDivisiones2D copy;
+  CArbolDivisiones2D copy;
   copy.Comparte(root);
-  EXPECT_TRUE(copy.ColocaIndices(Place(10, 10), 0, 5, 6));
-  EXPECT_FALSE(copy.ColocaIndices(Place(20, 10), 0, 5, 7));
+  EXPECT_TRUE(copy.ColocaIndices(Place(10, 10), {0, 5, 6}));
+  EXPECT_FALSE(copy.ColocaIndices(Place(20, 10), {0, 5, 7}));
   EXPECT_EQ(LastOf(copy), std::tuple(0, 5, 7));
   EXPECT_EQ(copy.lista.cantidad, 2);
   EXPECT_EQ(LastOf(Child(root, 2)), std::tuple(0, 5, 7));
@@ -48,25 +48,8 @@ TEST_F(CDivisiones2DTest, ACopyRecordsItsPointsInItselfAndInTheSharedCells) {
   EXPECT_EQ(LastOf(root), std::tuple(-1, -1, -1)) << "the owner is another root";
 }
 
-TEST_F(CDivisiones2DTest, ALeafThatIsDividedAfterAPointFellInItIsALeafNoMore) {
-  root.ColocaIndices(Place(10, 10), 0, 0, 0);
-  root.hijos[2].EstableceDivisiones(201, Child(root, 2).maximas);
-  EXPECT_TRUE(root.ColocaIndices(Place(10, 10), 0, 0, 1));
-  EXPECT_EQ(LastOf(Child(Child(root, 2), 2)), std::tuple(0, 0, 1));
-}
-
-TEST_F(CDivisiones2DTest, ACellThatIsPrunedAfterAPointWasLocatedInItIsNotLookedAtAgain) {
-  root.hijos[2].EstableceDivisiones(201, Child(root, 2).maximas);
-  CDivisiones2D* cell = nullptr;
-  root.Inserta(Place(10, 10), 0, 0, 0, cell);
-  EXPECT_EQ(cell, &Child(root, 2).hijos[2]);
-  root.hijos[2].Comprimir();
-  root.Inserta(Place(10, 10), 0, 0, 0, cell);
-  EXPECT_EQ(cell, &Child(root, 2));
-}
-
 TEST_F(CDivisiones2DTest, TwoHundredPointsMakeASingleCell) {
-  CDivisiones2D cell;
+  CArbolDivisiones2D cell;
   cell.EstableceDivisiones(200, Box(0, 0, 100, 100));
   EXPECT_EQ(cell.hijos, nullptr);
   EXPECT_EQ(cell.CantidadNiveles(), 1U);
@@ -89,7 +72,7 @@ TEST_F(CDivisiones2DTest, TwoHundredAndOnePointsMakeFourCells) {
 }
 
 TEST_F(CDivisiones2DTest, ACountIsSharedEvenlyAmongTheChildrenRoundedDown) {
-  CDivisiones2D one, two;
+  CArbolDivisiones2D one, two;
   one.EstableceDivisiones(4 * 201 - 1, Box(0, 0, 100, 100));
   two.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));
   EXPECT_EQ(one.CantidadNiveles(), 2U);
@@ -97,7 +80,7 @@ TEST_F(CDivisiones2DTest, ACountIsSharedEvenlyAmongTheChildrenRoundedDown) {
 }
 
 TEST_F(CDivisiones2DTest, NothingIsDividedAtLevelTwelve) {
-  CDivisiones2D eleventh, twelfth;
+  CArbolDivisiones2D eleventh, twelfth;
   eleventh.nivel = 11;
   twelfth.nivel = 12;
   eleventh.EstableceDivisiones(1'000'000, Box(0, 0, 100, 100));
@@ -109,7 +92,7 @@ TEST_F(CDivisiones2DTest, NothingIsDividedAtLevelTwelve) {
 }
 
 TEST_F(CDivisiones2DTest, DividingAgainDropsWhatWasThere) {
-  root.ColocaIndices(Place(10, 10), 0, 0, 0);
+  root.ColocaIndices(Place(10, 10), {0, 0, 0});
   root.EstableceDivisiones(10, Box(0, 0, 10, 10));
   EXPECT_EQ(root.hijos, nullptr);
   EXPECT_EQ(LastOf(root), std::tuple(-1, -1, -1));
@@ -124,15 +107,15 @@ TEST_F(CDivisiones2DTest, PointsOnACentreLineGoRightOrUp) {
 }
 
 TEST_F(CDivisiones2DTest, RecordingTellsTheFirstPointOfALeaf) {
-  EXPECT_TRUE(root.ColocaIndices(Place(10, 10), 0, 0, 0));
-  EXPECT_FALSE(root.ColocaIndices(Place(20, 20), 0, 0, 1));
-  EXPECT_TRUE(root.ColocaIndices(Place(90, 90), 0, 0, 2)) << "the first of its leaf, though not of the root";
+  EXPECT_TRUE(root.ColocaIndices(Place(10, 10), {0, 0, 0}));
+  EXPECT_FALSE(root.ColocaIndices(Place(20, 20), {0, 0, 1}));
+  EXPECT_TRUE(root.ColocaIndices(Place(90, 90), {0, 0, 2})) << "the first of its leaf, though not of the root";
 }
 
 TEST_F(CDivisiones2DTest, EveryCellDownThePathHoldsTheLastPointAndTheCount) {
-  root.ColocaIndices(Place(10, 10), 0, 3, 4);
-  root.ColocaIndices(Place(20, 20), 1, 5, 6);
-  root.ColocaIndices(Place(90, 90), 2, 7, 8);
+  root.ColocaIndices(Place(10, 10), {0, 3, 4});
+  root.ColocaIndices(Place(20, 20), {1, 5, 6});
+  root.ColocaIndices(Place(90, 90), {2, 7, 8});
   EXPECT_EQ(LastOf(root), std::tuple(2, 7, 8));
   EXPECT_EQ(root.lista.Cantidad(), 3);
   EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(1, 5, 6));
@@ -142,51 +125,51 @@ TEST_F(CDivisiones2DTest, EveryCellDownThePathHoldsTheLastPointAndTheCount) {
 }
 
 TEST_F(CDivisiones2DTest, APointThatIsNotTheLastOfItsLeafGivesTheLeaf) {
-  root.ColocaIndices(Place(10, 10), 0, 0, 0);
-  root.ColocaIndices(Place(20, 20), 0, 0, 1);
+  root.ColocaIndices(Place(10, 10), {0, 0, 0});
+  root.ColocaIndices(Place(20, 20), {0, 0, 1});
   CDivisiones2D* cell = nullptr;
-  EXPECT_FALSE(root.Inserta(Place(10, 10), 0, 0, 0, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), {0, 0, 0}, cell));
   EXPECT_EQ(cell, &root.hijos[2]);
 }
 
 TEST_F(CDivisiones2DTest, TheLastPointOfALeafGivesTheLeaf) {
-  root.ColocaIndices(Place(10, 10), 0, 0, 0);
-  root.ColocaIndices(Place(20, 20), 0, 0, 1);
-  root.ColocaIndices(Place(90, 90), 0, 0, 2);
+  root.ColocaIndices(Place(10, 10), {0, 0, 0});
+  root.ColocaIndices(Place(20, 20), {0, 0, 1});
+  root.ColocaIndices(Place(90, 90), {0, 0, 2});
   CDivisiones2D* cell = nullptr;
-  EXPECT_TRUE(root.Inserta(Place(20, 20), 0, 0, 1, cell));
+  EXPECT_TRUE(root.Inserta(Place(20, 20), {0, 0, 1}, cell));
   EXPECT_EQ(cell, &root.hijos[2]);
 }
 
 TEST_F(CDivisiones2DTest, TheLastPointOfSeveralCellsGivesTheLargest) {
-  CDivisiones2D deep;
+  CArbolDivisiones2D deep;
   deep.EstableceDivisiones(16 * 201, Box(0, 0, 100, 100));
   ASSERT_EQ(deep.CantidadNiveles(), 4U);
-  deep.ColocaIndices(Place(10, 10), 0, 0, 0);  // lower left of the lower left quadrant
-  deep.ColocaIndices(Place(30, 30), 0, 0, 1);  // upper right of it
-  deep.ColocaIndices(Place(90, 90), 0, 0, 2);
+  deep.ColocaIndices(Place(10, 10), {0, 0, 0});  // lower left of the lower left quadrant
+  deep.ColocaIndices(Place(30, 30), {0, 0, 1});  // upper right of it
+  deep.ColocaIndices(Place(90, 90), {0, 0, 2});
   CDivisiones2D* cell = nullptr;
-  EXPECT_TRUE(deep.Inserta(Place(30, 30), 0, 0, 1, cell));
+  EXPECT_TRUE(deep.Inserta(Place(30, 30), {0, 0, 1}, cell));
   EXPECT_EQ(cell, &deep.hijos[2]) << "last of its leaf and of the quadrant above, not of the root";
-  EXPECT_TRUE(deep.Inserta(Place(90, 90), 0, 0, 2, cell));
+  EXPECT_TRUE(deep.Inserta(Place(90, 90), {0, 0, 2}, cell));
   EXPECT_EQ(cell, &deep);
-  EXPECT_TRUE(deep.Inserta(Place(10, 10), 0, 0, 0, cell));
+  EXPECT_TRUE(deep.Inserta(Place(10, 10), {0, 0, 0}, cell));
   EXPECT_EQ(cell->nivel, 2U) << "alone in a quarter of the quadrant, which it finishes with its leaf";
 }
 
 TEST_F(CDivisiones2DTest, ThreeNumbersTogetherIdentifyAPoint) {
-  root.ColocaIndices(Place(10, 10), 1, 2, 3);
+  root.ColocaIndices(Place(10, 10), {1, 2, 3});
   CDivisiones2D* cell = nullptr;
-  EXPECT_FALSE(root.Inserta(Place(10, 10), 0, 2, 3, cell));
-  EXPECT_FALSE(root.Inserta(Place(10, 10), 1, 0, 3, cell));
-  EXPECT_FALSE(root.Inserta(Place(10, 10), 1, 2, 0, cell));
-  EXPECT_TRUE(root.Inserta(Place(10, 10), 1, 2, 3, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), {0, 2, 3}, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), {1, 0, 3}, cell));
+  EXPECT_FALSE(root.Inserta(Place(10, 10), {1, 2, 0}, cell));
+  EXPECT_TRUE(root.Inserta(Place(10, 10), {1, 2, 3}, cell));
 }
 
 TEST_F(CDivisiones2DTest, PruningRemovesChildrenThatAreAllEmptyAndOnlyThose) {
-  CDivisiones2D deep;
+  CArbolDivisiones2D deep;
   deep.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));  // two levels below the root
-  deep.ColocaIndices(Place(10, 10), 0, 0, 0);
+  deep.ColocaIndices(Place(10, 10), {0, 0, 0});
   deep.Comprimir();
   ASSERT_NE(deep.hijos, nullptr) << "one of the four is filled, so all four stay";
   EXPECT_EQ(deep.hijos[0].hijos, nullptr) << "its own four were empty";
@@ -197,7 +180,7 @@ TEST_F(CDivisiones2DTest, PruningRemovesChildrenThatAreAllEmptyAndOnlyThose) {
 }
 
 TEST_F(CDivisiones2DTest, PruningZeroesEveryCounterAndKeepsTheLastPoints) {
-  root.ColocaIndices(Place(10, 10), 0, 1, 2);
+  root.ColocaIndices(Place(10, 10), {0, 1, 2});
   root.Comprimir();
   EXPECT_EQ(root.lista.Cantidad(), 0);
   EXPECT_EQ(root.hijos[2].lista.Cantidad(), 0);
@@ -211,9 +194,9 @@ TEST_F(CDivisiones2DTest, PruningATreeWithoutPointsLeavesOneCell) {
 }
 
 TEST_F(CDivisiones2DTest, TheListsOfTheLeavesComeDepthFirstAndOnce) {
-  CDivisiones2D deep;
+  CArbolDivisiones2D deep;
   deep.EstableceDivisiones(4 * 201, Box(0, 0, 100, 100));
-  deep.ColocaIndices(Place(10, 10), 0, 0, 0);
+  deep.ColocaIndices(Place(10, 10), {0, 0, 0});
   deep.Comprimir();
   std::vector<CListaPuntos const*> met;
   std::vector<int> position(deep.CantidadNiveles());
@@ -226,7 +209,7 @@ TEST_F(CDivisiones2DTest, TheListsOfTheLeavesComeDepthFirstAndOnce) {
 }
 
 TEST_F(CDivisiones2DTest, ASingleCellGivesItsOwnListOnce) {
-  CDivisiones2D cell;
+  CArbolDivisiones2D cell;
   std::vector<int> position(cell.CantidadNiveles());
   EXPECT_EQ(cell.PrimeraLista(position), &cell.lista);
   EXPECT_EQ(cell.SiguienteLista(position), nullptr);
@@ -251,9 +234,9 @@ TEST_F(CDivisiones2DTest, ClearEmptiesTheListsOfTheLeaves) {
 }
 
 TEST_F(CDivisiones2DTest, ASharedTreeStaysItsOwners) {
-  root.ColocaIndices(Place(10, 10), 0, 1, 2);
+  root.ColocaIndices(Place(10, 10), {0, 1, 2});
   {
-    CDivisiones2D guest;
+    CArbolDivisiones2D guest;
     guest.Comparte(root);
     EXPECT_EQ(guest.hijos, root.hijos);
     EXPECT_EQ(PlanOf(guest.maximas), PlanOf(root.maximas));
@@ -262,6 +245,39 @@ TEST_F(CDivisiones2DTest, ASharedTreeStaysItsOwners) {
     EXPECT_EQ(guest.lista.Cantidad(), 1);
   }
   EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(0, 1, 2)) << "the guest took nothing with it";
+}
+
+TEST_F(CDivisiones2DTest, ATreeThatGrowsWithItsPointsEndsAsTheOneThatWasDividedAtOnce) {
+  CArbolDivisiones2D atOnce, growing;
+  atOnce.EstableceDivisiones(64 * 201, Box(0, 0, 1000, 1000));
+  growing.PreparaDivisiones(64 * 201, Box(0, 0, 1000, 1000));
+  EXPECT_EQ(growing.hijos, nullptr);
+  const std::vector<CCoor3D<int>> places{Place(10, 10), Place(990, 500), Place(11, 10), Place(500, 500),
+                                         Place(0, 1000)};
+  for (CArbolDivisiones2D* tree : {&atOnce, &growing}) {
+    for (int i = 0; i < 5; ++i) tree->ColocaIndices(places[static_cast<std::size_t>(i)], {0, 0, i});
+    tree->Comprimir();
+  }
+  const auto same = [](auto&& self, CDivisiones2D const& a, CDivisiones2D const& b) -> void {
+    EXPECT_EQ(LastOf(a), LastOf(b));
+    EXPECT_EQ(PlanOf(a.maximas), PlanOf(b.maximas));
+    ASSERT_EQ(a.hijos == nullptr, b.hijos == nullptr);
+    for (unsigned i = 0; a.hijos != nullptr && i < 4; ++i) self(self, a.hijos[i], b.hijos[i]);
+  };
+  same(same, atOnce, growing);
+  EXPECT_EQ(growing.CantidadNiveles(), 5U);
+}
+
+TEST_F(CDivisiones2DTest, ACopyHasTheSameCellsOfItsOwn) {
+  root.ColocaIndices(Place(10, 10), {0, 1, 2});
+  CArbolDivisiones2D copy;
+  copy.CopiaDe(root);
+  ASSERT_NE(copy.hijos, nullptr);
+  EXPECT_NE(copy.hijos, root.hijos);
+  EXPECT_EQ(LastOf(copy.hijos[2]), std::tuple(0, 1, 2));
+  EXPECT_EQ(copy.hijos[2].padre, &copy);
+  copy.ColocaIndices(Place(10, 10), {0, 5, 6});
+  EXPECT_EQ(LastOf(root.hijos[2]), std::tuple(0, 1, 2));
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ class Implicados : public testing::Test {
     return root.Implicados(&q, sides, a, b, from, tolerance);
   }
 
-  [[nodiscard]] std::vector<CTriangulo2D*> Open() const { return root.abiertos; }
+  [[nodiscard]] std::vector<CTriangulo2D*> Open() { return root.Abiertos(); }
 
   void ExpectUntouched() const {
     EXPECT_EQ(root.Cantidad(), 4U);
@@ -210,10 +210,10 @@ TEST_F(Implicados, BelowTheRootAPointOutsideTheBoxAnswersOne) {
 }
 
 TEST_F(Implicados, TheOpenListIsEmptiedBeforeTheSearch) {
-  ASSERT_FALSE(root.abiertos.empty());
+  ASSERT_FALSE(root.Abiertos().empty());
   CCoor3D<int> q(1000, 1000, 0, 2);
   EXPECT_EQ(Search(q, north), 4);
-  EXPECT_THAT(root.abiertos, IsEmpty());
+  EXPECT_THAT(root.Abiertos(), IsEmpty());
 }
 
 TEST_F(Implicados, APointHigherThanTheSurfaceByTheToleranceIsAccepted) {

@@ -132,7 +132,7 @@ TEST(CSetTriangulos2DInsertaPunto, TheFanIsLinkedToTheRimAndToItself) {
   }
   EXPECT_EQ(free, 4U) << "the sides of the frame alone";
   EXPECT_EQ(mesh.root.Cantidad(), 6U);
-  EXPECT_THAT(mesh.root.abiertos, IsEmpty());
+  EXPECT_THAT(mesh.root.Abiertos(), IsEmpty());
 }
 
 TEST(CSetTriangulos2DInsertaPunto, ALargeBoundaryIsChainedLikeASmallOne) {

@@ -53,7 +53,7 @@ TEST_F(CSetTriangulos2DClosing, ClosingClosesTheChildren) {
   FileSmall(root, 600, 600);
   EXPECT_EQ(root.QuitaTrianguloActual(), 3U);
   for (unsigned i = 0; i < 4; ++i) EXPECT_TRUE(root.hijos[i].cerrado);
-  EXPECT_THAT(root.abiertos, IsEmpty());
+  EXPECT_THAT(root.Abiertos(), IsEmpty());
   EXPECT_EQ(root.inicio, nullptr);
 }
 

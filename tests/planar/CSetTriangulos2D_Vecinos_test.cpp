@@ -41,7 +41,7 @@ TEST_F(CSetTriangulos2DLinks, TheSecondFindsTheFirstThroughTheOpenListAlone) {
 
 TEST_F(CSetTriangulos2DLinks, WithAnEmptyOpenListTheSearchIsByPlace) {
   root.Inserta(upper);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   root.Inserta(lower);
   EXPECT_EQ(root.primero->GetVecino31(), root.ultimo);
   EXPECT_EQ(root.ultimo->GetVecino12(), root.primero);
@@ -50,7 +50,7 @@ TEST_F(CSetTriangulos2DLinks, WithAnEmptyOpenListTheSearchIsByPlace) {
 TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceLooksNowhereElse) {
   root.EstableceDivisiones(Box(500, 500, 600, 600), false);
   root.Inserta(upper);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   root.Inserta(lower);
   EXPECT_EQ(root.primero->LadosLimite(), 3);
   EXPECT_EQ(root.ultimo->LadosLimite(), 3);
@@ -103,7 +103,7 @@ TEST_F(CSetTriangulos2DLinks, ATriangleWithoutFreeSidesIsNotOpened) {
 
 TEST_F(CSetTriangulos2DLinks, WhatTheOpenListLacksIsNotSearchedByPlace) {
   root.Inserta(upper);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   FileSmall(root, 600, 600);  // something to search in the open list
   root.Inserta(lower);
   EXPECT_EQ(root.primero->LadosLimite(), 3);
@@ -132,7 +132,7 @@ TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceSkipsAClosedChild) {
   const CTriangulo2D moved(&p[0], &p[1], &p[2]);
   root.Inserta(moved);
   ASSERT_EQ(root.hijos[1].cantidad, 1U);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   int side = 0;
   EXPECT_NE(root.GetContieneLado(p[1], p[0], side), nullptr);
   EXPECT_EQ(side, 1);
@@ -142,7 +142,7 @@ TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceSkipsAClosedChild) {
 
 TEST_F(CSetTriangulos2DLinks, ASideFromAPointToItselfHasNoNeighbour) {
   root.Inserta(upper);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   int side = 0;
   EXPECT_EQ(root.GetContieneLado(p[0], p[0], side), nullptr);
 }
@@ -153,7 +153,7 @@ TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceStartsFromTheCursorAndGoesBothWays
     root.InsertaOrdenado(new CTriangulo2D(upper), CMaximas<int>(), false);
     root.InsertaOrdenado(new CTriangulo2D(lower), CMaximas<int>(), false);
   }
-  root.abiertos.clear();
+  root.Abiertos().clear();
   const std::vector<CTriangulo2D*> list = ListOf(root);  // upper, lower, upper, lower
   int side = 0;
   root.actual = list[1];
@@ -170,7 +170,7 @@ TEST_F(CSetTriangulos2DLinks, WithoutACursorAThirdOfTheSumOfXChoosesTheEndToStar
   const CTriangulo2D t(&q[0], &q[1], &q[2]);
   root.InsertaOrdenado(new CTriangulo2D(t), CMaximas<int>(), false);
   root.InsertaOrdenado(new CTriangulo2D(t), CMaximas<int>(), false);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   root.actual = nullptr;
   int side = 0;
   root.EstableceDivisiones(Box(0, 0, 60, 60), false);  // centre at 30
@@ -186,7 +186,7 @@ TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceGoesDownToTheChildrenInOrder) {
     root.hijos[i].InsertaOrdenado(new CTriangulo2D(upper), CMaximas<int>(), false);
     root.hijos[i].EstableceDivisiones(Box(-100, -100, 100, 100), false);
   }
-  root.abiertos.clear();
+  root.Abiertos().clear();
   int side = 0;
   EXPECT_EQ(root.GetContieneLado(p[1], p[0], side), root.hijos[1].primero);
 }

@@ -117,7 +117,7 @@ TEST_F(CSetTriangulos2DTree, ClearDestroysTheTrianglesAndLeavesTheChildren) {
   FileSmall(root, 499, 10);
   root.clear();
   EXPECT_EQ(root.Cantidad(), 0U);
-  EXPECT_THAT(root.abiertos, IsEmpty());
+  EXPECT_THAT(root.Abiertos(), IsEmpty());
   EXPECT_EQ(root.inicio, nullptr);
   EXPECT_EQ(root.actual, nullptr);
   ASSERT_NE(root.hijos, nullptr);
@@ -145,8 +145,8 @@ TEST_F(CSetTriangulos2DTree, ACopySharesTreeAndListsAndHasAnOpenListOfItsOwn) {
   EXPECT_EQ(copy.inicio, t);
   EXPECT_EQ(copy.cantidad, 1U);
   EXPECT_EQ(PlanOf(copy.maximas), PlanOf(root.maximas));
-  copy.abiertos.clear();
-  EXPECT_EQ(root.abiertos.size(), 1U);
+  copy.Abiertos().clear();
+  EXPECT_EQ(root.Abiertos().size(), 1U);
   copy.hijos = nullptr;  // what is shared stays with the original
   copy.primero = nullptr;
 }
@@ -166,7 +166,7 @@ TEST_F(CSetTriangulos2DTree, TakingATriangleOutJoinsTheList) {
   EXPECT_EQ(root.ultimo, nullptr);
   EXPECT_EQ(root.actual, nullptr);
   EXPECT_EQ(root.inicio, nullptr);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   for (CTriangulo2D* t : {first, second, third}) delete t;
 }
 
@@ -181,7 +181,7 @@ TEST_F(CSetTriangulos2DTree, TheCursorMovesToThePreviousTriangleElseToTheNext) {
   root.Borra(first);
   EXPECT_EQ(root.actual, second);
   EXPECT_EQ(root.inicio, second);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   for (CTriangulo2D* t : {first, third}) delete t;
 }
 
@@ -191,7 +191,7 @@ TEST_F(CSetTriangulos2DTree, ATriangleThatIsNoCursorLeavesTheCursorsAlone) {
   root.Borra(first);
   EXPECT_EQ(root.actual, second);
   EXPECT_EQ(root.inicio, second);
-  root.abiertos.clear();
+  root.Abiertos().clear();
   delete first;
 }
 
@@ -205,7 +205,7 @@ TEST_F(CSetTriangulos2DTree, TheStartOfTheRootFollowsATriangleTakenOutOfAChild) 
   EXPECT_EQ(root.inicio, first) << "the child's new cursor";
   root.hijos[2].Borra(first);
   EXPECT_EQ(root.inicio, above) << "the child has none left: that of the nearest ancestor";
-  root.abiertos.clear();
+  root.Abiertos().clear();
   for (CTriangulo2D* t : {first, second}) delete t;
 }
 

@@ -21,7 +21,7 @@ inline std::vector<CTriangulo2D*> BackwardListOf(CSetTriangulos2D const& set) {
   return triangles;
 }
 
-inline std::vector<CTriangulo2D*> OpenOf(CSetTriangulos2D const& set) { return set.abiertos; }
+inline std::vector<CTriangulo2D*> OpenOf(CSetTriangulos2D const& set) { return set.Abiertos(); }
 
 /// A root from 0 to 1000 each way, and small triangles with points of their own, kept alive by the scene.
 class SetScene : public testing::Test {

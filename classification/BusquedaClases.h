@@ -1,0 +1,34 @@
+#pragma once
+
+#include <vector>
+
+#include "model/drawing/CDibujo.h"
+#include "model/drawing/CPosicionEntidad.h"
+#include "run/CListasClases.h"
+
+namespace Meseta47 {
+
+/// A point of a drawing and the class that it is to have.
+struct CClaseHallada {
+  CPosicionEntidad lugar;
+  unsigned char clase = 0;
+};
+
+/// Visits every point of a drawing once a search is over: `visita(punto, lugar, elegible)`. A point is eligible when it
+/// has a number, whatever its sign, and its class may be changed. That a point has a number doesn't mean that the
+/// search knows it: a selection that ends on a duplicate leaves numbered points behind it.
+template <class F>
+void RecorreElegibles(CDibujo<int> const& dibujo, CListasClases const& clases, F&& visita) {
+  for (unsigned e = 0; e < dibujo.Cantidad(); ++e) {
+    CLinea<int> const& linea = dibujo[e];
+    for (int j = 0; j < linea.NPuntos(); ++j) {
+      CCoor3D<int> const& p = *linea.PunteroAPunto(j);
+      visita(p, CPosicionEntidad(static_cast<int>(e), j), p.num != 0 && clases.Admite(p.clasificacion));
+    }
+  }
+}
+
+/// Gives the points their classes. Nothing here fails: what could is done before the first class changes.
+void EscribeClases(CDibujo<int>& dibujo, std::vector<CClaseHallada> const& halladas);
+
+}  // namespace Meseta47
