@@ -215,11 +215,12 @@ bool CEstrella::Calcula(CCoor3D<int> const& p) {
     cx[i] = vx[v[2]], cy[i] = vy[v[2]], cz[i] = vz[v[2]];
   }
   const double px = p.x, py = p.y, pz = p.z;
-  double const *pax = ax.data(), *pay = ay.data(), *paz = az.data(), *pbx = bx.data(), *pby = by.data();
-  double const *pbz = bz.data(), *pcx = cx.data(), *pcy = cy.data(), *pcz = cz.data();
-  double *pox = ox.data(), *poy = oy.data(), *poz = oz.data(), *pr2 = radio2.data(), *pm = margen.data();
-  double *pr = radio.data(), *pv = volumen6.data(), *pt = tamano.data(), *pe = error.data();
-#pragma GCC ivdep
+  double const* __restrict pax = ax.data(), * __restrict pay = ay.data(), * __restrict paz = az.data();
+  double const* __restrict pbx = bx.data(), * __restrict pby = by.data(), * __restrict pbz = bz.data();
+  double const* __restrict pcx = cx.data(), * __restrict pcy = cy.data(), * __restrict pcz = cz.data();
+  double* __restrict pox = ox.data(), * __restrict poy = oy.data(), * __restrict poz = oz.data();
+  double* __restrict pr2 = radio2.data(), * __restrict pm = margen.data(), * __restrict pr = radio.data();
+  double* __restrict pv = volumen6.data(), * __restrict pt = tamano.data(), * __restrict pe = error.data();
   for (std::size_t i = 0; i < n; ++i) {
     const CEsfera::CCalculo r =
         CEsfera::Calcula({pax[i], pay[i], paz[i], pbx[i], pby[i], pbz[i], pcx[i], pcy[i], pcz[i]}, px, py, pz);

@@ -17,8 +17,8 @@ class CSetTetraedros::CBorrador {
     /// A set was divided or closed: what is remembered does not hold.
     void Olvida() { hoja = nullptr; }
     /// The deepest of them that holds the box of a new tetrahedron's sphere.
-    [[nodiscard]] CSetTetraedros& SetPara(CEstrella const& estrella, unsigned cual) const {
-      return *sets[estrella.Marco(cual, marcos, niveles)];
+    [[nodiscard]] CSetTetraedros& SetPara(CEstrella const& suya, unsigned cual) const {
+      return *sets[suya.Marco(cual, marcos, niveles)];
     }
 
    private:

@@ -21,23 +21,23 @@ void CSetTetraedros::CBorrador::CCamino::Pon(CSetTetraedros& cerca) {
   for (CSetTetraedros* s = &cerca; s != nullptr; s = s->padre) sets[--i] = s;
   marcos[0] = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL, HUGE_VAL};
   for (unsigned k = 1; k < niveles; ++k) {
-    CSetTetraedros const& padre = *sets[k - 1];
-    const auto hijo = sets[k] - padre.hijos;
+    CSetTetraedros const& encima = *sets[k - 1];
+    const auto hijo = sets[k] - encima.hijos;
     CEstrella::CMarco m = marcos[k - 1];
     if ((hijo & 1) != 0) {
-      m.minX = std::max(m.minX, padre.corteX.alto);
+      m.minX = std::max(m.minX, encima.corteX.alto);
     } else {
-      m.maxX = std::min(m.maxX, padre.corteX.bajo);
+      m.maxX = std::min(m.maxX, encima.corteX.bajo);
     }
     if ((hijo & 2) == 0) {
-      m.minY = std::max(m.minY, padre.corteY.alto);
+      m.minY = std::max(m.minY, encima.corteY.alto);
     } else {
-      m.maxY = std::min(m.maxY, padre.corteY.bajo);
+      m.maxY = std::min(m.maxY, encima.corteY.bajo);
     }
     if ((hijo & 4) != 0) {
-      m.minZ = std::max(m.minZ, padre.corteZ.alto);
+      m.minZ = std::max(m.minZ, encima.corteZ.alto);
     } else {
-      m.maxZ = std::min(m.maxZ, padre.corteZ.bajo);
+      m.maxZ = std::min(m.maxZ, encima.corteZ.bajo);
     }
     marcos[k] = m;
   }
@@ -140,12 +140,9 @@ void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
       const unsigned cual = estrella.Orden(i);
       CTetraedro* t = estrella.Nuevo(cual);
       CSetTetraedros& suyo = b.camino.SetPara(estrella, cual);
-      if (suyo.cantidad >= kCapacidad && suyo.hijos == nullptr && suyo.cantidad == kCapacidad &&
-          suyo.nivel < kNivelMaximo) {
-        suyo.Divide();
-      }
-      CSetTetraedros* s = &suyo;
-      if (&suyo == &cerca && suyo.hijos != nullptr) s = SetParaCaja(t, suyo);
+      // A full leaf is to be divided; one that just was has its box in a child.
+      const bool hoja = &suyo == &cerca && (suyo.cantidad == kCapacidad || suyo.hijos != nullptr);
+      CSetTetraedros* s = hoja ? SetParaCaja(t, suyo) : &suyo;
       s->modificado = true;
       s->Anexa(t);
     }
