@@ -30,10 +30,8 @@ void CEstrella::Amplia() {
   casillas.resize(4 * n);
   claves.resize(n);
   orden.resize(n);
-  for (auto* columna : {&vx, &vy, &vz, &ax, &ay,     &az,     &bx,    &by,       &bz,     &cx,   &cy,
-                        &cz, &ox, &oy, &oz, &radio2, &margen, &radio, &volumen6, &tamano, &error}) {
-    columna->resize(n);
-  }
+  for (auto* columna : {&vx, &vy, &vz}) columna->resize(n);
+  tandas.resize(n / kTanda);
   pareja.resize(4 * n);
 }
 
@@ -206,51 +204,50 @@ void CEstrella::Ordena() {
   });
 }
 
-bool CEstrella::Calcula(CCoor3D<int> const& p) {
-  const std::size_t n = cantidad;
-  for (std::size_t i = 0; i < n; ++i) {
-    unsigned const* v = bordes[i].v;
-    ax[i] = vx[v[0]], ay[i] = vy[v[0]], az[i] = vz[v[0]];
-    bx[i] = vx[v[1]], by[i] = vy[v[1]], bz[i] = vz[v[1]];
-    cx[i] = vx[v[2]], cy[i] = vy[v[2]], cz[i] = vz[v[2]];
-  }
+void CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y, pz = p.z;
-  double const* __restrict pax = ax.data(), * __restrict pay = ay.data(), * __restrict paz = az.data();
-  double const* __restrict pbx = bx.data(), * __restrict pby = by.data(), * __restrict pbz = bz.data();
-  double const* __restrict pcx = cx.data(), * __restrict pcy = cy.data(), * __restrict pcz = cz.data();
-  double* __restrict pox = ox.data(), * __restrict poy = oy.data(), * __restrict poz = oz.data();
-  double* __restrict pr2 = radio2.data(), * __restrict pm = margen.data(), * __restrict pr = radio.data();
-  double* __restrict pv = volumen6.data(), * __restrict pt = tamano.data(), * __restrict pe = error.data();
-  for (std::size_t i = 0; i < n; ++i) {
+  for (std::size_t k = 0; k < kTanda; ++k) {
     const CEsfera::CCalculo r =
-        CEsfera::Calcula({pax[i], pay[i], paz[i], pbx[i], pby[i], pbz[i], pcx[i], pcy[i], pcz[i]}, px, py, pz);
-    pox[i] = r.x;
-    poy[i] = r.y;
-    poz[i] = r.z;
-    pr2[i] = r.radio2;
-    pm[i] = r.margen;
-    pr[i] = r.radio;
-    pv[i] = r.volumen6;
-    pt[i] = r.tamano;
-    pe[i] = r.error;
+        CEsfera::Calcula({t.ax[k], t.ay[k], t.az[k], t.bx[k], t.by[k], t.bz[k], t.cx[k], t.cy[k], t.cz[k]}, px, py, pz);
+    t.x[k] = r.x;
+    t.y[k] = r.y;
+    t.z[k] = r.z;
+    t.radio2[k] = r.radio2;
+    t.margen[k] = r.margen;
+    t.radio[k] = r.radio;
+    t.volumen6[k] = r.volumen6;
+    t.tamano[k] = r.tamano;
+    t.error[k] = r.error;
   }
-  for (std::size_t i = 0; i < n; ++i) {
-    CEsfera::CCalculo r{};
-    r.volumen6 = pv[i];
-    r.tamano = pt[i];
-    r.error = pe[i];
-    if (r.EsBuena()) [[likely]] {
+}
+
+bool CEstrella::Calcula(CCoor3D<int> const& p) {
+  for (std::size_t i = 0; i < cantidad; i += kTanda) {
+    CTanda& t = tandas[i / kTanda];
+    for (std::size_t k = 0; k < kTanda; ++k) {
+      // Beyond the last face the first comes again: batches are always full, and their loops of fixed length.
+      unsigned const* v = bordes[i + k < cantidad ? i + k : 0].v;
+      t.ax[k] = vx[v[0]], t.ay[k] = vy[v[0]], t.az[k] = vz[v[0]];
+      t.bx[k] = vx[v[1]], t.by[k] = vy[v[1]], t.bz[k] = vz[v[1]];
+      t.cx[k] = vx[v[2]], t.cy[k] = vy[v[2]], t.cz[k] = vz[v[2]];
+    }
+    PonEsferas(t, p);
+  }
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    CTanda& t = tandas[i / kTanda];
+    const std::size_t k = i % kTanda;
+    if (CEsfera::EsBuena(t.volumen6[k], t.tamano[k], t.error[k])) [[likely]] {
       continue;
     }
     unsigned const* v = bordes[i].v;
     CEsfera e;
     if (!e.Afina(*vertice[v[0]].punto, *vertice[v[1]].punto, *vertice[v[2]].punto, p)) return false;
-    pox[i] = e.x;
-    poy[i] = e.y;
-    poz[i] = e.z;
-    pr2[i] = e.radio2;
-    pm[i] = e.margen;
-    pr[i] = e.radio;
+    t.x[k] = e.x;
+    t.y[k] = e.y;
+    t.z[k] = e.z;
+    t.radio2[k] = e.radio2;
+    t.margen[k] = e.margen;
+    t.radio[k] = e.radio;
   }
   return true;
 }
@@ -281,11 +278,13 @@ void CEstrella::Construye(CCoor3D<int>* p) {
   for (std::size_t i = 0; i < n; ++i) {
     CBorde const& b = bordes[i];
     CTetraedro& t = *sitios[i];
-    t.cx = ox[i];
-    t.cy = oy[i];
-    t.cz = oz[i];
-    t.radio2 = radio2[i];
-    t.margen = margen[i];
+    CTanda const& e = tandas[i / kTanda];
+    const std::size_t en = i % kTanda;
+    t.cx = e.x[en];
+    t.cy = e.y[en];
+    t.cz = e.z[en];
+    t.radio2 = e.radio2[en];
+    t.margen = e.margen[en];
     t.identificador = 0;
     t.marcas = (t.marcas & CTetraedro::kMascaraSitio) | CTetraedro::kDesconocidas;
     if (b.grabado) t.SetGrabado(0, true);
@@ -293,7 +292,7 @@ void CEstrella::Construye(CCoor3D<int>* p) {
     for (unsigned k = 0; k < 3; ++k) t.vecinos[k + 1] = numero[pareja[4 * i + k + 1] / 4];
     for (unsigned k = 0; k < 3; ++k) t.puntos[k] = vertice[b.v[k]].punto;
     t.puntos[3] = p;
-    t.radio = radio[i];
+    t.radio = e.radio[en];
     t.distanciaMaxima = 0;
     if (b.fuera == 0) continue;
     CTetraedro& otro = *CTetraedro::De(b.fuera);
@@ -308,7 +307,9 @@ void CEstrella::Construye(CCoor3D<int>* p) {
 }
 
 unsigned CEstrella::Marco(std::size_t i, CMarco const* marcos, unsigned n) const {
-  const double x = ox[i], y = oy[i], z = oz[i], r = radio[i];
+  CTanda const& t = tandas[i / kTanda];
+  const std::size_t en = i % kTanda;
+  const double x = t.x[en], y = t.y[en], z = t.z[en], r = t.radio[en];
   const double minX = x - r, minY = y - r, minZ = z - r, maxX = x + r, maxY = y + r, maxZ = z + r;
   unsigned k = n - 1;
   for (; k != 0; --k) {

@@ -61,6 +61,13 @@ class CEstrella {
     int num;
     int rango;  ///< place among the vertices by number
   };
+  static constexpr std::size_t kTanda = 8;  ///< faces in a batch: whole registers of any processor
+  /// Columns of a batch: the vertices of the faces relative to the point, and the spheres.
+  struct CTanda {
+    double ax[kTanda], ay[kTanda], az[kTanda], bx[kTanda], by[kTanda], bz[kTanda], cx[kTanda], cy[kTanda], cz[kTanda];
+    double x[kTanda], y[kTanda], z[kTanda], radio2[kTanda], margen[kTanda], radio[kTanda];
+    double volumen6[kTanda], tamano[kTanda], error[kTanda];
+  };
   struct CCasilla {
     CCoor3D<int> const* punto = nullptr;
     std::uint32_t vez = 0;
@@ -73,6 +80,7 @@ class CEstrella {
   void Amplia();
   void Ordena();
   [[nodiscard]] bool Empareja();
+  static void PonEsferas(CTanda& t, CCoor3D<int> const& p);
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
   std::vector<CTetraedro*> cavidad, sitios;
@@ -86,10 +94,8 @@ class CEstrella {
   std::vector<std::uint16_t> pareja;   ///< of each edge, that of the face behind it
   std::vector<int> claves;
   std::vector<unsigned> orden;
-  // Columns.
   std::vector<double> vx, vy, vz;  ///< of the vertices, relative to the point
-  std::vector<double> ax, ay, az, bx, by, bz, cx, cy, cz;
-  std::vector<double> ox, oy, oz, radio2, margen, radio, volumen6, tamano, error;
+  std::vector<CTanda> tandas;
   std::uint64_t esferas = 0, exactas = 0;
 };
 

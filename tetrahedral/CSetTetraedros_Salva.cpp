@@ -29,7 +29,7 @@ bool CSetTetraedros::VaciaEn(CFile* fichero, F const& registra) {
     std::vector<std::int32_t> registros;
     for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) registra(*t, registros);
     // Not before: should memory give out above, the set still owns its tetrahedra.
-    for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->BorraMisVecinos();
+    for (CTetraedro* t = cerrado ? nullptr : primero; t != nullptr; t = t->Sig()) t->BorraMisVecinos();
     VaciaLista();
     if (!registros.empty()) bien = fichero->Write(registros.data(), registros.size() * sizeof(std::int32_t));
   }

@@ -105,7 +105,7 @@ bool CEsfera::Por4Puntos(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<i
   const CVectores v{entre(a.x, d.x), entre(a.y, d.y), entre(a.z, d.z), entre(b.x, d.x), entre(b.y, d.y),
                     entre(b.z, d.z), entre(c.x, d.x), entre(c.y, d.y), entre(c.z, d.z)};
   const CCalculo r = Calcula(v, d.x, d.y, d.z);
-  if (!r.EsBuena()) return Afina(a, b, c, d);
+  if (!EsBuena(r.volumen6, r.tamano, r.error)) return Afina(a, b, c, d);
   *this = {r.x, r.y, r.z, r.radio2, r.margen, r.radio};
   return true;
 }

@@ -28,15 +28,16 @@ struct URDIMBRE_API CEsfera {
   struct CVectores {
     double ax, ay, az, bx, by, bz, cx, cy, cz;
   };
-  /// What the plain formula makes of them. It holds where `EsBuena` says so.
+  /// What the plain formula makes of them. It holds where `EsBuena` says so of the last three.
   struct CCalculo {
     double x, y, z, radio2, margen, radio;
     double volumen6;  ///< six times the signed volume
     double tamano;    ///< product of the sizes of the three vectors: what `volumen6` is rounded in proportion to
     double error;     ///< greatest error of the centre
-
-    [[nodiscard]] bool EsBuena() const { return std::abs(volumen6) >= kRedondeo * tamano && error <= kMayorError; }
   };
+  [[nodiscard]] static bool EsBuena(double volumen6, double tamano, double error) {
+    return std::abs(volumen6) >= kRedondeo * tamano && error <= kMayorError;
+  }
   [[nodiscard]] static CCalculo Calcula(CVectores const& v, double px, double py, double pz);
   /// The same sphere with exact numerators and denominator, for those that are nearly flat. False when they are flat.
   bool Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& d);
