@@ -42,7 +42,7 @@ std::vector<Variant> variants() {
       {"no pits", [](K& k, D&) { k.pozos = false; }},
       {"no pruning", [](K& k, D&) { k.poda = false; }},
       {"no components", [](K& k, D&) { k.componentes = false; }},
-      {"growth downhill 0.25 d, not 1.00", [](K& k, D&) { k.abajoPendiente = 0.25; }},
+      {"growth downhill 0.25 d, not 2.00", [](K& k, D&) { k.abajoPendiente = 0.25; }},
       {"votes of 0.20, not 0.15", [](K& k, D&) { k.parteVotos = 0.20; }},
       {"planes of 2.4 sp, not 2.7", [](K& k, D&) { k.radioPlano = 2.4; }},
       {"planes of 3.0 sp", [](K& k, D&) { k.radioPlano = 3.0; }},

@@ -98,7 +98,7 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
   if (codigo != kHecho) return codigo;
   resumen.minimos = malla.Minimos();
   resumen.celda = malla.c;
-  resumen.espaciado = malla.sp;
+  resumen.espaciado = malla.espaciado;
 
   CTinSuelo tin(semilla);
   // Openings once or twice, planes, rounds of growth; planes and a look each for pruning and components.

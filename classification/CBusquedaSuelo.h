@@ -34,9 +34,9 @@ struct CResumenSuelo {
 /// thresholds, and one set of constants, are this program's own.
 ///
 /// One object does one search at a time, and reports to the application's IPorcentaje. The classes depend on the
-/// positions of the points that take part, on nothing else: neither on their order nor on threads. They look at no more
-/// than 80 m around a point where its surroundings have any ground, so tiles with that much of their neighbours give
-/// what the whole would, provided that both have the same cells (`Resumen().celda`, `espaciado`).
+/// positions of the points that take part, on nothing else: neither on their order nor on threads. What lies farther
+/// than 90 m from a point has never been seen to change its class, so that tiles with that much of their neighbours
+/// give what the whole does, provided that both have cells of one size (`Resumen().celda`).
 class URDIMBRE_API CBusquedaSuelo {
  public:
   /// `losFiltros` choose the points that take part by class and height, as in a run; `metros` and `metrosAltura` are

@@ -8,13 +8,13 @@ namespace Meseta47 {
 /// measures it). Programs have no business with them but to measure.
 struct CConstantesSuelo {
   // --- minima
-  double celdaMinima = 1.0;        ///< least side of a cell
-  double celdaEspaciado = 0.54;    ///< side of a cell in mean spacings of the points
-  double escalonCelda = 0.25;      ///< sides are multiples of it, so that neighbouring tiles agree on theirs
-  double escalonEspaciado = 0.05;  ///< and spacings of it
-  unsigned dosel = 40;             ///< points of a block of 2 x 2 cells from which a canopy is looked for
-  double parteDosel = 0.30;        ///< with so many of them above `alturaDosel`, only the block's lowest is trusted
-  double alturaDosel = 2.0;        ///< above the block's lowest
+  double celdaMinima = 1.0;      ///< least side of a cell
+  double celdaEspaciado = 0.54;  ///< side of a cell in mean spacings of the points
+  double escalonCelda = 0.25;    ///< sides are multiples of it, so that neighbouring tiles agree on theirs
+  double mayorEspaciado = 3.0;   ///< cells: the spacing of the minima is not taken for more
+  unsigned dosel = 40;           ///< points of a block of 2 x 2 cells from which a canopy is looked for
+  double parteDosel = 0.30;      ///< with so many of them above `alturaDosel`, only the block's lowest is trusted
+  double alturaDosel = 2.0;      ///< above the block's lowest
 
   // --- openings
   double ruidoBajo = 10.0;      ///< sides of a cell: a single cell so far below all around it is noise
@@ -32,8 +32,8 @@ struct CConstantesSuelo {
   double radioVecinos = 2.3;                         ///< sp: neighbours with a vote
   double pendienteVecinos = 2.8;                     ///< steeper pairs have none
   double cresta = 0.001;                             ///< sp^2: keeps a plane level across where its points lie in line
-  double arribaBase = 0.10, arribaPendiente = 0.10;  ///< a candidate may stand above a plane by so much at a distance
-  double abajoBase = 0.20, abajoPendiente = 1.00;    ///< and below it: an upper terrace speaks for the slope beneath
+  double arribaBase = 0.08, arribaPendiente = 0.10;  ///< a candidate may stand above a plane by so much at a distance
+  double abajoBase = 0.20, abajoPendiente = 2.00;    ///< and below it: an upper terrace speaks for the slope beneath
   unsigned votosMinimos = 2;
   double parteVotos = 0.15;
 
@@ -47,7 +47,7 @@ struct CConstantesSuelo {
   bool componentes = true;
   double enlaceComponentes = 1.6;  ///< sp
   unsigned miembrosComponente = 6;
-  double escalonBase = 0.40, escalonPendiente = 0.25;
+  double escalonBase = 0.30, escalonPendiente = 0.25;
   double parteEscalones = 0.75;  ///< of the pairs across its rim: more steps down than this make a roof of it
 
   // --- the final band, and its tight form for dense clouds
@@ -55,7 +55,8 @@ struct CConstantesSuelo {
   double estrechaBase = 0.10, estrechaPendiente = 0.3, estrechaRugosidad = 0.5;
   double parteFaceta = 0.5;                            ///< of the slope that the facet has; the rest: its corners'
   double bandaAbajo = 5.0, bandaAbajoPendiente = 1.2;  ///< farther below than this is noise
-  double mayorPendiente = 2.0, mayorRugosidad = 1.5;   ///< neither widens the band beyond these
+  double mayorRadio = 50;  ///< of the circle of a triangle: beyond it the nearest plane takes its place
+  double mayorPendiente = 2.0, mayorRugosidad = 1.5;  ///< neither widens the band beyond these
 };
 
 }  // namespace Meseta47

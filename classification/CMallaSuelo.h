@@ -32,13 +32,15 @@ class CMallaSuelo {
 
   double metro = 1, metroZ = 1;           ///< metres in a scaled unit, in plan and in height
   std::int64_t origenX = 0, origenY = 0;  ///< scaled units: the drawing's origin in its reference system
-  double c = 1, sp = 1;                   ///< metres: side of a cell, mean spacing of the minima
+  double c = 1;                           ///< metres: side of a cell
+  double espaciado = 1;                   ///< metres: mean spacing of the minima
   std::int64_t lado = 1;                  ///< scaled units: side of a cell
   std::int64_t x0 = 0, y0 = 0;            ///< scaled units: south-western corner of the first cell
   std::int64_t columnas = 0, filas = 0;
   VectorCrudo<std::uint32_t> indice;  ///< of each cell, its minimum, or kNinguno
   std::vector<CMinimoSuelo> minimos;
   std::vector<std::uint32_t> celdas;  ///< of each minimum, its cell
+  std::vector<float> sp;              ///< of each minimum, metres: the spacing of those around it
   std::vector<CEstadoSuelo> estados;  ///< of each minimum
 
   [[nodiscard]] std::size_t Celdas() const { return static_cast<std::size_t>(columnas * filas); }
@@ -50,10 +52,11 @@ class CMallaSuelo {
   [[nodiscard]] std::size_t CeldaDe(CCoor3D<int> const& p) const { return Celda((p.x - x0) / lado, (p.y - y0) / lado); }
   [[nodiscard]] bool EsSuelo(std::size_t i) const { return estados[i] == CEstadoSuelo::Suelo; }
 
-  /// f(j, dx, dy, dz, d2) for the minima j within `radio` metres of minimum i but itself, in their order: from i to j,
-  /// in metres, and the square of the distance in plan. O(cells within the radius).
+  /// f(j, dx, dy, dz, d2) for the minima j within `espacios` times the spacing around minimum i, but itself, in their
+  /// order: from i to j, in metres, and the square of the distance in plan. O(cells within the radius).
   template <class F>
-  void Vecinos(std::size_t i, double radio, F const& f) const {
+  void Vecinos(std::size_t i, double espacios, F const& f) const {
+    const double radio = espacios * static_cast<double>(sp[i]);
     CMinimoSuelo const& p = minimos[i];
     const auto alcance = static_cast<std::int64_t>(radio / metro);
     const auto desde = [&](std::int64_t centro, std::int64_t cero) {

@@ -21,14 +21,6 @@ double Derecha(A const& a, B const& b, P const& p) {
   return Resta(b.y, a.y) * Resta(p.x, a.x) - Resta(b.x, a.x) * Resta(p.y, a.y);
 }
 
-/// Rise over run of the plane through three points, both in scaled units.
-double PendienteFaceta(CPuntoTIN const& a, CPuntoTIN const& b, CPuntoTIN const& c) {
-  const double bx = Resta(b.x, a.x), by = Resta(b.y, a.y), bz = Resta(b.z, a.z);
-  const double cx = Resta(c.x, a.x), cy = Resta(c.y, a.y), cz = Resta(c.z, a.z);
-  const double nx = by * cz - bz * cy, ny = bz * cx - bx * cz;
-  return std::sqrt(nx * nx + ny * ny) / std::abs(bx * cy - by * cx);
-}
-
 }  // namespace
 
 bool CSuperficieSuelo::Prepara(CAvance& avance) {
@@ -42,6 +34,10 @@ bool CSuperficieSuelo::Prepara(CAvance& avance) {
       if (malla.EsSuelo(i)) Mide(i);
     }
   });
+  facetas.resize(tin.tin.Cantidad());
+  Reparte(facetas.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t t = desde; t < hasta; ++t) facetas[t] = Faceta(static_cast<std::uint32_t>(t));
+  });
   primero.assign(malla.Minimos(), kSinTriangulo);
   for (auto t = static_cast<std::uint32_t>(tin.tin.Cantidad()); t-- > 0;) {
     for (const std::uint32_t v : tin.tin.Vertices(t)) primero[tin.vertices[v]] = t;
@@ -54,7 +50,7 @@ void CSuperficieSuelo::Mide(std::size_t i) {
   const double gx = static_cast<double>(v.gx), gy = static_cast<double>(v.gy);
   double suma = 0;
   unsigned n = 0;
-  malla.Vecinos(i, k.radioPlano * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double) {
+  malla.Vecinos(i, k.radioPlano, [&](std::size_t j, double dx, double dy, double dz, double) {
     if (!malla.EsSuelo(j)) return;
     suma += std::abs(dz - gx * dx - gy * dy);
     ++n;
@@ -83,22 +79,28 @@ bool CSuperficieSuelo::Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) co
   return false;
 }
 
-CSuperficieSuelo::CLugar CSuperficieSuelo::EnTriangulo(CCoor3D<int> const& p, std::uint32_t triangulo) const {
+CSuperficieSuelo::CFaceta CSuperficieSuelo::Faceta(std::uint32_t triangulo) const {
   auto const& v = tin.tin.Vertices(triangulo);
   CPuntoTIN const &a = tin.tin.puntos[v[0]], &b = tin.tin.puntos[v[1]], &c = tin.tin.puntos[v[2]];
-  const double wa = Derecha(b, c, p), wb = Derecha(c, a, p), wc = Derecha(a, b, p);
-  CLugar lugar;
-  lugar.hay = true;
-  lugar.z = a.z + (wb * Resta(b.z, a.z) + wc * Resta(c.z, a.z)) / (wa + wb + wc);
-  double pendiente = 0;
+  const double bx = Resta(b.x, a.x), by = Resta(b.y, a.y), bz = Resta(b.z, a.z);
+  const double cx = Resta(c.x, a.x), cy = Resta(c.y, a.y), cz = Resta(c.z, a.z);
+  const double area = bx * cy - by * cx;
+  CFaceta f{a.x, a.y, a.z, 0, 0, (bz * cy - by * cz) / area, (bx * cz - bz * cx) / area};
+  // The product of the sides by four times the area.
+  const double radio = std::sqrt(bx * bx + by * by) * std::sqrt(cx * cx + cy * cy) *
+                       std::sqrt((bx - cx) * (bx - cx) + (by - cy) * (by - cy)) / (2 * std::abs(area));
+  f.hay = radio * malla.metro <= k.mayorRadio;
+  double pendiente = 0, rugosidad = 0;
   for (const std::uint32_t i : v) {
     CVertice const& vertice = vertices[tin.vertices[i]];
     pendiente += static_cast<double>(vertice.pendiente) / 3;
-    lugar.rugosidad += static_cast<double>(vertice.rugosidad) / 3;
+    rugosidad += static_cast<double>(vertice.rugosidad) / 3;
   }
-  const double faceta = std::min(k.mayorPendiente, PendienteFaceta(a, b, c) * malla.metroZ / malla.metro);
-  lugar.pendiente = (1 - k.parteFaceta) * pendiente + k.parteFaceta * faceta;
-  return lugar;
+  const double empinada = std::sqrt(f.dx * f.dx + f.dy * f.dy) * malla.metroZ / malla.metro;
+  f.pendiente =
+      static_cast<float>((1 - k.parteFaceta) * pendiente + k.parteFaceta * std::min(k.mayorPendiente, empinada));
+  f.rugosidad = static_cast<float>(rugosidad);
+  return f;
 }
 
 /// On the plane of the nearest ground minimum; of equally near ones, the first.
@@ -142,8 +144,11 @@ CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p, std::uint32
     }
     if (primero[i] != kSinTriangulo) pista = primero[i];
   }
-  if (pista < tin.tin.Cantidad() && Busca(p, pista)) return EnTriangulo(p, pista);
-  return Fuera(p);
+  if (pista >= facetas.size() || !Busca(p, pista)) return Fuera(p);
+  CFaceta const& f = facetas[pista];
+  if (!f.hay) return Fuera(p);
+  return {f.z + f.dx * Resta(p.x, f.x) + f.dy * Resta(p.y, f.y), static_cast<double>(f.pendiente),
+          static_cast<double>(f.rugosidad), true};
 }
 
 }  // namespace Meseta47

@@ -39,15 +39,24 @@ class CSuperficieSuelo {
     float pendiente = 0, rugosidad = 0;
   };
 
+  /// A triangle as the points above it need it: its plane, from its first corner on.
+  struct CFaceta {
+    int x = 0, y = 0, z = 0;
+    float pendiente = 0, rugosidad = 0;
+    double dx = 0, dy = 0;  ///< rise over run, scaled units
+    bool hay = true;        ///< false: too large a circle, as at a rim, where triangles depend on what lies far away
+  };
+
   void Mide(std::size_t i);
+  [[nodiscard]] CFaceta Faceta(std::uint32_t triangulo) const;
   [[nodiscard]] bool Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const;
-  [[nodiscard]] CLugar EnTriangulo(CCoor3D<int> const& p, std::uint32_t triangulo) const;
   [[nodiscard]] CLugar Fuera(CCoor3D<int> const& p) const;
 
   CMallaSuelo const& malla;
   CConstantesSuelo const& k;
   CTinSuelo const& tin;
   std::vector<CVertice> vertices;      ///< of each minimum
+  std::vector<CFaceta> facetas;        ///< of each triangle
   std::vector<std::uint32_t> primero;  ///< of each minimum, a triangle at it
 };
 

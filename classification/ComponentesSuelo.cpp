@@ -45,7 +45,7 @@ bool RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, std::vect
   const auto crecido = [&](std::size_t i) { return crecidos[i] != 0 && malla.EsSuelo(i); };
   CConjuntos conjuntos(malla.Minimos());
   for (const std::uint32_t i : miembros) {
-    malla.Vecinos(i, k.enlaceComponentes * malla.sp, [&](std::size_t j, double, double, double, double) {
+    malla.Vecinos(i, k.enlaceComponentes, [&](std::size_t j, double, double, double, double) {
       if (j < i && crecido(j)) conjuntos.Une(i, j);
     });
   }
@@ -53,7 +53,7 @@ bool RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, std::vect
   for (const std::uint32_t i : miembros) {
     CCuentas& suyas = cuentas[conjuntos.Raiz(i)];
     ++suyas.miembros;
-    malla.Vecinos(i, k.radioVecinos * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double d2) {
+    malla.Vecinos(i, k.radioVecinos, [&](std::size_t j, double dx, double dy, double dz, double d2) {
       if (!malla.EsSuelo(j) || crecidos[j] != 0) return;
       ++suyas.pares;
       if (planos.Sobre(i, dx, dy) - dz > k.escalonBase + k.escalonPendiente * std::sqrt(d2)) ++suyas.escalones;

@@ -16,9 +16,9 @@ constexpr std::uint8_t kSi = 1;        // bytes, not bits: threads write side by
 
 /// The slope of the plane through a ground minimum that fits the ground around it best, far heights counting little.
 void Plano(CMallaSuelo const& malla, CConstantesSuelo const& k, std::size_t i, CPlanosSuelo& planos) {
-  double xx = k.cresta * malla.sp * malla.sp, yy = xx, xy = 0, xz = 0, yz = 0;
+  double xx = k.cresta * static_cast<double>(malla.sp[i] * malla.sp[i]), yy = xx, xy = 0, xz = 0, yz = 0;
   unsigned n = 0;
-  malla.Vecinos(i, k.radioPlano * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double d2) {
+  malla.Vecinos(i, k.radioPlano, [&](std::size_t j, double dx, double dy, double dz, double d2) {
     if (!malla.EsSuelo(j)) return;
     const double w = 1 / (1 + dz * dz / (0.25 * d2 + 0.05));
     xx += w * dx * dx;
@@ -37,7 +37,7 @@ void Plano(CMallaSuelo const& malla, CConstantesSuelo const& k, std::size_t i, C
 /// Enough of the ground minima around predict minimum i.
 bool Concuerda(CMallaSuelo const& malla, CConstantesSuelo const& k, CPlanosSuelo const& planos, std::size_t i) {
   unsigned n = 0, votos = 0;
-  malla.Vecinos(i, k.radioVecinos * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double d2) {
+  malla.Vecinos(i, k.radioVecinos, [&](std::size_t j, double dx, double dy, double dz, double d2) {
     if (!malla.EsSuelo(j)) return;
     const double d = std::sqrt(d2);
     if (std::abs(dz) >= k.pendienteVecinos * d) return;
@@ -59,13 +59,13 @@ bool ParaTodos(CMallaSuelo const& malla, CAvance& avance, F const& f) {
 }
 
 /// Marks those that have just been taken in and what lies near them, and nothing else.
-void MarcaAlrededor(CMallaSuelo const& malla, std::vector<std::uint32_t> const& nuevos, double radio,
+void MarcaAlrededor(CMallaSuelo const& malla, std::vector<std::uint32_t> const& nuevos, double espacios,
                     std::vector<std::uint8_t>& marcas) {
   std::fill(marcas.begin(), marcas.end(), std::uint8_t{0});
   Reparte(nuevos.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t n = desde; n < hasta; ++n) {
       std::atomic_ref(marcas[nuevos[n]]).store(kSi, std::memory_order_relaxed);
-      malla.Vecinos(nuevos[n], radio, [&](std::size_t j, double, double, double, double) {
+      malla.Vecinos(nuevos[n], espacios, [&](std::size_t j, double, double, double, double) {
         std::atomic_ref(marcas[j]).store(kSi, std::memory_order_relaxed);
       });
     }
@@ -103,8 +103,8 @@ bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::
       crecidos[i] = kSi;
     }
     if (nuevos.empty()) return true;
-    MarcaAlrededor(malla, nuevos, k.radioPlano * malla.sp, cambia);
-    MarcaAlrededor(malla, nuevos, (k.radioPlano + k.radioVecinos) * malla.sp, mira);
+    MarcaAlrededor(malla, nuevos, k.radioPlano, cambia);
+    MarcaAlrededor(malla, nuevos, k.radioPlano + k.radioVecinos, mira);
     Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
       for (std::size_t i = desde; i < hasta; ++i) {
         if (cambia[i] != 0 && malla.EsSuelo(i)) Plano(malla, k, i, planos);
@@ -121,7 +121,7 @@ bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance) {
   const bool sigue = ParaTodos(malla, avance, [&](std::size_t i) {
     if (!malla.EsSuelo(i)) return;
     unsigned n = 0, alcanzan = 0;
-    malla.Vecinos(i, k.radioVecinos * malla.sp, [&](std::size_t j, double dx, double dy, double dz, double d2) {
+    malla.Vecinos(i, k.radioVecinos, [&](std::size_t j, double dx, double dy, double dz, double d2) {
       if (!malla.EsSuelo(j)) return;
       ++n;
       if (-dz - planos.Sobre(j, -dx, -dy) < k.podaBase + k.podaPendiente * std::sqrt(d2)) ++alcanzan;

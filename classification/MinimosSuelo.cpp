@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cmath>
 #include <mutex>
+#include <numeric>
 #include <tuple>
 
 #include "classification/CPuntosSuelo.h"
@@ -63,9 +64,11 @@ CMallaSuelo MallaSobre(CMaximas<int> const& caja, double lado, CMallaSuelo const
   malla.origenY = unidades.origenY;
   malla.lado = std::max<std::int64_t>(1, std::llround(lado / malla.metro));
   malla.c = static_cast<double>(malla.lado) * malla.metro;
-  malla.x0 = PorDebajo(caja.Minimo.x + malla.origenX, malla.lado) * malla.lado - malla.origenX;
-  malla.y0 = PorDebajo(caja.Minimo.y + malla.origenY, malla.lado) * malla.lado - malla.origenY;
-  const auto cuantas = [&](int mayor, std::int64_t cero) { return (mayor - cero) / malla.lado + 1; };
+  // Blocks and squares of cells are to be the same ones in every part of a cloud, too.
+  const std::int64_t parte = kParte * malla.lado;
+  malla.x0 = PorDebajo(caja.Minimo.x + malla.origenX, parte) * parte - malla.origenX;
+  malla.y0 = PorDebajo(caja.Minimo.y + malla.origenY, parte) * parte - malla.origenY;
+  const auto cuantas = [&](int mayor, std::int64_t cero) { return ((mayor - cero) / parte + 1) * kParte; };
   malla.columnas = cuantas(caja.Maximo.x, malla.x0);
   malla.filas = cuantas(caja.Maximo.y, malla.y0);
   return malla;
@@ -143,32 +146,72 @@ class CDoseles {
   std::vector<CBloque> bloques;
 };
 
-/// Takes the minima out of the cloud, row by row, and measures their spacing over the parts of the grid that hold any.
-void Recoge(CPuntosSuelo const& puntos, CConstantesSuelo const& k, CMallaSuelo& malla) {
-  const CMallaSuelo partes = [&] {
-    CMallaSuelo m;
-    m.columnas = (malla.columnas + kParte - 1) / kParte;
-    m.filas = (malla.filas + kParte - 1) / kParte;
-    return m;
-  }();
-  std::vector<std::uint8_t> ocupadas(partes.Celdas());
-  for (std::int64_t fila = 0; fila < malla.filas; ++fila) {
-    for (std::int64_t columna = 0; columna < malla.columnas; ++columna) {
-      const std::size_t celda = malla.Celda(columna, fila);
-      std::uint32_t& i = malla.indice[celda];
-      if (i == CMallaSuelo::kNinguno) continue;
-      malla.minimos.push_back({puntos[i].x, puntos[i].y, puntos[i].z});
-      malla.celdas.push_back(static_cast<std::uint32_t>(celda));
-      i = static_cast<std::uint32_t>(malla.minimos.size() - 1);
-      ocupadas[partes.Celda(columna / kParte, fila / kParte)] = 1;
-    }
+/// Takes the minima out of the cloud, row by row.
+void Recoge(CPuntosSuelo const& puntos, CMallaSuelo& malla) {
+  for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
+    std::uint32_t& i = malla.indice[celda];
+    if (i == CMallaSuelo::kNinguno) continue;
+    malla.minimos.push_back({puntos[i].x, puntos[i].y, puntos[i].z});
+    malla.celdas.push_back(static_cast<std::uint32_t>(celda));
+    i = static_cast<std::uint32_t>(malla.minimos.size() - 1);
   }
   malla.estados.assign(malla.minimos.size(), CEstadoSuelo::Suelo);
-  const auto llenas = static_cast<double>(std::count(ocupadas.begin(), ocupadas.end(), 1)) * kParte * kParte;
-  const double celdas = std::min(static_cast<double>(malla.Celdas()), llenas);
-  const double sp = malla.c * std::sqrt(celdas / static_cast<double>(malla.minimos.size()));
-  malla.sp = std::max(malla.c, std::round(sp / k.escalonEspaciado) * k.escalonEspaciado);
 }
+
+/// Squares of 8 x 8 cells, by which the spacing of the minima is told.
+class CPartes {
+ public:
+  explicit CPartes(CMallaSuelo const& laMalla)
+      : malla(laMalla), columnas(malla.columnas / kParte), filas(malla.filas / kParte) {
+    cuentas.resize(static_cast<std::size_t>(columnas * filas));
+    for (const std::uint32_t celda : malla.celdas) ++cuentas[Parte(celda)];
+  }
+
+  /// The spacing around each square, of those near it that hold any, but for the emptiest fifth: these lie at the rim
+  /// of the cloud.
+  [[nodiscard]] std::vector<float> Espaciados(double mayor) const {
+    std::vector<float> espaciados(cuentas.size());
+    Reparte(cuentas.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+      std::vector<std::uint32_t> llenas;
+      for (std::size_t parte = desde; parte < hasta; ++parte) {
+        if (cuentas[parte] == 0) continue;
+        Llenas(static_cast<std::int64_t>(parte), llenas);
+        std::sort(llenas.begin(), llenas.end());
+        llenas.erase(llenas.begin(), llenas.begin() + static_cast<std::ptrdiff_t>(llenas.size() / 5));
+        const auto minimos = static_cast<double>(std::accumulate(llenas.begin(), llenas.end(), 0U));
+        const double celdas = static_cast<double>(llenas.size()) * kParte * kParte;
+        espaciados[parte] = static_cast<float>(malla.c * std::min(mayor, std::sqrt(celdas / minimos)));
+      }
+    });
+    return espaciados;
+  }
+
+  [[nodiscard]] std::size_t Parte(std::uint32_t celda) const {
+    return static_cast<std::size_t>(celda / malla.columnas / kParte * columnas + celda % malla.columnas / kParte);
+  }
+  [[nodiscard]] double Media() const {
+    const auto llenas =
+        static_cast<double>(cuentas.size() - static_cast<std::size_t>(std::count(cuentas.begin(), cuentas.end(), 0U)));
+    return malla.c * std::sqrt(llenas * kParte * kParte / static_cast<double>(malla.Minimos()));
+  }
+
+ private:
+  /// What the squares within two of this one hold, where they hold any.
+  void Llenas(std::int64_t parte, std::vector<std::uint32_t>& llenas) const {
+    const std::int64_t fila = parte / columnas, columna = parte % columnas;
+    llenas.clear();
+    for (std::int64_t f = std::max<std::int64_t>(0, fila - 2); f <= std::min(filas - 1, fila + 2); ++f) {
+      for (std::int64_t c = std::max<std::int64_t>(0, columna - 2); c <= std::min(columnas - 1, columna + 2); ++c) {
+        const std::uint32_t cuenta = cuentas[static_cast<std::size_t>(f * columnas + c)];
+        if (cuenta > 0) llenas.push_back(cuenta);
+      }
+    }
+  }
+
+  CMallaSuelo const& malla;
+  std::int64_t columnas, filas;
+  std::vector<std::uint32_t> cuentas;  ///< minima
+};
 
 }  // namespace
 
@@ -191,7 +234,11 @@ int ReuneMinimos(CPuntosSuelo const& puntos, CConstantesSuelo const& k, CAvance&
     Rebaja(puntos, malla.indice[malla.CeldaDe(p)], p, lugar);
   });
   if (!sigue || !CDoseles(puntos, malla, k).Limpia(avance)) return kCancelado;
-  Recoge(puntos, k, malla);
+  Recoge(puntos, malla);
+  const CPartes partes(malla);
+  const std::vector<float> espaciados = partes.Espaciados(k.mayorEspaciado);
+  for (const std::uint32_t celda : malla.celdas) malla.sp.push_back(espaciados[partes.Parte(celda)]);
+  malla.espaciado = partes.Media();
   return kHecho;
 }
 
