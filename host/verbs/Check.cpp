@@ -6,6 +6,7 @@
 #include "host/FileError.h"
 #include "host/JsonOutput.h"
 #include "host/mesh/ModelCheck.h"
+#include "host/mesh/SpaceCheck.h"
 #include "host/mesh/SurfaceSource.h"
 #include "host/verbs/Verbs.h"
 
@@ -40,26 +41,64 @@ void printSummary(std::string const& file, ModelReport const& r, int precision) 
 }
 
 /// A line for each kind.
-std::string textOf(std::string const& file, std::vector<ModelFault> const& faults) {
+template <class Fault>
+std::string textOf(std::string const& file, std::vector<Fault> const& faults) {
   std::string text;
-  for (ModelFault const& fault : faults) text += fmt::format("{}: {}\n", file, fault.text());
+  for (Fault const& fault : faults) text += fmt::format("{}: {}\n", file, fault.text());
   return text;
 }
 
+nlohmann::ordered_json toJson(std::string const& file, SpaceReport const& r, int precision) {
+  auto faults = nlohmann::ordered_json::array();
+  for (SpaceFault const& fault : r.faults) {
+    faults.push_back({{"kind", fault.name()}, {"count", fault.count}, {"first", fault.first}});
+  }
+  return {{"file", file},           {"sound", r.faults.empty()},         {"precision", precision},
+          {"vertices", r.vertices}, {"tetrahedra", r.tetrahedra},        {"faces", r.faces},
+          {"edges", r.edges},       {"boundary_faces", r.boundaryFaces}, {"pieces", r.pieces},
+          {"volume", r.volume},     {"share_of_hull", r.hullShare},      {"faults", faults}};
+}
+
+void printSummary(std::string const& file, SpaceReport const& r, int precision) {
+  fmt::print("{}: {}\n", file, r.faults.empty() ? "sound" : "not sound");
+  fmt::print("precision  {} decimals\n", precision);
+  fmt::print("tetrahedra {} over {} vertices, in {} {}\n", withThousands(r.tetrahedra), withThousands(r.vertices),
+             withThousands(r.pieces), r.pieces == 1 ? "piece" : "pieces");
+  fmt::print("faces      {}, {} of them on the boundary\n", withThousands(r.faces), withThousands(r.boundaryFaces));
+  fmt::print("volume     {:.6g}, {:.9g} of the convex hull's\n", r.volume, r.hullShare);
+}
+
+template <class Report>
+void tell(std::string const& file, Report const& report, int precision, CommonOptions const& common) {
+  if (common.json) {
+    printJson(toJson(file, report, precision));
+  } else if (!common.quiet) {
+    printSummary(file, report, precision);
+  }
+  if (!report.faults.empty()) throw Failure(textOf(file, report.faults));
+}
+
+void runSpaceCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
+  const ExactSpaceMesh mesh = readSpaceMesh(options.file, app);
+  app.phase("Checking");
+  const SpaceReport report = checkSpaceMesh(mesh, options.whole);
+  app.clearProgress();
+  tell(options.file, report, mesh.precision, common);
+}
+
 void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
+  if (isSpaceMesh(options.file)) return runSpaceCheck(options, common, app);
   if (modelKindOf(options.file) == ModelKind::none) {
-    throw Failure(fmt::format("{}: it is neither a PLY nor the native model: only those can be proved", options.file));
+    throw Failure(
+        fmt::format("{}: it is neither a PLY nor the native model nor a mesh in space (.vtu, .mesh, .msh): "
+                    "only those can be proved",
+                    options.file));
   }
   const ExactModel model = readExactModel(options.file, app);
   app.phase("Checking");
   const ModelReport report = checkModel(model, options.whole);
   app.clearProgress();
-  if (common.json) {
-    printJson(toJson(options.file, report, model.precision));
-  } else if (!common.quiet) {
-    printSummary(options.file, report, model.precision);
-  }
-  if (!report.faults.empty()) throw Failure(textOf(options.file, report.faults));
+  tell(options.file, report, model.precision, common);
 }
 
 }  // namespace
@@ -67,7 +106,9 @@ void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp&
 void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<CheckOptions>();
   CLI::App* verb = program.add_subcommand("check", "Prove a model: orientation, sides, Delaunay, Euler, outline");
-  verb->add_option("FILE", options->file, "The model: PLY, or .urd as urdimbre tin writes it")->required();
+  verb->add_option("FILE", options->file,
+                   "The model: PLY, or .urd as urdimbre tin writes it; or a mesh in space: .vtu, .mesh or .msh")
+      ->required();
   verb->add_flag(
       "--whole", options->whole,
       "The model was made without filters: it must be one piece without a hole, use every vertex and fill their "

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "host/CloudOptions.h"
+
+namespace Meseta47::host {
+
+/// What was loaded as a drawing for a run in space, which takes all of it: the points that the filters of the options
+/// let through, those of vector files first, and behind them the cloud in the order of SpatialOrder3D.h or of the
+/// files. The loaded cloud is left without points and lines.
+///
+/// Throws Failure, naming `options.what()`, when the points span no space, or when the frame that a run builds around
+/// them does not fit 32 bits.
+[[nodiscard]] CDibujo<int> spaceDrawingOf(LoadedCloud& cloud, CloudOptions const& options, HostApp& app);
+
+/// The parameters of a run in space over such a drawing.
+[[nodiscard]] CDataTriangulacion everything();
+
+/// What its spill file takes at most, as far as anybody can tell beforehand: about seven tetrahedra a point, and those
+/// of the frame, 16 bytes each.
+[[nodiscard]] constexpr std::uint64_t spaceSpillBytes(std::uint64_t points) { return 16 * (7 * points + 6); }
+
+}  // namespace Meseta47::host
