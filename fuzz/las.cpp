@@ -11,6 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     (void)reader.geoKeys();
     std::vector<host::LasPoint> points;
     std::uint64_t read = 0;
+    if (reader.compression()) return;  // another fuzzer's
     while (const std::size_t count = reader.readBatch(points)) read += count;
     fuzz::require(read == reader.header().pointCount);
   });

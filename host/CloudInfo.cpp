@@ -39,6 +39,13 @@ struct WideKey {
 
 struct Stopped {};
 
+std::optional<Octree> octreeOf(LasReader const& las) {
+  const auto copc = las.octree();
+  if (!copc) return std::nullopt;
+  const int levels = copc->levels();
+  return Octree{copc->nodes.size(), levels, copc->spacing, copc->spacingOf(std::max(levels - 1, 0))};
+}
+
 const VectorOptions kAllVectors{{}, {}, true, true};
 
 /// What a file says of where it lies; why not, when it cannot be understood.
@@ -64,7 +71,8 @@ VectorFacts factsOf(VectorContent const& content) {
 
 class Gatherer {
  public:
-  Gatherer(InfoProgress const& progress, TextColumns const& columns) : progress_(progress), columns_(columns) {}
+  Gatherer(InfoProgress const& progress, TextColumns const& columns, bool partial)
+      : progress_(progress), columns_(columns), reading_{.partial = partial} {}
 
   CloudInfo gather(std::span<std::string const> names) {
     CloudInfo info;
@@ -85,11 +93,11 @@ class Gatherer {
 
  private:
   CloudFileInfo countFile(std::string const& name) {
-    CloudReader reader(name, columns_);
+    CloudReader reader(name, columns_, reading_);
     CloudFileInfo file;
     file.name = name;
     if (LasReader const* const las = reader.las(); las != nullptr) {
-      file.las = LasFacts{las->header(), las->vlrs().size()};
+      file.las = LasFacts{las->header(), las->vlrs().size(), las->compression(), octreeOf(*las)};
       settleSystem(file, [las] { return systemOf(las); });
     }
     if (reader.text() != nullptr) file.text = TextFacts{reader.text()->columns(), reader.text()->columnsFrom()};
@@ -169,7 +177,7 @@ class Gatherer {
   template <typename Action>
   void forEachPlace(CloudFileInfo const& file, Action action) {
     if (!file.vector) {
-      CloudReader reader(file.name, columns_);
+      CloudReader reader(file.name, columns_, reading_);
       return forEachPoint(reader, [&action](CloudPoint const& p) { action(p.x, p.y); });
     }
     const VectorContent content = readVectorFile(file.name, kAllVectors);
@@ -195,6 +203,7 @@ class Gatherer {
 
   InfoProgress const& progress_;
   TextColumns const& columns_;
+  LasReading reading_;
   std::vector<CloudPoint> batch_;
   std::uint64_t passed_ = 0;
 };
@@ -202,9 +211,9 @@ class Gatherer {
 }  // namespace
 
 std::optional<CloudInfo> gatherInfo(std::span<std::string const> names, InfoProgress const& progress,
-                                    TextColumns const& columns) {
+                                    TextColumns const& columns, bool partial) {
   try {
-    return Gatherer(progress, columns).gather(names);
+    return Gatherer(progress, columns, partial).gather(names);
   } catch (Stopped const&) {
     return std::nullopt;
   }

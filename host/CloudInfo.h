@@ -11,6 +11,7 @@
 
 #include "host/CloudPoint.h"
 #include "host/las/LasHeader.h"
+#include "host/laz/LazScheme.h"
 #include "host/text/TextReader.h"
 #include "host/vector/ReferenceSystem.h"
 
@@ -26,10 +27,20 @@ struct CloudCounts {
   ReferenceSystem system;                    ///< unknown when nobody tells, or files contradict one another
 };
 
+/// What an octree of points is.
+struct Octree {
+  std::uint64_t nodes = 0;  ///< with points
+  int levels = 0;
+  double spacing = 0;        ///< between points of the root, in units of the file
+  double finestSpacing = 0;  ///< between points of the last level
+};
+
 /// What a LAS file says of itself.
 struct LasFacts {
   LasHeader header;
   std::size_t records = 0;
+  std::optional<LazScheme> compression;  ///< none for plain points
+  std::optional<Octree> octree;          ///< of a COPC file
 };
 
 /// How the columns of a text file are taken: see TextReader.
@@ -74,8 +85,9 @@ struct CloudInfo {
 using InfoProgress = std::function<bool(std::uint64_t points)>;
 
 /// Reads the files, each twice: once to count and once to compare plan positions, 8 bytes a point. None when the
-/// progress asked to stop. Throws FileError and Failure as the readers do, but not for a reference system.
+/// progress asked to stop. With `partial`, takes what there is of files that are cut short. Throws FileError and
+/// Failure as the readers do, but not for a reference system.
 [[nodiscard]] std::optional<CloudInfo> gatherInfo(std::span<std::string const> names, InfoProgress const& progress = {},
-                                                  TextColumns const& columns = {});
+                                                  TextColumns const& columns = {}, bool partial = false);
 
 }  // namespace Meseta47::host

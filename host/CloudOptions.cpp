@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "host/FileError.h"
+#include "host/Inputs.h"
 
 namespace Meseta47::host {
 
@@ -12,11 +13,14 @@ std::string CloudOptions::what() const {
 }
 
 void addCloudOptions(CLI::App& verb, CloudOptions& o) {
-  verb.add_option("IN", o.inputs,
-                  "LAS files, text files with x y z [intensity] [class], native models (.urd), of which the points are "
-                  "taken, and vector files with lines, polygons and points that have heights (.gpkg, .shp, .dxf, "
-                  ".geojson ...); together they are one cloud")
+  verb.add_option(
+          "IN", o.inputs,
+          "LAS and LAZ files, text files with x y z [intensity] [class], native models (.urd), of which the points are "
+          "taken, and vector files with lines, polygons and points that have heights (.gpkg, .shp, .dxf, "
+          ".geojson ...); a folder stands for the clouds in it, a pattern such as \"tiles/*.laz\" for the files "
+          "that match; together they are one cloud")
       ->required();
+  verb.parse_complete_callback([&o] { o.inputs = expandInputs(o.inputs); });
   o.takesVectors = true;
   verb.add_option("--code-field", o.codeField,
                   "Field of a vector file that holds the code of a line or point (default: its layer is its code)");
@@ -31,6 +35,12 @@ void addCloudOptions(CLI::App& verb, CloudOptions& o) {
                   "Reference system of the input, such as EPSG:25830 (default: what the files say, which must be one)");
   addColumnsOption(verb, o.columns);
   verb.add_option("--z", o.z, "MIN:MAX height of a point, in units of the input (default: any)");
+  verb.add_option("--resolution", o.resolution,
+                  "Read cloud-optimised files (COPC) only down to points so far apart, in units of the input: a quick "
+                  "look (default: all points)")
+      ->check(CLI::PositiveNumber);
+  verb.add_flag("--partial", o.partial,
+                "Take what there is of LAS and LAZ files that are cut short, up to the last whole chunk");
   addPointOptions(verb, o);
 }
 
@@ -87,6 +97,8 @@ LoadOptions loadOptionsOf(CloudOptions const& options) {
   LoadOptions load;
   load.precision = options.precision;
   load.columns.names = options.columns;
+  load.partial = options.partial;
+  load.resolution = options.resolution;
   if (!options.bounds.empty()) load.bounds = parseBounds(options.bounds);
   if (options.takesVectors) load.map = mapOptionsOf(options);
   return load;

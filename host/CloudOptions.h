@@ -20,6 +20,8 @@ struct CloudOptions {
   std::string z, classes, excludedClasses, bounds;
   std::vector<std::string> columns;
   std::optional<int> precision;  ///< decimals; none for what the files need
+  bool partial = false;
+  double resolution = 0;  ///< 0 for all levels
   std::string order = "hilbert";
   std::string border = "hull";
   bool takesVectors = false;  ///< addCloudOptions was called: the following count

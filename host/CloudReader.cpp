@@ -8,19 +8,13 @@
 
 #include "host/FileError.h"
 #include "host/las/LasCodec.h"
+#include "host/las/LasNames.h"
 
 namespace Meseta47::host {
 
 namespace {
 
 constexpr double kDegreesAStep = 0.006;
-
-bool isNamedLas(std::string const& path) {
-  std::string ending = path.substr(path.size() - std::min<std::size_t>(path.size(), 4));
-  std::transform(ending.begin(), ending.end(), ending.begin(),
-                 [](char c) { return c < 'a' ? static_cast<char>(c | 0x20) : c; });
-  return ending == ".las" || ending == ".laz";
-}
 
 bool isNoText(std::span<std::uint8_t const> start) {
   return std::any_of(start.begin(), start.end(), [](unsigned c) { return c < 9 || (c > 13 && c < 32); });
@@ -71,9 +65,10 @@ float degrees(LasPoint const& point, bool wholeDegrees) {
 
 }  // namespace
 
-CloudReader::CloudReader(std::string const& path, TextColumns const& columns) {
+CloudReader::CloudReader(std::string const& path, TextColumns const& columns, LasReading const& reading) {
   auto source = std::make_unique<FileSource>(path);
   const Kind kind = kindOf(*source);
+  if (kind != Kind::las && reading.resolution > 0) failWithoutLevels(path);
   if (kind == Kind::text) {
     text_ = std::make_unique<TextReader>(std::move(source), columns);
     return;
@@ -82,7 +77,7 @@ CloudReader::CloudReader(std::string const& path, TextColumns const& columns) {
     model_ = std::make_unique<ModelPoints>(path);
     return;
   }
-  las_ = std::make_unique<LasReader>(std::move(source));
+  las_ = std::make_unique<LasReader>(std::move(source), reading);
   if (hasColour()) {
     colourShift_ = coloursAreBytes(*las_) ? 0 : 8;
     las_->seek(0);

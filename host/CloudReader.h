@@ -25,8 +25,9 @@ class CloudReader {
  public:
   static constexpr std::size_t kBatch = 65536;
 
-  /// Opens the file; FileError when it cannot be read or is damaged. `columns` is for text alone.
-  explicit CloudReader(std::string const& path, TextColumns const& columns = {});
+  /// Opens the file; FileError when it cannot be read or is damaged. `columns` is for text alone,
+  /// `reading` for LAS.
+  explicit CloudReader(std::string const& path, TextColumns const& columns = {}, LasReading const& reading = {});
 
   /// Replaces `points` by the next ones in the order of the file and returns how many: 0 only after the last one. A
   /// coordinate of a LAS file is exactly X * scale + offset.

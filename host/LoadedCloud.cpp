@@ -38,6 +38,12 @@ struct Survey {
   std::vector<std::uint64_t> cloudPoints;  ///< of each group, without those of vector files
 };
 
+/// What of a cloud is read. A way back needs every record of the file.
+LasReading readingOf(LoadOptions const& options) {
+  if (options.wayBack) return {};
+  return {options.partial, options.bounds, options.resolution};
+}
+
 void include(Survey& result, Input& input, bool believe, LoadOptions const& options) {
   if (input.vector) {
     result.extent.include(input.vector->extent);
@@ -45,7 +51,7 @@ void include(Survey& result, Input& input, bool believe, LoadOptions const& opti
     result.points += input.vector->places;
     return;
   }
-  PointStream stream(input.name, options.columns);
+  PointStream stream(input.name, options.columns, readingOf(options));
   input.extent = stream.extent(believe);
   if (input.extent) result.extent.include(*input.extent);
   result.decimals = std::max(result.decimals, stream.decimals());
@@ -188,7 +194,7 @@ void requireCountable(LoadedCloud const& cloud, std::string const& file) {
 
 void readCloud(LoadedCloud& cloud, std::string const& file, Reading& reading) {
   std::vector<WidePoint> batch;
-  PointStream stream(file, reading.options.columns);
+  PointStream stream(file, reading.options.columns, readingOf(reading.options));
   if (reading.options.bounds) reserve(cloud, stream.count(), reading);  // of many files few points may be within
   while (stream.next(reading.seed, batch)) {
     for (WidePoint const& wide : batch) append(cloud, wide, reading);
@@ -289,9 +295,9 @@ Groups inputsOf(std::vector<std::vector<std::string>> const& names, LoadOptions 
 }
 
 /// What a cloud says of where it lies. Where that is given, what cannot be understood is no fault.
-ReferenceSystem systemOf(Input const& input, TextColumns const& columns, bool isGiven) {
+ReferenceSystem systemOf(Input const& input, LoadOptions const& options, bool isGiven) {
   if (input.vector) return input.vector->system;
-  const PointStream stream(input.name, columns);
+  const PointStream stream(input.name, options.columns, {.partial = options.partial});
   try {
     return systemOf(stream.las());
   } catch (FileError const&) {
@@ -300,10 +306,10 @@ ReferenceSystem systemOf(Input const& input, TextColumns const& columns, bool is
   }
 }
 
-CommonSystem commonSystem(Groups const& groups, MapOptions const& map, TextColumns const& columns) {
+CommonSystem commonSystem(Groups const& groups, MapOptions const& map, LoadOptions const& options) {
   CommonSystem common(map.system);
   for (auto const& inputs : groups) {
-    for (Input const& input : inputs) common.meet(systemOf(input, columns, common.isGiven()), input.name);
+    for (Input const& input : inputs) common.meet(systemOf(input, options, common.isGiven()), input.name);
   }
   return common;
 }
@@ -358,7 +364,7 @@ std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const&
   // Looking into the register of systems takes half as long as reading a million points: beside it, or after it where
   // there is no thread.
   const auto findSystem = [&] {
-    return options.map ? commonSystem(inputs, *options.map, options.columns) : CommonSystem(ReferenceSystem());
+    return options.map ? commonSystem(inputs, *options.map, options) : CommonSystem(ReferenceSystem());
   };
   auto system = std::async(std::launch::async | std::launch::deferred, findSystem);
   std::vector<LoadedCloud> clouds;

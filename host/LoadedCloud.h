@@ -30,6 +30,8 @@ struct LoadOptions {
   std::optional<Bounds> bounds;   ///< in the files' reference system, limits included
   TextColumns columns;            ///< of text files
   bool wayBack = false;           ///< keep the way from the points back to the records of the files
+  bool partial = false;           ///< take what there is of files that are cut short
+  double resolution = 0;          ///< above 0: the levels of octrees down to points so far apart
   std::optional<MapOptions> map;  ///< none: clouds alone are taken, and nobody asks for their reference systems
 };
 

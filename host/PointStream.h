@@ -26,7 +26,8 @@ struct WidePoint {
 class PointStream {
  public:
   /// Throws FileError.
-  explicit PointStream(std::string const& file, TextColumns const& columns = {}) : reader_(file, columns) {}
+  explicit PointStream(std::string const& file, TextColumns const& columns = {}, LasReading const& reading = {})
+      : reader_(file, columns, reading) {}
 
   /// The LAS file behind it; null for text.
   [[nodiscard]] LasReader const* las() const { return reader_.las(); }

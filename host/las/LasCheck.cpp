@@ -160,7 +160,7 @@ LasHeader readCheckedHeader(ByteSource& source) {
   return header;
 }
 
-std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header) {
+std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header, bool partial) {
   std::vector<LasVlr> vlrs;
   std::uint64_t place = header.headerSize;
   for (std::uint32_t i = 0; i < header.vlrCount; ++i) {
@@ -171,11 +171,21 @@ std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header) {
   // The record is left over in files that were decompressed: there all points have room.
   const bool tellsHow = std::any_of(vlrs.begin(), vlrs.end(), [](auto& v) { return v.is(kLazUser, kLazRecord); });
   if (tellsHow && header.pointCount > wholePoints(source, header)) header.compressed = true;
+  if (partial) {
+    if (!header.compressed) header.pointCount = std::min(header.pointCount, wholePoints(source, header));
+    if (header.evlrStart > source.size()) header.evlrCount = 0;
+  }
   checkPointsFit(source, header);
   place = header.evlrStart;
   for (std::uint32_t i = 0; i < header.evlrCount; ++i) {
     const std::string which = fmt::format("record {} of the {} after the points", i + 1, header.evlrCount);
-    vlrs.push_back(readVlr(source, place, source.size(), kEvlrHead, which));
+    try {
+      vlrs.push_back(readVlr(source, place, source.size(), kEvlrHead, which));
+    } catch (FileError const&) {
+      if (!partial) throw;
+      header.evlrCount = i;
+      break;
+    }
     place = vlrs.back().dataStart + vlrs.back().dataLength;
   }
   return vlrs;

@@ -8,6 +8,7 @@
 #include "host/FileError.h"
 #include "host/OutputFile.h"
 #include "host/las/LasCodec.h"
+#include "host/las/LasNames.h"
 #include "host/las/LasReader.h"
 #include "host/las/LasSurroundings.h"
 #include "host/laz/LazRecordWriter.h"

@@ -17,9 +17,35 @@ constexpr std::string_view kProjection = "LASF_Projection";
 
 }  // namespace
 
-LasReader::LasReader(std::unique_ptr<ByteSource> source)
-    : source_(std::move(source)), header_(readCheckedHeader(*source_)), vlrs_(readCheckedVlrs(*source_, header_)) {
+void failWithoutLevels(std::string const& file) {
+  throw FileError(file, "has no levels of detail, as a sound COPC file has: leave --resolution out");
+}
+
+LasReader::LasReader(std::unique_ptr<ByteSource> source, LasReading const& reading)
+    : source_(std::move(source)),
+      header_(readCheckedHeader(*source_)),
+      vlrs_(readCheckedVlrs(*source_, header_, reading.partial)) {
   if (header_.compressed) laz_ = openCompressed();
+  if (laz_ && reading.partial) header_.pointCount = laz_->takeWhole();
+  if (reading.resolution > 0 || (laz_ && reading.box)) choose(reading);
+}
+
+void LasReader::choose(LasReading const& reading) {
+  const auto copc = octree();
+  if (!copc) {
+    if (reading.resolution > 0) failWithoutLevels(name());
+    return;
+  }
+  const int deepest = reading.resolution > 0 ? copc->levelFor(reading.resolution) : copc->levels();
+  std::vector<LazChunk> chosen;
+  header_.pointCount = 0;
+  for (CopcNode const& node : copc->nodes) {
+    if (node.level > deepest || (reading.box && !copc->touches(node, *reading.box))) continue;
+    chosen.push_back(node.chunk);
+    chosen.back().firstPoint = header_.pointCount;
+    header_.pointCount += node.chunk.points;
+  }
+  laz_->choose(std::move(chosen));
 }
 
 std::unique_ptr<LazRecords> LasReader::openCompressed() const {

@@ -12,9 +12,20 @@
 #include "host/las/LasHeader.h"
 #include "host/las/LasPoint.h"
 #include "host/las/LasVlr.h"
+#include "host/laz/Copc.h"
 #include "host/laz/LazRecords.h"
 
 namespace Meseta47::host {
+
+/// What of a file is read: all of it, unless something is asked for.
+struct LasReading {
+  bool partial = false;         ///< of a file that is cut short, what there is before the cut, in whole chunks
+  std::optional<Bounds> box{};  ///< leave out what an octree knows to be outside; others are read as a whole
+  double resolution = 0;        ///< above 0: the levels of an octree down to points so far apart
+};
+
+/// The error for a resolution where there are no levels to choose among.
+[[noreturn]] void failWithoutLevels(std::string const& file);
 
 /// Reads a LAS file, plain or compressed (LAZ): versions 1.0 to 1.4, point formats 0 to 10, extra bytes, both kinds of
 /// variable length records.
@@ -27,12 +38,21 @@ class LasReader {
   /// Points of a batch when the caller has no wish: 1.25 MiB of the shortest records.
   static constexpr std::size_t kBatch = 65536;
 
-  explicit LasReader(std::unique_ptr<ByteSource> source);
-  explicit LasReader(std::string const& path) : LasReader(std::make_unique<FileSource>(path)) {}
+  explicit LasReader(std::unique_ptr<ByteSource> source, LasReading const& reading = {});
+  explicit LasReader(std::string const& path, LasReading const& reading = {})
+      : LasReader(std::make_unique<FileSource>(path), reading) {}
 
+  /// The header; its count of points is that of the points that will be read.
   [[nodiscard]] LasHeader const& header() const { return header_; }
   [[nodiscard]] std::string const& name() const { return source_->name(); }
   [[nodiscard]] std::uint64_t fileSize() const { return source_->size(); }
+
+  /// How the points are compressed; none when they are not.
+  [[nodiscard]] std::optional<LazScheme> compression() const {
+    return laz_ ? std::optional(laz_->scheme()) : std::nullopt;
+  }
+  /// The octree of a file that has one (COPC). Reads its pages anew at each call.
+  [[nodiscard]] std::optional<Copc> octree() const { return readCopc(*source_, header_, vlrs_); }
 
   /// Bytes of a record beyond those of its format.
   [[nodiscard]] std::size_t extraBytes() const;
@@ -67,6 +87,7 @@ class LasReader {
  private:
   [[nodiscard]] LasVlr const* find(std::string_view user, unsigned record) const;
   [[nodiscard]] std::unique_ptr<LazRecords> openCompressed() const;
+  void choose(LasReading const& reading);
   void readPlain(std::size_t count);
 
   std::unique_ptr<ByteSource> source_;

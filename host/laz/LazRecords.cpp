@@ -36,10 +36,11 @@ void LazRecords::findChunks() {
   known_ = true;
 }
 
-std::uint64_t LazRecords::wholePoints() {
-  if (!scheme_.isChunked()) chunks_ = rebuildChunks(source_, header_, scheme_);  // it has no table that would tell
+std::uint64_t LazRecords::takeWhole() {
+  if (!scheme_.isChunked()) known_ = false;  // there is no table: how far the one chunk goes, its points tell
   findChunks();
-  return chunks_.empty() ? 0 : chunks_.back().firstPoint + chunks_.back().points;
+  promised_ = chunks_.empty() ? 0 : chunks_.back().firstPoint + chunks_.back().points;
+  return promised_;
 }
 
 std::vector<LazChunk> const& LazRecords::chunks() {
@@ -180,7 +181,7 @@ void LazRecords::failAt(LazChunk const& chunk, std::uint64_t whole) const {
 
 void LazRecords::failAsCut(std::uint64_t points) const {
   throw FileError(source_.name(), fmt::format("the header promises {} points and {} of them stand in whole compressed "
-                                              "chunks: {}",
+                                              "chunks: {}; --partial takes those",
                                               withThousands(promised_), withThousands(points), kDamaged));
 }
 

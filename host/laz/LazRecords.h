@@ -28,8 +28,9 @@ class LazRecords {
 
   [[nodiscard]] LazScheme const& scheme() const { return scheme_; }
 
-  /// Points in whole chunks: fewer than the header promises in a file that is cut short. Looks for them all.
-  [[nodiscard]] std::uint64_t wholePoints();
+  /// From now on is content with the chunks that are whole, and tells how many points they have: fewer than the header
+  /// promises in a file that is cut short.
+  std::uint64_t takeWhole();
 
   /// The chunks, in the order of the file. Throws FileError when the file does not hold all points.
   [[nodiscard]] std::vector<LazChunk> const& chunks();

@@ -92,13 +92,6 @@ void requireItems(std::string const& file, LazScheme const& scheme, std::vector<
 
 }  // namespace
 
-bool isNamedLaz(std::string const& path) {
-  std::string ending = path.substr(path.size() - std::min<std::size_t>(path.size(), 4));
-  std::transform(ending.begin(), ending.end(), ending.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
-  return ending == ".laz";
-}
-
 unsigned LazScheme::recordLength() const { return lasRecordLength(pointFormat) + extraBytes; }
 
 LazScheme decodeLazScheme(std::string const& file, LasHeader const& header, std::span<std::uint8_t const> data) {

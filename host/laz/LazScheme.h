@@ -15,9 +15,6 @@ namespace Meseta47::host {
 inline constexpr std::string_view kLazUser = "laszip encoded";
 inline constexpr std::uint16_t kLazRecord = 22204;
 
-/// True for names that end in .laz, in whatever case: files written under them are compressed.
-[[nodiscard]] bool isNamedLaz(std::string const& path);
-
 /// How the points of a file are compressed.
 struct LazScheme {
   enum class Kind : std::uint8_t {

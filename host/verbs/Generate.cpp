@@ -5,6 +5,7 @@
 #include "host/FileError.h"
 #include "host/JsonOutput.h"
 #include "host/generate/Scan.h"
+#include "host/las/LasNames.h"
 #include "host/las/LasWriter.h"
 #include "host/verbs/Verbs.h"
 

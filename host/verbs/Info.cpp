@@ -7,6 +7,7 @@
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/Inputs.h"
 #include "host/JsonOutput.h"
 #include "host/verbs/Verbs.h"
 
@@ -18,6 +19,7 @@ using Json = nlohmann::ordered_json;
 
 struct InfoOptions {
   std::vector<std::string> files, columns;
+  bool partial = false;
 };
 
 /// The unit of an axis as a word behind a number; empty when nobody tells.
@@ -52,7 +54,7 @@ Json toJson(CloudCounts const& counts) {
 
 void addFacts(Json& json, LasFacts const& las) {
   LasHeader const& h = las.header;
-  json["format"] = "LAS";
+  json["format"] = las.compression ? "LAZ" : "LAS";
   json["version"] = fmt::format("{}.{}", h.versionMajor, h.versionMinor);
   json["point_format"] = h.pointFormat;
   json["record_length"] = h.recordLength;
@@ -61,6 +63,11 @@ void addFacts(Json& json, LasFacts const& las) {
   json["system_id"] = h.systemId;
   json["software"] = h.software;
   json["records"] = las.records;
+  if (!las.octree) return;
+  json["octree"] = {{"nodes", las.octree->nodes},
+                    {"levels", las.octree->levels},
+                    {"spacing", las.octree->spacing},
+                    {"finest_spacing", las.octree->finestSpacing}};
 }
 
 void addFacts(Json& json, TextFacts const& text) {
@@ -119,10 +126,25 @@ void printSystem(ReferenceSystem const& system, std::string const& problem) {
   fmt::print("  system      {}\n", problem.empty() ? system.label() : "not settled: " + problem);
 }
 
+std::string describe(LazScheme const& scheme) {
+  constexpr std::string_view kHow[] = {"as one stream", "in chunks", "in chunks of layers"};
+  const auto how = kHow[static_cast<unsigned>(scheme.kind)];
+  const std::string size = scheme.isVariable()  ? ", of varying size"
+                           : scheme.isChunked() ? fmt::format(", {} points each", withThousands(scheme.chunkPoints))
+                                                : "";
+  return fmt::format("{}{}, version {}", how, size, scheme.itemVersion);
+}
+
 void print(LasFacts const& las) {
   LasHeader const& h = las.header;
-  fmt::print("  format      LAS {}.{}, point format {}, {} bytes a point, {} variable length records\n", h.versionMajor,
-             h.versionMinor, h.pointFormat, h.recordLength, las.records);
+  fmt::print("  format      {} {}.{}, point format {}, {} bytes a point, {} variable length records\n",
+             las.compression ? "LAZ" : "LAS", h.versionMajor, h.versionMinor, h.pointFormat, h.recordLength,
+             las.records);
+  if (las.compression) fmt::print("  compressed  {}\n", describe(*las.compression));
+  if (las.octree) {
+    fmt::print("  octree      COPC, {} nodes in {} levels, points {:g} apart in the first and {:g} in the last\n",
+               withThousands(las.octree->nodes), las.octree->levels, las.octree->spacing, las.octree->finestSpacing);
+  }
   fmt::print("  scale       {} {} {}\n", h.scale[0], h.scale[1], h.scale[2]);
   fmt::print("  offset      {} {} {}\n", h.offset[0], h.offset[1], h.offset[2]);
   if (!h.systemId.empty() || !h.software.empty()) fmt::print("  made by     {} {}\n", h.systemId, h.software);
@@ -169,7 +191,7 @@ void runInfo(InfoOptions const& options, CommonOptions const& common, HostApp& a
     app.step(seen = points, 0);
     return true;
   };
-  const auto info = gatherInfo(options.files, step, {options.columns});
+  const auto info = gatherInfo(expandInputs(options.files), step, {options.columns}, options.partial);
   if (!info) throw Cancelled();
   app.clearProgress();
   if (common.json) {
@@ -193,7 +215,12 @@ void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<InfoOptions>();
   CLI::App* verb = program.add_subcommand(
       "info", "Tell what is in the files: format, reference system, extent, classes, duplicates");
-  verb->add_option("IN", options->files, "LAS or text files, native models (.urd), vector files")->required();
+  verb->add_option("IN", options->files,
+                   "LAS, LAZ or text files, native models (.urd), vector files; a folder stands for the clouds in it, "
+                   "a pattern such as \"tiles/*.laz\" for the files that match")
+      ->required();
+  verb->add_flag("--partial", options->partial,
+                 "Take what there is of LAS and LAZ files that are cut short, up to the last whole chunk");
   addColumnsOption(*verb, options->columns);
   verb->callback(
       [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runInfo(*options, common, app); }; });

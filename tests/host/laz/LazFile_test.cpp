@@ -197,6 +197,38 @@ TEST(LazFile, OneThatIsCutShortIsRefusedWithWhatIsWhole) {
   }
 }
 
+TEST(LazFile, WithPartialTheWholeChunksBeforeTheCutAreRead) {
+  const Folder folder;
+  for (const unsigned format : {1U, 6U}) {
+    Bytes bytes = bytesOf(written(folder, optionsFor(format, 100), 1050));
+    const std::size_t start = pointsPlace(bytes);
+    bytes.resize(start + (bytes.size() - start) / 2);
+    LasReader reader(std::make_unique<MemorySource>("a.laz", bytes), LasReading{.partial = true});
+    const std::uint64_t points = reader.header().pointCount;
+    EXPECT_GT(points, 300U);
+    EXPECT_LT(points, 700U);
+    EXPECT_EQ(points % 100, 0U);
+    EXPECT_EQ(soundPoints(reader), points);
+  }
+}
+
+TEST(LazFile, WithPartialTheWholePointsOfAPlainFileAreRead) {
+  LasScene scene(6, 20, 4);
+  scene.header.evlrStart = 100000;
+  scene.header.evlrCount = 2;
+  Bytes bytes = scene.bytes();
+  bytes.resize(bytes.size() - 70);
+  LasReader reader(std::make_unique<MemorySource>("a.las", bytes), LasReading{.partial = true});
+  EXPECT_EQ(reader.header().pointCount, 17U);
+  EXPECT_EQ(soundPoints(reader), 17U);
+}
+
+TEST(LazFile, AWholeFileIsReadWholeWithPartialToo) {
+  const Folder folder;
+  LasReader reader(written(folder, optionsFor(7, 100), 1050), LasReading{.partial = true});
+  EXPECT_EQ(soundPoints(reader), 1050U);
+}
+
 TEST(LazFile, AnUnknownCompressionIsNamed) {
   const Folder folder;
   const Bytes whole = bytesOf(written(folder, optionsFor(1, 100), 50));
