@@ -87,8 +87,8 @@ class EntropyDecoder {
   }
 
   // Whole bytes move in until the length has its highest byte again. How many is unpredictable, so there is no loop.
-  void renew() {
-    const auto shift = static_cast<unsigned>(std::countl_zero(length_)) & 24U;
+  [[gnu::always_inline]] void renew() {
+    const auto shift = static_cast<unsigned>(std::countl_zero(length_ | 1U)) & 24U;
     length_ <<= shift;
     value_ = static_cast<std::uint32_t>(((std::uint64_t{value_} << 32U | ahead()) << shift) >> 32U);
     next_ = std::min(next_ + shift / 8, end_ + 4);

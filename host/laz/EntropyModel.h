@@ -76,13 +76,16 @@ class SymbolModel {
   /// The symbol whose shares hold this one, or the last symbol.
   [[nodiscard]] unsigned find(std::uint32_t share) const {
     const auto wanted = static_cast<std::int16_t>(std::min<std::uint32_t>(share, kLargest));
-    unsigned first = 0;
-    if constexpr (kGroups > 1) {
+    if constexpr (kGroups <= kGroupsAtOnce) {
+      unsigned found = 0;
+      for (unsigned i = 0; i < kGroups * kGroup; i += kGroup) found += CuentaHasta(starts_.data() + i, wanted);
+      return std::min(found - 1, last());
+    } else {
       unsigned group = 0;
       for (unsigned i = 0; i < coarse_.size(); i += kGroup) group += CuentaHasta(coarse_.data() + i, wanted);
-      first = kGroup * (std::min(group, kGroups) - 1);
+      const unsigned first = kGroup * (std::min(group, kGroups) - 1);
+      return std::min(first + CuentaHasta(starts_.data() + first, wanted) - 1, last());
     }
-    return std::min(first + CuentaHasta(starts_.data() + first, wanted) - 1, last());
   }
 
   void note(unsigned symbol) {
@@ -92,6 +95,7 @@ class SymbolModel {
 
  private:
   static constexpr unsigned kGroup = 16;
+  static constexpr unsigned kGroupsAtOnce = 4;  // so few are looked through at once faster than one after the other
   static constexpr unsigned kGroups = (Capacity + kGroup - 1) / kGroup;
   static constexpr unsigned kCoarse = (kGroups + kGroup - 1) / kGroup * kGroup;
   static constexpr std::int16_t kLargest = 0x7fff;
