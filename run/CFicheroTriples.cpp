@@ -32,6 +32,7 @@ void CFicheroTriples::Borra() {
 }
 
 bool CLectorTriples::Abre(CString const& ruta) {
+  bloque.reserve(cuantosPide);
   return fichero.Open(ruta, CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary);
 }
 

@@ -54,7 +54,8 @@ class URDIMBRE_API CLectorTriples {
   /// `porBloque` triples are asked of the file at once.
   explicit CLectorTriples(unsigned porBloque = 1024) : cuantosPide(porBloque) {}
 
-  /// Opens the file. False when that fails.
+  /// Opens the file and takes all the memory that reading will need: threads may not run out of it later. False when
+  /// the file can't be opened.
   bool Abre(CString const& ruta);
   [[nodiscard]] bool EstaAbierto() const { return fichero.IsOpen(); }
   /// Goes to slice `k` of slices of `porHilo` triples, in a file of so many bytes. False when the disk refused.

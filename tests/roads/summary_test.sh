@@ -24,7 +24,7 @@ plain tin.txt tin scan.las -o m.ply --max-side 20
 "$urdimbre" --json tin scan.las -o m.ply --max-side 20 >tin.json 2>/dev/null
 holds tin.txt "^m.ply: $(told triangles tin.json) triangles over $(told vertices tin.json) points, 1 ring of outline$"
 holds tin.txt "^points     20,000 read, 20,000 accepted, $(told duplicates tin.json) duplicate, 0 refused$"
-holds tin.txt '^rejected   0 by slope, 0 by height difference, 0 by intensity difference, 0 by longest side$'
+holds tin.txt "^rejected   0 by slope, 0 by height difference, 0 by intensity difference, $(told max_side tin.json) by longest side$"
 holds tin.txt '^memory     [0-9]+ MB at most$'
 
 plain check.txt check m.ply
