@@ -38,8 +38,9 @@ bool CLectorTriples::Abre(CString const& ruta) {
 
 bool CLectorTriples::Situa(unsigned k, unsigned porHilo, std::uint64_t longitud) {
   const std::uint64_t trozo = std::uint64_t{porHilo} * CFicheroTriples::kBytes;
-  fichero.Seek(static_cast<long long>(k * trozo), CFile::begin);
-  limite = std::min((k + std::uint64_t{1}) * trozo, longitud);
+  const std::uint64_t comienzo = k * trozo;
+  fichero.Seek(static_cast<long long>(comienzo), CFile::begin);
+  limite = std::min(comienzo + trozo, longitud);
   return !fichero.HayError();
 }
 

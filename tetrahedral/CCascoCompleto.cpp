@@ -156,8 +156,7 @@ void CCascoCompleto::Inserta(std::int32_t p) {
   celdas[static_cast<std::size_t>(conflicto[0])].marca = marca + 1;
   for (std::size_t i = 0; i < conflicto.size(); ++i) {
     const std::int32_t yo = conflicto[i];
-    for (int k = 0; k < 4; ++k) {
-      const std::int32_t otra = celdas[static_cast<std::size_t>(yo)].n[k];
+    for (const std::int32_t otra : celdas[static_cast<std::size_t>(yo)].n) {
       CCelda& c = celdas[static_cast<std::size_t>(otra)];
       if (c.marca < marca) {
         const bool dentro = EnConflicto(c, p);

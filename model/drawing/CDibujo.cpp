@@ -78,7 +78,7 @@ CDibujo<T>::CDibujo(CDibujo const& o)
 
 template <class T>
 CDibujo<T>::CDibujo(CDibujo&& o) noexcept
-    : CObjetoFichero(std::move(o)),
+    : CObjetoFichero(static_cast<CObjetoFichero&&>(o)),
       semilla(o.semilla),
       nEntidades(std::exchange(o.nEntidades, 0u)),
       nPuntos(std::exchange(o.nPuntos, 0u)),
@@ -96,7 +96,7 @@ CDibujo<T>& CDibujo<T>::operator=(CDibujo const& o) {
 
 template <class T>
 CDibujo<T>& CDibujo<T>::operator=(CDibujo&& o) noexcept {
-  CObjetoFichero::operator=(std::move(o));
+  CObjetoFichero::operator=(static_cast<CObjetoFichero&&>(o));
   semilla = o.semilla;
   tipoNube = o.tipoNube;
   estado = o.estado;

@@ -32,7 +32,7 @@ CTIN::CTIN(CTIN const& otro) = default;
 /// All or nothing: indices into points that did not come would lead astray.
 CTIN& CTIN::operator=(CTIN const& otro) {
   CTIN copia(otro);
-  CObjetoFichero::operator=(std::move(copia));
+  CObjetoFichero::operator=(static_cast<CObjetoFichero&&>(copia));
   puntos = std::move(copia.puntos);
   estado = copia.estado;
   longitudMaxima = copia.longitudMaxima;
