@@ -18,7 +18,7 @@ struct CLugarEnLista {
   [[nodiscard]] bool operator==(CLugarEnLista const&) const = default;
 };
 
-/// What the division tree takes from the plan: its axes, its deepest level, the sets that mirror it, and what names a place.
+/// What the division tree takes from the plan: axes, deepest level, the sets that mirror it, and what names a place.
 struct CRasgos2D {
   static constexpr unsigned kEjes = 2;
   static constexpr unsigned kNivelMaximo = 12;

@@ -73,10 +73,10 @@ TEST_P(HardHulls, TheMeshFillsTheConvexHullAndIsDelaunay) {
       return sixVolumes(at[t[0]], at[t[1]], at[t[2]], at[t[3]]) < 0;  // which counts the other way round
     }));
     if (n > 300) continue;
-    for (auto const& [a, b, c] : meshed.hull) {
+    for (auto const& face : meshed.hull) {
       auto const& at = mesh.points;
       EXPECT_TRUE(std::all_of(at.begin(), at.end(), [&](support::Point const& p) {
-        return sixVolumes(at[a], at[b], at[c], p) >= 0;  // none beyond the face
+        return sixVolumes(at[face[0]], at[face[1]], at[face[2]], p) >= 0;  // none beyond the face
       }));
     }
   }
