@@ -166,10 +166,13 @@ int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo
   divisiones.clear();
   CSetPuntosMdt puntos(0, tin.estado >= kEstadoRico);
   std::vector<int> mapa(cantidadPuntos);  // numbers have gaps where a point was left out: as long as the last one
-  const bool borra = vaciar && otros != nullptr && !otros->empty();
-  const int codigo = borra ? ReunePuntosBorrando(dibujo, *otros, anadido, puntos, mapa)
-                           : ReunePuntos(dibujo, otros, anadido, puntos, mapa);
+  const bool borra = vaciar && otros != nullptr;
+  // One drawing stands beside the points either way: then they go into order on all processors while they are copied.
+  const bool deUnoEnUno = borra && std::count(otros->begin(), otros->end(), nullptr) + 1 < std::ssize(*otros);
+  const int codigo = deUnoEnUno ? ReunePuntosBorrando(dibujo, *otros, anadido, puntos, mapa)
+                                : ReunePuntos(dibujo, otros, anadido, puntos, mapa);
   if (codigo != kHecho) return codigo;
+  for (std::size_t i = 0; borra && i < otros->size(); ++i) delete std::exchange((*otros)[i], nullptr);
   tin.SetPuntosMdt(puntos);
 
   const double lado = ladoMaximo * Precision();
