@@ -62,19 +62,8 @@ void CSetTetraedros::Vacia() {
   posiblesVecinos.clear();
 }
 
-//           low y   high y          Seen from above; 4 is added for the upper half.
-//   low x     2        0
-//   high x    3        1
-CMaximas<int> CSetTetraedros::CajaHijo(unsigned i) const {
-  CMaximas<int> caja(maximas);
-  ((i & 1U) != 0 ? caja.Minimo.x : caja.Maximo.x) = centro.x;
-  ((i & 2U) != 0 ? caja.Maximo.y : caja.Minimo.y) = centro.y;
-  ((i & 4U) != 0 ? caja.Minimo.z : caja.Maximo.z) = centro.z;
-  return caja;
-}
-
 void CSetTetraedros::PonCentro() {
-  centro = maximas.Centro(true);
+  centro = CCuentas::Centro(maximas);
   corteX = {MayorBajo(centro.x), MenorSobre(centro.x)};
   corteY = {MayorBajo(centro.y), MenorSobre(centro.y)};
   corteZ = {MayorBajo(centro.z), MenorSobre(centro.z)};
@@ -85,7 +74,7 @@ void CSetTetraedros::HazHijos() {
   for (unsigned i = 0; i < kHijos; ++i) {
     hijos[i].nivel = nivel + 1;
     hijos[i].padre = this;
-    hijos[i].maximas = CajaHijo(i);
+    hijos[i].maximas = CCuentas::Caja(i, maximas, centro);
   }
 }
 
@@ -98,7 +87,7 @@ void CSetTetraedros::EstableceDivisiones(CMaximas<int> const& caja, bool crea) {
 void CSetTetraedros::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
   EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
   if (hijos == nullptr) return;
-  for (unsigned i = 0; i < kHijos; ++i) hijos[i].EstableceDivisiones(n >> 3, CajaHijo(i));
+  for (unsigned i = 0; i < kHijos; ++i) hijos[i].EstableceDivisiones(n >> 3, CCuentas::Caja(i, maximas, centro));
 }
 
 unsigned CSetTetraedros::CantidadNiveles() const {
@@ -120,17 +109,11 @@ CSetTetraedros* CSetTetraedros::GetNivel0() {
 }
 
 int CSetTetraedros::BuscaHijo(CCoor3D<int> const& p) const {
-  if (hijos == nullptr) return -1;
-  return (p.x < centro.x ? 0 : 1) + (p.y < centro.y ? 2 : 0) + (p.z < centro.z ? 0 : 4);
+  return hijos == nullptr ? -1 : static_cast<int>(CCuentas::Hijo(p, centro));
 }
 
 int CSetTetraedros::BuscaHijo(CMaximas<int> const& caja) const {
-  if (hijos == nullptr) return -1;
-  const bool bajoX = caja.Maximo.x<centro.x, altoX = caja.Minimo.x> centro.x;
-  const bool bajoY = caja.Maximo.y<centro.y, altoY = caja.Minimo.y> centro.y;
-  const bool bajoZ = caja.Maximo.z<centro.z, altoZ = caja.Minimo.z> centro.z;
-  if (!(bajoX || altoX) || !(bajoY || altoY) || !(bajoZ || altoZ)) return -1;
-  return (bajoX ? 0 : 1) + (bajoY ? 2 : 0) + (bajoZ ? 0 : 4);
+  return hijos == nullptr ? -1 : CCuentas::HijoDeCaja(caja, centro);
 }
 
 CSetTetraedros* CSetTetraedros::DameHijo(CCoor3D<int> const& p) {

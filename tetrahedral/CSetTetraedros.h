@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "model/geometry/CMaximas.h"
+#include "run/CCeldas.h"
 #include "tetrahedral/CSetCaras.h"
 #include "tetrahedral/CTetraedro.h"
 
@@ -26,9 +27,10 @@ class CEstrella;
 /// not closed; a closed set belongs to the worker that empties it.
 class URDIMBRE_API CSetTetraedros {
  public:
-  static constexpr unsigned kCapacidad = 150;   ///< a leaf splits when it holds exactly this many tetrahedra
-  static constexpr unsigned kNivelMaximo = 12;  ///< depth at which nothing is divided any more
-  static constexpr unsigned kHijos = 8;
+  using CCuentas = CCeldas<3>;  ///< by which children are numbered
+  static constexpr unsigned kHijos = CCuentas::kHijos;
+  static constexpr unsigned kCapacidad = 150;     ///< a leaf splits when it holds exactly this many tetrahedra
+  static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
   static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second walk
 
   /// Tetrahedra that insertions made and destroyed, and what it took.
@@ -46,7 +48,7 @@ class URDIMBRE_API CSetTetraedros {
   CMaximas<int> maximas;
   CSetTetraedros* padre = nullptr;
   bool cerrado = false;
-  CSetTetraedros* hijos = nullptr;  ///< array of 8, owned; null on a leaf. 1 is added for +x, 2 for -y, 4 for +z
+  CSetTetraedros* hijos = nullptr;  ///< array of kHijos, owned, numbered as CCeldas does; null on a leaf
   CTetraedro *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
   CTetraedro* actual = nullptr;                      ///< added or touched last
   CTetraedro* inicio = nullptr;                      ///< where a walk starts
@@ -205,7 +207,6 @@ class URDIMBRE_API CSetTetraedros {
 
   void HazHijos();
   void PonCentro();
-  [[nodiscard]] CMaximas<int> CajaHijo(unsigned i) const;
   void Divide();
   void Quita(CTetraedro* t, CSetTetraedros& raiz);
   void Anexa(CTetraedro* t);

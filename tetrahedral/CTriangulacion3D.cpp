@@ -25,7 +25,7 @@ CTriangulacion3D::CTriangulacion3D(CTriangulacion3D& otra, unsigned elIdentifica
       datos(otra.datos),
       identificador(elIdentificador),
       finura(otra.finura) {
-  divisiones = otra.divisiones;
+  divisiones.CopiaDe(otra.divisiones);
 }
 
 CTriangulacion3D::~CTriangulacion3D() {

@@ -41,7 +41,7 @@ class IPorcentaje;
 /// thread; several objects may run side by side on their own drawings.
 class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
  public:
-  using CDivisiones = CDivisiones3D;
+  using CDivisiones = CDivisiones3D;  ///< a cell of the division tree
   using CObjetoFichero::operator=;
   using CCuatro = CCascoCompleto::CCuatro;
   /// Receives the numbers of a tetrahedron's points. What it throws ends the walk and reaches whoever asked for it.
@@ -143,7 +143,7 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   CSetTetraedros setRaiz{0};
   std::int32_t longitudLimite = 0;
   std::int32_t segundoEntero = 1;
-  CDivisiones divisiones{0};
+  CArbolDivisiones3D divisiones;
   std::uint32_t cantidadPuntos = 0;  ///< points accepted by the filling; while linking, the last number given
   CDataSemilla semilla;
   CPuntoTIN esquinas[8];  ///< corners of the frame, numbered -1 to -8
@@ -159,11 +159,10 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   std::uint32_t identificador;
 
  private:
-  class CGuarda;  ///< cleans up when an exception leaves a run
-
   [[nodiscard]] IPorcentaje* Progreso() const;
   void PreparaEnlace();
   void ConstruyeMarco();
+  int Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas);
   int InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, bool todas);
   int InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool salvar, bool todas);
   bool EsperaAlHilo(CMarcha const& marcha);

@@ -1,12 +1,11 @@
 // The linking pass: frame, temporary file, worker, seeds, all other points, and the wait for the worker.
 #include <algorithm>
-#include <chrono>
 
 #include "model/threads/CMarcha.h"
 #include "model/threads/IPorcentaje.h"
+#include "run/Fases.h"
 #include "run/Recorrido.h"
 #include "tetrahedral/CTriangulacion3D.h"
-#include "tetrahedral/CTriangulacion3D_Guarda.h"
 
 namespace Meseta47 {
 
@@ -15,27 +14,9 @@ namespace {
 constexpr unsigned kMensajeEnlaza = 19021;
 constexpr wchar_t kNombreDeReserva[] = L"Triangulacion3D.tmp";
 
-class CCronometro {
- public:
-  explicit CCronometro(double& losSegundos) : segundos(losSegundos) {}
-  CCronometro(CCronometro const&) = delete;
-  CCronometro& operator=(CCronometro const&) = delete;
-  ~CCronometro() { segundos = std::chrono::duration<double>(std::chrono::steady_clock::now() - desde).count(); }
-
- private:
-  double& segundos;
-  std::chrono::steady_clock::time_point desde = std::chrono::steady_clock::now();
-};
-
 }  // namespace
 
-void CTriangulacion3D::EstableceDivisiones(CDivisiones& celda, CSetTetraedros& set) {
-  set.EstableceDivisiones(celda.maximas, celda.hijos != nullptr);
-  celda.setAsociado = &set;
-  for (unsigned i = 0; celda.hijos != nullptr && i < CDivisiones::kHijos; ++i) {
-    EstableceDivisiones(celda.hijos[i], set.hijos[i]);
-  }
-}
+void CTriangulacion3D::EstableceDivisiones(CDivisiones& celda, CSetTetraedros& set) { celda.Empareja(set); }
 
 /// Drops what an earlier linking left: its worker, queue, file and mesh.
 void CTriangulacion3D::PreparaEnlace() {
@@ -103,8 +84,11 @@ int CTriangulacion3D::InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool s
 }
 
 int CTriangulacion3D::EnlazaLista(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas) {
-  const CGuarda guarda(*this);
-  const CCronometro cronometro(resumen.segundosEnlaza);
+  const CSiSeRompe guarda([this] { Abandona(kCancelado); });
+  return Cronometra(resumen.segundosEnlaza, [&] { return Enlaza(dibujo, progresoInicial, salvar, todas); });
+}
+
+int CTriangulacion3D::Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(nivelMensajes, kMensajeEnlaza);
   if (cantidadPuntos == 0) return kPocosPuntos;
@@ -150,16 +134,13 @@ int CTriangulacion3D::Concluye(bool salvar) {
 }
 
 int CTriangulacion3D::RunTetraedros(CDibujo<int>& dibujo) {
-  const CGuarda guarda(*this);
+  const CSiSeRompe guarda([this] {
+    Abandona(kCancelado);
+    escribeEnteros = false;
+  });
   dibujo.PonNumerosACero();
   escribeEnteros = true;
-  double segundos = 0;
-  int codigo = kHecho;
-  {
-    const CCronometro cronometro(segundos);
-    codigo = Rellena(dibujo);
-  }
-  resumen.segundosRellena = segundos;
+  int codigo = Cronometra(resumen.segundosRellena, [&] { return Rellena(dibujo); });
   if (codigo == kHecho) codigo = EnlazaLista(dibujo, 0, true, true);
   escribeEnteros = false;
   if (codigo != kHecho) return codigo;

@@ -51,7 +51,7 @@ int CTriangulacion3D::TriangulaPunto(CCoor3D<int>* p, unsigned entidad, unsigned
                                      CStdioFile* registro) {
   p->num = static_cast<int>(++cantidadPuntos);
   CDivisiones* celda = nullptr;
-  const bool esUltimo = divisiones.Inserta(*p, nullptr, static_cast<int>(entidad), static_cast<int>(punto), &celda);
+  const bool esUltimo = divisiones.Inserta(*p, {static_cast<int>(entidad), static_cast<int>(punto)}, celda);
   if (intensidad != nullptr && intensidades != nullptr) {
     (*intensidades)[static_cast<std::size_t>(p->num) - 1] = *intensidad;
   }

@@ -54,7 +54,7 @@ int CTriangulacion3D::Rellena(CDibujo<int>& dibujo, CMaximas<int>& caja, unsigne
   } else {
     codigo = RecorrePuntos(dibujo, filtro, nullptr, marcha, [this](CLinea<int> const& e, unsigned entidad, unsigned k) {
       CCoor3D<int> const& p = *e.PunteroAPunto(static_cast<int>(k));
-      if (divisiones.ColocaIndices(p, static_cast<int>(entidad), static_cast<int>(k))) {
+      if (divisiones.ColocaIndices(p, {static_cast<int>(entidad), static_cast<int>(k)})) {
         primerosPuntos.emplace_back(0, entidad, k);
       }
       ++cantidadPuntos;

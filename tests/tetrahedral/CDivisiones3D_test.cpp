@@ -12,7 +12,7 @@ namespace {
 CCoor3D<int> At(int x, int y, int z) { return {x, y, z, 0}; }
 
 TEST(CDivisiones3D, ACellOf200PointsIsALeafAndOneOf201IsDividedByEight) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(200, Box(-100, 100));
   EXPECT_EQ(cell.hijos, nullptr);
   cell.EstableceDivisiones(201, Box(-100, 100));
@@ -27,13 +27,14 @@ TEST(CDivisiones3D, ACellOf200PointsIsALeafAndOneOf201IsDividedByEight) {
 }
 
 TEST(CDivisiones3D, AtLevelTenNothingIsDivided) {
-  CDivisiones3D cell(10);
+  CArbolDivisiones3D cell;
+  cell.nivel = 10;
   cell.EstableceDivisiones(1'000'000, Box(-100, 100));
   EXPECT_EQ(cell.hijos, nullptr);
 }
 
 TEST(CDivisiones3D, APointOnACentrePlaneGoesToTheHighChild) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201, Box(-100, 100));
   EXPECT_EQ(cell.Hijo(At(0, 0, 0)), &cell.hijos[5]);
   EXPECT_EQ(cell.Hijo(At(-1, -1, 0)), &cell.hijos[6]);
@@ -41,38 +42,38 @@ TEST(CDivisiones3D, APointOnACentrePlaneGoesToTheHighChild) {
 }
 
 TEST(CDivisiones3D, TheFirstPointOfALeafIsTold) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201, Box(-100, 100));
-  EXPECT_TRUE(cell.ColocaIndices(At(1, 1, 1), 0, 0));
-  EXPECT_FALSE(cell.ColocaIndices(At(2, 2, 2), 0, 1));
-  EXPECT_TRUE(cell.ColocaIndices(At(-1, 1, 1), 0, 2));
+  EXPECT_TRUE(cell.ColocaIndices(At(1, 1, 1), {0, 0}));
+  EXPECT_FALSE(cell.ColocaIndices(At(2, 2, 2), {0, 1}));
+  EXPECT_TRUE(cell.ColocaIndices(At(-1, 1, 1), {0, 2}));
   EXPECT_EQ(cell.Cantidad(), 3);
   EXPECT_EQ(cell.lista.cantidad, 3);
   EXPECT_EQ(cell.ultimoPuntoCelda, 2);
 }
 
 TEST(CDivisiones3D, InsertionTellsTheLargestCellThatAPointFinishes) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201 * 8, Box(-100, 100));
-  cell.ColocaIndices(At(60, 60, 60), 3, 0);
-  cell.ColocaIndices(At(10, 10, 10), 3, 1);
-  cell.ColocaIndices(At(11, 11, 11), 3, 2);
-  cell.ColocaIndices(At(-60, 60, 60), 4, 0);
+  cell.ColocaIndices(At(60, 60, 60), {3, 0});
+  cell.ColocaIndices(At(10, 10, 10), {3, 1});
+  cell.ColocaIndices(At(11, 11, 11), {3, 2});
+  cell.ColocaIndices(At(-60, 60, 60), {4, 0});
   CDivisiones3D* finished = nullptr;
-  EXPECT_FALSE(cell.Inserta(At(10, 10, 10), nullptr, 3, 1, &finished));
+  EXPECT_FALSE(cell.Inserta(At(10, 10, 10), {3, 1}, finished));
   EXPECT_EQ(finished, cell.hijos[5].Hijo(At(10, 10, 10)));
-  EXPECT_TRUE(cell.Inserta(At(60, 60, 60), nullptr, 3, 0, &finished));
+  EXPECT_TRUE(cell.Inserta(At(60, 60, 60), {3, 0}, finished));
   EXPECT_EQ(finished, cell.hijos[5].Hijo(At(60, 60, 60)));
-  EXPECT_TRUE(cell.Inserta(At(11, 11, 11), nullptr, 3, 2, &finished));
+  EXPECT_TRUE(cell.Inserta(At(11, 11, 11), {3, 2}, finished));
   EXPECT_EQ(finished, &cell.hijos[5]);
-  EXPECT_TRUE(cell.Inserta(At(-60, 60, 60), nullptr, 4, 0, &finished));
+  EXPECT_TRUE(cell.Inserta(At(-60, 60, 60), {4, 0}, finished));
   EXPECT_EQ(finished, &cell);
 }
 
 TEST(CDivisiones3D, PruningKeepsThePathOfTheOnlyOctantAndCutsTheOthersDownToLeaves) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201 * 64, Box(-100, 100));
-  cell.ColocaIndices(At(70, 70, 70), 0, 0);
+  cell.ColocaIndices(At(70, 70, 70), {0, 0});
   cell.Comprimir();
   ASSERT_NE(cell.hijos, nullptr);
   for (unsigned i = 0; i < 8; ++i) EXPECT_EQ(cell.hijos[i].hijos != nullptr, i == 5) << i;
@@ -91,12 +92,12 @@ std::string Portrait(CDivisiones3D const& cell) {
 }
 
 TEST(CDivisiones3D, ChildrenMadeOnDemandComeToTheSameTree) {
-  CDivisiones3D eager(0), lazy(0);
+  CArbolDivisiones3D eager, lazy;
   eager.EstableceDivisiones(201 * 64, Box(-100, 100));
   lazy.PreparaDivisiones(201 * 64, Box(-100, 100));
   int k = 0;
   for (const CCoor3D<int>& p : {At(70, 70, 70), At(-5, 3, 0), At(0, 0, 0), At(71, 70, 70), At(-99, -99, 99)}) {
-    EXPECT_EQ(eager.ColocaIndices(p, 0, k), lazy.ColocaIndices(p, 0, k));
+    EXPECT_EQ(eager.ColocaIndices(p, {0, k}), lazy.ColocaIndices(p, {0, k}));
     ++k;
   }
   eager.Comprimir();
@@ -105,7 +106,7 @@ TEST(CDivisiones3D, ChildrenMadeOnDemandComeToTheSameTree) {
 }
 
 TEST(CDivisiones3D, TheListsOfTheLeavesComeOnceEachAndThenNone) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201 * 8, Box(-100, 100));
   std::vector<int> path(cell.CantidadNiveles());
   int leaves = 0;
@@ -120,19 +121,20 @@ TEST(CDivisiones3D, TheListsOfTheLeavesComeOnceEachAndThenNone) {
   EXPECT_EQ(cell.SiguienteLista(path), nullptr);
 }
 
-TEST(CDivisiones3D, AnAssignedTreeHasParentsOfItsOwnAndACopiedOneThoseOfItsSource) {
-  CDivisiones3D cell(0);
+TEST(CDivisiones3D, ACopyHasTheSameCellsOfItsOwn) {
+  CArbolDivisiones3D cell, copy;
   cell.EstableceDivisiones(201, Box(-100, 100));
-  CDivisiones3D assigned(0);
-  assigned = cell;
-  EXPECT_EQ(assigned.hijos[3].padre, &assigned);
-  const CDivisiones3D copied(cell);
-  EXPECT_EQ(copied.hijos[3].padre, &cell);
-  EXPECT_EQ(copied.hijos[3].maximas, cell.hijos[3].maximas);
+  cell.ColocaIndices(At(1, 1, 1), {4, 2});
+  copy.CopiaDe(cell);
+  EXPECT_EQ(copy.hijos[3].padre, &copy);
+  EXPECT_EQ(copy.hijos[3].maximas, cell.hijos[3].maximas);
+  EXPECT_EQ(copy.hijos[5].ultimaEntidad, 4);
+  copy.ColocaIndices(At(1, 1, 1), {9, 9});
+  EXPECT_EQ(cell.hijos[5].ultimaEntidad, 4);
 }
 
 TEST(CDivisiones3D, ClearingEmptiesTheListsOfTheLeavesAlone) {
-  CDivisiones3D cell(0);
+  CArbolDivisiones3D cell;
   cell.EstableceDivisiones(201, Box(-100, 100));
   cell.hijos[2].lista.Inserta(At(1, 2, 3));
   cell.lista.cantidad = 5;
