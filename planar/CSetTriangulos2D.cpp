@@ -7,44 +7,15 @@
 
 namespace Meseta47 {
 
-namespace {
+CSetTriangulos2D::CSetTriangulos2D(unsigned nivelInicial) { nivel = nivelInicial; }
 
-/// The least double that rounds, halves to even, to an integer above `n`.
-double MenorSobre(int n) {
-  const double medio = n + 0.5;
-  return n % 2 != 0 ? medio : std::nextafter(medio, HUGE_VAL);
-}
-/// The greatest double that rounds, halves to even, to an integer below `n`.
-double MayorBajo(int n) {
-  const double medio = n - 0.5;
-  return n % 2 != 0 ? medio : std::nextafter(medio, -HUGE_VAL);
-}
-
-}  // namespace
-
-CSetTriangulos2D::CSetTriangulos2D(unsigned nivelInicial) : nivel(nivelInicial) {}
-
-CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) { *this = o; }
+CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) : CSetEnArbol() { *this = o; }
 
 CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
-  nivel = o.nivel;
-  centro = o.centro;
-  maximas = o.maximas;
-  padre = o.padre;
-  hijos = o.hijos;
-  cerrado = o.cerrado;
-  primero = o.primero;
-  ultimo = o.ultimo;
-  actual = o.actual;
-  inicio = o.inicio;
-  cantidad = o.cantidad;
+  CSetEnArbol::operator=(o);
   obra.reset();
   if (o.obra != nullptr) Obra().abiertos = o.obra->abiertos;
   paso = o.paso;
-  aIzquierda = o.aIzquierda;
-  aDerecha = o.aDerecha;
-  aAbajo = o.aAbajo;
-  aArriba = o.aArriba;
   return *this;
 }
 
@@ -79,31 +50,20 @@ void CSetTriangulos2D::Vacia() {
   cerrado = false;
 }
 
-void CSetTriangulos2D::PonCentro() {
-  centro = CCuentas::Centro(maximas);
-  aIzquierda = MayorBajo(centro.x);
-  aDerecha = MenorSobre(centro.x);
-  aAbajo = MayorBajo(centro.y);
-  aArriba = MenorSobre(centro.y);
-}
-
 void CSetTriangulos2D::HazHijos() {
-  hijos = new CSetTriangulos2D[4];
-  for (unsigned i = 0; i < 4; ++i) {
-    hijos[i].nivel = nivel + 1;
-    hijos[i].padre = this;
+  CreaHijos();
+  for (unsigned i = 0; i < kHijos; ++i) {
     CMarco& suyo = hijos[i].paso = paso;
     if ((i & 1U) != 0) {
-      suyo.minX = std::max(suyo.minX, aDerecha);
+      suyo.minX = std::max(suyo.minX, cortes[0].alto);
     } else {
-      suyo.maxX = std::min(suyo.maxX, aIzquierda);
+      suyo.maxX = std::min(suyo.maxX, cortes[0].bajo);
     }
     if (i < 2) {
-      suyo.minY = std::max(suyo.minY, aArriba);
+      suyo.minY = std::max(suyo.minY, cortes[1].alto);
     } else {
-      suyo.maxY = std::min(suyo.maxY, aAbajo);
+      suyo.maxY = std::min(suyo.maxY, cortes[1].bajo);
     }
-    hijos[i].maximas = CCuentas::Caja(i, maximas, centro);
     hijos[i].PonCentro();
   }
 }
@@ -118,27 +78,6 @@ void CSetTriangulos2D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja
   EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
   if (hijos == nullptr) return;
   for (const unsigned i : {0U, 1U, 3U, 2U}) hijos[i].EstableceDivisiones(n / 4, CCuentas::Caja(i, maximas, centro));
-}
-
-unsigned CSetTriangulos2D::CantidadNiveles() const {
-  unsigned mayor = nivel;
-  if (hijos != nullptr) {
-    for (unsigned i = 0; i < 4; ++i) mayor = std::max(mayor, hijos[i].CantidadNiveles());
-  }
-  return nivel == 0 ? mayor + 1 : mayor;
-}
-
-unsigned CSetTriangulos2D::Cantidad() const {
-  unsigned suma = cantidad;
-  if (cerrado || hijos == nullptr) return suma;
-  for (unsigned i = 0; i < 4; ++i) suma += hijos[i].Cantidad();
-  return suma;
-}
-
-CSetTriangulos2D* CSetTriangulos2D::GetNivel0() {
-  CSetTriangulos2D* raiz = this;
-  while (raiz->padre != nullptr) raiz = raiz->padre;
-  return raiz;
 }
 
 CSetTriangulos2D const* CSetTriangulos2D::GetNivel0() const {
@@ -156,14 +95,6 @@ std::vector<CTriangulo2D*> const& CSetTriangulos2D::Abiertos() const {
   static const std::vector<CTriangulo2D*> kNinguno;
   CObra const* suya = GetNivel0()->obra.get();
   return suya != nullptr ? suya->abiertos : kNinguno;
-}
-
-int CSetTriangulos2D::BuscaHijo(CCoor3D<int> const& p) const {
-  return hijos == nullptr ? -1 : static_cast<int>(CCuentas::Hijo(p, centro));
-}
-
-int CSetTriangulos2D::BuscaHijo(CMaximas<int> const& caja) const {
-  return hijos == nullptr ? -1 : CCuentas::HijoDeCaja(caja, centro);
 }
 
 CTriangulo2D* CSetTriangulos2D::GetActual(bool conHijos) const {

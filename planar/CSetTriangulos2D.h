@@ -8,7 +8,7 @@
 #include "model/geometry/CMaximas.h"
 #include "planar/CSetLados2D.h"
 #include "planar/CTriangulo2D.h"
-#include "run/CCeldas.h"
+#include "run/CSetEnArbol.h"
 
 class CFile;
 class CStdioFile;
@@ -28,14 +28,8 @@ class CSegmentos;
 /// The set at level 0 also holds the open list, through which new triangles find their neighbours, and the start of the
 /// point location walk. A set owns its triangles. Only the inserting thread touches a set that is not closed; a closed
 /// set belongs to the worker that empties it.
-class URDIMBRE_API CSetTriangulos2D {
+class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTriangulo2D, 2> {
  public:
-  using CCuentas = CCeldas<2>;  ///< by which children are numbered
-  static constexpr unsigned kHijos = CCuentas::kHijos;
-  static constexpr unsigned kCapacidad = 150;     ///< a leaf splits when it holds exactly this many triangles
-  static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
-  static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second phase
-
   /// What becomes of a point. After any but HECHA the mesh is as it was.
   enum CRespuesta : int {
     HECHA = 0,
@@ -58,18 +52,6 @@ class URDIMBRE_API CSetTriangulos2D {
                                   ///< surface, where only the frame is, any height will do
   };
 
-  // Close to a plain record; the tree's own invariants are kept by the operations.
-  std::uint32_t nivel = 0;
-  CCoor3D<int> centro;
-  CMaximas<int> maximas;
-  CSetTriangulos2D* padre = nullptr;
-  CSetTriangulos2D* hijos = nullptr;  ///< array of kHijos, owned, numbered as CCeldas does; null on a leaf
-  bool cerrado = false;
-  CTriangulo2D *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
-  CTriangulo2D* actual = nullptr;                      ///< added or touched last
-  CTriangulo2D* inicio = nullptr;                      ///< where a walk starts
-  std::uint32_t cantidad = 0;                          ///< triangles in the own list
-
   // --- life ---
   explicit CSetTriangulos2D(unsigned nivelInicial = 0);
   /// Member by member: the copy shares the tree and the lists with the original, only the open list is its own. Whoever
@@ -87,19 +69,13 @@ class URDIMBRE_API CSetTriangulos2D {
   void EstableceDivisiones(CMaximas<int> const& caja, bool conHijos);
   /// Divides in advance for `n` evenly spread triangles.
   void EstableceDivisiones(unsigned n, CMaximas<int> const& caja);
-  /// Greatest level of the subtree, plus 1 when called at level 0.
-  [[nodiscard]] unsigned CantidadNiveles() const;
   /// Triangles of the subtree; of the own list alone once closed.
-  [[nodiscard]] unsigned Cantidad() const;
-  [[nodiscard]] CSetTriangulos2D* GetNivel0();
+  [[nodiscard]] unsigned Cantidad() const { return CantidadTotal(); }
+  [[nodiscard]] CSetTriangulos2D* GetNivel0() { return Raiz(); }
   [[nodiscard]] CSetTriangulos2D const* GetNivel0() const;
   /// Triangles with a free side: the root's list, on whichever set it is asked for.
   [[nodiscard]] std::vector<CTriangulo2D*>& Abiertos();
   [[nodiscard]] std::vector<CTriangulo2D*> const& Abiertos() const;
-  /// Child that the point falls in, -1 on a leaf. A point on a centre line goes right or up.
-  [[nodiscard]] int BuscaHijo(CCoor3D<int> const& p) const;
-  /// Child that wholly holds the box, -1 on a leaf or when the box touches a centre line.
-  [[nodiscard]] int BuscaHijo(CMaximas<int> const& caja) const;
 
   // --- filing ---
   /// Files a copy of the triangle by the box of its circle, or by the box given, and links it to its neighbours.
@@ -173,8 +149,7 @@ class URDIMBRE_API CSetTriangulos2D {
  private:
   template <class Destino>
   void CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde);
-  /// Box of a circle. What it is compared with is integer once rounded, so the box is left as it is and the limits are
-  /// set where rounding turns over.
+  /// Box of a circle, not rounded.
   struct CCaja {
     double minX, minY, maxX, maxY;
   };
@@ -197,12 +172,9 @@ class URDIMBRE_API CSetTriangulos2D {
   }
   /// The set for the box, at or below this one. A full leaf on the way is divided.
   CSetTriangulos2D& SetPara(CCaja const& caja);
-  void Quita(CTriangulo2D* t, CSetTriangulos2D& raiz);
   void HazHijos();
-  void PonCentro();
   void Divide();
   [[nodiscard]] int HijoAbiertoPara(CCaja const& caja) const;
-  void Anexa(CTriangulo2D* t);
   void EnlazaVecinos(CTriangulo2D* t);
   void Libera();
   void Desengancha();
@@ -213,8 +185,6 @@ class URDIMBRE_API CSetTriangulos2D {
 
   /// What a box must keep to, to be sent here from the root when all sets on the way are open.
   CMarco paso{-HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL};
-  /// Where a box is left, right, below and above of the centre lines.
-  double aIzquierda = 0, aDerecha = 0, aAbajo = 0, aArriba = 0;
   std::unique_ptr<CObra> obra;  ///< level 0 only, from the first need on
 };
 
@@ -223,20 +193,6 @@ class URDIMBRE_API CSetTriangulos2D {
 inline CSetTriangulos2D::CCaja CSetTriangulos2D::CajaDe(CTriangulo2D const& t) {
   const double cx = t.circulo.x, cy = t.circulo.y, r = t.circulo.radio;
   return {cx - r, cy - r, cx + r, cy + r};
-}
-
-/// Appends at the tail.
-inline void CSetTriangulos2D::Anexa(CTriangulo2D* t) {
-  t->set = this;
-  ++cantidad;
-  t->ant = ultimo;
-  t->sig = nullptr;
-  if (ultimo != nullptr) {
-    ultimo->sig = t;
-  } else {
-    primero = t;
-  }
-  ultimo = actual = inicio = t;
 }
 
 }  // namespace Meseta47

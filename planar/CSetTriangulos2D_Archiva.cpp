@@ -15,14 +15,14 @@ void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja)
 int CSetTriangulos2D::HijoAbiertoPara(CCaja const& caja) const {
   if (hijos == nullptr) return -1;
   int hijo = 0;
-  if (caja.minX >= aDerecha) {
+  if (caja.minX >= cortes[0].alto) {
     hijo = 1;
-  } else if (!(caja.maxX <= aIzquierda)) {
+  } else if (!(caja.maxX <= cortes[0].bajo)) {
     return -1;
   }
-  if (caja.maxY <= aAbajo) {
+  if (caja.maxY <= cortes[1].bajo) {
     hijo += 2;
-  } else if (!(caja.minY >= aArriba)) {
+  } else if (!(caja.minY >= cortes[1].alto)) {
     return -1;
   }
   return hijos[hijo].cerrado ? -1 : hijo;
@@ -72,9 +72,9 @@ void CSetTriangulos2D::Divide() {
   for (CTriangulo2D* t = primero; t != nullptr;) {
     CTriangulo2D* siguiente = t->sig;
     if (const int hijo = HijoAbiertoPara(CajaDe(*t)); hijo >= 0) {
-      Quita(t, raiz);
+      QuitaDeLista(t, raiz);
       t->BorraVecinos();
-      hijos[hijo].Anexa(t);
+      hijos[hijo].AnexaALista(t);
     }
     t = siguiente;
   }
@@ -88,7 +88,7 @@ void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bo
   t->set = this;
   CSetTriangulos2D* raiz = GetNivel0();
   if (enlaza) raiz->EnlazaVecinos(t);
-  Anexa(t);  // first: should memory give out, the set owns it
+  AnexaALista(t);  // first: should memory give out, the set owns it
   if (t->LadosLimite() != 0) raiz->Obra().abiertos.push_back(t);
 }
 
@@ -135,29 +135,13 @@ CTriangulo2D* CSetTriangulos2D::CObra::BuscaEnAbiertos(int a, int b, int& lado) 
 
 CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado) {
   if (cerrado || !maximas.Dentro(a, 0) || !maximas.Dentro(b, 0) || a.num == b.num) return nullptr;
-  CTriangulo2D* desde = actual;
-  if (desde == nullptr) {
-    // A third of the sum, not the mean: it only chooses the end to start from, and hosts rely on the order that
-    // follows.
-    const std::int64_t x = (static_cast<std::int64_t>(a.x) + b.x) / 3;
-    desde = x < centro.x ? primero : ultimo;
-  }
-  CTriangulo2D* adelante = desde;
-  CTriangulo2D* atras = desde != nullptr ? desde->ant : nullptr;
-  const auto tiene = [&](CTriangulo2D* t) {
+  // A third of the sum, not the mean: it only chooses the end to start from, and hosts rely on the order that follows.
+  const std::int64_t x = (static_cast<std::int64_t>(a.x) + b.x) / 3;
+  CTriangulo2D* hallado = BuscaDesdeActual(x, [&](CTriangulo2D const* t) {
     lado = t->ContieneLado(b.num, a.num);
     return lado != 0;
-  };
-  while (adelante != nullptr || atras != nullptr) {
-    if (adelante != nullptr) {
-      if (tiene(adelante)) return adelante;
-      adelante = adelante->sig;
-    }
-    if (atras != nullptr) {
-      if (tiene(atras)) return atras;
-      atras = atras->ant;
-    }
-  }
+  });
+  if (hallado != nullptr) return hallado;
   if (hijos == nullptr) return nullptr;
   for (unsigned i = 0; i < 4; ++i) {
     if (CTriangulo2D* t = hijos[i].BuscaEnLista(a, b, lado)) return t;
@@ -165,43 +149,17 @@ CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int>
   return nullptr;
 }
 
-void CSetTriangulos2D::Borra(CTriangulo2D* t) { Quita(t, *GetNivel0()); }
-
-void CSetTriangulos2D::Quita(CTriangulo2D* t, CSetTriangulos2D& raiz) {
-  (t->ant != nullptr ? t->ant->sig : primero) = t->sig;
-  (t->sig != nullptr ? t->sig->ant : ultimo) = t->ant;
-  if (actual == t) actual = t->ant != nullptr ? t->ant : t->sig;
-  if (inicio == t) inicio = actual;
-  if (raiz.inicio == t) {
-    raiz.inicio = actual;
-    for (CSetTriangulos2D* s = padre; raiz.inicio == nullptr && s != nullptr; s = s->padre) raiz.inicio = s->actual;
-  }
-  --cantidad;
-}
+void CSetTriangulos2D::Borra(CTriangulo2D* t) { QuitaDeLista(t, *Raiz()); }
 
 /// Leaves nothing in the living mesh that points at a triangle of the own list.
 void CSetTriangulos2D::Desengancha() {
-  actual = inicio = nullptr;
-  CSetTriangulos2D* raiz = GetNivel0();
-  if (raiz->inicio != nullptr && raiz->inicio->set == this) {
-    raiz->inicio = nullptr;
-    for (CSetTriangulos2D* s = padre; s != nullptr; s = s->padre) {
-      if (s->actual == nullptr || s->cerrado) continue;
-      raiz->inicio = s->actual;
-      break;
-    }
-  }
+  CSetTriangulos2D* raiz = Raiz();
+  SueltaInicio(*raiz);
   if (raiz->obra != nullptr) {
     raiz->obra->OlvidaCamino();
     std::erase_if(raiz->obra->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
   }
-  // From both ends: where the next triangle lies is known only once this one has come from memory.
-  CTriangulo2D *t = primero, *u = ultimo;
-  for (unsigned pares = cantidad / 2; pares != 0; --pares, t = t->sig, u = u->ant) {
-    t->BorraMisVecinos();
-    u->BorraMisVecinos();
-  }
-  if (cantidad % 2 != 0) t->BorraMisVecinos();
+  SueltaVecinosDeLista();
 }
 
 void CSetTriangulos2D::DesenganchaTodo() {

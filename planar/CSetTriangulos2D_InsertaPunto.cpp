@@ -209,7 +209,7 @@ void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D
   abanico.Situa(camino.marcos);
   // Condemned triangles give their places to new ones, of which there are two more.
   PideSitios(&cavidad[condenados], n - condenados);
-  for (CTriangulo2D* t : Condenados()) t->set->Quita(t, raiz);
+  for (CTriangulo2D* t : Condenados()) t->set->QuitaDeLista(t, raiz);
   PonAbanico(p);
   std::size_t i = 0;
   try {
@@ -219,10 +219,10 @@ void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D
       // A triangle without a circle, of three points on a line, has its place at the origin.
       CSetTriangulos2D& suyo =
           t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual)) : raiz.SetPara(CajaDe(*t));
-      suyo.Anexa(t);
+      suyo.AnexaALista(t);
     }
   } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
-    for (; i < n; ++i) raiz.Anexa(cavidad[abanico.Orden(i)]);
+    for (; i < n; ++i) raiz.AnexaALista(cavidad[abanico.Orden(i)]);
     throw;
   }
 }

@@ -3,56 +3,19 @@
 #include <array>
 
 #include "model/geometry/CirculoExacto.h"
-#include "model/storage/CReserva.h"
+#include "model/storage/CDeReserva_Define.h"
 
 namespace Meseta47 {
 
+template class CDeReserva<CTriangulo2D>;
+
 namespace {
-
-CReserva& Reserva() {
-  static CReserva reserva(sizeof(CTriangulo2D));
-  return reserva;
-}
-
-/// The calling thread's share of the pool, given up when the thread ends.
-struct CParte {
-  CReserva::CMonton* monton = nullptr;
-  ~CParte() {
-    if (monton != nullptr) Reserva().Abandona(monton);
-  }
-};
-thread_local CParte parte;
 
 double Determinante(double a1, double b1, double c1, double a2, double b2, double c2, double a3, double b3, double c3) {
   return a1 * (b2 * c3 - b3 * c2) - b1 * (a2 * c3 - a3 * c2) + c1 * (a2 * b3 - a3 * b2);
 }
 
 }  // namespace
-
-// What derives from it and is larger does not fit a slot.
-void* CTriangulo2D::operator new(std::size_t bytes) {
-  return bytes == sizeof(CTriangulo2D) ? Reserva().Pide(parte.monton) : ::operator new(bytes);
-}
-void CTriangulo2D::operator delete(void* sitio, std::size_t bytes) noexcept {
-  if (bytes != sizeof(CTriangulo2D)) {
-    ::operator delete(sitio);
-  } else if (sitio != nullptr) {
-    CReserva::Devuelve(sitio, parte.monton);
-  }
-}
-void CTriangulo2D::EncogeReserva() noexcept {
-  if (parte.monton != nullptr)
-    Reserva().Encoge(parte.monton);  // else there may be no pool, and making one takes memory
-}
-
-void CTriangulo2D::DestruyeLista(CTriangulo2D* primero) noexcept {
-  CReserva::CLote lote(parte.monton);
-  while (primero != nullptr) {
-    CTriangulo2D* siguiente = primero->sig;
-    lote.Anade(primero);  // a plain record without links: its destructor would have nothing to do
-    primero = siguiente;
-  }
-}
 
 void CTriangulo2D::Recalcula() {
   ultimoPunto = 0;

@@ -7,6 +7,7 @@
 #include "model/geometry/CCentro.h"
 #include "model/geometry/CCirculo.h"
 #include "model/geometry/CMaximas.h"
+#include "model/storage/CDeReserva.h"
 #include "planar/CLado2D.h"
 
 namespace Meseta47 {
@@ -15,13 +16,15 @@ class CSegmentos;
 class CSetTriangulos2D;
 template <class T>
 class CDibujo;
+template <class TSet, class TElemento, unsigned kEjes>
+class CSetEnArbol;
 
 /// Element of the planar triangulation: three borrowed points, their circumcircle in plan, the links of its set's list
 /// and the neighbours across its sides. All its geometry is plan geometry, in doubles, on integer coordinates.
 ///
 /// A plain record of fixed size without a virtual table. Elements come from a pool: any thread may destroy what another
 /// made. One thread at a time may touch a triangle and its neighbours.
-class URDIMBRE_API CTriangulo2D {
+class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
  public:
   // --- life ---
   CTriangulo2D() = default;
@@ -35,15 +38,6 @@ class URDIMBRE_API CTriangulo2D {
     p1 = p2 = p3 = nullptr;
     BorraMisVecinos();
   }
-  static void* operator new(std::size_t bytes);
-  static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
-  static void operator delete(void* sitio, std::size_t bytes) noexcept;
-  static void operator delete(void*, void*) noexcept {}
-  /// Destroys the triangles of a list that starts with `primero`, none of which may be linked to one that stays. One
-  /// exchange with the thread that made them, whatever their number.
-  static void DestruyeLista(CTriangulo2D* primero) noexcept;
-  /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
-  static void EncogeReserva() noexcept;
 
   // --- queries ---
   /// True when the two have the same three point objects, in any order.
@@ -184,6 +178,8 @@ class URDIMBRE_API CTriangulo2D {
 
  private:
   friend class CSetTriangulos2D;
+  friend class CSetEnArbol<CSetTriangulos2D, CTriangulo2D, 2>;
+  friend class CDeReserva<CTriangulo2D>;
 
   template <class Destino>
   void Corta(Destino& curvas, int equidistancia, double lado2) const;

@@ -6,24 +6,9 @@
 
 namespace Meseta47 {
 
-namespace {
+CSetTetraedros::CSetTetraedros(unsigned nivelInicial) { nivel = nivelInicial; }
 
-/// The least double that rounds, halves to even, to an integer above `n`.
-double MenorSobre(int n) {
-  const double medio = n + 0.5;
-  return n % 2 != 0 ? medio : std::nextafter(medio, HUGE_VAL);
-}
-/// The greatest double that rounds, halves to even, to an integer below `n`.
-double MayorBajo(int n) {
-  const double medio = n - 0.5;
-  return n % 2 != 0 ? medio : std::nextafter(medio, -HUGE_VAL);
-}
-
-}  // namespace
-
-CSetTetraedros::CSetTetraedros(unsigned nivelInicial) : nivel(nivelInicial) {}
-
-CSetTetraedros::CSetTetraedros(CSetTetraedros const& o) { *this = o; }
+CSetTetraedros::CSetTetraedros(CSetTetraedros const& o) : CSetEnArbol() { *this = o; }
 
 CSetTetraedros& CSetTetraedros::operator=(CSetTetraedros const& o) {
   if (this == &o) return *this;
@@ -36,9 +21,7 @@ CSetTetraedros& CSetTetraedros::operator=(CSetTetraedros const& o) {
   posiblesVecinos = o.posiblesVecinos;
   numLista = o.numLista;
   modificado = o.modificado;
-  corteX = o.corteX;
-  corteY = o.corteY;
-  corteZ = o.corteZ;
+  std::copy(std::begin(o.cortes), std::end(o.cortes), cortes);
   if (o.hijos == nullptr) return *this;
   hijos = new CSetTetraedros[kHijos];
   for (unsigned i = 0; i < kHijos; ++i) {
@@ -62,58 +45,16 @@ void CSetTetraedros::Vacia() {
   posiblesVecinos.clear();
 }
 
-void CSetTetraedros::PonCentro() {
-  centro = CCuentas::Centro(maximas);
-  corteX = {MayorBajo(centro.x), MenorSobre(centro.x)};
-  corteY = {MayorBajo(centro.y), MenorSobre(centro.y)};
-  corteZ = {MayorBajo(centro.z), MenorSobre(centro.z)};
-}
-
-void CSetTetraedros::HazHijos() {
-  hijos = new CSetTetraedros[kHijos];
-  for (unsigned i = 0; i < kHijos; ++i) {
-    hijos[i].nivel = nivel + 1;
-    hijos[i].padre = this;
-    hijos[i].maximas = CCuentas::Caja(i, maximas, centro);
-  }
-}
-
 void CSetTetraedros::EstableceDivisiones(CMaximas<int> const& caja, bool crea) {
   maximas = caja;
   PonCentro();
-  if (crea) HazHijos();
+  if (crea) CreaHijos();
 }
 
 void CSetTetraedros::EstableceDivisiones(unsigned n, CMaximas<int> const& caja) {
   EstableceDivisiones(caja, n > kCapacidad && nivel < kNivelMaximo);
   if (hijos == nullptr) return;
-  for (unsigned i = 0; i < kHijos; ++i) hijos[i].EstableceDivisiones(n >> 3, CCuentas::Caja(i, maximas, centro));
-}
-
-unsigned CSetTetraedros::CantidadNiveles() const {
-  unsigned mayor = nivel;
-  for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) mayor = std::max(mayor, hijos[i].CantidadNiveles());
-  return nivel == 0 ? mayor + 1 : mayor;
-}
-
-unsigned CSetTetraedros::CantidadTotal() const {
-  unsigned suma = cantidad;
-  for (unsigned i = 0; !cerrado && hijos != nullptr && i < kHijos; ++i) suma += hijos[i].CantidadTotal();
-  return suma;
-}
-
-CSetTetraedros* CSetTetraedros::GetNivel0() {
-  CSetTetraedros* raiz = this;
-  while (raiz->padre != nullptr) raiz = raiz->padre;
-  return raiz;
-}
-
-int CSetTetraedros::BuscaHijo(CCoor3D<int> const& p) const {
-  return hijos == nullptr ? -1 : static_cast<int>(CCuentas::Hijo(p, centro));
-}
-
-int CSetTetraedros::BuscaHijo(CMaximas<int> const& caja) const {
-  return hijos == nullptr ? -1 : CCuentas::HijoDeCaja(caja, centro);
+  for (unsigned i = 0; i < kHijos; ++i) hijos[i].EstableceDivisiones(n / kHijos, CCuentas::Caja(i, maximas, centro));
 }
 
 CSetTetraedros* CSetTetraedros::DameHijo(CCoor3D<int> const& p) {

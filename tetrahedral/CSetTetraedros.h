@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "model/geometry/CMaximas.h"
-#include "run/CCeldas.h"
+#include "run/CSetEnArbol.h"
 #include "tetrahedral/CSetCaras.h"
 #include "tetrahedral/CTetraedro.h"
 
@@ -25,14 +25,8 @@ class CEstrella;
 /// The set at level 0 also holds the list of tetrahedra with a free face, through which new ones find their neighbours,
 /// and the start of the point location walk. A set owns its tetrahedra. Only the inserting thread touches a set that is
 /// not closed; a closed set belongs to the worker that empties it.
-class URDIMBRE_API CSetTetraedros {
+class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedro, 3> {
  public:
-  using CCuentas = CCeldas<3>;  ///< by which children are numbered
-  static constexpr unsigned kHijos = CCuentas::kHijos;
-  static constexpr unsigned kCapacidad = 150;     ///< a leaf splits when it holds exactly this many tetrahedra
-  static constexpr unsigned kNivelMaximo = 12;    ///< depth at which nothing is divided any more
-  static constexpr int kSegundaMarca = 10000000;  ///< added to a point's number for the stamp of the second walk
-
   /// Tetrahedra that insertions made and destroyed, and what it took.
   struct CBalance {
     std::uint64_t creados = 0, condenados = 0;
@@ -42,20 +36,9 @@ class URDIMBRE_API CSetTetraedros {
     std::uint64_t porBusqueda = 0;  ///< points whose cavity was filled through the list of free faces
   };
 
-  // Close to a plain record; the tree's own invariants are kept by the operations.
-  std::uint32_t nivel = 0;
-  CCoor3D<int> centro;
-  CMaximas<int> maximas;
-  CSetTetraedros* padre = nullptr;
-  bool cerrado = false;
-  CSetTetraedros* hijos = nullptr;  ///< array of kHijos, owned, numbered as CCeldas does; null on a leaf
-  CTetraedro *primero = nullptr, *ultimo = nullptr;  ///< the set's own list
-  CTetraedro* actual = nullptr;                      ///< added or touched last
-  CTetraedro* inicio = nullptr;                      ///< where a walk starts
-  std::uint32_t cantidad = 0;                        ///< tetrahedra in the own list
-  std::vector<CTetraedro*> posiblesVecinos;          ///< tetrahedra with a free face; level 0 only
-  std::uint32_t numLista = 0;                        ///< the caller's
-  bool modificado = true;                            ///< something changed since `SetModificado(false)`
+  std::vector<CTetraedro*> posiblesVecinos;  ///< tetrahedra with a free face; level 0 only
+  std::uint32_t numLista = 0;                ///< the caller's
+  bool modificado = true;                    ///< something changed since `SetModificado(false)`
 
   // --- life ---
   explicit CSetTetraedros(unsigned nivelInicial = 0);
@@ -77,18 +60,9 @@ class URDIMBRE_API CSetTetraedros {
   [[nodiscard]] bool TieneHijos() const { return hijos != nullptr; }
   /// Child `i`; null for 8 and more. Only on a set that has children.
   [[nodiscard]] CSetTetraedros* Hijo(unsigned i) { return i < kHijos ? &hijos[i] : nullptr; }
-  /// Child that the point falls in, -1 on a leaf. A point on a centre plane goes to the high side.
-  [[nodiscard]] int BuscaHijo(CCoor3D<int> const& p) const;
-  /// Child that wholly holds the box, -1 on a leaf or when the box touches a centre plane.
-  [[nodiscard]] int BuscaHijo(CMaximas<int> const& caja) const;
   /// The leaf that the point falls in.
   [[nodiscard]] CSetTetraedros* DameHijo(CCoor3D<int> const& p);
-  /// Greatest level of the subtree, plus 1 when called at level 0.
-  [[nodiscard]] unsigned CantidadNiveles() const;
-
   [[nodiscard]] unsigned Cantidad() const { return cantidad; }
-  /// Tetrahedra of the subtree; of the own list alone once closed.
-  [[nodiscard]] unsigned CantidadTotal() const;
   [[nodiscard]] CTetraedro* Primero() const { return primero; }
   [[nodiscard]] unsigned GetNumLista() const { return numLista; }
   void SetNumLista(unsigned n) { numLista = n; }
@@ -183,7 +157,7 @@ class URDIMBRE_API CSetTetraedros {
   [[nodiscard]] static bool ComparaXMin(CMaximas<int> const& a, CMaximas<int> const& b) { return a < b; }
   /// Greatest corners, then least ones: whether b is the lesser, or both are equal.
   [[nodiscard]] static bool ComparaXMax(CMaximas<int> const& a, CMaximas<int> const& b);
-  [[nodiscard]] CSetTetraedros* GetNivel0();
+  [[nodiscard]] CSetTetraedros* GetNivel0() { return Raiz(); }
   bool Inserta(CTetraedro& t, CMaximas<int> const& caja, bool busca123, bool busca124, bool busca134, bool busca234,
                bool buscaLista, bool sinRepetir);
   /// Append to this set's list, whatever the name says, a copy of the tetrahedron, or the tetrahedron itself. The box
@@ -199,17 +173,8 @@ class URDIMBRE_API CSetTetraedros {
   friend class CEstrella;
   class CBorrador;
 
-  /// Limits on one axis, in doubles: integers are what a box is compared with once rounded, so it is left as it is and
-  /// the limits are set where rounding turns over.
-  struct CCorte {
-    double bajo = 0, alto = 0;  ///< a box is low up to the one, high from the other
-  };
-
-  void HazHijos();
-  void PonCentro();
   void Divide();
   void Quita(CTetraedro* t, CSetTetraedros& raiz);
-  void Anexa(CTetraedro* t);
   void EnlazaPorPuntos(CTetraedro* t, bool const (&busca)[4], bool buscaLista);
   CTetraedro* BuscaEnPosibles(int a, int b, int c, unsigned& codigo);
   CTetraedro* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, unsigned& codigo);
@@ -228,23 +193,7 @@ class URDIMBRE_API CSetTetraedros {
   template <class F>
   bool VaciaEn(CFile* fichero, F const& registra);
 
-  CCorte corteX, corteY, corteZ;
   std::unique_ptr<CBorrador> borrador;  ///< level 0 only
 };
-
-/// Appends at the tail.
-inline void CSetTetraedros::Anexa(CTetraedro* t) {
-  const std::uint32_t numero = t->Numero();
-  t->set = this;
-  ++cantidad;
-  t->ant = CTetraedro::NumeroDe(ultimo);
-  t->sig = 0;
-  if (ultimo != nullptr) {
-    ultimo->sig = numero;
-  } else {
-    primero = t;
-  }
-  ultimo = actual = inicio = t;
-}
 
 }  // namespace Meseta47

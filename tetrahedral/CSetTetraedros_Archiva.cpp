@@ -35,7 +35,7 @@ bool CSetTetraedros::Inserta(CTetraedro& t, CMaximas<int> const& caja, bool busc
 /// Gives a full leaf its children and moves down what fits in them. Nothing is linked anew, and a child that is filled
 /// past its capacity in this way stays a leaf.
 void CSetTetraedros::Divide() {
-  HazHijos();
+  CreaHijos();
   for (unsigned i = 0; i < kHijos; ++i) hijos[i].PonCentro();
   CSetTetraedros& raiz = *GetNivel0();
   if (raiz.borrador != nullptr) raiz.borrador->camino.Olvida();
@@ -44,7 +44,7 @@ void CSetTetraedros::Divide() {
     if (const int hijo = BuscaHijo(t->GetMaximasEsfera()); hijo >= 0) {
       Quita(t, raiz);
       hijos[hijo].modificado = true;
-      hijos[hijo].Anexa(t);
+      hijos[hijo].AnexaALista(t);
     }
     t = siguiente;
   }
@@ -71,7 +71,7 @@ void CSetTetraedros::InsertaOrdenado(CTetraedro* t, CMaximas<int> const&, bool b
                                      bool busca234, bool buscaLista) {
   modificado = true;
   EnlazaPorPuntos(t, {busca123, busca124, busca134, busca234}, buscaLista);
-  Anexa(t);
+  AnexaALista(t);
 }
 
 //  The face with the numbers (a, b, c) has them in the same ascending order in both of its tetrahedra, so its code
@@ -131,29 +131,12 @@ CTetraedro* CSetTetraedros::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> con
                                          unsigned& codigo) {
   if (!maximas.Dentro(a, 0) || !maximas.Dentro(b, 0) || !maximas.Dentro(c, 0)) return nullptr;
   if (a.num == b.num || a.num == c.num || b.num == c.num) return nullptr;
-  CTetraedro* desde = actual;
-  if (desde == nullptr) {
-    // It only chooses the end to start from.
-    const std::int64_t x = (static_cast<std::int64_t>(a.x) + b.x + c.x) / 3;
-    desde = x < centro.x ? primero : ultimo;
-  }
-  CTetraedro* adelante = desde;
-  CTetraedro* atras = desde != nullptr ? desde->Ant() : nullptr;
-  const auto tiene = [&](CTetraedro* t) {
+  // It only chooses the end to start from.
+  const std::int64_t x = (static_cast<std::int64_t>(a.x) + b.x + c.x) / 3;
+  return BuscaDesdeActual(x, [&](CTetraedro const* t) {
     codigo = static_cast<unsigned>(t->ContieneCara(a.num, b.num, c.num));
     return codigo != 0;
-  };
-  while (adelante != nullptr || atras != nullptr) {
-    if (adelante != nullptr) {
-      if (tiene(adelante)) return adelante;
-      adelante = adelante->Sig();
-    }
-    if (atras != nullptr) {
-      if (tiene(atras)) return atras;
-      atras = atras->Ant();
-    }
-  }
-  return nullptr;
+  });
 }
 
 void CSetTetraedros::Borra(CTetraedro* t, bool anota) {
@@ -167,25 +150,8 @@ void CSetTetraedros::Borra(CTetraedro* t, bool anota) {
 }
 
 void CSetTetraedros::Quita(CTetraedro* t, CSetTetraedros& raiz) {
-  CTetraedro *antes = t->Ant(), *despues = t->Sig();
-  if (antes != nullptr) {
-    antes->sig = t->sig;
-  } else {
-    primero = despues;
-  }
-  if (despues != nullptr) {
-    despues->ant = t->ant;
-  } else {
-    ultimo = antes;
-  }
   if (t->set != nullptr) t->set->modificado = true;
-  if (actual == t) actual = antes != nullptr ? antes : despues;
-  if (inicio == t) inicio = actual;
-  if (raiz.inicio == t) {
-    raiz.inicio = actual;
-    for (CSetTetraedros* s = padre; raiz.inicio == nullptr && s != nullptr; s = s->padre) raiz.inicio = s->actual;
-  }
-  --cantidad;
+  QuitaDeLista(t, raiz);
 }
 
 bool CSetTetraedros::EsAncestroDe(CSetTetraedros const* s) const {
@@ -202,26 +168,9 @@ unsigned CSetTetraedros::QuitaTetraedroActual() {
     if (ultimoHecho != nullptr && EsAncestroDe(ultimoHecho->set)) ultimoHecho = nullptr;
   }
   cerrado = true;
-  actual = inicio = nullptr;
-  if (raiz->inicio != nullptr && raiz->inicio->set == this) {
-    raiz->inicio = nullptr;
-    for (CSetTetraedros* s = padre; s != nullptr; s = s->padre) {
-      if (s->actual == nullptr || s->cerrado) continue;
-      raiz->inicio = s->actual;
-      break;
-    }
-  }
+  SueltaInicio(*raiz);
   std::erase_if(raiz->posiblesVecinos, [this](CTetraedro const* t) { return t->set == this; });
-  // From both ends: where the next tetrahedron lies is known only once this one has come from memory.
-  CTetraedro *t = primero, *u = ultimo;
-  for (unsigned pares = cantidad / 2; pares != 0; --pares) {
-    CTetraedro *siguiente = t->Sig(), *anterior = u->Ant();
-    t->BorraMisVecinos();
-    u->BorraMisVecinos();
-    t = siguiente;
-    u = anterior;
-  }
-  if (cantidad % 2 != 0) t->BorraMisVecinos();
+  SueltaVecinosDeLista();
   unsigned cortados = cantidad;
   for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) cortados += hijos[i].QuitaTetraedroActual();
   return cortados;

@@ -25,19 +25,19 @@ void CSetTetraedros::CBorrador::CCamino::Pon(CSetTetraedros& cerca) {
     const auto hijo = sets[k] - encima.hijos;
     CEstrella::CMarco m = marcos[k - 1];
     if ((hijo & 1) != 0) {
-      m.minX = std::max(m.minX, encima.corteX.alto);
+      m.minX = std::max(m.minX, encima.cortes[0].alto);
     } else {
-      m.maxX = std::min(m.maxX, encima.corteX.bajo);
+      m.maxX = std::min(m.maxX, encima.cortes[0].bajo);
     }
     if ((hijo & 2) == 0) {
-      m.minY = std::max(m.minY, encima.corteY.alto);
+      m.minY = std::max(m.minY, encima.cortes[1].alto);
     } else {
-      m.maxY = std::min(m.maxY, encima.corteY.bajo);
+      m.maxY = std::min(m.maxY, encima.cortes[1].bajo);
     }
     if ((hijo & 4) != 0) {
-      m.minZ = std::max(m.minZ, encima.corteZ.alto);
+      m.minZ = std::max(m.minZ, encima.cortes[2].alto);
     } else {
-      m.maxZ = std::min(m.maxZ, encima.corteZ.bajo);
+      m.maxZ = std::min(m.maxZ, encima.cortes[2].bajo);
     }
     marcos[k] = m;
   }
@@ -144,10 +144,10 @@ void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
       const bool hoja = &suyo == &cerca && (suyo.cantidad == kCapacidad || suyo.hijos != nullptr);
       CSetTetraedros* s = hoja ? SetParaCaja(t, suyo) : &suyo;
       s->modificado = true;
-      s->Anexa(t);
+      s->AnexaALista(t);
     }
   } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
-    for (; i < n; ++i) Anexa(estrella.Nuevo(estrella.Orden(i)));
+    for (; i < n; ++i) AnexaALista(estrella.Nuevo(estrella.Orden(i)));
     throw;
   }
   b.ultimoHecho = estrella.Nuevo(estrella.Orden(n - 1));

@@ -4,26 +4,15 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "model/storage/CDeReserva_Define.h"
 #include "model/terrain/CTriangulo.h"
 #include "tetrahedral/CSetTetraedros.h"
 
 namespace Meseta47 {
 
+template class CDeReserva<CTetraedro, true>;
+
 namespace {
-
-CReserva& Reserva() {
-  static CReserva reserva(sizeof(CTetraedro), true);
-  return reserva;
-}
-
-/// The calling thread's share of the pool, given up when the thread ends.
-struct CParte {
-  CReserva::CMonton* monton = nullptr;
-  ~CParte() {
-    if (monton != nullptr) Reserva().Abandona(monton);
-  }
-};
-thread_local CParte parte;
 
 /// Numbers of the elements that live outside the pool and are linked to.
 struct CForasteros {
@@ -69,33 +58,14 @@ CTetraedro* CTetraedro::Nuevo(CTetraedro const& t) {
   return copia;
 }
 
-// What derives from it and is larger does not fit a slot.
-void* CTetraedro::operator new(std::size_t bytes) {
-  return bytes == sizeof(CTetraedro) ? Reserva().Pide(parte.monton) : ::operator new (bytes, std::align_val_t{64});
-}
-void CTetraedro::operator delete(void* sitio, std::size_t bytes) noexcept {
-  if (bytes != sizeof(CTetraedro)) {
-    ::operator delete (sitio, std::align_val_t{64});
-  } else if (sitio != nullptr) {
-    CReserva::Devuelve(sitio, parte.monton);
+void CTetraedro::Deja(CTetraedro* t, CReserva::CLote& lote) noexcept {
+  if ((t->marcas & kMascaraSitio) == kEnReserva) {
+    lote.Anade(t);  // a plain record without links: its destructor would have nothing to do
+  } else {
+    t->clear();
+    delete t;
   }
 }
-
-void CTetraedro::DestruyeLista(CTetraedro* primero) noexcept {
-  CReserva::CLote lote(parte.monton);
-  while (primero != nullptr) {
-    CTetraedro* siguiente = primero->Sig();
-    if ((primero->marcas & kMascaraSitio) == kEnReserva) {
-      lote.Anade(primero);  // a plain record without links: its destructor would have nothing to do
-    } else {
-      primero->clear();
-      delete primero;
-    }
-    primero = siguiente;
-  }
-}
-
-void CTetraedro::EncogeReserva() noexcept { Reserva().Encoge(parte.monton); }
 
 /// All but where the element itself lives.
 void CTetraedro::Copia(CTetraedro const& o) {

@@ -9,7 +9,7 @@
 #include "model/geometry/CCentro.h"
 #include "model/geometry/CEsfera.h"
 #include "model/geometry/CMaximas.h"
-#include "model/storage/CReserva.h"
+#include "model/storage/CDeReserva.h"
 #include "tetrahedral/CCara.h"
 
 class CFile;
@@ -17,6 +17,8 @@ class CFile;
 namespace Meseta47 {
 
 class CSetTetraedros;
+template <class TSet, class TElemento, unsigned kEjes>
+class CSetEnArbol;
 
 /// Element of the spatial triangulation: four borrowed points in ascending order of number, their circumsphere, the
 /// links of its set's list, the neighbours across its faces, and what the spill knows of its edges and faces. A face is
@@ -26,7 +28,7 @@ class CSetTetraedros;
 /// and list links are kept as numbers of 32 bits. The elements of a mesh come from a pool: any thread may destroy what
 /// another made. One that lives elsewhere, and is linked to, takes a number of its own, which costs a lock; 2 million
 /// of them can have one. One thread at a time may touch a tetrahedron and its neighbours.
-class URDIMBRE_API CTetraedro {
+class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
  public:
   /// What is known of an edge against the limit of the spill.
   enum CEstado : short { CORTO = 0, LARGO = 1, DESCONOCIDO = 2 };
@@ -54,14 +56,6 @@ class URDIMBRE_API CTetraedro {
   }
   /// A copy that knows its number, as the elements of a set do. Throws std::bad_alloc.
   [[nodiscard]] static CTetraedro* Nuevo(CTetraedro const& t);
-  static void* operator new(std::size_t bytes);
-  static void* operator new(std::size_t, void* sitio) noexcept { return sitio; }
-  static void operator delete(void* sitio, std::size_t bytes) noexcept;
-  static void operator delete(void*, void*) noexcept {}
-  /// Destroys the tetrahedra of a list that starts with `primero`, none of which may be linked to one that lives on.
-  static void DestruyeLista(CTetraedro* primero) noexcept;
-  /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
-  static void EncogeReserva() noexcept;
 
   // --- queries ---
   /// True when each point object of this tetrahedron is one of the other's, in any order.
@@ -195,6 +189,8 @@ class URDIMBRE_API CTetraedro {
 
  private:
   friend class CSetTetraedros;
+  friend class CSetEnArbol<CSetTetraedros, CTetraedro, 3>;
+  friend class CDeReserva<CTetraedro, true>;
   friend class CEstrella;
 
   // Bit 0: condemned; 1 to 4: faces 123, 124, 134, 234 need no writing; 5 to 14: states of the first five edges; 16 and
@@ -218,6 +214,7 @@ class URDIMBRE_API CTetraedro {
   }
   [[nodiscard]] std::uint32_t NumeroPropio();
   void OlvidaNumero() noexcept;
+  static void Deja(CTetraedro* t, CReserva::CLote& lote) noexcept;
   [[nodiscard]] static CTetraedro* PideSitio();
   void Copia(CTetraedro const& o);
 

@@ -10,32 +10,32 @@ namespace Meseta47 {
 /// pass.
 class CAvance {
  public:
-  /// `porcentaje` may be null.
-  CAvance(IPorcentaje* porcentaje, int nivel, unsigned pasadas)
-      : porcentaje_(porcentaje), nivel_(nivel), total_(pasadas * kPasos) {}
+  /// `elPorcentaje` may be null.
+  CAvance(IPorcentaje* elPorcentaje, int elNivel, unsigned pasadas)
+      : porcentaje(elPorcentaje), nivel(elNivel), total(pasadas * kPasos) {}
 
   /// The next pass begins, over so many things.
-  CAvance& Pasada(std::size_t cosas) {
-    anteriores_ += empezada_ ? kPasos : 0;
-    empezada_ = true;
-    cosas_ = cosas;
+  CAvance& Pasada(std::size_t lasCosas) {
+    anteriores += empezada ? kPasos : 0;
+    empezada = true;
+    cosas = lasCosas;
     return *this;
   }
   /// So many things of the pass are done. False cancels.
   bool operator()(std::size_t hechas) const {
-    return porcentaje_ == nullptr ||
-           porcentaje_->Porcentaje(nivel_, anteriores_ + (cosas_ == 0 ? kPasos : hechas * kPasos / cosas_), total_,
-                                   false) != 0;
+    return porcentaje == nullptr ||
+           porcentaje->Porcentaje(nivel, anteriores + (cosas == 0 ? kPasos : hechas * kPasos / cosas), total, false) !=
+               0;
   }
 
  private:
   static constexpr unsigned kPasos = 1000;
 
-  IPorcentaje* porcentaje_;
-  int nivel_;
-  unsigned long long total_, anteriores_ = 0;
-  std::size_t cosas_ = 0;
-  bool empezada_ = false;
+  IPorcentaje* porcentaje;
+  int nivel;
+  unsigned long long total, anteriores = 0;
+  std::size_t cosas = 0;
+  bool empezada = false;
 };
 
 }  // namespace Meseta47
