@@ -149,6 +149,11 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
  private:
   template <class Destino>
   void CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde);
+  // What becomes of the triangles of a set that is done with: planar/CSetTriangulos2D_Consume.h.
+  template <class F>
+  void ConsumeLista(F&& trabajo);
+  template <class F>
+  void Consume(F&& trabajo);
   /// Box of a circle, not rounded.
   struct CCaja {
     double minX, minY, maxX, maxY;

@@ -2,14 +2,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <memory>
 #include <utility>
 
 #include "model/drawing/CDibujo.h"
 #include "model/geometry/COrdenaPunto.h"
 #include "planar/CBordeDelMarco.h"
 #include "planar/CSegmentos.h"
-#include "planar/CSetTriangulos2D.h"
+#include "planar/CSetTriangulos2D_Consume.h"
 #include "planar/CorteDeLado.h"
 
 namespace Meseta47 {
@@ -54,18 +53,10 @@ void CSetTriangulos2D::Curva(CSegmentos& curvas, int equidistancia, double lado2
 
 template <class Destino>
 void CSetTriangulos2D::CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde) {
-  if (!cerrado) Desengancha();
-  ultimo = nullptr;
-  while (primero != nullptr) {
-    // Should memory give out, the set still owns what is left.
-    if (borde != nullptr && CBordeDelMarco::Toca(*primero)) borde->Anota(*primero);
-    primero->Corta(curvas, equidistancia, lado2);
-    delete std::exchange(primero, primero->sig);
-  }
-  cantidad = 0;
-  const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
-  if (susHijos == nullptr) return;
-  for (unsigned i = 0; i < 4; ++i) susHijos[i].CortaTodo(curvas, equidistancia, lado2, borde);
+  Consume([&](CTriangulo2D const& t) {
+    if (borde != nullptr && CBordeDelMarco::Toca(t)) borde->Anota(t);
+    t.Corta(curvas, equidistancia, lado2);
+  });
 }
 
 void CTriangulo2D::Curva(CDibujo<int>& curvas, int equidistancia, double lado2) const {

@@ -5,32 +5,24 @@
 
 #include "model/terrain/CTIN.h"
 #include "planar/CBordeDelMarco.h"
-#include "planar/CSetTriangulos2D.h"
+#include "planar/CSetTriangulos2D_Consume.h"
 #include "platform/CFile.h"
 
 namespace Meseta47 {
 
 bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde) {
-  if (!cerrado) Desengancha();
-  bool bien = true;
-  if (cantidad != 0) {
-    // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
-    std::vector<std::int32_t> numeros;
-    numeros.reserve(std::size_t{3} * cantidad);
-    const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
-    for (CTriangulo2D const* u = primero; u != nullptr; u = u->sig) {
-      if (borde != nullptr && CBordeDelMarco::Toca(*u)) {
-        borde->Anota(*u);
-        continue;
-      }
-      for (CCoor3D<int> const* p : {u->p1, u->p2, u->p3}) numeros.push_back(numero(p));
+  // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
+  std::vector<std::int32_t> numeros;
+  numeros.reserve(std::size_t{3} * cantidad);
+  const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
+  ConsumeLista([&](CTriangulo2D const& t) {
+    if (borde != nullptr && CBordeDelMarco::Toca(t)) {
+      borde->Anota(t);
+      return;
     }
-    // Not before: should memory give out above, the set still owns its triangles.
-    CTriangulo2D::DestruyeLista(std::exchange(primero, nullptr));
-    ultimo = nullptr;
-    cantidad = 0;
-    bien = fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
-  }
+    for (CCoor3D<int> const* p : {t.p1, t.p2, t.p3}) numeros.push_back(numero(p));
+  });
+  bool bien = numeros.empty() || fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
   const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;
   for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero, borde) && bien;
