@@ -1,4 +1,5 @@
 // What all searches begin and end with.
+#include "classification/BusquedaMensajes.h"
 #include "classification/CBusquedaPuntos.h"
 #include "model/threads/IPorcentaje.h"
 #include "planar/CFuentes.h"
@@ -7,12 +8,6 @@
 #include "run/Recorrido.h"
 
 namespace Meseta47 {
-
-namespace {
-
-constexpr unsigned kMensajeRegistra = 19020;
-
-}  // namespace
 
 /// The points of the further drawings that take part may hold numbers of an earlier run, and one that is not given
 /// another must not pass for a point of this one. The others keep theirs: they are not this search's.
@@ -35,13 +30,15 @@ int CTriangulacion2D::RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>
                 {resumen.segundosBusca, busca}});
 }
 
-int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes) {
+int CTriangulacion2D::PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes, CRegistra const& registra) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
   divisiones.clear();  // the search needs the memory
   unsigned long long contador = 0;
-  return fuentes.Recorre([&](short, CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
-    return RecorreMalla(d, contador, cantidadPuntos, elegidos,
-                        [&](CLinea<int> const& e, unsigned k) { busqueda.Anade(PuntoDeRun(e, k)); });
+  return fuentes.Recorre([&](short lista, CDibujo<int> const& d, std::vector<CPosicionEntidad> const* elegidos) {
+    return RecorreMalla(d, contador, cantidadPuntos, elegidos, [&](CLinea<int> const& e, unsigned k) {
+      busqueda.Anade(PuntoDeRun(e, k));
+      if (registra) registra(lista, e, k);
+    });
   });
 }
 

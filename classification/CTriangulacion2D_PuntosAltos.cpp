@@ -4,9 +4,11 @@
 
 #include "classification/BusquedaClases.h"
 #include "classification/BusquedaContorno.h"
+#include "classification/BusquedaMensajes.h"
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
+#include "classification/CTrianguloBuscado.h"
 #include "model/threads/CEquipo.h"
 #include "model/threads/IPorcentaje.h"
 #include "planar/CFuentes.h"
@@ -19,10 +21,6 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kMensajeBusca = 19045;
-// Rise over run above which a side is steep: a plain ratio, so 0.785 passes where 45 degrees would ask for 1. Searches
-// have been tuned with it.
-constexpr double kPendiente = 0.7853981633974483;
 constexpr unsigned kPasadas = 3;
 
 struct CParametros {
@@ -94,8 +92,8 @@ class CBuscadores {
       CHiloBuscaPuntosAltos& hilo = hilos[k];
       hilo.Start(k, eventosFin.Manejador(k), eventosSigue.Manejador(k), porcentaje, static_cast<unsigned>(nivel),
                  pasadas.acumulado, fichero.GetFilePath(), &busqueda, &pasadas.pasada, &cantidad, parametros.alturaMin,
-                 parametros.distanciaMax, kPendiente, &altos, &pasadas.cambio, &pasadas.total, porHilo, &*seccion,
-                 &terminados, &leido, &cancelado);
+                 parametros.distanciaMax, CTrianguloBuscado::kEmpinado, &altos, &pasadas.cambio, &pasadas.total,
+                 porHilo, &*seccion, &terminados, &leido, &cancelado);
       if (hilo.Codigo() != kHecho) return hilo.Codigo();
       eventosSigue[k].SetEvent();
     }
@@ -192,18 +190,11 @@ int CTriangulacion2D::BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo
     if (codigo != kHecho) return codigo;
     hallados = RecogeHallados(dibujo, clases, info, altos);
   }
-  cantidad = 0;
-  CDibujo<int> limites(dibujo.semilla);
-  const int codigo = Cronometra(resumen.segundosContorno, [&] {
-    CDibujo<int> nuevo = DibujoDeHallados(dibujo.semilla, altos);
-    return ContornoDeHallados(nuevo, distanciaMax, MENSAJES_NORMALES, limites, sinMarco);
+  return Cronometra(resumen.segundosContorno, [&] {
+    std::vector<CGrupoHallado> grupos;
+    grupos.push_back({DibujoDeHallados(dibujo.semilla, altos), info, parametros.alturaMin});
+    return ClasificaHallados(dibujo, hallados, grupos, {distanciaMax, MENSAJES_NORMALES, sinMarco}, clases, cantidad);
   });
-  if (codigo == kCancelado) return codigo;
-  EscribeClases(dibujo, hallados);
-  cantidad = static_cast<unsigned>(hallados.size());
-  if (codigo != kHecho) return codigo;
-  return Cronometra(resumen.segundosContorno,
-                    [&] { return ClasificaDentro(dibujo, limites, info, clases, parametros.alturaMin, cantidad); });
 }
 
 }  // namespace Meseta47

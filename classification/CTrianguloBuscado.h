@@ -23,18 +23,33 @@ namespace Meseta47 {
 class CTrianguloBuscado {
  public:
   using CNumeros = std::array<int, 3>;
+  using CValores = std::array<std::int64_t, 3>;
+
+  /// Rise over run above which a side is steep: a plain ratio, so 0.785 passes where 45 degrees would ask for 1.
+  /// Searches have been tuned with it.
+  static constexpr double kEmpinado = 0.7853981633974483;
 
   /// Three points that do not lie on one line in space.
   [[nodiscard]] static bool Es(CCoor3D<int> const* a, CCoor3D<int> const* b, CCoor3D<int> const* c) {
     if (a == nullptr || b == nullptr || c == nullptr) return false;
     return c->CalculaLado(*a, *b, 0) != 0 || c->CalculaLado(*a, *b, 1) != 0 || c->CalculaLado(*a, *b, 2) != 0;
   }
+  /// The same with other quantities, of 32 bits, in the place of heights. The points are there.
+  [[nodiscard]] static bool Es(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c,
+                               CValores const& valores) {
+    if (c.CalculaLado(a, b, 0) != 0) return true;
+    const auto con = [](CCoor3D<int> const& p, std::int64_t z) {
+      return CCoor3D<int>(p.x, p.y, static_cast<int>(z), p.num);
+    };
+    const CCoor3D<int> pa = con(a, valores[0]), pb = con(b, valores[1]), pc = con(c, valores[2]);
+    return pc.CalculaLado(pa, pb, 1) != 0 || pc.CalculaLado(pa, pb, 2) != 0;
+  }
 
   /// By heights.
   CTrianguloBuscado(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c)
       : CTrianguloBuscado(a, b, c, {a->z, b->z, c->z}) {}
   /// By other quantities. The points are those of a triangle.
-  CTrianguloBuscado(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c, std::array<std::int64_t, 3> const& susValores)
+  CTrianguloBuscado(CCoor3D<int>* a, CCoor3D<int>* b, CCoor3D<int>* c, CValores const& susValores)
       : vertices{a, b, c},
         valores(susValores),
         lados2{a->Distancia2(*b, 0), b->Distancia2(*c, 0), c->Distancia2(*a, 0)} {}
@@ -64,7 +79,7 @@ class CTrianguloBuscado {
 
  private:
   std::array<CCoor3D<int>*, 3> vertices;
-  std::array<std::int64_t, 3> valores;
+  CValores valores;
   std::array<double, 3> lados2;
 };
 

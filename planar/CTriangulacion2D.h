@@ -345,8 +345,11 @@ class URDIMBRE_API CTriangulacion2D {
   /// A search from its beginning to its end: `busca` is called once the mesh is in the file.
   int RunBusqueda(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros,
                   std::vector<CPosicionEntidad> const* seleccion, std::function<int()> const& busca);
-  /// Collects the points of the mesh for a search.
-  int PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes);
+  /// Told of a point of the mesh: the drawing's place among the sources, the entity and the index of the point in it.
+  using CRegistra = std::function<void(short lista, CLinea<int> const&, unsigned)>;
+  /// Collects the points of the mesh for a search. `registra` is told of each, where a search keeps more of a point, by
+  /// its number, than the drawing does.
+  int PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes, CRegistra const& registra = {});
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 

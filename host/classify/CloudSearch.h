@@ -8,18 +8,12 @@
 #include <utility>
 #include <vector>
 
+#include "host/classify/ParameterTable.h"
 #include "model/drawing/CDibujo.h"
 #include "model/terrain/CDataTriangulacion.h"
 #include "planar/CResumenPlano.h"
-#include "platform/CString.h"
 
 namespace Meseta47::host {
-
-/// Where the parameters of a search are kept from one use to the next, in the profile of the application.
-struct ProfilePlace {
-  CString section;
-  CString prefix;
-};
 
 /// What a search counted, and how long it took.
 struct SearchOutcome {
@@ -31,20 +25,16 @@ struct SearchOutcome {
   std::optional<CResumenPlano> mesh;                                  ///< of a search on one mesh of the whole cloud
 };
 
-/// The lengths of a cloud's units.
-struct CloudUnits {
-  double aMetre = 1;        ///< scaled units in a unit of the input
-  double metres = 1;        ///< of a unit of the input in plan
-  double heightMetres = 1;  ///< and in height
-  bool known = true;        ///< false: no system told it, and metres are taken
-};
-
 /// A search over the points of a cloud that gives a class to those it finds: what one `urdimbre classify NAME` has that
-/// the others lack. The frame around it (host/classify/Classify.h) is the same for all.
+/// the others lack. The frame around it (host/classify/Classify.h) is the same for all. Most have a table of parameters
+/// and leave to it what concerns them.
 ///
 /// The frame calls in this order: addOptions, then once the command line is read settle, the two checks, run, keep.
 class CloudSearch {
  public:
+  CloudSearch() = default;
+  CloudSearch(CloudSearch const&) = delete;
+  CloudSearch& operator=(CloudSearch const&) = delete;
   virtual ~CloudSearch() = default;
 
   /// The word behind `classify`, and a line for --help.
@@ -52,18 +42,19 @@ class CloudSearch {
   [[nodiscard]] virtual char const* purpose() const = 0;
 
   /// Adds the options that are its own, the target class among them.
-  virtual void addOptions(CLI::App& verb) = 0;
-  /// Settles the parameters: what the command line gave, else what the profile holds, else the defaults.
-  virtual void settle(ProfilePlace const* profile) = 0;
+  virtual void addOptions(CLI::App& verb) { table_.addTo(verb); }
+  /// Settles the parameters: what the command line gave, else what the profile holds, else the defaults. Throws
+  /// UsageError for those that contradict one another.
+  virtual void settle(ProfilePlace const* profile) { table_.settle(profile); }
   /// Writes the parameters to the profile; false when they can't be read back from it.
-  [[nodiscard]] virtual bool keep(ProfilePlace const& profile) const = 0;
+  [[nodiscard]] virtual bool keep(ProfilePlace const& profile) const { return table_.keep(profile); }
 
   /// Throws UsageError for a parameter that the search can't take on such units.
-  virtual void requireSense(CloudUnits const& units) = 0;
+  virtual void requireSense(CloudUnits const& units) { table_.requireSense(units); }
   /// The highest class that it may give.
-  [[nodiscard]] virtual unsigned char highestTarget() const = 0;
+  [[nodiscard]] virtual unsigned char highestTarget() const { return table_.highestTarget(); }
   /// The parameters as a summary tells them.
-  [[nodiscard]] virtual nlohmann::ordered_json parameters() const = 0;
+  [[nodiscard]] virtual nlohmann::ordered_json parameters() const { return table_.json(); }
 
   /// Whether lengths in the search are metres, so that it must know the unit of the cloud, which `requireSense` takes.
   [[nodiscard]] virtual bool needsUnits() const { return false; }
@@ -74,6 +65,9 @@ class CloudSearch {
   /// library. Everything that the search holds is released with it. `fillsHull`: whether the outline that it draws may
   /// reach the convex hull (CTriangulacion2D::SinMarco).
   virtual int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) = 0;
+
+ protected:
+  ParameterTable table_;
 };
 
 }  // namespace Meseta47::host

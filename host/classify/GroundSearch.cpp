@@ -1,7 +1,5 @@
 #include "host/classify/GroundSearch.h"
 
-#include <algorithm>
-#include <cmath>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -18,72 +16,47 @@ namespace {
 constexpr double kWidestWindow = 250;      // metres: what is wider is a hill
 constexpr std::uint64_t kFewMinima = 100;  // a tenth of the largest disc
 constexpr std::uint64_t kDense = 2000;     // points a cell of 1 m: a scan of walls, or one that stood still
-constexpr int kRough = 0, kTight = 1;
-
-CInfoClasificacion classOf(unsigned target) { return CInfoClasificacion(static_cast<unsigned char>(target), 0.0, L""); }
 
 }  // namespace
 
-void GroundSearch::addOptions(CLI::App& verb) {
-  verb.add_option("--to", to_, "Class of the ground, 0 to 255, or to 31 in point formats 0 to 5 (default: 2)")
-      ->check(CLI::Range(0, 255));
-  verb.add_option("--low-noise", lowNoise_,
-                  "Class of what lies in pits or far below the ground, within the same limits (default: 7)")
-      ->check(CLI::Range(0, 255));
-  verb.add_option("--window", window_,
-                  "Half the width of the largest building, in units of the input; a wider one cuts into hills "
-                  "(default: 25 metres)")
-      ->check(fromZeroUp());
-  verb.add_option("--slope", slope_,
-                  "Rise over run that still is terrain while buildings are looked for; steeper ground is found again "
-                  "later as far as it is even (default: 0.1)")
-      ->check(fromZeroUp());
-  verb.add_option("--band", band_,
-                  "What counts as ground about the surface: rough takes in low growth, tight is for dense and precise "
-                  "clouds (default: rough)")
-      ->check(CLI::IsMember({"rough", "tight"}));
+GroundSearch::GroundSearch() {
+  table_.target({"--to", "Tipo", "Class of the ground, 0 to 255, or to 31 in point formats 0 to 5"}, data_.Tipo);
+  table_.target({"--low-noise", "Ruido", "Class of what lies in pits or far below the ground, within the same limits"},
+                data_.Ruido);
+  table_.metres({.option = "--window",
+                 .key = "Ventana",
+                 .help = "Half the width of the largest building, in units of the input; a wider one cuts into hills",
+                 .json = "window_metres",
+                 .byDefault = "25 metres"},
+                data_.Ventana, kWidestWindow);
+  table_.number({"--slope", "Pendiente",
+                 "Rise over run that still is terrain while buildings are looked for; steeper ground is found again "
+                 "later as far as it is even"},
+                data_.Pendiente, fromZeroUp());
+  table_.choice({"--band", "Banda",
+                 "What counts as ground about the surface: rough takes in low growth, tight is for dense and precise "
+                 "clouds"},
+                data_.Banda, {"rough", "tight"});
 }
 
 void GroundSearch::settle(ProfilePlace const* profile) {
-  if (profile != nullptr) data_.GetProfile(profile->section, profile->prefix);
-  if (slope_) data_.Pendiente = *slope_;
-  if (band_) data_.Banda = *band_ == "tight" ? kTight : kRough;
-  if (to_) data_.Tipo = classOf(*to_);
-  if (lowNoise_) data_.Ruido = classOf(*lowNoise_);
+  CloudSearch::settle(profile);
   if (data_.Tipo.GetTipo() == data_.Ruido.GetTipo()) {
     throw UsageError(fmt::format("--to and --low-noise are both {}: give them two classes", data_.Tipo.GetTipo()));
   }
 }
 
-bool GroundSearch::keep(ProfilePlace const& profile) const {
-  constexpr double kDecimalsKept = 1e-6;
-  data_.WriteProfile(profile.section, profile.prefix);
-  CDataSuelo kept;
-  kept.GetProfile(profile.section, profile.prefix);
-  return std::abs(kept.Ventana - data_.Ventana) <= kDecimalsKept &&
-         std::abs(kept.Pendiente - data_.Pendiente) <= kDecimalsKept && kept.Banda == data_.Banda &&
-         kept.Tipo.GetTipo() == data_.Tipo.GetTipo() && kept.Ruido.GetTipo() == data_.Ruido.GetTipo();
-}
-
 void GroundSearch::requireSense(CloudUnits const& units) {
+  CloudSearch::requireSense(units);
   units_ = units;
-  if (window_) data_.Ventana = *window_ * units.metres;
-  if (data_.Ventana > 0 && data_.Ventana <= kWidestWindow) return;
-  throw UsageError(fmt::format("--window {:g}: give a length above 0 and up to {:.0f}, in units of the input",
-                               data_.Ventana / units.metres, std::floor(kWidestWindow / units.metres)));
 }
-
-unsigned char GroundSearch::highestTarget() const { return std::max(data_.Tipo.GetTipo(), data_.Ruido.GetTipo()); }
 
 nlohmann::ordered_json GroundSearch::parameters() const {
-  return {{"to", data_.Tipo.GetTipo()},
-          {"low_noise", data_.Ruido.GetTipo()},
-          {"window_metres", data_.Ventana},
-          {"slope", data_.Pendiente},
-          {"band", data_.Banda == kTight ? "tight" : "rough"},
-          {"unit_metres", units_.metres},
-          {"height_unit_metres", units_.heightMetres},
-          {"unit_known", units_.known}};
+  nlohmann::ordered_json all = CloudSearch::parameters();
+  all["unit_metres"] = units_.metres;
+  all["height_unit_metres"] = units_.heightMetres;
+  all["unit_known"] = units_.known;
+  return all;
 }
 
 std::uint64_t GroundSearch::temporaryBytes(std::uint64_t points) const {

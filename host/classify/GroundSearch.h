@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "classification/CDataSuelo.h"
 #include "host/classify/CloudSearch.h"
 
@@ -11,25 +8,20 @@ namespace Meseta47::host {
 /// The bare earth of an unclassified airborne cloud.
 class GroundSearch : public CloudSearch {
  public:
+  GroundSearch();
+
   [[nodiscard]] char const* name() const override { return "ground"; }
   [[nodiscard]] char const* purpose() const override {
     return "The bare earth of an airborne cloud, without buildings, vegetation, bridges and low noise";
   }
-  void addOptions(CLI::App& verb) override;
   void settle(ProfilePlace const* profile) override;
-  [[nodiscard]] bool keep(ProfilePlace const& profile) const override;
   void requireSense(CloudUnits const& units) override;
-  [[nodiscard]] unsigned char highestTarget() const override;
   [[nodiscard]] nlohmann::ordered_json parameters() const override;
   [[nodiscard]] bool needsUnits() const override { return true; }
   [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override;
-  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool /*fillsHull*/,
-          SearchOutcome& outcome) override;
+  int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) override;
 
  private:
-  std::optional<double> window_, slope_;  ///< the window in units of the input
-  std::optional<std::string> band_;
-  std::optional<unsigned> to_, lowNoise_;
   CDataSuelo data_;
   CloudUnits units_;
 };

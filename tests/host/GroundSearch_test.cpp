@@ -36,16 +36,17 @@ class Session {
   HostApp app_;
 };
 
-GroundSearch given(std::string const& arguments) {
-  GroundSearch search;
-  CLI::App parser;
-  search.addOptions(parser);
-  parser.parse(arguments);
-  return search;
-}
+/// A search that has read a command line.
+struct Given : GroundSearch {
+  explicit Given(std::string const& arguments) {
+    CLI::App parser;
+    addOptions(parser);
+    parser.parse(arguments);
+  }
+};
 
 Json settled(std::string const& arguments, CloudUnits const& units = {}, ProfilePlace const* profile = nullptr) {
-  GroundSearch search = given(arguments);
+  Given search(arguments);
   search.settle(profile);
   search.requireSense(units);
   return search.parameters();
@@ -113,7 +114,7 @@ TEST(GroundSearch, TheWindowIsInUnitsOfTheInput) {
 TEST(GroundSearch, AProfileGivesBackWhatWasKept) {
   const Folder folder;
   const Session session(folder);
-  GroundSearch search = given("--window 40 --slope 0.2 --band tight --to 22 --low-noise 23");
+  Given search("--window 40 --slope 0.2 --band tight --to 22 --low-noise 23");
   search.settle(&kHills);
   search.requireSense({});
   EXPECT_TRUE(search.keep(kHills));
@@ -133,7 +134,7 @@ TEST(GroundSearch, WhatMakesNoSenseIsRefusedWithTheWayOut) {
   EXPECT_THAT(errorOf("--window 0"), HasSubstr("--window 0: give a length above 0 and up to 250"));
   EXPECT_THAT(errorOf("--window 251"), HasSubstr("up to 250"));
   EXPECT_THAT(errorOf("--to 7"), HasSubstr("--to and --low-noise are both 7"));
-  EXPECT_THROW(given("--band narrow"), CLI::ValidationError);
+  EXPECT_THROW(Given("--band narrow"), CLI::ValidationError);
 }
 
 class GroundSearchFormats : public testing::TestWithParam<unsigned> {};

@@ -36,22 +36,23 @@ class Session {
   HostApp app_;
 };
 
-HighSearch given(std::string const& arguments) {
-  HighSearch search;
-  CLI::App parser;
-  search.addOptions(parser);
-  parser.parse(arguments);
-  return search;
-}
+/// A search that has read a command line.
+struct Given : HighSearch {
+  explicit Given(std::string const& arguments) {
+    CLI::App parser;
+    addOptions(parser);
+    parser.parse(arguments);
+  }
+};
 
 Json settled(std::string const& arguments, ProfilePlace const* profile = nullptr) {
-  HighSearch search = given(arguments);
+  Given search(arguments);
   search.settle(profile);
   return search.parameters();
 }
 
 bool kept(std::string const& arguments, ProfilePlace const& profile) {
-  HighSearch search = given(arguments);
+  Given search(arguments);
   search.settle(&profile);
   return search.keep(profile);
 }
@@ -144,7 +145,7 @@ TEST(HighSearch, AProfileThatCanNotBeWrittenIsNoticed) {
 
 TEST(HighSearch, LengthsMustFitTheScaledUnits) {
   const auto errorAt = [](std::string const& arguments, double units) -> std::string {
-    HighSearch search = given(arguments);
+    Given search(arguments);
     search.settle(nullptr);
     try {
       search.requireSense({units});
@@ -165,8 +166,7 @@ TEST(HighSearch, AProfileThatMakesNoSenseIsRefused) {
   Session session(folder);
   session.app().WriteProfileString(kWood.section, kWood.prefix + L"AlturaMin", L"-3");
   HighSearch search;
-  search.settle(&kWood);
-  EXPECT_THROW(search.requireSense({100}), UsageError);
+  EXPECT_THROW(search.settle(&kWood), UsageError);
 }
 
 class HighSearchFormats : public testing::TestWithParam<unsigned> {};

@@ -83,7 +83,7 @@ expect "what they give" "$(cmp p.las q.las && echo same)" same
 expect "a value given goes before the profile's, and is kept" "$(number height kept.json)" 3.0
 "$urdimbre" --json classify high scan.las --profile town --dry-run >town.json 2>/dev/null
 expect "another profile" "$(number height town.json)" 5.0
-expect "profiles kept" "$(find config -type f -exec grep -c '^wood\.' {} +)" 12
+expect "profiles kept" "$(find config -type f -exec grep -c '^wood\.' {} +)" 4
 echo x >blocked
 refuses 1 "could not be kept" env XDG_CONFIG_HOME="$work/blocked" "$urdimbre" $high --profile wood -o q.las
 unset XDG_CONFIG_HOME

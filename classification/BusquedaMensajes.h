@@ -1,0 +1,9 @@
+#pragma once
+
+namespace Meseta47 {
+
+/// Phases that searches announce, by the numbers of their messages.
+inline constexpr unsigned kMensajeRegistra = 19020;
+inline constexpr unsigned kMensajeBusca = 19045;
+
+}  // namespace Meseta47
