@@ -20,11 +20,27 @@ bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, C
   return Empieza(elIndice, elEvento, laCola);
 }
 
+bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola,
+                                          CAlturasVecinas* lasAlturas, double elLado2, double laPendiente,
+                                          int laAltura) {
+  modo = PICOS;
+  alturas = lasAlturas;
+  lado2 = elLado2;
+  pendiente = laPendiente;
+  altura = laAltura;
+  return Empieza(elIndice, elEvento, laCola);
+}
+
 void CHiloSalvaTriangulosEnlazados::Trabaja(CSetTriangulos2D& set) {
-  if (modo == CURVA) {
-    set.Curva(*curvas, equidistancia, lado2, borde);
-  } else {
-    set.Salva(fichero, borde);  // a refusal of the disk stays with the file, and the driver asks for it at the end
+  switch (modo) {
+    case CURVA:
+      set.Curva(*curvas, equidistancia, lado2, borde);
+      break;
+    case PICOS:
+      set.BuscaPicos(*alturas, lado2, pendiente, altura);
+      break;
+    default:
+      set.Salva(fichero, borde);  // a refusal of the disk stays with the file, and the driver asks for it at the end
   }
 }
 

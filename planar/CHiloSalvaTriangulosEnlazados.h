@@ -9,6 +9,7 @@ namespace Meseta47 {
 class CBordeDelMarco;
 class CSegmentos;
 class CSetTriangulos2D;
+struct CAlturasVecinas;
 
 /// The worker of a linking pass in plan, with a job for each mode of the run.
 class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTriangulos2D> {
@@ -28,6 +29,9 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   /// units.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CSegmentos* lasCurvas, int laEquidistancia,
              double elLado2);
+  /// The same with the job of gathering heights for the search of peaks, as CSetTriangulos2D::BuscaPicos takes them.
+  bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CAlturasVecinas* lasAlturas, double elLado2,
+             double laPendiente, int laAltura);
   /// From the next start on, triangles that touch the frame are left in `elBorde` and not written; null for none.
   void Borde(CBordeDelMarco* elBorde) { borde = elBorde; }
 
@@ -37,9 +41,12 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   CBordeDelMarco* borde = nullptr;
   unsigned modo = SALVA;
   CFile* fichero = nullptr;
-  CSegmentos* curvas = nullptr;  ///< mode 1
-  int equidistancia = 0;         ///< mode 1, scaled units
-  double lado2 = 0;              ///< mode 1, squared scaled units
+  CSegmentos* curvas = nullptr;        ///< mode 1
+  int equidistancia = 0;               ///< mode 1, scaled units
+  double lado2 = 0;                    ///< modes 1 and 3, squared scaled units
+  CAlturasVecinas* alturas = nullptr;  ///< mode 3
+  double pendiente = 0;                ///< mode 3, rise over run
+  int altura = 0;                      ///< mode 3, scaled units
 };
 
 }  // namespace Meseta47

@@ -20,6 +20,7 @@ template <class T>
 class CDibujo;
 class CBordeDelMarco;
 class CSegmentos;
+struct CAlturasVecinas;
 
 /// A cell of the quadtree of triangle lists. A triangle sits in the deepest set whose quadrant wholly holds the box of
 /// its circle, so what a set and its subtree hold can only be disturbed by a new point inside that quadrant: once the
@@ -131,6 +132,17 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
   /// level. `borde`, if any, remembers those that touch the frame, which give no contour.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
   void Curva(CSegmentos& curvas, int equidistancia, double lado2, CBordeDelMarco* borde = nullptr);
+  /// Tells each vertex of the set's triangles how high its companions are, and frees the triangles; the same with the
+  /// children, which stay, emptied. Triangles that touch the frame tell nothing.
+  ///
+  /// A side steeper than `pendiente` (rise over run; up to 1e-7 slopes are not looked at) that rises by more than twice
+  /// `altura` (scaled units) counts as a steep rise to its upper end, once a triangle. Heights are told by triangles
+  /// without a side whose squared plan length passes `lado2`. The arrays have an entry for each point number. Nothing
+  /// is allocated.
+  void BuscaPicos(CAlturasVecinas& alturas, double lado2, double pendiente, int altura);
+  void BuscaPicos(std::vector<int>& minimos, std::vector<int>& maximos, std::vector<int>& sumas,
+                  std::vector<unsigned char>& vecinos, double lado2, std::vector<unsigned char>& empinados,
+                  double pendiente, int altura);
   /// Empties the set into a model whose points carry these numbers: a triangle goes in when no vertex belongs to the
   /// frame and no side is longer in plan than `ladoMaximo` scaled units.
   void RellenaMDT(CTIN& tin, int ladoMaximo, CStdioFile* fichero);

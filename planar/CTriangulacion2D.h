@@ -11,6 +11,7 @@
 #include "model/terrain/CDataTriangulacion.h"
 #include "model/threads/CNivelMensajes.h"
 #include "model/threads/Codigos.h"
+#include "planar/CAlturasVecinas.h"
 #include "planar/CBordeDelMarco.h"
 #include "planar/CDivisiones2D.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
@@ -28,6 +29,7 @@ class CStdioFile;
 namespace Meseta47 {
 
 class CBusquedaPuntos;
+class CDataPicos;
 struct CFase;
 struct CFuentes;
 class CIntensidadTipo;
@@ -165,6 +167,49 @@ class URDIMBRE_API CTriangulacion2D {
                      int unaPasada, unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
                      std::vector<CPosicionEntidad> const* seleccion);
 
+  /// Finds the points with too few neighbours, such as echoes of birds and dust, and gives them the class of `info`.
+  ///
+  /// Neighbours are points joined by a side of the mesh that is shorter in space than `distancia` (drawing units): a
+  /// point is isolated that has fewer than `minVecinos` of them. Its nearest point in plan is always joined to it, its
+  /// nearest in space not always. With a distance of 46341 scaled units or more, whose square has no 32 bits, every
+  /// point is isolated: hosts refuse it.
+  ///
+  /// Arguments, codes and what may change as RunPuntosAltos. Cancelled while classes are written, which is the last
+  /// phase and takes no time, those written stay and `cantidad` counts them. About 40 bytes a point beyond the drawing
+  /// for up to 3 neighbours, up to 75 for many; the triangles are read once, by the calling thread.
+  int RunPuntosAislados(CDibujo<int>& dibujo, double distancia, unsigned int minVecinos, CInfoClasificacion const& info,
+                        unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
+                        std::vector<CPosicionEntidad> const* seleccion);
+
+  /// Finds the points that hang above what is around them, or lie below it, and gives them the class of `info`.
+  ///
+  /// A point is looked at when the mesh falls away from it (rises, for a factor below 0) by more than 30 degrees on
+  /// some triangle, measured to the middle of the opposite side; with a factor between -1e-7 and 1e-7, when it falls or
+  /// rises at all. It is found when it has at least three points around it in plan, no farther than `radio` (drawing
+  /// units), and its height passes their mean by more than `factor` of their standard deviations. Points go in
+  /// ascending order of x, then y, and one that has been found doesn't count any more among those around the next.
+  /// Looked at are, of candidates, none of one and at most the first of two.
+  ///
+  /// Arguments, codes and what may change as RunPuntosAltos, cancellation as RunPuntosAislados. About 25 bytes a point
+  /// beyond the drawing; time is that of ordering the points, and of looking at a rectangle of 6 square radii for each
+  /// candidate. One thread.
+  int RunPuntosAereos(CDibujo<int>& dibujo, double radio, double factor, CInfoClasificacion const& info,
+                      unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
+                      std::vector<CPosicionEntidad> const* seleccion);
+
+  /// Finds peaks and pits, points that stand out against those that the mesh joins them to, and gives them the class of
+  /// `parametros`. CAlturasVecinas says what a peak is; its longest side, its height and its slope are those of
+  /// `parametros`, a distance of 0 meaning any. There is no file to read: heights are gathered while the mesh grows.
+  ///
+  /// The points of the drawing must come with their numbers at 0, or those of a run of the same points; of others,
+  /// which may be null, none has its class changed. `seleccion` as in RunPuntosAltos. `cantidad` grows by the points
+  /// that get the class, `encontrados`, if given, by their places; `progreso`, if given, by each point that goes in.
+  ///
+  /// The codes of RunPuntosAltos; with any but kHecho no class has changed. 14 bytes a point beyond a run.
+  int BuscaPicos(CDibujo<int>& dibujo, CDataPicos const& parametros, unsigned int& cantidad,
+                 std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion, int* progreso,
+                 std::vector<CPosicionEntidad>* encontrados);
+
  protected:
   // --- a run's work as values ---
   using CTolerancia = CSetTriangulos2D::CTolerancia;
@@ -184,6 +229,7 @@ class URDIMBRE_API CTriangulacion2D {
     unsigned* cuenta = nullptr;                         ///< points found
     std::vector<CPosicionEntidad>* hallados = nullptr;  ///< and where they are
     std::vector<CAtributos> atributos{};                ///< by point number less 1, for the job of affinity
+    CAlturasVecinas alturasVecinas{};                   ///< for the job of peaks
 
     [[nodiscard]] CTolerancia DeSemillas() const { return tolerancia.soloSuperficie ? CTolerancia{} : tolerancia; }
   };
@@ -263,6 +309,13 @@ class URDIMBRE_API CTriangulacion2D {
   int BuscaPuntosAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax, double alturaMin,
                        CInfoClasificacion const& info, int unaPasada, unsigned int& cantidad,
                        std::vector<CPosicionEntidad> const* seleccion);
+  /// The same of RunPuntosAislados and RunPuntosAereos.
+  int BuscaPuntosAislados(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distancia,
+                          unsigned int minVecinos, CInfoClasificacion const& info, unsigned int& cantidad,
+                          std::vector<CPosicionEntidad> const* seleccion);
+  int BuscaPuntosAereos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double radio, double factor,
+                        CInfoClasificacion const& info, unsigned int& cantidad,
+                        std::vector<CPosicionEntidad> const* seleccion);
 
   /// Walks the division tree.
   void ImprimeLista(CDivisiones const& celda) const;
@@ -306,7 +359,7 @@ class URDIMBRE_API CTriangulacion2D {
                    CMarcha& marcha, bool daSemillas);
 
   void PreparaEnlace();
-  int EmpiezaEnlace(unsigned modo, bool conEvento);
+  int EmpiezaEnlace(CEnlace& enlace, bool conEvento);
   int InsertaSemillas(CMarcha& marcha, CInsercion const& como, CPuntoDeSemilla const& punto);
   int InsertaResto(short lista, CDibujo<int> const& dibujo, std::vector<CPosicionEntidad> const* seleccion,
                    CMarcha& marcha, CInsercion const& como);
@@ -318,7 +371,8 @@ class URDIMBRE_API CTriangulacion2D {
   bool NoEntra(CCoor3D<int> const& p, unsigned mensaje, int tolerancia) const;
   void ConstruyeMarco(bool holgado);
   void PreparaCola();
-  int ArrancaHilo(unsigned modo);
+  int ArrancaHilo(CEnlace& enlace);
+  bool ArrancaTarea(CEnlace& enlace);
   /// Lets the worker catch up; without a worker at once. False cancels.
   bool EsperaAlHilo(CMarcha const& marcha);
   int Abandona(int codigo);
@@ -331,6 +385,9 @@ class URDIMBRE_API CTriangulacion2D {
                    std::vector<CPosicionEntidad> const* seleccion,
                    std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
   void PonClases(CFuentes const& fuentes, CEnlace const& enlace);
+  void PonClasesDePicos(CFuentes const& fuentes, CEnlace const& enlace);
+  void RecorreNumerados(CFuentes const& fuentes, CEnlace const& enlace,
+                        std::function<void(CPosicionEntidad const&, CCoor3D<int> const&, std::size_t)> const& visita);
   int ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros, CDibujo<int> const* anadido,
                   CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
   int ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros, CDibujo<int> const* anadido,

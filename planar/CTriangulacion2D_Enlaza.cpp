@@ -60,30 +60,37 @@ void CTriangulacion2D::PreparaCola() {
 }
 
 /// From here on the mesh is the frame, and numbering begins.
-int CTriangulacion2D::EmpiezaEnlace(unsigned modo, bool conEvento) {
+int CTriangulacion2D::EmpiezaEnlace(CEnlace& enlace, bool conEvento) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeEnlaza);
   if (cantidadPuntos < kMinimoPuntos) return kPocosPuntos;
   PreparaEnlace();
-  ConstruyeMarco(Completa(modo));
-  if (modo != CHiloSalvaTriangulosEnlazados::CURVA) {
+  ConstruyeMarco(Completa(enlace.modo));
+  if (enlace.modo != CHiloSalvaTriangulosEnlazados::CURVA) {
     if (const int codigo = ficheroTemporal.Abre(identificador, kNombreDeReserva); codigo != kHecho) return codigo;
   }
   PreparaCola();
   if (conEvento && evento == nullptr) return kFicheroInconsistente;  // the file stays as long as this object
-  if (const int codigo = ArrancaHilo(modo); codigo != kHecho) return codigo;
+  if (const int codigo = ArrancaHilo(enlace); codigo != kHecho) return codigo;
   cantidadPuntos = 0;
   return kHecho;
 }
 
-int CTriangulacion2D::ArrancaHilo(unsigned modo) {
-  if (modo > kUltimoModo) return kHecho;
-  hiloSalva.Borde(Completa(modo) ? &borde : nullptr);
-  const bool enMarcha = modo == CHiloSalvaTriangulosEnlazados::CURVA
-                            ? hiloSalva.Start(0, &evento, setsCerrados, &dibujoCurvas, paramCurvaA,
-                                              static_cast<double>(paramCurvaB) * paramCurvaB)
-                            : hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), modo);
-  if (!enMarcha) return Abandona(kFicheroInconsistente);
-  return kHecho;
+int CTriangulacion2D::ArrancaHilo(CEnlace& enlace) {
+  if (enlace.modo > kUltimoModo) return kHecho;
+  hiloSalva.Borde(Completa(enlace.modo) ? &borde : nullptr);
+  return ArrancaTarea(enlace) ? kHecho : Abandona(kFicheroInconsistente);
+}
+
+bool CTriangulacion2D::ArrancaTarea(CEnlace& enlace) {
+  const double lado2 = static_cast<double>(paramCurvaB) * paramCurvaB;
+  switch (enlace.modo) {
+    case CHiloSalvaTriangulosEnlazados::CURVA:
+      return hiloSalva.Start(0, &evento, setsCerrados, &dibujoCurvas, paramCurvaA, lado2);
+    case CHiloSalvaTriangulosEnlazados::PICOS:
+      return hiloSalva.Start(0, &evento, setsCerrados, &enlace.alturasVecinas, lado2, paramPicoB, paramPicoA);
+    default:
+      return hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), enlace.modo);
+  }
 }
 
 /// Stops the worker and leaves no file.
@@ -104,10 +111,12 @@ int CTriangulacion2D::ConcluyeFichero() {
 
 int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
   const bool porClases = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
+  const bool porPicos = enlace.modo == CHiloSalvaTriangulosEnlazados::PICOS;
   if (porClases && cantidadPuntos >= kMinimoPuntos) enlace.atributos.resize(cantidadPuntos);
+  if (porPicos && cantidadPuntos >= kMinimoPuntos) enlace.alturasVecinas.Prepara(cantidadPuntos);
   CMarcha marcha(Progreso(), mensajes, cantidadPuntos,
                  enlace.contador != nullptr ? static_cast<unsigned>(*enlace.contador) : 0);
-  if (const int codigo = EmpiezaEnlace(enlace.modo, true); codigo != kHecho) return codigo;
+  if (const int codigo = EmpiezaEnlace(enlace, true); codigo != kHecho) return codigo;
 
   CInsercion como{.cierra = false, .tolerancia = enlace.DeSemillas(), .contador = enlace.contador};
   if (porClases) {
@@ -133,33 +142,60 @@ int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
   codigo = CompletaSuperficie(enlace.modo);
   if (codigo == kHecho) codigo = ConcluyeFichero();
   if (codigo == kHecho && porClases) PonClases(fuentes, enlace);
+  if (codigo == kHecho && porPicos) PonClasesDePicos(fuentes, enlace);
   return codigo;
+}
+
+/// Calls `visita` with the place, the point and the index of each point of the classified drawing that has a number of
+/// this run and whose class may change. A point that the linking has not reached may hold a number of an earlier run,
+/// beyond the last one of this.
+void CTriangulacion2D::RecorreNumerados(
+    CFuentes const& fuentes, CEnlace const& enlace,
+    std::function<void(CPosicionEntidad const&, CCoor3D<int> const&, std::size_t)> const& visita) {
+  CDibujo<int> const& dibujo = *enlace.clasifica;
+  const CFiltroPuntos filtro(datos, Precision(), dibujo, CFiltroPuntos::CPor::DibujoYClases);
+  RecorrePuntos(dibujo, filtro, fuentes.seleccion, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+    CCoor3D<int> const& p = *e.PunteroAPunto(static_cast<int>(k));
+    const auto indice = static_cast<std::size_t>(p.num) - 1;  // numbers below 1 come out beyond any
+    if (indice < cantidadPuntos) visita({static_cast<int>(entidad), static_cast<int>(k)}, p, indice);
+  });
 }
 
 /// Gives the points of a class run the classes found for their numbers.
 void CTriangulacion2D::PonClases(CFuentes const& fuentes, CEnlace const& enlace) {
-  CDibujo<int>& dibujo = *enlace.clasifica;
-  const CFiltroPuntos filtro(datos, Precision(), dibujo, CFiltroPuntos::CPor::DibujoYClases);
-  RecorrePuntos(dibujo, filtro, fuentes.seleccion, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
-    const int num = e.PunteroAPunto(static_cast<int>(k))->num;
-    if (num == 0) return;
-    const CInfoClasificacion clase(enlace.atributos[static_cast<std::size_t>(num) - 1].clase, 0.0, CString());
-    dibujo[entidad].SetClasificacion(clase, static_cast<int>(k));
+  RecorreNumerados(fuentes, enlace, [&](CPosicionEntidad const& lugar, CCoor3D<int> const&, std::size_t indice) {
+    const CInfoClasificacion clase(enlace.atributos[indice].clase, 0.0, CString());
+    (*enlace.clasifica)[static_cast<unsigned>(lugar.entidad)].SetClasificacion(clase, lugar.punto);
   });
 }
 
+/// Gives the class of the run to the points that stand out against their neighbours. Should memory give out, no class
+/// has changed.
+void CTriangulacion2D::PonClasesDePicos(CFuentes const& fuentes, CEnlace const& enlace) {
+  std::vector<CPosicionEntidad> picos;
+  RecorreNumerados(fuentes, enlace, [&](CPosicionEntidad const& lugar, CCoor3D<int> const& p, std::size_t indice) {
+    if (enlace.alturasVecinas.EsPico(indice, p.z, paramPicoA)) picos.push_back(lugar);
+  });
+  if (enlace.hallados != nullptr) enlace.hallados->insert(enlace.hallados->end(), picos.begin(), picos.end());
+  if (enlace.cuenta != nullptr) *enlace.cuenta += static_cast<unsigned>(picos.size());
+  const CInfoClasificacion clase(enlace.tipoA->GetTipo(), 0.0, CString());
+  for (CPosicionEntidad const& lugar : picos) {
+    (*enlace.clasifica)[static_cast<unsigned>(lugar.entidad)].SetClasificacion(clase, lugar.punto);
+  }
+}
+
 int CTriangulacion2D::Enlaza(CTIN& tin, int contador) {
-  constexpr unsigned kModo = CHiloSalvaTriangulosEnlazados::SALVA;
+  CEnlace enlace;
   CMarcha marcha(Progreso(), mensajes, cantidadPuntos, static_cast<unsigned>(contador));
   // An event that could not be made hinders nothing here.
-  int codigo = EmpiezaEnlace(kModo, false);
+  int codigo = EmpiezaEnlace(enlace, false);
   if (codigo != kHecho) return codigo;
   codigo =
       InsertaSemillas(marcha, {.cierra = false}, [&](CPosicion const& lugar) { return tin.puntos.at(lugar.entidad); });
   if (codigo == kHecho) codigo = InsertaResto(tin, marcha, {});
   if (codigo != kHecho) return Abandona(codigo);
 
-  const bool entera = Completa(kModo);
+  const bool entera = Completa(enlace.modo);
   if (entera) Salva(&divisiones);
   setsCerrados.Acaba();
   const CMarcha espera(Progreso(), 1, 0);
@@ -173,7 +209,7 @@ int CTriangulacion2D::Enlaza(CTIN& tin, int contador) {
   if (!entera) Salva(&divisiones);
   setRaiz.clear();
   CTriangulo2D::EncogeReserva();
-  if (codigo = CompletaSuperficie(kModo); codigo != kHecho) return codigo;
+  if (codigo = CompletaSuperficie(enlace.modo); codigo != kHecho) return codigo;
   return ConcluyeFichero();
 }
 

@@ -1,6 +1,7 @@
 // The jobs of the worker of a linking pass, on sets fed by hand.
 #include <gmock/gmock.h>
 
+#include "planar/CAlturasVecinas.h"
 #include "planar/CSetTriangulos2D.h"
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
@@ -89,6 +90,22 @@ TEST_F(SalvaEnlazados, TheJobOfCuttingGathersSegmentsAndWritesNothing) {
   ASSERT_TRUE(WaitForAll());
   EXPECT_EQ(contours.Cantidad(), 1U) << "the triangle rises from 10 to 50";
   EXPECT_EQ(own[1]->cantidad, 0U);
+  EXPECT_THAT(Records(), IsEmpty());
+}
+
+TEST_F(SalvaEnlazados, TheJobOfPeaksGathersHeightsAndWritesNothing) {
+  CAlturasVecinas heights;
+  heights.Prepara(15);
+  Append(4);
+  ASSERT_TRUE(worker.Start(0, &event, queue, &heights, 1e12, 1.0, 10));
+  ASSERT_TRUE(WaitForAll());
+  EXPECT_EQ(heights.minimos[12], 10);
+  EXPECT_EQ(heights.maximos[12], 200);
+  EXPECT_EQ(heights.sumas[13], 20);
+  EXPECT_EQ(heights.vecinos[14], 2);
+  EXPECT_EQ(heights.empinados[13], 2) << "it is 190 above the others, which are 50 and 71 away";
+  EXPECT_EQ(heights.vecinos[0], 0);
+  EXPECT_EQ(own[4]->cantidad, 0U);
   EXPECT_THAT(Records(), IsEmpty());
 }
 
