@@ -41,11 +41,13 @@ struct CBusquedaPasadas {
 
 /// All runs of all passes, on the caller's thread: `visita(triple)` for each one of the file that does not touch the
 /// frame, with a step of progress for each one that is read. kHecho, kCancelado; kFicheroInaccesible when the file
-/// cannot be opened, kFicheroInconsistente when the disk refused a record.
+/// cannot be opened, kFicheroInconsistente when the disk refused a record or the length.
 template <class F>
 int RecorrePasadas(CString const& ruta, CBusquedaPasadas& pasadas, IPorcentaje* porcentaje, int nivel, F&& visita) {
   CLectorTriples lector;
   if (!lector.Abre(ruta)) return kFicheroInaccesible;
+  // A length that the disk did not tell is 0, and the file would pass for an empty one.
+  if (lector.Longitud() != pasadas.longitud || lector.HayError()) return kFicheroInconsistente;
   const auto todos = static_cast<unsigned>(pasadas.longitud / CFicheroTriples::kBytes);
   for (; pasadas.Quedan(); pasadas.Termina()) {
     pasadas.Empieza();

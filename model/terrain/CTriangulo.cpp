@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "model/geometry/OrdenCanonico.h"
+#include "model/geometry/Subida.h"
 
 namespace Meseta47 {
 
@@ -25,13 +26,6 @@ CCoor3D<double> Normal(CTriangulo const& t) {
   return {ProductoVectorial(ay, az, by, bz), ProductoVectorial(az, ax, bz, bx), NormalZ(t), 0};
 }
 
-double Subida(CPuntoTIN const& vertice, CPuntoTIN const& b, CPuntoTIN const& c) {
-  const double x = (static_cast<double>(b.x) + c.x) / 2 - vertice.x;
-  const double y = (static_cast<double>(b.y) + c.y) / 2 - vertice.y;
-  const double z = (static_cast<double>(b.z) + c.z) / 2 - vertice.z;
-  return std::atan2(z, std::sqrt(x * x + y * y));
-}
-
 }  // namespace
 
 bool CTriangulo::EsValido() const {
@@ -49,9 +43,9 @@ double CTriangulo::Pendiente() const {
 }
 
 double CTriangulo::Pendiente(int num) const {
-  if (P1->num == num) return Subida(*P1, *P2, *P3);
-  if (P2->num == num) return Subida(*P2, *P3, *P1);
-  if (P3->num == num) return Subida(*P3, *P1, *P2);
+  if (P1->num == num) return Subida(HaciaElMedio(*P1, *P2, *P3));
+  if (P2->num == num) return Subida(HaciaElMedio(*P2, *P3, *P1));
+  if (P3->num == num) return Subida(HaciaElMedio(*P3, *P1, *P2));
   return 0;
 }
 
