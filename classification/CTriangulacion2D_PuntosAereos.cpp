@@ -1,8 +1,11 @@
 // The search of aerial points: steep triangles give candidates, and each is held against the heights around it.
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <span>
 
 #include "classification/BusquedaClases.h"
+#include "classification/BusquedaMensajes.h"
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CTrianguloBuscado.h"
@@ -17,11 +20,11 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kMensajeRadio = 19026;
-constexpr unsigned kMensajeBusca = 19045;
-constexpr unsigned kMensajeClases = 39102;
 constexpr double kEmpinado = 0.5235987755982988;  // 30 degrees
 constexpr std::size_t kPocosVecinos = 2;          // of which no deviation says anything
+constexpr std::size_t kSumaExacta = 1 << 22;      // so many heights of 31 bits are summed in 53
+constexpr double kRedondeo = 0x1p-52;             // relative, of a sum of positive numbers, for each of them
+constexpr double kOtrosRedondeos = 8;             // the quotient, the root, the product, and what is left for safety
 
 /// What is looked for: points above (a factor that is not negative) or below what is around them.
 class CDireccion {
@@ -40,8 +43,10 @@ class CDireccion {
     return umbral == 0 || (!llano && Subida(camino) > umbral);
   }
 
-  /// Whether a height stands out against those of its neighbours, by more deviations than the factor.
-  [[nodiscard]] bool Destaca(int z, std::vector<std::int32_t> const& vecinos) const {
+  /// Whether a height stands out against those of its neighbours, by more deviations than the factor. Sums are rounded,
+  /// and so depend on the order of the neighbours in their last digits: that of positions is the one that counts.
+  /// Nothing when the neighbours are not `enOrden` and it hangs on those digits.
+  [[nodiscard]] std::optional<bool> Destaca(int z, std::span<std::int32_t const> vecinos, bool enOrden) const {
     if (vecinos.size() <= kPocosVecinos) return false;
     const auto n = static_cast<double>(vecinos.size());
     double suma = 0, cuadrados = 0;
@@ -52,6 +57,8 @@ class CDireccion {
       cuadrados += d * d;
     }
     const double limite = std::sqrt(cuadrados / (n - 1)) * factor, diferencia = z - media;
+    const bool justo = std::abs(diferencia - limite) <= std::abs(limite) * (n + kOtrosRedondeos) * kRedondeo;
+    if (!enOrden && (justo || vecinos.size() > kSumaExacta)) return std::nullopt;
     return sentido < 0 ? diferencia < limite : diferencia > limite;
   }
 
@@ -121,7 +128,9 @@ class CRonda {
     for (const CVecindario::CIndice i : candidatos.Elige(vecindario)) {
       if (!marcha.Avanza()) return kCancelado;
       CVecindario::CPunto const& p = vecindario.Puntos()[i];
-      if (!direccion.Destaca(p.z, vecindario.Alturas(i))) continue;
+      std::optional<bool> destaca = direccion.Destaca(p.z, vecindario.Alturas(i), false);
+      if (!destaca) destaca = direccion.Destaca(p.z, vecindario.AlturasEnOrden(i), true);
+      if (!*destaca) continue;
       busqueda.Punto(p.num)->num = -p.num;
       vecindario.Quita(i);
     }

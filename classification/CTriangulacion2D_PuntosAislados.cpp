@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "classification/BusquedaClases.h"
+#include "classification/BusquedaMensajes.h"
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CListasVecinos.h"
@@ -13,9 +14,6 @@
 namespace Meseta47 {
 
 namespace {
-
-constexpr unsigned kMensajeBusca = 19045;
-constexpr unsigned kMensajeClases = 39102;
 
 /// The square of a distance as a whole number of 32 bits. Where it has none it is the least one, and no side is below
 /// that: programs that ask for such distances are used to every point being isolated.

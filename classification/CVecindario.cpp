@@ -1,30 +1,12 @@
 #include "classification/CVecindario.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numeric>
-#include <utility>
 
 namespace Meseta47 {
 
 namespace {
-
-/// A stretch of a band.
-struct CTramo {
-  CVecindario::CPunto const *p, *fin;
-};
-
-/// Takes the least point of up to three stretches, none of them empty, and forgets the stretch that it leaves so.
-CVecindario::CPunto const& SacaMenor(std::array<CTramo, 3>& tramos, unsigned& cuantos) {
-  unsigned menor = 0;
-  for (unsigned k = 1; k < cuantos; ++k) {
-    if (tramos[k].p->clave < tramos[menor].p->clave) menor = k;
-  }
-  CVecindario::CPunto const& p = *tramos[menor].p++;
-  if (tramos[menor].p == tramos[menor].fin) tramos[menor] = tramos[--cuantos];
-  return p;
-}
 
 double Cuadrado(std::int64_t diferencia) {
   const double d = static_cast<float>(diferencia);
@@ -52,25 +34,63 @@ void CVecindario::Ordena(std::size_t banda) {
             [](CPunto const& a, CPunto const& b) { return a.clave < b.clave; });
 }
 
-std::vector<std::int32_t> const& CVecindario::Alturas(CIndice i) {
-  alturas.clear();
+/// Takes the least point of all, and forgets the stretch that it leaves empty.
+CVecindario::CPunto const& CVecindario::CTramos::SacaMenor() {
+  unsigned menor = 0;
+  for (unsigned k = 1; k < cuantos; ++k) {
+    if (tramos[k].p->clave < tramos[menor].p->clave) menor = k;
+  }
+  CPunto const& p = *tramos[menor].p++;
+  if (tramos[menor].p == tramos[menor].fin) tramos[menor] = tramos[--cuantos];
+  return p;
+}
+
+CVecindario::CTramos CVecindario::Tramos(CIndice i) {
+  CTramos donde;
+  if (radio < 0) return donde;
   const std::int64_t cx = puntos[i].X(), cy = puntos[i].Y();
-  std::array<CTramo, 3> tramos{};
-  unsigned cuantos = 0;
+  std::size_t todos = 0;
   const std::size_t primera = Banda(std::max(minY, cy - radio)), ultima = Banda(std::min(maxY, cy + radio));
-  for (std::size_t b = primera; b <= ultima && radio >= 0; ++b) {
+  for (std::size_t b = primera; b <= ultima; ++b) {
     CPunto const *const inicio = puntos.data() + bandas[b], *const fin = puntos.data() + bandas[b + 1];
     CPunto const* const desde = std::partition_point(inicio, fin, [&](CPunto const& p) { return p.X() < cx - radio; });
     CPunto const* const hasta = std::partition_point(desde, fin, [&](CPunto const& p) { return p.X() <= cx + radio; });
-    if (desde != hasta) tramos[cuantos++] = {desde, hasta};
+    if (desde == hasta) continue;
+    donde.tramos[donde.cuantos++] = {desde, hasta};
+    todos += static_cast<std::size_t>(hasta - desde);
   }
-  const double radio2 = static_cast<double>(radio) * static_cast<double>(radio);
-  while (cuantos != 0) {
-    CPunto const& p = SacaMenor(tramos, cuantos);
-    if (p.num == 0 || &p == &puntos[i] || std::abs(cy - p.Y()) > radio) continue;
-    if (Cuadrado(cy - p.Y()) + Cuadrado(cx - p.X()) <= radio2) alturas.push_back(p.z);
+  if (alturas.size() < todos) alturas.resize(todos);
+  return donde;
+}
+
+bool CVecindario::EstaCerca(CPunto const& centro, CPunto const& p) const {
+  const std::int64_t dx = std::int64_t{centro.X()} - p.X(), dy = std::int64_t{centro.Y()} - p.Y();
+  const bool enCirculo = Cuadrado(dy) + Cuadrado(dx) <= static_cast<double>(radio) * static_cast<double>(radio);
+  // All looked at: which of them it is can't be foretold, and to guess wrong costs more.
+  return static_cast<int>(enCirculo) & static_cast<int>(std::abs(dy) <= radio) & static_cast<int>(p.num != 0) &
+         static_cast<int>(&p != &centro);
+}
+
+std::span<std::int32_t const> CVecindario::Alturas(CIndice i) {
+  const CTramos donde = Tramos(i);
+  std::size_t n = 0;
+  for (unsigned k = 0; k < donde.cuantos; ++k) {
+    for (CPunto const* p = donde.tramos[k].p; p != donde.tramos[k].fin; ++p) {
+      alturas[n] = p->z;
+      n += EstaCerca(puntos[i], *p) ? 1U : 0U;
+    }
   }
-  return alturas;
+  return {alturas.data(), n};
+}
+
+std::span<std::int32_t const> CVecindario::AlturasEnOrden(CIndice i) {
+  CTramos donde = Tramos(i);
+  std::size_t n = 0;
+  while (donde.cuantos != 0) {
+    CPunto const& p = donde.SacaMenor();
+    if (EstaCerca(puntos[i], p)) alturas[n++] = p.z;
+  }
+  return {alturas.data(), n};
 }
 
 }  // namespace Meseta47

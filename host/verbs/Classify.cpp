@@ -7,8 +7,11 @@
 
 #include "host/FileError.h"
 #include "host/JsonOutput.h"
+#include "host/classify/AerialSearch.h"
 #include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
+#include "host/classify/IsolatedSearch.h"
+#include "host/classify/PeaksSearch.h"
 #include "host/verbs/Verbs.h"
 #include "platform/Proceso.h"
 
@@ -93,6 +96,9 @@ void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen) {
   verb->require_subcommand(1);
   addSearch<HighSearch>(*verb, common, chosen);
   addSearch<GroundSearch>(*verb, common, chosen);
+  addSearch<IsolatedSearch>(*verb, common, chosen);
+  addSearch<AerialSearch>(*verb, common, chosen);
+  addSearch<PeaksSearch>(*verb, common, chosen);
 }
 
 }  // namespace Meseta47::host

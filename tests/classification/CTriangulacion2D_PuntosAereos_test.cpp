@@ -129,6 +129,18 @@ TEST(RunPuntosAereos, AHeightMustPassTheMeanByMoreThanItsDeviations) {
   EXPECT_THAT(Found(pole(-35), 2, -10), ElementsAre(0U));
 }
 
+TEST(RunPuntosAereos, AHeightExactlyAtTheLimitStays) {
+  // Five neighbours at -2, -2, 0, 2 and 2: mean 0, variance 4, deviation 2.
+  const auto pole = [](int z) {
+    return std::vector<ClassedPoint>{{0, 0, z},   {10, 1, -2},    {-10, -1, -2}, {1, -10, 2},   {-1, 10, 2},
+                                     {12, 12, 0}, {-300, -10, 0}, {10, -300, 0}, {300, -11, 0}, {11, 320, 0}};
+  };
+  EXPECT_THAT(Found(pole(50), 2, 25), IsEmpty());
+  EXPECT_THAT(Found(pole(51), 2, 25), ElementsAre(0U));
+  EXPECT_THAT(Found(pole(-50), 2, -25), IsEmpty());
+  EXPECT_THAT(Found(pole(-51), 2, -25), ElementsAre(0U));
+}
+
 TEST(RunPuntosAereos, ACandidateThatIsMarkedNoLongerCountsForThoseToTheRight) {
   // Two poles side by side over a plain. The first to the left stands out; without it the second does too.
   std::vector<ClassedPoint> points = PlainWith(300);
@@ -326,12 +338,16 @@ CVecindario Around(std::vector<CCoor3D<int>> const& points, int radius) {
   return around;
 }
 
-/// Heights around the point of that number.
+/// Heights around the point of that number, in order.
 std::vector<std::int32_t> HeightsAround(std::vector<CCoor3D<int>> const& points, int number, int radius) {
   CVecindario around = Around(points, radius);
   CVecindario::CIndice i = 0;
   while (around.Puntos()[i].num != number) ++i;
-  return around.Alturas(i);
+  const auto ordered = around.AlturasEnOrden(i);
+  std::vector<std::int32_t> inOrder(ordered.begin(), ordered.end());
+  const auto any = around.Alturas(i);
+  EXPECT_THAT(std::vector<std::int32_t>(any.begin(), any.end()), testing::UnorderedElementsAreArray(inOrder));
+  return inOrder;
 }
 
 TEST(CVecindario, GivesHeightsInTheOrderOfPositions) {
@@ -349,7 +365,11 @@ TEST(CVecindario, APointThatWasTakenOutIsAroundNobody) {
   for (CVecindario::CIndice i = 0; i < 3; ++i) {
     if (around.Puntos()[i].num == 2) around.Quita(i);
   }
-  for (CVecindario::CIndice i = 0; i < 3; ++i) EXPECT_THAT(around.Alturas(i), testing::Not(testing::Contains(2)));
+  for (CVecindario::CIndice i = 0; i < 3; ++i) {
+    const auto heights = around.Alturas(i);
+    EXPECT_EQ(std::count(heights.begin(), heights.end(), 2), 0);
+    EXPECT_EQ(heights.size(), around.Puntos()[i].num == 0 ? 2U : 1U);
+  }
 }
 
 TEST(CVecindario, DifferencesAreTakenAsFloats) {
