@@ -17,7 +17,7 @@ CCoor3D<int>* CFuentes::Semilla(CPosicion const& lugar) const {
   CDibujo<int> const* suyo = extra;
   if (lugar.lista == 0) {
     suyo = &dibujo;
-  } else if (otros != nullptr && lugar.lista < otros->size()) {
+  } else if (otros != nullptr && lugar.lista < otros->size() + (todasLasSemillas ? 1 : 0)) {
     suyo = (*otros)[lugar.lista - 1];
   }
   if (suyo == nullptr || lugar.entidad >= suyo->Cantidad()) return nullptr;

@@ -11,6 +11,8 @@ struct URDIMBRE_API CResumenPlano {
   std::uint64_t aceptados = 0;       ///< points that passed the filter
   std::uint64_t duplicados = 0;      ///< of these, points that fell exactly on another one in plan
   std::uint64_t rechazados = 0;      ///< of these, points left out by the tolerance or for want of a place in the mesh
+  std::uint64_t ofrecidos = 0;       ///< points of an extra drawing that passed the filter
+  std::uint64_t anadidos = 0;        ///< of these, points that are in the mesh in the end
   std::int64_t ancho = 0, alto = 0;  ///< extents in plan of the points that passed the filter, scaled units
   std::uint64_t picoVivos = 0;       ///< greatest number of triangles in memory at once while linking
   std::uint64_t enlazados = 0;       ///< triangles of the finished mesh, those at the frame included

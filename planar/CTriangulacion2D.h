@@ -30,8 +30,10 @@ namespace Meseta47 {
 
 class CBusquedaPuntos;
 class CDataPicos;
+struct CEncargo;
 struct CFase;
 struct CFuentes;
+struct CGeneracion;
 class CIntensidadTipo;
 class CMarcha;
 class CNivelDeCurvas;
@@ -97,6 +99,10 @@ class URDIMBRE_API CTriangulacion2D {
   void SinMarco(bool asi) { sinMarco = asi; }
 
   // --- runs ---
+  /// Triangulates the drawings of the job into `tin`, whose points and triangles are replaced: `Run` below, or with an
+  /// extra drawing `RunAmplia`. Those, unlike this, look for no first points of cells in the last of the further
+  /// drawings; whoever counts on that knows them.
+  int Run(CEncargo const& encargo, CTIN& tin);
   /// Triangulates `dibujo` and the further drawings into `tin`, whose points and triangles are replaced. Entities of
   /// `dibujo` are put in a spatial order first. `ladoMaximo` is the greatest plan length of a side, in metres, 0 for
   /// any; `vaciar` clears `dibujo` at the end and deletes the further drawings, which must then come from new, as soon
@@ -388,14 +394,13 @@ class URDIMBRE_API CTriangulacion2D {
   void PonClasesDePicos(CFuentes const& fuentes, CEnlace const& enlace);
   void RecorreNumerados(CFuentes const& fuentes, CEnlace const& enlace,
                         std::function<void(CPosicionEntidad const&, CCoor3D<int> const&, std::size_t)> const& visita);
-  int ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros, CDibujo<int> const* anadido,
-                  CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
-  int ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros, CDibujo<int> const* anadido,
-                          CSetPuntosMdt& puntos, std::vector<int>& mapa);
+  int Genera(CGeneracion const& como, CTIN& tin);
+  int ReunePuntos(CFuentes const& fuentes, CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
+  int ReunePuntosBorrando(CGeneracion const& como, CSetPuntosMdt& puntos, std::vector<int>& mapa);
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
                          CRango const* intensidades);
-  int RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
-                 CDibujo<int>* extra, CEnlace& enlace, bool vaciar, CRango const* alturas, CRango const* intensidades);
+  /// The run of a job, with the tolerance in scaled units; `porOrden` puts the entities in a spatial order first.
+  int Corre(CEncargo const& encargo, CTIN& tin, CTolerancia tolerancia, bool porOrden, bool todasLasSemillas);
   /// A run: the phases in order, each timed. Its counts begin anew; no temporary file is left once the last phase has
   /// begun, nor when an exception passes through.
   int Corre(std::initializer_list<CFase> fases);

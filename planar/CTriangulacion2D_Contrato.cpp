@@ -43,6 +43,13 @@ int CTriangulacion2D::EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>
   return Enlaza(CFuentes{dibujo, otros, seleccion, extra}, enlace);
 }
 
+int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros, CTIN& tin,
+                                 double ladoMaximo, bool vaciar, CString*, CDibujo<int> const*,
+                                 CDibujo<int> const* anadido, CRango const* alturas, CRango const* intensidades) {
+  const CFuentes fuentes{.dibujo = dibujo, .otros = otros, .extra = anadido};
+  return Genera({fuentes, vaciar ? otros : nullptr, ladoMaximo, alturas, intensidades}, tin);
+}
+
 int CTriangulacion2D::EnlazaLista(CTIN& tin, int contador, CString*) { return Enlaza(tin, contador); }
 
 bool CTriangulacion2D::TriangulaPunto(CCoor3D<int>* p, short lista, unsigned entidad, unsigned punto, unsigned& a,

@@ -11,6 +11,7 @@
 #include "model/terrain/CTIN.h"
 #include "model/threads/CEquipo.h"
 #include "model/threads/IPorcentaje.h"
+#include "planar/CFuentes.h"
 #include "planar/CHiloGenerarMDT.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Procesadores.h"
@@ -159,60 +160,49 @@ void Suma(CResumenPlano& total, CResumenPlano const& parte) {
 
 }  // namespace
 
-int CTriangulacion2D::GenerarMDT(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>* otros, CTIN& tin,
-                                 double ladoMaximo, bool vaciar, CString*, CDibujo<int> const*,
-                                 CDibujo<int> const* anadido, CRango const* alturas, CRango const* intensidades) {
+int CTriangulacion2D::Genera(CGeneracion const& como, CTIN& tin) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
   divisiones.clear();
   CSetPuntosMdt puntos(0, tin.estado >= kEstadoRico);
   std::vector<int> mapa(cantidadPuntos);  // numbers have gaps where a point was left out: as long as the last one
-  const bool borra = vaciar && otros != nullptr;
   // One drawing stands beside the points either way: then they go into order on all processors while they are copied.
-  const bool deUnoEnUno = borra && std::count(otros->begin(), otros->end(), nullptr) + 1 < std::ssize(*otros);
-  const int codigo = deUnoEnUno ? ReunePuntosBorrando(dibujo, *otros, anadido, puntos, mapa)
-                                : ReunePuntos(dibujo, otros, anadido, puntos, mapa);
+  const bool deUnoEnUno =
+      como.borra != nullptr && std::ranges::count(*como.borra, nullptr) + 1 < std::ssize(*como.borra);
+  const int codigo = deUnoEnUno ? ReunePuntosBorrando(como, puntos, mapa) : ReunePuntos(como.fuentes, puntos, mapa);
   if (codigo != kHecho) return codigo;
-  for (std::size_t i = 0; borra && i < otros->size(); ++i) delete std::exchange((*otros)[i], nullptr);
+  if (como.borra != nullptr) {
+    for (CDibujo<int>*& otro : *como.borra) delete std::exchange(otro, nullptr);
+  }
   tin.SetPuntosMdt(puntos);
 
-  const double lado = ladoMaximo * Precision();
+  const double lado = como.ladoMaximo * Precision();
   const double lado2 = lado * lado > 0 ? lado * lado : std::numeric_limits<double>::max();
-  return GeneraDesdeFichero(tin, mapa, lado2, alturas, intensidades);
+  return GeneraDesdeFichero(tin, mapa, lado2, como.alturas, como.intensidades);
 }
 
 /// The points of the mesh in order, copied from where they stand in the drawings, and the map to them.
-int CTriangulacion2D::ReunePuntos(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*> const* otros,
-                                  CDibujo<int> const* anadido, CSetPuntosMdt& puntos, std::vector<int>& mapa) const {
+int CTriangulacion2D::ReunePuntos(CFuentes const& fuentes, CSetPuntosMdt& puntos, std::vector<int>& mapa) const {
   CPuntosDeMalla malla(maximas, cantidadPuntos - duplicados);
   unsigned long long contador = 0;
-  const auto reune = [&](CDibujo<int> const& d) {
+  const int codigo = fuentes.Recorre([&](short, CDibujo<int> const& d, auto const*) {
     return RecorreMalla(d, contador, cantidadPuntos, nullptr,
                         [&malla](CLinea<int> const& e, unsigned k) { malla.Anade(e, k); });
-  };
-  int codigo = reune(dibujo);
-  for (std::size_t i = 0; codigo == kHecho && otros != nullptr && i < otros->size(); ++i) {
-    if ((*otros)[i] != nullptr) codigo = reune(*(*otros)[i]);
-  }
-  if (codigo == kHecho && anadido != nullptr) codigo = reune(*anadido);
+  });
   if (codigo == kHecho) malla.Copia(puntos, mapa);
   return codigo;
 }
 
 /// The same where a further drawing goes as soon as its points are taken: never more than one of them stands beside
 /// the points. These are put in order where they are, so that the run has no more of them at its peak.
-int CTriangulacion2D::ReunePuntosBorrando(CDibujo<int> const& dibujo, std::vector<CDibujo<int>*>& otros,
-                                          CDibujo<int> const* anadido, CSetPuntosMdt& puntos, std::vector<int>& mapa) {
+int CTriangulacion2D::ReunePuntosBorrando(CGeneracion const& como, CSetPuntosMdt& puntos, std::vector<int>& mapa) {
   puntos.reserve(cantidadPuntos - duplicados, maximas.Minimo.x, maximas.Maximo.x);
   unsigned long long contador = 0;
-  const auto registra = [&](CDibujo<int> const& d) {
-    return RegistraPuntos(puntos, d, contador, cantidadPuntos, nullptr, nullptr, nullptr);
-  };
-  int codigo = registra(dibujo);
-  for (std::size_t i = 0; codigo == kHecho && i < otros.size(); ++i) {
-    if (otros[i] != nullptr) codigo = registra(*otros[i]);
-    if (codigo == kHecho) delete std::exchange(otros[i], nullptr);
-  }
-  if (codigo == kHecho && anadido != nullptr) codigo = registra(*anadido);
+  const int codigo = como.fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const*) {
+    const int suyo = RegistraPuntos(puntos, d, contador, cantidadPuntos, nullptr, nullptr, nullptr);
+    const bool esOtro = lista > 0 && !como.fuentes.EsExtra(lista);
+    if (suyo == kHecho && esOtro) delete std::exchange((*como.borra)[static_cast<std::size_t>(lista) - 1], nullptr);
+    return suyo;
+  });
   if (codigo != kHecho) return codigo;
   puntos.OrdenaEnSitio();
   Renumera(puntos, mapa);

@@ -26,7 +26,11 @@ int CTriangulacion2D::Rellena(CFuentes const& fuentes) {
   const auto desde = static_cast<unsigned>(cuenta.cuantos * 0.5);  // the bar goes on from one third
   CMarcha segunda(Progreso(), mensajes, cuenta.cuantos + desde, desde);
   codigo = fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const* elegidos) {
-    return ColocaPuntos(lista, d, elegidos, segunda, !fuentes.EsExtra(lista));
+    const bool esExtra = fuentes.EsExtra(lista);
+    const std::uint32_t antes = cantidadPuntos;
+    const int suyo = ColocaPuntos(lista, d, elegidos, segunda, !esExtra);
+    if (esExtra) resumen.ofrecidos = cantidadPuntos - antes;
+    return suyo;
   });
   return codigo == kHecho ? TerminaRelleno() : codigo;
 }

@@ -1,6 +1,9 @@
 // The runs: phases in order, and no temporary file left behind on any way out.
+#include <algorithm>
+
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
+#include "planar/CEncargo.h"
 #include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
 #include "run/Fases.h"
@@ -19,6 +22,16 @@ void PonNumerosACero(std::vector<CDibujo<int>*>* otros) {
   }
 }
 
+/// Points of a drawing whose number tells that they are in the mesh.
+std::uint64_t EnMalla(CDibujo<int> const& dibujo) {
+  std::uint64_t suma = 0;
+  for (unsigned i = 0; i < dibujo.Cantidad(); ++i) {
+    suma += static_cast<std::uint64_t>(
+        std::ranges::count_if(dibujo[i].Puntos(), [](CCoor3D<int> const& p) { return p.num != 0; }));
+  }
+  return suma;
+}
+
 }  // namespace
 
 int CTriangulacion2D::Corre(std::initializer_list<CFase> fases) {
@@ -35,48 +48,58 @@ int CTriangulacion2D::Corre(std::initializer_list<CFase> fases) {
   return codigo;
 }
 
+int CTriangulacion2D::Run(CEncargo const& encargo, CTIN& tin) {
+  return Corre(encargo, tin, {Trunca(encargo.tolerancia * Precision()), encargo.extra != nullptr}, true, true);
+}
+
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
                           bool vaciar, CString*, CRango const* alturas, CRango const* intensidades) {
-  dibujo.PonNumerosACero();
-  PonNumerosACero(otros);
-  dibujo.Sort(kOrdenEspacial, true, -1);
-  CEnlace enlace;
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, nullptr, enlace, vaciar, alturas, intensidades);
+  const CEncargo encargo{.dibujo = dibujo,
+                         .otros = otros,
+                         .ladoMaximo = ladoMaximo,
+                         .alturas = alturas,
+                         .intensidades = intensidades,
+                         .vaciar = vaciar};
+  return Corre(encargo, tin, {}, true, false);
 }
 
 int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
                                    double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar, CString*) {
-  dibujo.PonNumerosACero();
-  PonNumerosACero(otros);
-  extra.PonNumerosACero();
-  CEnlace enlace{.tolerancia = {Trunca(tolerancia * Precision())}};
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, enlace, vaciar, nullptr, nullptr);
+  const CEncargo encargo{.dibujo = dibujo, .otros = otros, .extra = &extra, .ladoMaximo = ladoMaximo, .vaciar = vaciar};
+  return Corre(encargo, tin, {Trunca(tolerancia * Precision())}, false, false);
 }
 
 int CTriangulacion2D::RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
                                 double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
                                 CRango const* alturas, CRango const* intensidades) {
-  dibujo.PonNumerosACero();
-  PonNumerosACero(otros);
-  extra.PonNumerosACero();
-  dibujo.Sort(kOrdenEspacial, true, -1);
-  CEnlace enlace{.tolerancia = {Trunca(tolerancia * Precision()), true}};
-  return RunDibujos(dibujo, tin, ladoMaximo, otros, &extra, enlace, vaciar, alturas, intensidades);
+  const CEncargo encargo{.dibujo = dibujo,
+                         .otros = otros,
+                         .extra = &extra,
+                         .ladoMaximo = ladoMaximo,
+                         .alturas = alturas,
+                         .intensidades = intensidades,
+                         .vaciar = vaciar};
+  return Corre(encargo, tin, {Trunca(tolerancia * Precision()), true}, true, false);
 }
 
-/// What runs over drawings have in common, once the order of the points and their numbers are as they want them.
-int CTriangulacion2D::RunDibujos(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
-                                 CDibujo<int>* extra, CEnlace& enlace, bool vaciar, CRango const* alturas,
-                                 CRango const* intensidades) {
-  const CFuentes fuentes{.dibujo = dibujo, .otros = otros, .extra = extra};
-  return Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
-                {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
-                {resumen.segundosGenera, [&] {
-                   const int codigo = GenerarMDT(dibujo, otros, tin, ladoMaximo, vaciar, nullptr, nullptr, extra,
-                                                 alturas, intensidades);
-                   if (codigo == kHecho && vaciar) dibujo.Clear();
-                   return codigo;
-                 }}});
+int CTriangulacion2D::Corre(CEncargo const& encargo, CTIN& tin, CTolerancia tolerancia, bool porOrden,
+                            bool todasLasSemillas) {
+  CDibujo<int>& dibujo = encargo.dibujo;
+  dibujo.PonNumerosACero();
+  PonNumerosACero(encargo.otros);
+  if (encargo.extra != nullptr) encargo.extra->PonNumerosACero();
+  if (porOrden) dibujo.Sort(kOrdenEspacial, true, -1);
+  const CFuentes fuentes{
+      .dibujo = dibujo, .otros = encargo.otros, .extra = encargo.extra, .todasLasSemillas = todasLasSemillas};
+  CEnlace enlace{.tolerancia = tolerancia};
+  const CGeneracion como{fuentes, encargo.vaciar ? encargo.otros : nullptr, encargo.ladoMaximo, encargo.alturas,
+                         encargo.intensidades};
+  const int codigo = Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
+                            {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
+                            {resumen.segundosGenera, [&] { return Genera(como, tin); }}});
+  if (encargo.extra != nullptr) resumen.anadidos = EnMalla(*encargo.extra);
+  if (codigo == kHecho && encargo.vaciar) dibujo.Clear();
+  return codigo;
 }
 
 int CTriangulacion2D::Run(CTIN& tin, CString* registro) {

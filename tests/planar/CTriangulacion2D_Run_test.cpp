@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "model/geometry/CRango.h"
+#include "planar/CEncargo.h"
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
 
@@ -451,6 +452,39 @@ TEST(RunAmplia, KeepsTheBaseThatPassesTheFilterAndTheFurtherDrawingsToo) {
   EXPECT_EQ(model.puntos.size(), admitted + 1);
   EXPECT_EQ(t.Resumen().aceptados, admitted + 1);
   EXPECT_EQ(t.Resumen().rechazados, 0U);
+}
+
+TEST(RunOfAJob, IsTheRunWithAnEmptyPlaceBehindItsFurtherDrawings) {
+  const QuietApp app;
+  CRango heights(2147483647.0, 2147483647.0, -2147483648.0, 2147483647.0);
+  heights.SetValorMax(9'000);
+  const auto made = [&](bool asAJob) {
+    CTIN model(0, 0, CDataSemilla());
+    OpenTriangulation t;
+    CDibujo<int> lines = DrawingOf(Near(40)), cloud = SteepGround(3'000);
+    std::vector<CDibujo<int>*> others{&cloud};
+    if (!asAJob) others.push_back(nullptr);
+    const int code = asAJob
+                         ? t.Run({.dibujo = lines, .otros = &others, .ladoMaximo = 9'000, .alturas = &heights}, model)
+                         : t.Run(lines, model, 9'000, &others, false, nullptr, &heights, nullptr);
+    return std::pair(code, Described(model) + std::to_string(t.Resumen().examinados));
+  };
+  EXPECT_EQ(made(true), made(false));
+}
+
+TEST(RunOfAJob, TellsHowManyOfItsAddedPointsPassedTheFilterAndWentIn) {
+  const QuietApp app;
+  CDataTriangulacion low;
+  low.zMax = 60;
+  CTIN model(0, 0, CDataSemilla());
+  OpenTriangulation t(low);
+  CDibujo<int> base = DrawingAt({{0, 0, 500}, {1'000, 7, 500}, {13, 1'000, 500}, {1'010, 1'020, 500}});
+  CDibujo<int> extra = DrawingAt({{700, 210, 505}, {300, 710, 5'000}, {200, 310, 9'000}, {0, 0, 500}});
+  ASSERT_EQ(t.Run({.dibujo = base, .extra = &extra, .tolerancia = 1}, model), kHecho);
+  EXPECT_EQ(t.Resumen().ofrecidos, 3U) << "all but the one above 60 metres";
+  EXPECT_EQ(t.Resumen().anadidos, 1U) << "one stands too high, one on a point of the base";
+  ASSERT_EQ(t.Run({.dibujo = base}, model), kHecho);
+  EXPECT_EQ(t.Resumen().ofrecidos + t.Resumen().anadidos, 0U);
 }
 
 /// A flat square at 500 units, and points added to it.
