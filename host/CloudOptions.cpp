@@ -62,6 +62,9 @@ void addPointOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
       ->capture_default_str()
       ->check(CLI::IsMember({"hilbert", "file"}));
+}
+
+void addBorderOption(CLI::App& verb, CloudOptions& o) {
   verb.add_option("--border", o.border,
                   "Where surfaces and outlines end, before any filter: at the convex hull of the points (hull), or "
                   "without the triangles at the rim whose circles reach a corner of the square that lies a tenth of "
@@ -140,17 +143,6 @@ CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   drawing.Suma(std::move(cloud.lines), false, 0);
   drawing.Inserta(std::move(set));
   return drawing;
-}
-
-void LineCounts::add(LoadedCloud const& cloud) {
-  lines += cloud.lines.Cantidad();
-  points += cloud.linePoints;
-  withoutZ += cloud.withoutZ;
-}
-
-std::string LineCounts::text() const {
-  return fmt::format("{} lines and sets of points with {} points, {} geometries without heights left out",
-                     withThousands(lines), withThousands(points), withThousands(withoutZ));
 }
 
 }  // namespace Meseta47::host

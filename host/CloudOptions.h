@@ -37,9 +37,11 @@ struct CloudOptions {
 
 /// Adds these options to a verb, which then takes vector files too. The object must outlive the parsing and the work.
 void addCloudOptions(CLI::App& verb, CloudOptions& options);
-/// Adds those of them that choose among the points of a file and say how they are linked: all but the files' names and
-/// the window of heights.
+/// Adds those of them that choose among the points of a file and say in which order they are linked: all but the files'
+/// names and the window of heights.
 void addPointOptions(CLI::App& verb, CloudOptions& options);
+/// Adds the option that says where surfaces end, for a verb that makes one.
+void addBorderOption(CLI::App& verb, CloudOptions& options);
 
 /// Adds the option that says what the columns of text are.
 void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns);
@@ -55,14 +57,5 @@ void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns);
 /// set, along the Hilbert curve or in the order of the files. The loaded cloud is left without points and lines; its
 /// places, where it keeps them, come into the same order.
 [[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app);
-
-/// How much of what was loaded came from vector files.
-struct LineCounts {
-  std::uint64_t lines = 0, points = 0, withoutZ = 0;
-
-  void add(LoadedCloud const& cloud);
-  [[nodiscard]] bool any() const { return lines + points + withoutZ != 0; }
-  [[nodiscard]] std::string text() const;
-};
 
 }  // namespace Meseta47::host

@@ -7,7 +7,6 @@
 #include "host/CloudReader.h"
 #include "host/Failure.h"
 #include "host/OutputCheck.h"
-#include "host/Stopwatch.h"
 #include "host/las/LasCopy.h"
 
 namespace Meseta47::host {
@@ -147,7 +146,7 @@ void addClassifyOptions(CLI::App& verb, ClassifyOptions& o) {
 }
 
 ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, HostApp& app) {
-  const Stopwatch whole;
+  ClassifyReport report;
   requireOutput(options);
   const CDataTriangulacion filters = filtersOf(options.cloud);
   const ProfilePlace place = placeOf(options.profile, search);
@@ -157,23 +156,22 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
   requireOutputs({options.output}, {});  // which may be the input
 
   const FileMarks before(inputOf(options));
-  ClassifyReport report;
-  LoadedCloud cloud = timed(report.seconds.read, [&] { return load(options, search.needsUnits(), app); });
+  LoadedCloud cloud = report.seconds.timed("read", [&] { return load(options, search.needsUnits(), app); });
   report.pointsRead = cloud.pointsRead;
   search.requireSense(unitsOf(cloud, inputOf(options)));
   {
     const bool hilbert = options.cloud.hilbert();
     if (hilbert) app.phase("Ordering");
-    CDibujo<int> drawing = timed(report.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
+    CDibujo<int> drawing = report.seconds.timed("order", [&] { return drawingOf(cloud, hilbert, app); });
     runSearch(drawing, filters, options.cloud, search, report.outcome);
+    for (auto const& [phase, took] : report.outcome.seconds) report.seconds.spent(phase, took);
     report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
   }
   if (!options.dryRun) {
     requireUnchanged(inputOf(options), before);
-    timed(report.seconds.write, [&] { writeCopy(options, cloud.classes, app); });
+    report.seconds.timed("write", [&] { writeCopy(options, cloud.classes, app); });
     if (hasProfile) keepProfile(options, search, place, app);
   }
-  report.seconds.total = whole.seconds();
   return report;
 }
 

@@ -5,6 +5,7 @@
 
 #include "host/CloudOptions.h"
 #include "host/HostApp.h"
+#include "host/PhaseTimes.h"
 #include "host/classify/ClassChanges.h"
 #include "host/classify/CloudSearch.h"
 
@@ -18,15 +19,11 @@ struct ClassifyOptions {
   std::string profile;  ///< empty: none is read nor written
 };
 
-struct ClassifySeconds {
-  double read = 0, order = 0, write = 0, total = 0;
-};
-
 struct ClassifyReport {
   std::uint64_t pointsRead = 0;
   SearchOutcome outcome;  ///< accepted: within the bounds, and of a class that takes part
   ClassChanges changes;
-  ClassifySeconds seconds;
+  PhaseTimes seconds;
 };
 
 /// Adds the options that every search takes.

@@ -3,57 +3,38 @@
 
 #include <fmt/format.h>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "host/FileError.h"
-#include "host/JsonOutput.h"
+#include "host/Summary.h"
 #include "host/classify/AerialSearch.h"
 #include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
 #include "host/classify/IsolatedSearch.h"
 #include "host/classify/PeaksSearch.h"
 #include "host/verbs/Verbs.h"
-#include "platform/Proceso.h"
 
 namespace Meseta47::host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-Json toJson(ClassifyReport const& r, Json parameters) {
-  Json changes = Json::array();
+void tell(Summary& summary, ClassifyReport const& r, ClassifyOptions const& options, Summary::Json parameters) {
+  summary.headline(
+      fmt::format("{}: {} of {} points {}", options.dryRun ? options.cloud.what() : options.output,
+                  withThousands(r.changes.total()), withThousands(r.pointsRead),
+                  options.dryRun ? "would change their class; nothing was written" : "changed their class"));
+  Summary::Json changes = Summary::Json::array();
   for (auto const& [step, points] : r.changes.counts()) {
     changes.push_back({{"from", step.from}, {"to", step.to}, {"points", points}});
+    summary.line("class", fmt::format("{:>3} to {:<3} {}", step.from, step.to, withThousands(points)));
   }
-  Json seconds{{"read", r.seconds.read}, {"order", r.seconds.order}};
-  for (auto const& [phase, took] : r.outcome.seconds) seconds[phase] = took;
-  seconds["write"] = r.seconds.write;
-  seconds["total"] = r.seconds.total;
-  Json json{{"parameters", std::move(parameters)},   {"points_read", r.pointsRead},
-            {"points_accepted", r.outcome.accepted}, {"found", r.outcome.found},
-            {"reclassified", r.changes.total()},     {"changes", std::move(changes)}};
-  json.update(r.outcome.details);
-  json["notes"] = r.outcome.notes;
-  json["seconds"] = std::move(seconds);
-  json["peak_memory_bytes"] = MemoriaResidenteMaxima();
-  return json;
-}
-
-void printSummary(ClassifyReport const& r, ClassifyOptions const& options) {
-  fmt::print("{}: {} of {} points {}\n", options.dryRun ? options.cloud.what() : options.output,
-             withThousands(r.changes.total()), withThousands(r.pointsRead),
-             options.dryRun ? "would change their class; nothing was written" : "changed their class");
-  for (auto const& [step, points] : r.changes.counts()) {
-    fmt::print("class      {:>3} to {:<3} {}\n", step.from, step.to, withThousands(points));
-  }
-  fmt::print("points     {} read, {} accepted, {} found\n", withThousands(r.pointsRead),
-             withThousands(r.outcome.accepted), withThousands(r.outcome.found));
-  for (std::string const& note : r.outcome.notes) fmt::print("note       {}\n", note);
-  std::string phases = fmt::format("read {:.2f}, order {:.2f}", r.seconds.read, r.seconds.order);
-  for (auto const& [phase, took] : r.outcome.seconds) phases += fmt::format(", {} {:.2f}", phase, took);
-  fmt::print("seconds    {}, write {:.2f}, total {:.2f}\n", phases, r.seconds.write, r.seconds.total);
-  fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
+  summary.fact("parameters", std::move(parameters));
+  summary.readPoints(r.pointsRead);
+  summary.points({{"points_accepted", r.outcome.accepted, "accepted"}, {"found", r.outcome.found, "found"}});
+  summary.fact("reclassified", r.changes.total());
+  summary.fact("changes", std::move(changes));
+  for (auto const& [key, value] : r.outcome.details.items()) summary.fact(key, value);
+  for (std::string const& note : r.outcome.notes) summary.line("note", note);
+  summary.fact("notes", r.outcome.notes);
 }
 
 /// A search with the options of its verb.
@@ -63,14 +44,11 @@ struct Chosen {
 };
 
 void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app) {
+  Summary summary;
   const ClassifyReport report = classify(chosen.options, *chosen.search, app);
-  app.clearProgress();
-  app.showMessages();
-  if (common.json) {
-    printJson(toJson(report, chosen.search->parameters()));
-  } else if (!common.quiet) {
-    printSummary(report, chosen.options);
-  }
+  summary.seconds = report.seconds;
+  tell(summary, report, chosen.options, chosen.search->parameters());
+  summary.print(common, app);
 }
 
 template <class Search>

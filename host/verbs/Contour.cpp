@@ -1,24 +1,19 @@
 // urdimbre contour: clouds in, contour lines out, with no model between them.
-#include <array>
 #include <fmt/format.h>
 #include <limits>
-#include <nlohmann/json.hpp>
 
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
-#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
-#include "host/Stopwatch.h"
+#include "host/Summary.h"
+#include "host/TemporaryFile.h"
 #include "host/vector/ContourLayer.h"
 #include "host/verbs/Verbs.h"
 #include "planar/CNivelDeCurvas.h"
 #include "planar/CTriangulacion2D.h"
-#include "platform/CFile.h"
-#include "platform/Proceso.h"
-#include "platform/Temporales.h"
-#include "run/CFiltroPuntos.h"
+#include "run/Recorrido.h"
 
 namespace Meseta47::host {
 
@@ -37,19 +32,6 @@ struct ContourOptions {
   ContourChoice choice;
 };
 
-struct Seconds {
-  double read = 0, order = 0, contour = 0, write = 0, total = 0;
-};
-
-struct ContourSummary {
-  std::uint64_t pointsRead = 0;
-  LineCounts lines;
-  ReferenceSystem system;
-  CResumenPlano run;
-  ContourCounts found;
-  Seconds seconds;
-};
-
 /// Lowest and greatest height of the points that take part, in scaled units.
 struct Heights {
   int low = std::numeric_limits<int>::max(), high = std::numeric_limits<int>::min();
@@ -58,14 +40,11 @@ struct Heights {
 Heights heightsOf(CDibujo<int> const& drawing, CDataTriangulacion const& filters) {
   const CFiltroPuntos filter(filters, drawing.semilla.Precision(), drawing);
   Heights heights;
-  for (unsigned e = 0; e < drawing.Cantidad(); ++e) {
-    if (!filter.AdmiteEntidad(drawing[e])) continue;
-    for (CCoor3D<int> const& p : drawing[e].Puntos()) {
-      if (!filter.AdmitePunto(p)) continue;
-      heights.low = std::min(heights.low, p.z);
-      heights.high = std::max(heights.high, p.z);
-    }
-  }
+  RecorrePuntos(drawing, filter, nullptr, [&heights](CLinea<int> const& entity, unsigned, unsigned k) {
+    const int z = entity.PunteroAPunto(static_cast<int>(k))->z;
+    heights.low = std::min(heights.low, z);
+    heights.high = std::max(heights.high, z);
+  });
   return heights;
 }
 
@@ -116,76 +95,28 @@ void requireContours(ContourCounts const& found, std::string const& what) {
                                   withThousands(found.tooShort)));
 }
 
-nlohmann::ordered_json toJson(ContourSummary const& s) {
-  return {{"points_read", s.pointsRead},
-          {"points_accepted", s.run.aceptados},
-          {"duplicates", s.run.duplicados},
-          {"lines", s.lines.lines},
-          {"line_points", s.lines.points},
-          {"skipped_without_z", s.lines.withoutZ},
-          {"system", s.system.label()},
-          {"contours", s.found.contours},
-          {"closed", s.found.closed},
-          {"index", s.found.index},
-          {"levels", s.found.levels},
-          {"lowest", s.found.lowest},
-          {"highest", s.found.highest},
-          {"vertices", s.found.vertices},
-          {"length", s.found.length},
-          {"too_short", s.found.tooShort},
-          {"linked_triangles", s.run.enlazados},
-          {"peak_live_triangles", s.run.picoVivos},
-          {"seconds",
-           {{"read", s.seconds.read},
-            {"order", s.seconds.order},
-            {"contour", s.seconds.contour},
-            {"write", s.seconds.write},
-            {"total", s.seconds.total}}},
-          {"peak_memory_bytes", MemoriaResidenteMaxima()}};
+void tell(Summary& summary, CResumenPlano const& run, ContourCounts const& found, std::string const& output) {
+  summary.headline(fmt::format("{}: {} contours on {} levels from {} to {}, {} closed, {} of index", output,
+                               withThousands(found.contours), withThousands(found.levels), found.lowest, found.highest,
+                               withThousands(found.closed), withThousands(found.index)));
+  summary.line("length", fmt::format("{:.1f} in all, {} vertices, {} contours left out as too short", found.length,
+                                     withThousands(found.vertices), withThousands(found.tooShort)));
+  summary.points({{"points_accepted", run.aceptados, "accepted"}, {"duplicates", run.duplicados, "duplicate"}});
+  summary.fact("contours", found.contours);
+  summary.fact("closed", found.closed);
+  summary.fact("index", found.index);
+  summary.fact("levels", found.levels);
+  summary.fact("lowest", found.lowest);
+  summary.fact("highest", found.highest);
+  summary.fact("vertices", found.vertices);
+  summary.fact("length", found.length);
+  summary.fact("too_short", found.tooShort);
+  summary.resident("triangles", run.picoVivos, run.enlazados);
 }
-
-void printSummary(ContourSummary const& s, std::string const& output) {
-  const auto n = [](std::uint64_t value) { return withThousands(value); };
-  fmt::print("{}: {} contours on {} levels from {} to {}, {} closed, {} of index\n", output, n(s.found.contours),
-             n(s.found.levels), s.found.lowest, s.found.highest, n(s.found.closed), n(s.found.index));
-  fmt::print("length     {:.1f} in all, {} vertices, {} contours left out as too short\n", s.found.length,
-             n(s.found.vertices), n(s.found.tooShort));
-  if (s.system.isKnown()) fmt::print("system     {}\n", s.system.label());
-  if (s.lines.any()) fmt::print("lines      {}\n", s.lines.text());
-  fmt::print("points     {} read, {} accepted, {} duplicate\n", n(s.pointsRead), n(s.run.aceptados),
-             n(s.run.duplicados));
-  fmt::print("seconds    read {:.2f}, order {:.2f}, contour {:.2f}, write {:.2f}, total {:.2f}\n", s.seconds.read,
-             s.seconds.order, s.seconds.contour, s.seconds.write, s.seconds.total);
-  fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
-}
-
-/// A file in the folder for temporary files, of which nothing is left however the run ends.
-class TemporaryFile {
- public:
-  TemporaryFile() {
-    std::array<wchar_t, MAX_PATH> folder{};
-    const unsigned long length = GetTempPathW(MAX_PATH, folder.data());
-    folder_ = length == 0 || length >= MAX_PATH ? L"." : folder.data();
-    static_cast<void>(file_.AbreTemporal(folder_, L"curvas"));
-    check();
-  }
-
-  [[nodiscard]] CFile* file() { return &file_; }
-  /// Throws Failure when the disk refused something.
-  void check() const {
-    if (!file_.HayError()) return;
-    throw Failure(fmt::format("temporary folder {}: {}: make room or name another with --temp-dir", folder_.Utf8(),
-                              file_.Error(L"what the run needs there").Utf8()));
-  }
-
- private:
-  CString folder_;
-  CFile file_;
-};
 
 /// Contours of a drawing, as they are found, at their own heights. The drawing is emptied on the way.
 void writeContours(CDibujo<int>& drawing, ContourOptions const& options, ContourLevels const& levels,
-                   VectorOutput& output, ContourSummary& summary, HostApp& app) {
+                   VectorOutput& output, Summary& summary, HostApp& app) {
   const CDataSemilla seed = drawing.semilla;
   const double units = seed.Precision();
   const CDataTriangulacion filters = shifted(filtersOf(options.cloud), 0, units);
@@ -196,7 +127,6 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
   ContourWriter writer(drawing.semilla, levels, options.choice, output);
   std::uint64_t received = 0;
   const auto write = [&](CNivelDeCurvas const& level) {
-    const Stopwatch writing;
     if (received++ == 0) app.phase("Writing");
     for (std::size_t i = 0; i < level.Cantidad(); ++i) {
       app.step(received, all);
@@ -204,55 +134,40 @@ void writeContours(CDibujo<int>& drawing, ContourOptions const& options, Contour
       line.Mover(0, 0, levels.shift());
       writer.add(line);
     }
-    summary.seconds.write += writing.seconds();
   };
+  const auto writeLevel = [&](CNivelDeCurvas const& level) { summary.seconds.timed("write", [&] { write(level); }); };
   CTriangulacion2D triangulation(0, drawing.semilla, shifted(filters, -levels.shift(), units), 1);
   triangulation.SinMarco(options.cloud.fillsHull());
-  TemporaryFile pieces;
+  TemporaryFile pieces(L"curvas");
   const int code =
-      triangulation.Curvado(drawing, write, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr, true,
-                            pieces.file(), options.flat == "sides" ? CLlanos::LADOS : CLlanos::ORILLA);
+      triangulation.Curvado(drawing, writeLevel, safeMaxSide(options.maxSide, units), levels.safeInterval(), nullptr,
+                            true, pieces.file(), options.flat == "sides" ? CLlanos::LADOS : CLlanos::ORILLA);
   pieces.check();
   requireRoom(triangulation.Resumen(), seed.precision, options.cloud.what());
   requireRun(code, options.cloud.what(), 0);
-  summary.run = triangulation.Resumen();
-  summary.found = writer.counts();
-  requireContours(summary.found, options.cloud.what());
+  requireContours(writer.counts(), options.cloud.what());
+  tell(summary, triangulation.Resumen(), writer.counts(), options.output);
 }
 
 void runContour(ContourOptions const& options, CommonOptions const& common, HostApp& app) {
-  const Stopwatch whole;
+  Summary summary;
   VectorOutput::requireFormat(options.output);
   requireOutputs({options.output}, options.cloud.inputs);
   if (!options.overwrite) VectorOutput::requireNoOtherLayers(options.output, contourLayer(0).name);
   LoadOptions load = loadOptionsOf(options.cloud);
   load.moreDecimals = kMoreDecimals;
-  ContourSummary summary;
   LoadedCloud cloud =
-      timed(summary.seconds.read, [&] { return std::move(loadClouds({options.cloud.inputs}, load, app).front()); });
-  summary.pointsRead = cloud.pointsRead;
-  summary.lines.add(cloud);
-  summary.system = cloud.system;
+      summary.seconds.timed("read", [&] { return std::move(loadClouds({options.cloud.inputs}, load, app).front()); });
+  summary.read(cloud);
   const ContourLevels levels(options.interval, options.base, cloud.seed.precision);
   VectorOutput output(options.output, cloud.system, contourLayer(cloud.seed.precision));
 
   const bool hilbert = options.cloud.hilbert();
   if (hilbert) app.phase("Ordering");
-  CDibujo<int> drawing = timed(summary.seconds.order, [&] { return drawingOf(cloud, hilbert, app); });
-  const Stopwatch contouring;
-  writeContours(drawing, options, levels, output, summary, app);
-  summary.seconds.contour = contouring.seconds() - summary.seconds.write;
-
-  const Stopwatch writing;
-  output.commit();
-  summary.seconds.write += writing.seconds();
-  summary.seconds.total = whole.seconds();
-  app.clearProgress();
-  if (common.json) {
-    printJson(toJson(summary));
-  } else if (!common.quiet) {
-    printSummary(summary, options.output);
-  }
+  CDibujo<int> drawing = summary.seconds.timed("order", [&] { return drawingOf(cloud, hilbert, app); });
+  summary.seconds.timed("contour", [&] { writeContours(drawing, options, levels, output, summary, app); });
+  summary.seconds.timed("write", [&] { output.commit(); });
+  summary.print(common, app);
 }
 
 }  // namespace
@@ -262,6 +177,7 @@ void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
   CLI::App* verb = program.add_subcommand("contour", "Draw contour lines of the surface over clouds and survey lines");
   ContourOptions& o = *options;
   addCloudOptions(*verb, o.cloud);
+  addBorderOption(*verb, o.cloud);
   verb->add_option("-o,--output", o.output, "The contours: .gpkg, .geojson, .fgb, .shp or .dxf")->required();
   verb->add_flag("--overwrite", o.overwrite, "Replace a GeoPackage that holds other layers");
   verb->add_option("--interval", o.interval, "Height between contours, in units of the input")

@@ -2,16 +2,14 @@
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
-#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
 #include "host/OutputFile.h"
-#include "host/Stopwatch.h"
+#include "host/Summary.h"
 #include "host/mesh/SurfaceSource.h"
 #include "host/render/Picture.h"
 #include "host/verbs/Verbs.h"
@@ -28,10 +26,6 @@ struct RenderOptions {
   CLI::App const* verb = nullptr;
 };
 
-struct Seconds {
-  double load = 0, paint = 0, write = 0, total = 0;
-};
-
 void requirePng(std::string const& output) {
   const std::string extension = extensionOf(output);
   if (extension != ".png" && extension != ".PNG") {
@@ -41,8 +35,8 @@ void requirePng(std::string const& output) {
 
 /// Models come as they are: what chooses among the points of a cloud says nothing of them.
 void requireNoCloudOptions(RenderOptions const& options) {
-  for (char const* name :
-       {"--z", "--class", "--exclude-class", "--precision", "--order", "--code-field", "--code", "--without-z"}) {
+  for (char const* name : {"--z", "--class", "--exclude-class", "--precision", "--order", "--border", "--columns",
+                           "--resolution", "--partial", "--code-field", "--code", "--without-z"}) {
     if (options.verb->get_option(name)->count() != 0) {
       throw UsageError(fmt::format("{}: {} is for clouds, and this is a model", options.cloud.inputs[0], name));
     }
@@ -73,35 +67,28 @@ MappedSurface load(RenderOptions const& options, HostApp& app) {
   return mapped;
 }
 
-nlohmann::ordered_json toJson(PictureFacts const& f, Surface const& surface, Seconds const& seconds) {
-  return {{"width", f.width},
-          {"height", f.height},
-          {"units_per_pixel", f.unitsPerPixel},
-          {"bounds", {f.view.minX, f.view.minY, f.view.maxX, f.view.maxY}},
-          {"heights", {f.heights.low, f.heights.high}},
-          {"triangles", surface.triangles.size()},
-          {"contour_lines", f.contourLines},
-          {"seconds",
-           {{"load", seconds.load}, {"paint", seconds.paint}, {"write", seconds.write}, {"total", seconds.total}}}};
-}
-
-void printSummary(std::string const& output, PictureFacts const& f, Surface const& surface, Seconds const& s) {
-  fmt::print("{}: {} by {} pixels, {:.4g} units a pixel, {} triangles\n", output, f.width, f.height, f.unitsPerPixel,
-             withThousands(surface.triangles.size()));
-  fmt::print("heights    {:.2f} to {:.2f}\n", f.heights.low, f.heights.high);
-  if (f.contourLines != 0) fmt::print("contours   {} lines\n", withThousands(f.contourLines));
-  fmt::print("seconds    load {:.2f}, paint {:.2f}, write {:.2f}, total {:.2f}\n", s.load, s.paint, s.write, s.total);
+void tell(Summary& summary, PictureFacts const& f, std::size_t triangles, std::string const& output) {
+  summary.headline(fmt::format("{}: {} by {} pixels, {:.4g} units a pixel, {} triangles", output, f.width, f.height,
+                               f.unitsPerPixel, withThousands(triangles)));
+  summary.line("heights", fmt::format("{:.2f} to {:.2f}", f.heights.low, f.heights.high));
+  if (f.contourLines != 0) summary.line("contours", fmt::format("{} lines", withThousands(f.contourLines)));
+  summary.fact("width", f.width);
+  summary.fact("height", f.height);
+  summary.fact("units_per_pixel", f.unitsPerPixel);
+  summary.fact("bounds", {f.view.minX, f.view.minY, f.view.maxX, f.view.maxY});
+  summary.fact("heights", {f.heights.low, f.heights.high});
+  summary.fact("triangles", triangles);
+  summary.fact("contour_lines", f.contourLines);
 }
 
 void runRender(RenderOptions const& options, CommonOptions const& common, HostApp& app) {
-  const Stopwatch whole;
+  Summary summary;
   requirePng(options.output);
   PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, {}, {}};
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
   requireOutputs({options.output}, options.cloud.inputs);
 
-  Seconds seconds;
-  MappedSurface mapped = timed(seconds.load, [&] { return load(options, app); });
+  MappedSurface mapped = summary.seconds.timed("load", [&] { return load(options, app); });
   Surface& surface = mapped.surface;
   ReferenceSystem const& system = mapped.system;
   if (system.isKnown()) how.unit = abbreviation(system.unit());
@@ -113,23 +100,18 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   }
   app.phase("Painting");
   PictureFacts facts;
-  Canvas picture = timed(seconds.paint, [&] {
+  Canvas picture = summary.seconds.timed("paint", [&] {
     return paintPicture(
         surface, how, [&app](auto done, auto all) { app.step(done, all); }, facts);
   });
   app.phase("Writing");
-  timed(seconds.write, [&] {
+  summary.seconds.timed("write", [&] {
     OutputFile file(options.output);
     picture.writePng(file);
     file.commit();
   });
-  seconds.total = whole.seconds();
-  app.clearProgress();
-  if (common.json) {
-    printJson(toJson(facts, surface, seconds));
-  } else if (!common.quiet) {
-    printSummary(options.output, facts, surface, seconds);
-  }
+  tell(summary, facts, surface.triangles.size(), options.output);
+  summary.print(common, app);
 }
 
 }  // namespace
@@ -140,6 +122,7 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
   RenderOptions& o = *options;
   o.verb = verb;
   addCloudOptions(*verb, o.cloud);
+  addBorderOption(*verb, o.cloud);
   verb->get_option("IN")->description(
       "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it");
   verb->get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");

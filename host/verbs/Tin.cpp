@@ -1,23 +1,22 @@
 // urdimbre tin: clouds in, a triangulated terrain model out.
-#include <filesystem>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
+#include <memory>
 
 #include "host/CloudOptions.h"
 #include "host/Failure.h"
 #include "host/FileError.h"
-#include "host/JsonOutput.h"
 #include "host/NumberCheck.h"
 #include "host/OutputCheck.h"
-#include "host/Stopwatch.h"
+#include "host/Summary.h"
+#include "host/mesh/ModelOutput.h"
 #include "host/vector/OutlineLayer.h"
 #include "host/verbs/Verbs.h"
 #include "model/geometry/CRango.h"
 #include "model/terrain/CModeloDigital.h"
+#include "planar/CEncargo.h"
 #include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"
-#include "run/CFiltroPuntos.h"
 
 namespace Meseta47::host {
 
@@ -35,33 +34,6 @@ struct TinOptions {
   double tolerance = 0;
 };
 
-struct Seconds {
-  double read = 0, order = 0, fill = 0, link = 0, generate = 0, write = 0, total = 0;
-};
-
-struct TinSummary {
-  std::uint64_t pointsRead = 0;
-  LineCounts lines;
-  ReferenceSystem system;
-  CResumenPlano run;
-  std::uint64_t vertices = 0, triangles = 0;
-  std::optional<std::uint64_t> added;  ///< points of an update that are in the model
-  std::size_t rings = 0, polygons = 0;
-  Seconds seconds;
-};
-
-int formatOf(std::string const& output) {
-  const std::string extension = extensionOf(output);
-  if (extension == ".ply") return FORMATO_PLY;
-  if (extension == ".obj") return FORMATO_OBJ;
-  if (extension == ".2dm") return FORMATO_2DM;
-  if (extension == ".xml") return FORMATO_LANDXML;
-  if (extension == ".urd") return FORMATO_NATIVO;
-  throw UsageError(
-      fmt::format("{}: no format has the extension \"{}\": use .ply, .obj, .2dm, .xml (LandXML) or .urd (native)",
-                  output, extension));
-}
-
 std::optional<Limits> limitsOf(std::string const& option, std::string const& text) {
   if (text.empty()) return std::nullopt;
   return parseLimits(option, text, 0, kLargest);
@@ -76,175 +48,114 @@ std::optional<CRango> rangeOf(std::optional<Limits> const& limits, double scale)
   return range;
 }
 
-CDataTriangulacion filtersOf(TinOptions const& options) {
-  CDataTriangulacion data = filtersOf(options.cloud);
-  if (!options.slope.empty()) {
+/// What of the points, and of the triangles over them, is let through.
+struct TinFilters {
+  CDataTriangulacion data;
+  std::optional<Limits> heights, intensities;  ///< differences along sides, in units of the input
+
+  explicit TinFilters(TinOptions const& options)
+      : data(filtersOf(options.cloud)),
+        heights(limitsOf("--height-difference", options.heightDifference)),
+        intensities(limitsOf("--intensity-difference", options.intensityDifference)) {
+    if (options.slope.empty()) return;
     constexpr double kNoLeast = -1;  // below 0, where no slope is
     const Limits slope = parseLimits("--slope", options.slope, 0, 90);
     data.pendienteMin = options.slope.starts_with(':') ? kNoLeast : slope.min;
     data.pendienteMax = slope.max;
   }
-  return data;
+};
+
+/// What a run takes. It sorts the entities of its first drawing, and lines that came behind the cloud would keep every
+/// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one, which the run
+/// deletes as soon as the model has its points.
+struct Drawings {
+  CDibujo<int> first;
+  std::vector<CDibujo<int>*> others;
+  std::optional<CDibujo<int>> update;
+
+  Drawings(std::vector<LoadedCloud>& clouds, bool hilbert, HostApp& app) {
+    if (hilbert) app.phase("Ordering");
+    first = std::move(clouds[0].lines);
+    first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
+    clouds[0].lines.Clear();
+    others = {new CDibujo<int>(drawingOf(clouds[0], hilbert, app))};
+    if (clouds.size() > 1) update = drawingOf(clouds[1], hilbert, app);
+  }
+  ~Drawings() {
+    for (CDibujo<int> const* const other : others) delete other;
+  }
+  Drawings(Drawings const&) = delete;
+  Drawings& operator=(Drawings const&) = delete;
+
+  [[nodiscard]] std::uint64_t points() const {
+    return std::uint64_t{first.nPuntos} + others[0]->nPuntos + (update ? update->nPuntos : 0);
+  }
+};
+
+struct TinResult {
+  std::unique_ptr<CTIN> tin;
+  CResumenPlano run;
+};
+
+/// The drawings are empty afterwards.
+TinResult triangulate(Drawings& drawings, TinOptions const& options, TinFilters const& filters, bool withNeighbours) {
+  const CDataSemilla seed = drawings.first.semilla;
+  const std::string what = options.cloud.what();
+  const std::uint64_t spill = CMedidasDeRun::BytesDelFichero(drawings.points());
+  requireTempSpace(spill);
+  const auto heights = rangeOf(filters.heights, seed.Precision());
+  const auto intensities = rangeOf(filters.intensities, 1);
+  TinResult made{std::make_unique<CTIN>(0, 0, seed), {}};
+  made.tin->conVecinos = withNeighbours;
+  CTriangulacion2D triangulation(0, seed, filters.data, 1);
+  triangulation.SinMarco(options.cloud.fillsHull());
+  const int code = triangulation.Run({.dibujo = drawings.first,
+                                      .otros = &drawings.others,
+                                      .extra = drawings.update ? &*drawings.update : nullptr,
+                                      .tolerancia = options.tolerance,
+                                      .ladoMaximo = options.maxSide,
+                                      .alturas = heights ? &*heights : nullptr,
+                                      .intensidades = intensities ? &*intensities : nullptr,
+                                      .vaciar = true},
+                                     *made.tin);
+  made.run = triangulation.Resumen();
+  requireRoom(made.run, seed.precision, what);
+  requireRun(code, what, spill);
+  drawings.update.reset();
+  return made;
 }
 
 /// Says why there is no surface; the run itself went well.
-void requireTriangles(TinSummary const& summary, std::string const& what, bool hull) {
-  if (summary.triangles != 0) return;
-  const std::uint64_t distinct = summary.run.aceptados - summary.run.duplicados;
+void requireTriangles(TinResult const& made, std::string const& what, bool hull) {
+  if (made.tin->Cantidad() != 0) return;
+  CResumenPlano const& run = made.run;
+  const std::uint64_t distinct = run.aceptados - run.duplicados;
   if (distinct < 3) {
     throw Failure(fmt::format("{}: only {} distinct plan positions among {} points; a surface needs 3", what, distinct,
-                              summary.run.aceptados));
+                              run.aceptados));
   }
-  const std::uint64_t rejected =
-      summary.run.porPendiente + summary.run.porAltura + summary.run.porIntensidad + summary.run.porLongitud;
-  if (rejected == 0)
+  const std::uint64_t rejected = run.porPendiente + run.porAltura + run.porIntensidad + run.porLongitud;
+  if (rejected == 0) {
     throw Failure(
         hull ? fmt::format("{}: all points lie on one line in plan; there is no surface over them", what)
              : fmt::format("{}: all points lie on one line in plan, or nearly so; without --border frame, points that "
                            "are not on a line have a surface",
                            what));
+  }
   throw Failure(
       fmt::format("{}: the filters reject all {} triangles (slope {}, height difference {}, intensity difference "
                   "{}, longest side {}): widen them",
-                  what, rejected, summary.run.porPendiente, summary.run.porAltura, summary.run.porIntensidad,
-                  summary.run.porLongitud));
-}
-
-nlohmann::ordered_json toJson(TinSummary const& s) {
-  nlohmann::ordered_json json{{"points_read", s.pointsRead},
-                              {"lines", s.lines.lines},
-                              {"line_points", s.lines.points},
-                              {"skipped_without_z", s.lines.withoutZ},
-                              {"system", s.system.label()},
-                              {"points_accepted", s.run.aceptados},
-                              {"duplicates", s.run.duplicados},
-                              {"refused", s.run.rechazados},
-                              {"vertices", s.vertices},
-                              {"triangles", s.triangles},
-                              {"hull_triangles", s.run.completados},
-                              {"rejected",
-                               {{"slope", s.run.porPendiente},
-                                {"height_difference", s.run.porAltura},
-                                {"intensity_difference", s.run.porIntensidad},
-                                {"max_side", s.run.porLongitud}}},
-                              {"rings", s.rings},
-                              {"linked_triangles", s.run.enlazados},
-                              {"peak_live_triangles", s.run.picoVivos},
-                              {"seconds",
-                               {{"read", s.seconds.read},
-                                {"order", s.seconds.order},
-                                {"fill", s.seconds.fill},
-                                {"link", s.seconds.link},
-                                {"generate", s.seconds.generate},
-                                {"write", s.seconds.write},
-                                {"total", s.seconds.total}}},
-                              {"peak_memory_bytes", MemoriaResidenteMaxima()}};
-  if (s.added) json["added"] = *s.added;
-  return json;
-}
-
-void printSummary(TinSummary const& s, std::string const& output) {
-  const auto n = [](std::uint64_t value) { return withThousands(value); };
-  fmt::print("{}: {} triangles over {} points, {} of outline\n", output, n(s.triangles), n(s.vertices),
-             s.rings == 1 ? "1 ring" : fmt::format("{} rings", n(s.rings)));
-  if (s.system.isKnown()) fmt::print("system     {}\n", s.system.label());
-  if (s.lines.any()) fmt::print("lines      {}\n", s.lines.text());
-  fmt::print("points     {} read, {} accepted, {} duplicate, {} refused\n", n(s.pointsRead), n(s.run.aceptados),
-             n(s.run.duplicados), n(s.run.rechazados));
-  if (s.added) fmt::print("update     {} of its points added\n", n(*s.added));
-  fmt::print("rejected   {} by slope, {} by height difference, {} by intensity difference, {} by longest side\n",
-             n(s.run.porPendiente), n(s.run.porAltura), n(s.run.porIntensidad), n(s.run.porLongitud));
-  fmt::print(
-      "resident   {} of {} triangles at most at once ({:.1f} %)\n", n(s.run.picoVivos), n(s.run.enlazados),
-      100.0 * static_cast<double>(s.run.picoVivos) / static_cast<double>(std::max<std::uint64_t>(s.run.enlazados, 1)));
-  fmt::print(
-      "seconds    read {:.2f}, order {:.2f}, fill {:.2f}, link {:.2f}, generate {:.2f}, write {:.2f}, total {:.2f}\n",
-      s.seconds.read, s.seconds.order, s.seconds.fill, s.seconds.link, s.seconds.generate, s.seconds.write,
-      s.seconds.total);
-  fmt::print("memory     {:.0f} MB at most\n", static_cast<double>(MemoriaResidenteMaxima()) / 1e6);
-}
-
-/// What a format that names its unit says for one of a system.
-int unitOf(ReferenceSystem const& system, std::string const& output) {
-  constexpr double kFoot = 0.3048, kSurveyFoot = 1200.0 / 3937;
-  const PlanUnit unit = system.unit();
-  const auto is = [&](double metres) { return std::abs(unit.metres / metres - 1) < 1e-7; };  // the feet differ by 2e-6
-  if (is(1)) return UNIDAD_METRO;
-  if (is(kFoot)) return UNIDAD_PIE;
-  if (is(kSurveyFoot)) return UNIDAD_PIE_TOPOGRAFICO;
-  throw Failure(
-      fmt::format("{}: LandXML has no coordinates in the unit of {}, which is {}: transform the input, or "
-                  "write another format",
-                  output, system.label(), unit.name));
-}
-
-CDataExportarMDT exportOf(int format, ReferenceSystem const& system, std::string const& output) {
-  CDataExportarMDT how(format);
-  how.nombre = CString::DesdeUtf8(std::filesystem::path(output).stem().string());
-  if (format == FORMATO_LANDXML && system.isKnown()) {
-    how.unidad = unitOf(system, output);
-    how.sistema = CString::DesdeUtf8(system.name());
-    how.epsg = system.epsg();
-  }
-  return how;
-}
-
-void writeModel(CModeloDigital& model, std::string const& output, CDataExportarMDT const& how) {
-  const int format = how.formato;
-  const CString path = CString::DesdeUtf8(output);
-  const int code = format == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how);
-  if (code == kFicheroInaccesible) {
-    throw Failure(
-        fmt::format("{}: write into a folder that exists and is yours, with room for the file", model.Error().Utf8()));
-  }
-  requireDone(code, output);
-}
-
-std::uint64_t inMesh(CDibujo<int> const& drawing) {
-  std::uint64_t count = 0;
-  for (unsigned e = 0; e < drawing.Cantidad(); ++e) {
-    auto const& points = drawing[e].Puntos();
-    count +=
-        static_cast<std::uint64_t>(std::count_if(points.begin(), points.end(), [](auto& p) { return p.num != 0; }));
-  }
-  return count;
+                  what, rejected, run.porPendiente, run.porAltura, run.porIntensidad, run.porLongitud));
 }
 
 /// An update of which nothing passes the filters would add nothing in silence.
-void warnOfFiltered(std::string const& file, CDibujo<int> const& added, CDataTriangulacion const& filters,
-                    HostApp& app) {
-  const CFiltroPuntos filter(filters, added.semilla.Precision(), added);
-  for (unsigned e = 0; e < added.Cantidad(); ++e) {
-    auto const& points = added[e].Puntos();
-    if (!filter.AdmiteEntidad(added[e])) continue;
-    if (std::any_of(points.begin(), points.end(), [&](auto& p) { return filter.AdmitePunto(p); })) return;
-  }
+void warnOfFiltered(std::string const& file, CResumenPlano const& run, std::uint64_t points, HostApp& app) {
+  if (run.ofrecidos != 0) return;
   app.warn(
       fmt::format("{}: none of its {} points passes the filters; points of text without a column class have "
                   "class 0",
-                  file, withThousands(added.nPuntos)));
+                  file, withThousands(points)));
 }
-
-/// What a run takes. It sorts the entities of its first drawing, and lines that came behind the cloud would keep every
-/// cell that they touch unfinished to the end: so they are that drawing, and the cloud is a further one, which the run
-/// deletes as soon as the model has its points.
-struct RunInput {
-  CDibujo<int> first;
-  std::vector<CDibujo<int>*> others;
-
-  RunInput(LoadedCloud& cloud, bool hilbert, HostApp& app) {
-    first = std::move(cloud.lines);
-    first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
-    cloud.lines.Clear();
-    // First points of cells are not looked for in the last place: so nothing stands there.
-    others = {new CDibujo<int>(drawingOf(cloud, hilbert, app)), nullptr};
-  }
-  ~RunInput() {
-    for (CDibujo<int> const* const other : others) delete other;
-  }
-  RunInput(RunInput const&) = delete;
-  RunInput& operator=(RunInput const&) = delete;
-};
 
 void requireOutputsOf(TinOptions const& options) {
   std::vector<std::string> inputs = options.cloud.inputs;
@@ -254,84 +165,68 @@ void requireOutputsOf(TinOptions const& options) {
   VectorOutput::requireNoOtherLayers(options.outline, outlineLayer(0).name);
 }
 
-void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
-  const Stopwatch whole;
-  GuardaMemoriaLibre();
-  formatOf(options.output);
-  if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);
-  const CDataTriangulacion filters = filtersOf(options);
-  const LoadOptions load = loadOptionsOf(options.cloud);
-  const std::string what = options.cloud.what();
-  const auto heightLimits = limitsOf("--height-difference", options.heightDifference);
-  const auto intensityLimits = limitsOf("--intensity-difference", options.intensityDifference);
+void tell(Summary& summary, TinResult const& made, TinOptions const& options) {
+  CResumenPlano const& run = made.run;
+  const std::uint64_t vertices = made.tin->puntos.size(), triangles = made.tin->Cantidad();
+  const std::size_t rings = made.tin->Limite().size();
+  summary.headline(fmt::format("{}: {} triangles over {} points, {} of outline", options.output,
+                               withThousands(triangles), withThousands(vertices),
+                               rings == 1 ? "1 ring" : fmt::format("{} rings", withThousands(rings))));
+  summary.points({{"points_accepted", run.aceptados, "accepted"},
+                  {"duplicates", run.duplicados, "duplicate"},
+                  {"refused", run.rechazados, "refused"}});
+  summary.fact("vertices", vertices);
+  summary.fact("triangles", triangles);
+  summary.fact("hull_triangles", run.completados);
+  if (!options.update.empty()) {
+    summary.fact("added", run.anadidos);
+    summary.line("update", fmt::format("{} of its points added", withThousands(run.anadidos)));
+  }
+  summary.counts("rejected", {{"slope", run.porPendiente, "by slope"},
+                              {"height_difference", run.porAltura, "by height difference"},
+                              {"intensity_difference", run.porIntensidad, "by intensity difference"},
+                              {"max_side", run.porLongitud, "by longest side"}});
+  summary.fact("rings", rings);
+  summary.resident("triangles", run.picoVivos, run.enlazados);
+  summary.seconds.spent("fill", run.segundosRellena);
+  summary.seconds.spent("link", run.segundosEnlaza);
+  summary.seconds.spent("generate", run.segundosGenera);
+}
 
-  TinSummary summary;
+void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app) {
+  Summary summary;
+  GuardaMemoriaLibre();
+  ModelOutput output(options.output);
+  if (!options.outline.empty()) VectorOutput::requireFormat(options.outline);
+  const TinFilters filters(options);
+  const LoadOptions load = loadOptionsOf(options.cloud);
   requireOutputsOf(options);
+
   std::vector<std::vector<std::string>> groups{options.cloud.inputs};
   if (!options.update.empty()) groups.push_back({options.update});
-  std::vector<LoadedCloud> clouds = timed(summary.seconds.read, [&] { return loadClouds(groups, load, app); });
-  const CDataSemilla seed = clouds[0].seed;
-  summary.system = clouds[0].system;
-  const CDataExportarMDT how = exportOf(formatOf(options.output), summary.system, options.output);
+  std::vector<LoadedCloud> clouds = summary.seconds.timed("read", [&] { return loadClouds(groups, load, app); });
+  for (LoadedCloud const& cloud : clouds) summary.read(cloud);
+  const ReferenceSystem system = clouds[0].system;
+  output.lieIn(system);
   std::optional<VectorOutput> outline;
-  if (!options.outline.empty()) outline.emplace(options.outline, summary.system, outlineLayer(seed.precision));
-  std::uint64_t points = 0;
-  for (LoadedCloud const& cloud : clouds) {
-    summary.pointsRead += cloud.pointsRead;
-    summary.lines.add(cloud);
-    points += cloud.points.size() + cloud.lines.nPuntos;
-  }
-  clouds.resize(2);
+  if (!options.outline.empty()) outline.emplace(options.outline, system, outlineLayer(clouds[0].seed.precision));
+
   const bool hilbert = options.cloud.hilbert();
-  if (hilbert) app.phase("Ordering");
-  RunInput input = timed(summary.seconds.order, [&] { return RunInput(clouds[0], hilbert, app); });
-  CDibujo<int> extra = timed(summary.seconds.order, [&] { return drawingOf(clouds[1], hilbert, app); });
-  requireTempSpace(CMedidasDeRun::BytesDelFichero(points));
+  Drawings drawings = summary.seconds.timed("order", [&] { return Drawings(clouds, hilbert, app); });
+  const std::uint64_t updating = drawings.update ? drawings.update->nPuntos : 0;
+  TinResult made = triangulate(drawings, options, filters, output.holdsNeighbours());
+  if (!options.update.empty()) warnOfFiltered(options.update, made.run, updating, app);
+  requireTriangles(made, options.cloud.what(), options.cloud.fillsHull());
+  tell(summary, made, options);
 
-  const auto heights = rangeOf(heightLimits, seed.Precision());
-  const auto intensities = rangeOf(intensityLimits, 1);
-  auto tin = std::make_unique<CTIN>(0, 0, seed);
-  tin->conVecinos = how.formato == FORMATO_NATIVO;  // the other formats have no place for them
-  CTriangulacion2D triangulation(0, seed, filters, 1);
-  triangulation.SinMarco(options.cloud.fillsHull());
-  const int code =
-      options.update.empty()
-          ? triangulation.Run(input.first, *tin, options.maxSide, &input.others, true, nullptr,
-                              heights ? &*heights : nullptr, intensities ? &*intensities : nullptr)
-          : triangulation.RunAmplia(input.first, *tin, options.maxSide, extra, options.tolerance, &input.others, true,
-                                    heights ? &*heights : nullptr, intensities ? &*intensities : nullptr);
-  requireRoom(triangulation.Resumen(), seed.precision, what);
-  requireRun(code, what, CMedidasDeRun::BytesDelFichero(points));
-  input.first.Clear();
-
-  summary.run = triangulation.Resumen();
-  if (!options.update.empty()) {
-    summary.added = inMesh(extra);
-    if (summary.added == 0U) warnOfFiltered(options.update, extra, filters, app);
-  }
-  extra.Clear();
-  summary.triangles = tin->Cantidad();
-  summary.rings = tin->Limite().size();
-  summary.seconds.fill = summary.run.segundosRellena;
-  summary.seconds.link = summary.run.segundosEnlaza;
-  summary.seconds.generate = summary.run.segundosGenera;
-  requireTriangles(summary, what, options.cloud.fillsHull());
-  summary.vertices = tin->puntos.size();
-  CModeloDigital model(tin.release());
-  timed(summary.seconds.write, [&] {
-    if (outline) summary.polygons = addOutline(model.Tin(), *outline);
+  CModeloDigital model(made.tin.release());
+  summary.seconds.timed("write", [&] {
+    if (outline) addOutline(model.Tin(), *outline);
     if (outline) outline->finish();
-    writeModel(model, options.output, how);
+    output.write(model);
     if (outline) outline->commit();
   });
-  summary.seconds.total = whole.seconds();
-
-  app.clearProgress();
-  if (common.json) {
-    printJson(toJson(summary));
-  } else if (!common.quiet) {
-    printSummary(summary, options.output);
-  }
+  summary.print(common, app);
 }
 
 }  // namespace
@@ -341,6 +236,7 @@ void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
   CLI::App* verb = program.add_subcommand("tin", "Make a triangulated terrain model of clouds");
   TinOptions& o = *options;
   addCloudOptions(*verb, o.cloud);
+  addBorderOption(*verb, o.cloud);
   verb->add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
       ->required();
   verb->add_option("--outline", o.outline,

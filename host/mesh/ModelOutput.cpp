@@ -1,0 +1,66 @@
+#include "host/mesh/ModelOutput.h"
+
+#include <cmath>
+#include <filesystem>
+#include <fmt/format.h>
+#include <utility>
+
+#include "host/Failure.h"
+#include "host/HostApp.h"
+#include "host/Parsing.h"
+#include "model/threads/Codigos.h"
+
+namespace Meseta47::host {
+
+namespace {
+
+int formatOf(std::string const& output) {
+  const std::string extension = extensionOf(output);
+  if (extension == ".ply") return FORMATO_PLY;
+  if (extension == ".obj") return FORMATO_OBJ;
+  if (extension == ".2dm") return FORMATO_2DM;
+  if (extension == ".xml") return FORMATO_LANDXML;
+  if (extension == ".urd") return FORMATO_NATIVO;
+  throw UsageError(
+      fmt::format("{}: no format has the extension \"{}\": use .ply, .obj, .2dm, .xml (LandXML) or .urd (native)",
+                  output, extension));
+}
+
+/// What a format that names its unit says for one of a system.
+int unitOf(ReferenceSystem const& system, std::string const& output) {
+  constexpr double kFoot = 0.3048, kSurveyFoot = 1200.0 / 3937;
+  const PlanUnit unit = system.unit();
+  const auto is = [&](double metres) { return std::abs(unit.metres / metres - 1) < 1e-7; };  // the feet differ by 2e-6
+  if (is(1)) return UNIDAD_METRO;
+  if (is(kFoot)) return UNIDAD_PIE;
+  if (is(kSurveyFoot)) return UNIDAD_PIE_TOPOGRAFICO;
+  throw Failure(
+      fmt::format("{}: LandXML has no coordinates in the unit of {}, which is {}: transform the input, or "
+                  "write another format",
+                  output, system.label(), unit.name));
+}
+
+}  // namespace
+
+ModelOutput::ModelOutput(std::string output) : output_(std::move(output)), how_(formatOf(output_)) {
+  how_.nombre = CString::DesdeUtf8(std::filesystem::path(output_).stem().string());
+}
+
+void ModelOutput::lieIn(ReferenceSystem const& system) {
+  if (how_.formato != FORMATO_LANDXML || !system.isKnown()) return;
+  how_.unidad = unitOf(system, output_);
+  how_.sistema = CString::DesdeUtf8(system.name());
+  how_.epsg = system.epsg();
+}
+
+void ModelOutput::write(CModeloDigital& model) const {
+  const CString path = CString::DesdeUtf8(output_);
+  const int code = how_.formato == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how_);
+  if (code == kFicheroInaccesible) {
+    throw Failure(
+        fmt::format("{}: write into a folder that exists and is yours, with room for the file", model.Error().Utf8()));
+  }
+  requireDone(code, output_);
+}
+
+}  // namespace Meseta47::host
