@@ -105,8 +105,9 @@ void classify(std::string const& name, std::vector<CCoor3D<int>> points, CDibujo
              "classify");
   const double seconds = classifying.seconds();
   std::size_t agreed = 0;
-  for (std::size_t i = 0; i < few; ++i)
+  for (std::size_t i = 0; i < few; ++i) {
     agreed += cloud[0].Punto(static_cast<int>(i * step)).clasificacion == 6 ? 1U : 0U;
+  }
   fmt::print(
       "classify {:<20} {:>9} points {:>7} rings, {:.0f}% inside | {:6.2f} s | a plain loop over {} of them: {:.0f} "
       "times "
@@ -117,8 +118,9 @@ void classify(std::string const& name, std::vector<CCoor3D<int>> points, CDibujo
 
 std::vector<CCoor3D<int>> scattered(std::size_t n, std::uint64_t seed) {
   std::vector<CCoor3D<int>> points;
-  for (support::Point const& p : support::family(support::Family::Uniform, n, seed))
+  for (support::Point const& p : support::family(support::Family::Uniform, n, seed)) {
     points.emplace_back(p.x, p.y, p.z, 0);
+  }
   return points;
 }
 

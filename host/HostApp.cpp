@@ -48,8 +48,9 @@ void HostApp::Fase(int, unsigned mensaje) { bar_.phase(TextoMensaje(mensaje).Utf
 void HostApp::Mensaje(int, CString* texto, int) { messages_.push_back(texto->Utf8()); }
 
 void HostApp::showMessages() const {
-  for (std::string const& message : messages_)
+  for (std::string const& message : messages_) {
     static_cast<void>(std::fprintf(stderr, "urdimbre: %s\n", message.c_str()));
+  }
 }
 
 void HostApp::step(unsigned long long value, unsigned long long total) {

@@ -32,9 +32,9 @@ struct CCeldas {
   [[nodiscard]] static int HijoDeCaja(CMaximas<int> const& caja, CCoor3D<int> const& centro) {
     int hijo = 0;
     const auto situa = [&hijo](int minimo, int maximo, int medio, int siBajo, int siAlto) {
-      const bool bajo = maximo<medio, alto = minimo> medio;
+      const bool bajo = maximo < medio;
       hijo += bajo ? siBajo : siAlto;
-      return bajo || alto;
+      return bajo || minimo > medio;
     };
     if (!situa(caja.Minimo.x, caja.Maximo.x, centro.x, 0, 1)) return -1;
     if (!situa(caja.Minimo.y, caja.Maximo.y, centro.y, 2, 0)) return -1;

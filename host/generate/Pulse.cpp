@@ -106,8 +106,9 @@ void echoesOf(Scene& scene, double x, double y, double lean, Random& random, Ech
   if (scene.trees.at(x, y, crown)) left = passCrown(crown, floor.z, ground.z, random, echoes);
   if (left && !isSwallowed(floor, lean, random)) {
     const bool herbs = floor.kind == PointClass::Ground && random.chance(herbChance(ground));
-    if (herbs)
+    if (herbs) {
       floor = {floor.z + between(0.12, 0.7, random.unit()), PointClass::LowVegetation, herbSurface(), floor.shade};
+    }
     if (echoes.empty() || echoes[echoes.size() - 1].z > floor.z + kDeadRange) echoes.add(floor);
   }
   addNoise(ground.z, random, echoes);

@@ -68,8 +68,9 @@ bool Scan::next(std::vector<LasPoint>& batch) {
 void Scan::flyLine(std::vector<LasPoint>& batch) {
   const double step = pace();
   const std::uint64_t before = delivered;
-  for (std::int64_t pulse = 0; pulse < plan.linePulses && delivered < options.points; ++pulse)
+  for (std::int64_t pulse = 0; pulse < plan.linePulses && delivered < options.points; ++pulse) {
     firePulse(pulse, step, batch);
+  }
   lineYield += (static_cast<double>(delivered - before) - lineYield) / 64.0;
   ++line;
   flown += step;

@@ -170,8 +170,9 @@ class Repetitions {
   Repetitions(LazScheme const& scheme, std::span<std::uint8_t const> records)
       : scheme_(scheme), length_(scheme.recordLength()), changed_(length_) {
     for (std::size_t at = length_; at < records.size(); at += length_) {
-      for (std::size_t i = 0; i < length_; ++i)
+      for (std::size_t i = 0; i < length_; ++i) {
         changed_[i] = static_cast<std::uint8_t>(changed_[i] | (records[at + i] ^ records[i]));
+      }
     }
   }
 

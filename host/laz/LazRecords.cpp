@@ -101,8 +101,9 @@ void LazRecords::gather(Group& group, std::size_t first) {
 
 void LazRecords::decode(Group& group) {
   Reparte(group.count, 1, [&group](std::size_t first, std::size_t last) {
-    for (std::size_t i = first; i < last; ++i)
+    for (std::size_t i = first; i < last; ++i) {
       group.slots[i].whole = group.slots[i].decoder->decode(group.slots[i].records);
+    }
   });
 }
 

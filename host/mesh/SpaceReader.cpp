@@ -185,8 +185,9 @@ class Vtu {
     std::memcpy(mesh.places.data(), places.data(), places.size());
     for (const char type : array("types", "UInt8")) {
       constexpr char kTetra = 10;
-      if (type != kTetra)
+      if (type != kTetra) {
         throw FileError(in_.file(), fmt::format("it holds cells of type {}: only tetrahedra can be proved", int{type}));
+      }
     }
     const std::string_view corners = array("connectivity", "Int64");
     constexpr std::size_t kCell = 4 * sizeof(std::int64_t);
@@ -232,8 +233,9 @@ class Vtu {
       std::uint64_t from = 0;
       const std::string_view text = attribute(line, "offset");
       std::from_chars(text.data(), text.data() + text.size(), from);
-      if (from > data_.size() || data_.size() - from < sizeof from)
+      if (from > data_.size() || data_.size() - from < sizeof from) {
         in_.fail(fmt::format("its array {} is cut short", name));
+      }
       const auto bytes = Vtu::at<std::uint64_t>(data_.substr(from), 0);
       if (bytes > data_.size() - from - sizeof from) in_.fail(fmt::format("its array {} is cut short", name));
       return data_.substr(from + sizeof from, bytes);

@@ -50,8 +50,9 @@ ModelKind modelKindOf(std::string const& path) {
   } catch (FileError const&) {
     // Whoever reads it says what is wrong.
   }
-  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extensionOf(path) == ".ply")
+  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extensionOf(path) == ".ply") {
     return ModelKind::ply;
+  }
   if (isNativeModel(beginning, path)) return ModelKind::native;
   return ModelKind::none;
 }

@@ -39,8 +39,9 @@ PictureSize parseSize(std::string const& text) {
   PictureSize size;
   const bool good = parseNumber(std::string_view(text).substr(0, cross), size.width) &&
                     (cross == std::string::npos || parseNumber(std::string_view(text).substr(cross + 1), size.height));
-  if (!good)
+  if (!good) {
     throw UsageError(fmt::format("--size {}: give pixels as WIDTHxHEIGHT, or one number for the longer", text));
+  }
   const bool inside =
       size.width >= 1 && size.longest() <= PictureSize::kLargest && (cross == std::string::npos || size.height >= 1);
   if (!inside) {

@@ -35,8 +35,9 @@ std::vector<std::uint8_t> classesIn(Surface const& surface, View const& view) {
   std::array<bool, 256> present{};
   for (std::size_t i = 0; i < surface.vertices.size(); ++i) {
     Surface::Vertex const& v = surface.vertices[i];
-    if (v[0] >= view.minX && v[0] <= view.maxX && v[1] >= view.minY && v[1] <= view.maxY)
+    if (v[0] >= view.minX && v[0] <= view.maxX && v[1] >= view.minY && v[1] <= view.maxY) {
       present[surface.classes[i]] = true;
+    }
   }
   std::vector<std::uint8_t> codes;
   for (unsigned code = 0; code < present.size(); ++code) {

@@ -83,8 +83,9 @@ class Dots {
 class Mixer {
  public:
   Mixer(ReliefStyle const& style, Dots const* dots) : style_(style), dots_(dots) {
-    for (unsigned code = 0; code < classes_.size(); ++code)
+    for (unsigned code = 0; code < classes_.size(); ++code) {
       classes_[code] = classColour(static_cast<std::uint8_t>(code));
+    }
     perUnit_ = 1 / (style.range.high - style.range.low);
   }
 

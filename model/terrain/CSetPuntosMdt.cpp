@@ -41,8 +41,9 @@ unsigned CSetPuntosMdt::Indice(CPuntoTIN const* punto) const {
   const auto esDe = [&](Bloque const& b) { return !antes(punto, b.data()) && antes(punto, b.data() + b.size()); };
   if (esDe(puntos)) return static_cast<unsigned>(punto - puntos.data());
   for (std::size_t i = 0; i < anexos.size(); ++i) {
-    if (esDe(anexos[i]))
+    if (esDe(anexos[i])) {
       return static_cast<unsigned>(puntos.size() + i * kAnexo + static_cast<std::size_t>(punto - anexos[i].data()));
+    }
   }
   return kSinIndice;
 }

@@ -136,9 +136,8 @@ class CTrazaAnillos {
   }
 
   //        v
-  //     ///|\        The surface (/) lies on the left of u-v. Turning clockwise about v from u passes through it, and
-  //     the
-  //    u///| \       first boundary side met is the one on the other edge of the same wedge.
+  //     ///|\        The surface (/) lies on the left of u-v. Turning clockwise about v from u passes through it,
+  //    u///| \       and the first boundary side met is the one on the other edge of the same wedge.
   //        w
   //
   std::size_t Siguiente(Paso const& llegada) const {

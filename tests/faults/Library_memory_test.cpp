@@ -214,8 +214,9 @@ TEST(Requests, TheOutlineOfManyLinesAsksForMoreRoomNowAndThenOnly) {
   const QuietApp app(1);
   CDibujo<int> drawing, outline;
   constexpr int kLines = 4'000;
-  for (int i = 0; i < kLines; ++i)
+  for (int i = 0; i < kLines; ++i) {
     drawing.Inserta(LineAt({{i % 63 * 100, i / 63 * 90}, {i % 63 * 100 + 41, i / 63 * 90 + 37}}));
+  }
   CDataSacaLimites how;
   how.distancia = 5;
   CTriangulacion triangulation(CDataSemilla(), CDataTriangulacion{});
@@ -320,8 +321,9 @@ TEST(EachRequestRefused, AModelIsAssignedWholeOrNotAtAll) {
 TEST(EachRequestRefused, JoiningLosesNoLine) {
   const auto make = [] {
     CDibujo<int> drawing;
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 12; ++i) {
       drawing.Inserta(LineAt({{i, 0}, {i + (i % 4 == 3 ? 0 : 1), 1}, {i + 1, 0}}, kLongText));
+    }
     return drawing;
   };
   const std::string before = Described(make());

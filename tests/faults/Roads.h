@@ -146,8 +146,9 @@ class HighPoints : public Road {
  public:
   /// Points that have the class already take part in the outline: every search begins with the classes of the first.
   int Run() override {
-    for (int i = 0; i < drawing[0].NPuntos(); ++i)
+    for (int i = 0; i < drawing[0].NPuntos(); ++i) {
       drawing[0].PunteroAPunto(i)->clasificacion = before[static_cast<std::size_t>(i)];
+    }
     return InForest().Run(drawing);
   }
   std::string Result() const override {

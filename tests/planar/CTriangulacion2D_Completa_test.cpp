@@ -231,8 +231,9 @@ TEST(WholeClouds, OfAFewUnitsKeepThePointsThatAFrameOfATenthStandsOn) {
     for (int height = 0; height < 9; ++height) {
       SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
       std::vector<Point> tiny;
-      for (int i = 0; i < (width + 1) * (height + 1); ++i)
+      for (int i = 0; i < (width + 1) * (height + 1); ++i) {
         tiny.push_back({-3 + i % (width + 1), 7 + i / (width + 1), 0});
+      }
       if (tiny.size() >= 3) ExpectWhole(LinkedWhole(tiny));
     }
   }
@@ -256,8 +257,10 @@ TEST(WholeClouds, UpToTheLastUnitButOneOf32BitsFillTheirHull) {
   const QuietApp app;
   constexpr std::int32_t low = -2147483647, high = 2147483646;
   std::vector<Point> points = support::family(Family::HugeSpread, 300, 1);
-  for (const Point& p : {Point{low, low, 0}, {low, high, 0}, {high, high, 0}, {high, low, 0}, {low, 0, 0}, {low, 9, 0}})
+  for (const Point& p :
+       {Point{low, low, 0}, {low, high, 0}, {high, high, 0}, {high, low, 0}, {low, 0, 0}, {low, 9, 0}}) {
     points.push_back(p);
+  }
   ExpectWhole(LinkedWhole(points));
 }
 
@@ -268,8 +271,9 @@ TEST(WholeClouds, ThatReachTheEndsOf32BitsAreSoundThoughNotWhole) {
   constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
                          high = std::numeric_limits<std::int32_t>::max();
   std::vector<Point> points = support::family(Family::HugeSpread, 300, 1);
-  for (const Point& p : {Point{low, low, 0}, {high, high, 0}, {low, 0, 0}, {low, 9, 0}, {low, 700, 0}, {5, high, 0}})
+  for (const Point& p : {Point{low, low, 0}, {high, high, 0}, {low, 0, 0}, {low, 9, 0}, {low, 700, 0}, {5, high, 0}}) {
     points.push_back(p);
+  }
   const Whole whole = LinkedWhole(points);
   EXPECT_EQ(whole.summary.duplicados, 2U);
   const support::MeshReport report = support::inspect(whole.surface);

@@ -308,12 +308,13 @@ TEST(LimiteDibujo, NeitherTheOrderOfThePointsNorTheThreadsChangeTheRings) {
   // Every square of the lattice is cocircular, and so are slanted quadrilaterals whose diagonals differ in length: only
   // an order of its own makes the cut, and with it what is longer than the distance, the same each time.
   std::vector<Point> points = Lattice(0, 0, 300, 300);
-  for (int i = 0; i < 40; ++i)
+  for (int i = 0; i < 40; ++i) {
     points = points + std::vector<Point>{{1000 + 50 * i, 0, 0},
                                          {1025 + 50 * i, 0, 1},
                                          {1020 + 50 * i, 10, 0},
                                          {1000 + 50 * i, 20, 0},
                                          {1020 + 50 * i, 20, 2}};
+  }
   support::Random random(7);
   std::vector<Ring> first;
   for (const unsigned processors : {1U, 2U, 4U}) {

@@ -240,8 +240,9 @@ TEST(Curva, AFlatTriangleGivesItsSidesInOrder) {
   CDibujo<int> drawing;
   CTriangulo2D(&p[0], &p[1], &p[2]).Curva(drawing, 10, kAnySide);
   std::vector<std::pair<int, int>> sides;
-  for (unsigned i = 0; i < drawing.Cantidad(); ++i)
+  for (unsigned i = 0; i < drawing.Cantidad(); ++i) {
     sides.emplace_back(drawing[i].Punto(0).num, drawing[i].Punto(1).num);
+  }
   EXPECT_THAT(sides, ElementsAre(std::pair(1, 2), std::pair(1, 3), std::pair(2, 3)));
 }
 

@@ -106,8 +106,10 @@ TEST(Exact, CornersOfThe32BitRange) {
   constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
                          high = std::numeric_limits<std::int32_t>::max();
   std::vector<Point> positions = support::family(Family::HugeSpread, 500, 1);
-  for (const Point& p : {Point{low, low, 0}, {low, high, 0}, {high, low, 0}, {high, high, 0}, {0, low, 0}, {1, low, 0}})
+  for (const Point& p :
+       {Point{low, low, 0}, {low, high, 0}, {high, low, 0}, {high, high, 0}, {0, low, 0}, {1, low, 0}}) {
     positions.push_back(p);
+  }
   ExpectExact(Positions(positions));
 }
 
@@ -202,17 +204,19 @@ TEST(ImposedSides, AroundAPartLeaveTheRestWhicheverWayTiesWereCutThere) {
       bool real = true;
       for (std::int32_t& v : t) {
         real = real && v > 0;
-        if (real)
+        if (real) {
           v = static_cast<int>(std::lower_bound(positions.begin(), positions.end(), mesh.at(v)) - positions.begin()) +
               1;
+        }
       }
       if (real && random() % 3 != 0) kept.push_back(t);
     }
     // Sides that only one kept triangle has, turned round: the rest is on their right.
     Sides sides;
     for (support::Triangle const& t : kept) {
-      for (std::size_t k = 0; k < 3; ++k)
+      for (std::size_t k = 0; k < 3; ++k) {
         sides.push_back({static_cast<std::uint32_t>(t[(k + 1) % 3] - 1), static_cast<std::uint32_t>(t[k] - 1)});
+      }
     }
     std::sort(sides.begin(), sides.end());
     Sides bounding;

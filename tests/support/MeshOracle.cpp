@@ -71,8 +71,9 @@ class Inspection {
     for (const Triangle& t : usable) {
       const Int128 area = upright * twiceArea(mesh.at(t[0]), mesh.at(t[1]), mesh.at(t[2]));
       report.twiceArea += area;
-      if (area < 0)
+      if (area < 0) {
         note(report.inverted, [&] { return "triangle " + withPositions(mesh, t) + " turns the wrong way"; });
+      }
       if (area == 0) note(report.flat, [&] { return "triangle " + withPositions(mesh, t) + " has no area"; });
     }
   }

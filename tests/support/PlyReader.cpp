@@ -45,8 +45,9 @@ void readVertexProperty(std::istringstream& words, Header& header) {
 void readFaceProperty(std::istringstream& words, Header& header) {
   std::string rest;
   std::getline(words >> std::ws, rest);
-  if (rest != "list uchar int vertex_indices" || header.facesAreLists)
+  if (rest != "list uchar int vertex_indices" || header.facesAreLists) {
     refuse("unexpected face property '" + rest + "'");
+  }
   header.facesAreLists = true;
 }
 
@@ -127,8 +128,9 @@ void readFaces(std::istream& in, const Header& header, PlyMesh& mesh) {
 std::int32_t toUnits(double value) {
   const double nearest = std::floor(value + 0.5);
   using Limits = std::numeric_limits<std::int32_t>;
-  if (!(nearest >= Limits::min() && nearest <= Limits::max()))
+  if (!(nearest >= Limits::min() && nearest <= Limits::max())) {
     refuse("coordinate " + std::to_string(value) + " is too large");
+  }
   return static_cast<std::int32_t>(nearest);
 }
 

@@ -204,8 +204,9 @@ TEST(ModelCheck, AHandleBreaksEulersCount) {
   // A square torus of 3 by 3 vertices less a triangle: paired sides, one ring, but no sheet.
   ExactModel m;
   m.vertices.resize(9);
-  for (int i = 0; i < 9; ++i)
+  for (int i = 0; i < 9; ++i) {
     m.vertices[static_cast<std::size_t>(i)].x = 10 * i, m.vertices[static_cast<std::size_t>(i)].y = i * i;
+  }
   const auto v = [](std::uint32_t x, std::uint32_t y) { return y % 3 * 3 + x % 3; };
   for (std::uint32_t x = 0; x < 3; ++x) {
     for (std::uint32_t y = 0; y < 3; ++y) {
@@ -290,8 +291,9 @@ TEST(ExactModel, DecimalsOfDoublesComeBackAsTheUnitsThatAllShare) {
 
 TEST(ExactModel, FloatsAreTheNearestToDecimalsToo) {
   Surface s = honeycomb(0.1, 1000, 2000);
-  for (auto& v : s.vertices)
+  for (auto& v : s.vertices) {
     v[0] = static_cast<double>(static_cast<float>(v[0])), v[1] = static_cast<double>(static_cast<float>(v[1]));
+  }
   const ExactModel m = exactModel(s, "m.ply");
   EXPECT_EQ(m.precision, 1);
   EXPECT_THAT(kindsIn(m), IsEmpty());
