@@ -112,7 +112,7 @@ Lines contourPoints(CDibujo<int>& drawing, double interval, Phases& phases) {
   drawing.PonNumerosACero();
   CTriangulacion2D triangulation(0, drawing.semilla, 1);
   if (triangulation.Curvado(drawing, contours, 1000, interval, nullptr) != kHecho) throw std::runtime_error("contours");
-  const auto& m = phases.marks;
+  auto const& m = phases.marks;
   const auto n = static_cast<double>(drawing.nPuntos);
   const auto a_point = [&](std::size_t bytes) { return static_cast<double>(bytes - std::min(before, bytes)) / n; };
   const Time fill = m[1].time - m[0].time, link = m[2].time - m[1].time, join = m[3].time - m[2].time;
@@ -146,7 +146,7 @@ Lines contourRaster(Terrain const& terrain, std::size_t columns, double interval
     OGR_Fld_Destroy(field);
   }
   const std::string level = fmt::format("LEVEL_INTERVAL={}", interval);
-  const char* options[] = {level.c_str(), "ID_FIELD=0", "ELEV_FIELD=1", nullptr};
+  char const* options[] = {level.c_str(), "ID_FIELD=0", "ELEV_FIELD=1", nullptr};
   Lines result;
   const Time before = now();
   if (GDALContourGenerateEx(band, layer, const_cast<char**>(options), nullptr, nullptr) != CE_None) {

@@ -145,7 +145,7 @@ Model modelOf(Cloud const& cloud, std::vector<std::uint8_t> const& classes) {
   CTIN tin(0, 0, cloud.seed);
   CTriangulacion2D triangulation(0, cloud.seed, 1);
   requireDone(
-      triangulation.Run(drawing, tin, kNoLimit / cloud.seed.Precision(), nullptr, true, nullptr, nullptr, nullptr),
+      triangulation.Run({.dibujo = drawing, .ladoMaximo = kNoLimit / cloud.seed.Precision(), .vaciar = true}, tin),
       cloud.name);
   Model model;
   for (std::uint32_t t = 0; t < tin.Cantidad(); ++t) addTriangle(tin, t, cloud.seed.Precision() / cloud.metres, model);

@@ -19,6 +19,7 @@
 #include "host/SpatialOrder.h"
 #include "host/Stopwatch.h"
 #include "model/terrain/CTIN.h"
+#include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
 #include "support/Families.h"
 
@@ -48,22 +49,20 @@ class Phases : public CTriangulacion2D {
     const std::size_t before = bench::heapBytes();
     bench::resetPeak();
     drawing.PonNumerosACero();
+    const CFuentes sources{drawing};
     Stopwatch fill;
-    if (Rellena(drawing, nullptr, nullptr, nullptr) != kHecho) throw std::runtime_error("fill");
+    if (Rellena(sources) != kHecho) throw std::runtime_error("fill");
     r.fill = fill.seconds();
     Stopwatch link;
-    if (EnlazaLista(drawing, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, 0, nullptr,
-                    nullptr, nullptr, nullptr, nullptr) != kHecho) {
-      throw std::runtime_error("link");
-    }
+    CEnlace linking;
+    if (Enlaza(sources, linking) != kHecho) throw std::runtime_error("link");
     r.link = link.seconds();
     r.bytes = static_cast<double>(bench::peakHeapBytes() - before);
     r.alive = 100.0 * static_cast<double>(Resumen().picoVivos) / static_cast<double>(Resumen().enlazados);
     CTIN tin(0, 0, semilla);
     Stopwatch generate;
     // A cloud on one line but for a far point leaves nothing within the frame.
-    const bool surface =
-        GenerarMDT(drawing, nullptr, tin, 0, false, nullptr, nullptr, nullptr, nullptr, nullptr) == kHecho;
+    const bool surface = Genera({.fuentes = sources}, tin) == kHecho;
     r.generate = generate.seconds();
     r.triangles = surface ? tin.Cantidad() : 0;
     BorraFicheroTemporal();

@@ -57,8 +57,7 @@ CDibujo<int> drawOutline(std::string const& name, std::vector<CCoor3D<int>> poin
   applyOrder(points, hilbertOrder(points));
   drawing = drawingOf(std::move(points), seed);
   CTIN tin(0, 0, seed);
-  expectDone(CTriangulacion2D(0, seed, 1).Run(drawing, tin, distance, nullptr, false, nullptr, nullptr, nullptr),
-             "run");
+  expectDone(CTriangulacion2D(0, seed, 1).Run({.dibujo = drawing, .ladoMaximo = distance}, tin), "run");
   const double plain = running.seconds();
   fmt::print(
       "outline  {:<20} {:>9} points {:>7} rings {:>9} on them | {:6.2f} s, {:4.0f} bytes a point | a run {:6.2f} s, "

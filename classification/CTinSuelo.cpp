@@ -56,7 +56,7 @@ int CTinSuelo::Construye(CMallaSuelo const& malla) {
   dibujo.Inserta(std::move(puntos));
   CTriangulacion2D triangulacion(0, tin.semilla, kIdentificador);
   triangulacion.Mensajes(MENSAJES_NINGUNO);  // its phases would interrupt those of the search
-  return triangulacion.Run(dibujo, tin, kSinLimite / tin.semilla.Precision(), nullptr, true, nullptr, nullptr, nullptr);
+  return triangulacion.Run({.dibujo = dibujo, .ladoMaximo = kSinLimite / tin.semilla.Precision(), .vaciar = true}, tin);
 }
 
 }  // namespace Meseta47

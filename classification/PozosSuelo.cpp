@@ -25,7 +25,7 @@ CVecindad VecindadDe(CTIN const& tin, std::size_t vertices) {
   v.otros.resize(v.desde.back());
   for (std::uint32_t t = 0; t < cantidad; ++t) {
     auto const& [a, b, c] = tin.Vertices(t);
-    for (const auto& [p, q, r] : {std::tuple(a, b, c), std::tuple(b, c, a), std::tuple(c, a, b)}) {
+    for (auto const& [p, q, r] : {std::tuple(a, b, c), std::tuple(b, c, a), std::tuple(c, a, b)}) {
       v.otros[v.desde[p + 1]++] = q;
       v.otros[v.desde[p + 1]++] = r;
     }

@@ -52,8 +52,8 @@ int main() {
   CDibujo<int> drawing = hillWithPit(seed);
   CTIN model(0, 0, seed);
   CTriangulacion2D triangulation(0, seed, CDataTriangulacion(), 1);
-  const double longestSide = 5.0;  // metres: longer triangles are gaps, not ground
-  const int code = triangulation.Run(drawing, model, longestSide, nullptr, false, nullptr, nullptr, nullptr);
+  const CEncargo job{.dibujo = drawing, .ladoMaximo = 5.0};  // metres: longer triangles are gaps, not ground
+  const int code = triangulation.Run(job, model);
   if (code != kHecho) {
     std::fprintf(stderr, "walk_model: the run answered %d\n", code);
     return 1;

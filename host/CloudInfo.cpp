@@ -82,7 +82,7 @@ class Gatherer {
     }
     settleCommonSystem(info);
     if (info.all.points > 0) {
-      const Extent& extent = info.all.extent;
+      Extent const& extent = info.all.extent;
       const PlanGrid grid{extent.min[0], extent.min[1], std::pow(10.0, info.precision)};
       const double widest = std::max(extent.max[0] - extent.min[0], extent.max[1] - extent.min[1]);
       const bool packs = widest * grid.unitsAMetre + 1 <= std::numeric_limits<std::uint32_t>::max();

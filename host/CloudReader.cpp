@@ -130,7 +130,7 @@ std::size_t CloudReader::readBatch(std::vector<CloudPoint>& points, std::size_t 
 }
 
 void CloudReader::convert(std::vector<CloudPoint>& points) const {
-  const auto& [scale, offset] = std::tie(las_->header().scale, las_->header().offset);
+  auto const& [scale, offset] = std::tie(las_->header().scale, las_->header().offset);
   const bool wholeDegrees = !isExtended(las_->header().pointFormat);
   points.resize(batch_.size());
   for (std::size_t i = 0; i < batch_.size(); ++i) {

@@ -141,7 +141,7 @@ class BoundsFilter {
   BoundsFilter(LoadOptions const& options, CDataSemilla const& seed) : active_(options.bounds.has_value()) {
     if (!active_) return;
     const double units = seed.Precision();
-    const Bounds& b = *options.bounds;
+    Bounds const& b = *options.bounds;
     minX_ = (b.minX - seed.origen[0]) * units - kSlack;
     minY_ = (b.minY - seed.origen[1]) * units - kSlack;
     maxX_ = (b.maxX - seed.origen[0]) * units + kSlack;

@@ -11,6 +11,7 @@
 #include "host/mesh/SpaceRank.h"
 #include "model/geometry/CMaximas.h"
 #include "run/CFiltroPuntos.h"
+#include "tetrahedral/CMedidasDeRun3D.h"
 
 namespace Meseta47::host {
 
@@ -32,13 +33,12 @@ void requireSpace(CDibujo<int> const& drawing, std::string const& what) {
                             kWhere[rank.points()]));
 }
 
-/// The frame is a cube a fifth wider than the greatest extent, around the middle of the box.
 void requireFrame(CDibujo<int> const& drawing, std::string const& what) {
   CMaximas<int> box;
   for (unsigned e = 0; e < drawing.Cantidad(); ++e) {
     for (CCoor3D<int> const& p : drawing[e].Puntos()) box.Nuevo(p);
   }
-  const double half = 0.6 * std::max({box.Ancho(), box.Alto(), box.Altura()}) + 1;
+  const double half = CMedidasDeRun3D::SemiladoDelMarco(std::max({box.Ancho(), box.Alto(), box.Altura()})) + 1;
   const auto reach = [half](int low, int high) { return std::abs((double{1} * low + high) / 2) + half; };
   const double farthest = std::max(
       {reach(box.Minimo.x, box.Maximo.x), reach(box.Minimo.y, box.Maximo.y), reach(box.Minimo.z, box.Maximo.z)});

@@ -15,8 +15,4 @@ namespace Meseta47::host {
 /// The parameters of a run in space over such a drawing.
 [[nodiscard]] CDataTriangulacion everything();
 
-/// What its spill file takes at most, as far as anybody can tell beforehand: about seven tetrahedra a point, and those
-/// of the frame, 16 bytes each.
-[[nodiscard]] constexpr std::uint64_t spaceSpillBytes(std::uint64_t points) { return 16 * (7 * points + 6); }
-
 }  // namespace Meseta47::host

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
+#include "platform/Exporta.h"
 
 namespace Meseta47 {
 
@@ -10,7 +11,7 @@ class CRango;
 
 /// What a run from drawings to a model is asked for. The drawings are borrowed; a run writes nothing but the numbers of
 /// their points, unless it is to empty them.
-struct CEncargo {
+struct URDIMBRE_API CEncargo {
   CDibujo<int>& dibujo;                         ///< its entities are put in a spatial order first
   std::vector<CDibujo<int>*>* otros = nullptr;  ///< further drawings, which go in behind it as they stand
   CDibujo<int>* extra = nullptr;                ///< whose points are added in the end, under the tolerance

@@ -41,7 +41,7 @@ struct URDIMBRE_API CFuentes {
   }
   [[nodiscard]] unsigned Entidades() const;
   /// The point of a seed; null where there is none. Without all seeds those of the last further drawing are looked for
-  /// in the extra one, or left out: the signatures that hosts know count so.
+  /// in the extra one, or left out, as CTriangulacion2D::Run tells.
   [[nodiscard]] CCoor3D<int>* Semilla(CPosicion const& lugar) const;
 };
 

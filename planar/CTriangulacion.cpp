@@ -100,7 +100,7 @@ class CMalla : public CTriangulacion2D {
     int codigo = Rellena(fuentes);
     if (codigo == kHecho) codigo = Enlaza(fuentes, enlace);
     if (codigo != kHecho) return codigo;
-    return GenerarMDT(dibujo, nullptr, tin, ladoMaximo, false, nullptr, nullptr, nullptr, nullptr, nullptr);
+    return CTriangulacion2D::Genera({.fuentes = fuentes, .ladoMaximo = ladoMaximo}, tin);
   }
 };
 

@@ -14,6 +14,7 @@
 #include "planar/CAlturasVecinas.h"
 #include "planar/CBordeDelMarco.h"
 #include "planar/CDivisiones2D.h"
+#include "planar/CEncargo.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 #include "planar/CResumenPlano.h"
 #include "planar/CSegmentos.h"
@@ -30,7 +31,6 @@ namespace Meseta47 {
 
 class CBusquedaPuntos;
 class CDataPicos;
-struct CEncargo;
 struct CFase;
 struct CFuentes;
 struct CGeneracion;
@@ -39,6 +39,7 @@ class CMarcha;
 class CNivelDeCurvas;
 class CRango;
 class CRGBTipo;
+class CPuntoTIN;
 class CSetPuntosMdt;
 class CTIN;
 class IPorcentaje;
@@ -99,31 +100,25 @@ class URDIMBRE_API CTriangulacion2D {
   void SinMarco(bool asi) { sinMarco = asi; }
 
   // --- runs ---
-  /// Triangulates the drawings of the job into `tin`, whose points and triangles are replaced: `Run` below, or with an
-  /// extra drawing `RunAmplia`. Those, unlike this, look for no first points of cells in the last of the further
-  /// drawings; whoever counts on that knows them.
+  /// Triangulates the drawings of a job (see CEncargo) into `tin`, whose points and triangles are replaced. All of the
+  /// drawing and of the further ones belongs to the surface; of an extra one, the points that lie no more than the
+  /// tolerance above the surface found so far: the others are left out and counted as refused. An added point at the
+  /// plan position of an earlier one is a duplicate, whatever its height, and one beyond the border, where there is no
+  /// surface to be above of, goes in. Cells that added points touch stay open to the end.
+  ///
+  /// kHecho, kCancelado, kPocosPuntos, kFicheroInaccesible, kFicheroInconsistente. Whatever the answer no temporary
+  /// file stays, but for kFicheroInconsistente when the system had no event left.
   int Run(CEncargo const& encargo, CTIN& tin);
-  /// Triangulates `dibujo` and the further drawings into `tin`, whose points and triangles are replaced. Entities of
-  /// `dibujo` are put in a spatial order first. `ladoMaximo` is the greatest plan length of a side, in metres, 0 for
-  /// any; `vaciar` clears `dibujo` at the end and deletes the further drawings, which must then come from new, as soon
-  /// as their points are in the model (null pointers are left); `alturas` and `intensidades` filter triangles by the
-  /// absolute differences along their sides: scaled units and intensities. kHecho, kCancelado, kPocosPuntos,
-  /// kFicheroInaccesible, kFicheroInconsistente. Whatever the answer no temporary file stays, but for
-  /// kFicheroInconsistente when the system had no event left.
+  /// The same by a row of arguments, without an extra drawing, and with a rule that those who know it rely on: the last
+  /// of the further drawings loses the points that come first in their cells, so that an empty place is put behind it.
+  /// `registro` is not read, here and wherever it is taken: a run tells nothing but its progress.
   int Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros, bool vaciar,
           CString* registro, CRango const* alturas, CRango const* intensidades);
-  /// As `Run`, in the order in which the entities stand, with the points of `extra` added at the end: those that lie
+  /// The same in the order in which the entities stand, with the points of `extra` added at the end: those that lie
   /// more than `tolerancia` metres above the surface found so far are left out; 0 leaves out none. The first points of
   /// cells, which go in while there is hardly a surface, are tested like added ones: part of `dibujo` may be left out.
   int RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra, double tolerancia,
                    std::vector<CDibujo<int>*>* otros, bool vaciar, CString* registro);
-  /// As `Run`, with the points of `extra` added at the end: all of `dibujo` and of the further drawings belongs to the
-  /// surface, and only added points are tested. Those more than `tolerancia` metres above the surface found so far are
-  /// left out and counted as refused; 0 leaves out none. A point at the plan position of an earlier one is a duplicate,
-  /// whatever its height, and one beyond the border, where there is no surface to be above of, goes in. `extra` is left
-  /// as it is but for the numbers. One run, at the cost of `Run`; cells that added points touch stay open to the end.
-  int RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra, double tolerancia,
-                std::vector<CDibujo<int>*>* otros, bool vaciar, CRango const* alturas, CRango const* intensidades);
   /// Makes the triangles of `tin` anew from its own points, under its own maximum length. A maximum length whose square
   /// passes 2147483647 scaled units leaves no triangle, and so does 0.
   int Run(CTIN& tin, CString* registro);
@@ -253,6 +248,8 @@ class URDIMBRE_API CTriangulacion2D {
   int Rellena(CFuentes const& fuentes);
   int Enlaza(CFuentes const& fuentes, CEnlace& enlace);
   int Enlaza(CTIN& tin, int contador);
+  /// The file that linking has left becomes a model.
+  int Genera(CGeneracion const& como, CTIN& tin);
   /// Numbers a stored point and inserts it into the mesh. Answers as TriangulaPunto.
   bool Triangula(CCoor3D<int>* p, CPosicion const& lugar, CInsercion const& como);
 
@@ -390,11 +387,11 @@ class URDIMBRE_API CTriangulacion2D {
   int RecorreMalla(CDibujo<int> const& dibujo, unsigned long long& contador, unsigned long long total,
                    std::vector<CPosicionEntidad> const* seleccion,
                    std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
+  static CPuntoTIN PuntoDeModelo(CLinea<int> const& e, unsigned k);
   void PonClases(CFuentes const& fuentes, CEnlace const& enlace);
   void PonClasesDePicos(CFuentes const& fuentes, CEnlace const& enlace);
   void RecorreNumerados(CFuentes const& fuentes, CEnlace const& enlace,
                         std::function<void(CPosicionEntidad const&, CCoor3D<int> const&, std::size_t)> const& visita);
-  int Genera(CGeneracion const& como, CTIN& tin);
   int ReunePuntos(CFuentes const& fuentes, CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
   int ReunePuntosBorrando(CGeneracion const& como, CSetPuntosMdt& puntos, std::vector<int>& mapa);
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,

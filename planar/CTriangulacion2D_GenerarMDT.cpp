@@ -198,7 +198,9 @@ int CTriangulacion2D::ReunePuntosBorrando(CGeneracion const& como, CSetPuntosMdt
   puntos.reserve(cantidadPuntos - duplicados, maximas.Minimo.x, maximas.Maximo.x);
   unsigned long long contador = 0;
   const int codigo = como.fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const*) {
-    const int suyo = RegistraPuntos(puntos, d, contador, cantidadPuntos, nullptr, nullptr, nullptr);
+    const int suyo = RecorreMalla(d, contador, cantidadPuntos, nullptr, [&puntos](CLinea<int> const& e, unsigned k) {
+      puntos.push_back(PuntoDeModelo(e, k), false);  // nobody points at them yet
+    });
     const bool esOtro = lista > 0 && !como.fuentes.EsExtra(lista);
     if (suyo == kHecho && esOtro) delete std::exchange((*como.borra)[static_cast<std::size_t>(lista) - 1], nullptr);
     return suyo;

@@ -22,20 +22,25 @@ int CTriangulacion2D::RecorreMalla(CDibujo<int> const& dibujo, unsigned long lon
   return codigo;
 }
 
+/// A point as a model has it, with the survey data of its set.
+CPuntoTIN CTriangulacion2D::PuntoDeModelo(CLinea<int> const& e, unsigned k) {
+  CPuntoTIN punto(*e.PunteroAPunto(static_cast<int>(k)));
+  if (CSetPuntos<int> const* nube = CSetPuntos<int>::De(e)) punto.aero = nube->Info(k);
+  return punto;
+}
+
 int CTriangulacion2D::RegistraPuntos(CSetPuntosMdt& puntos, CDibujo<int> const& dibujo, unsigned long long& contador,
                                      unsigned long long total, std::vector<CPosicionEntidad> const* seleccion,
                                      std::vector<CRGBTipo>* colores, std::vector<CIntensidadTipo>* intensidades) {
   return RecorreMalla(dibujo, contador, total, seleccion, [&](CLinea<int> const& e, unsigned k) {
-    CPuntoTIN punto(*e.PunteroAPunto(static_cast<int>(k)));
-    CSetPuntos<int> const* nube = CSetPuntos<int>::De(e);
-    if (nube != nullptr) punto.aero = nube->Info(k);
+    const CPuntoTIN punto = PuntoDeModelo(e, k);
     puntos.push_back(punto, false);  // nobody points at them yet
     const auto indice = static_cast<std::size_t>(punto.num) - 1;
     if (colores != nullptr) {
       (*colores)[indice] = CRGBTipo(punto.aero.rojo, punto.aero.verde, punto.aero.azul, -1);
     } else if (intensidades != nullptr) {
       (*intensidades)[indice] =
-          CIntensidadTipo(nube != nullptr ? punto.intensidad : static_cast<unsigned short>(0), -1);
+          CIntensidadTipo(CSetPuntos<int>::De(e) != nullptr ? punto.intensidad : static_cast<unsigned short>(0), -1);
     }
   });
 }

@@ -3,7 +3,6 @@
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
-#include "planar/CEncargo.h"
 #include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
 #include "run/Fases.h"
@@ -67,19 +66,6 @@ int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoM
                                    double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar, CString*) {
   const CEncargo encargo{.dibujo = dibujo, .otros = otros, .extra = &extra, .ladoMaximo = ladoMaximo, .vaciar = vaciar};
   return Corre(encargo, tin, {Trunca(tolerancia * Precision())}, false, false);
-}
-
-int CTriangulacion2D::RunAmplia(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
-                                double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar,
-                                CRango const* alturas, CRango const* intensidades) {
-  const CEncargo encargo{.dibujo = dibujo,
-                         .otros = otros,
-                         .extra = &extra,
-                         .ladoMaximo = ladoMaximo,
-                         .alturas = alturas,
-                         .intensidades = intensidades,
-                         .vaciar = vaciar};
-  return Corre(encargo, tin, {Trunca(tolerancia * Precision()), true}, true, false);
 }
 
 int CTriangulacion2D::Corre(CEncargo const& encargo, CTIN& tin, CTolerancia tolerancia, bool porOrden,

@@ -36,61 +36,61 @@ CString DestinoFinal(CString const& ruta) {
   return ruta;
 }
 
-CFicheroParcial::CFicheroParcial(CString const& laRuta)
-    : ruta(laRuta), destino(DestinoFinal(laRuta)), reemplaza(sistema::Existe(destino)) {
+CFicheroParcial::CFicheroParcial(CString const& ruta)
+    : ruta_(ruta), destino_(DestinoFinal(ruta)), reemplaza_(sistema::Existe(destino_)) {
   try {
     Crea();
   } catch (...) {  // memory gave out, perhaps with the file there already: no destructor will follow
-    pendiente = fichero.IsOpen();
+    pendiente_ = fichero_.IsOpen();
     Descarta();
     throw;
   }
 }
 
 void CFicheroParcial::Crea() {
-  const unsigned privado = reemplaza ? unsigned{CFile::modePrivado} : 0U;
-  fichero.Empieza(destino, CFile::modeReadWrite);
-  if (CString otro; sistema::SigueEnlace(destino, otro)) {
-    fichero.Falla(static_cast<int>(std::errc::too_many_symbolic_link_levels), "write");
+  const unsigned privado = reemplaza_ ? unsigned{CFile::modePrivado} : 0U;
+  fichero_.Empieza(destino_, CFile::modeReadWrite);
+  if (CString otro; sistema::SigueEnlace(destino_, otro)) {
+    fichero_.Falla(static_cast<int>(std::errc::too_many_symbolic_link_levels), "write");
     return;
   }
-  const auto nombre = [this](unsigned numero) { return NombreParcial(destino, numero); };
-  if (!fichero.Falla(sistema::AbreNumerado(nombre, CFile::modeCreate | CFile::modeReadWrite | privado, provisional,
-                                           fichero.descriptor_),
-                     "write")) {
+  const auto nombre = [this](unsigned numero) { return NombreParcial(destino_, numero); };
+  if (!fichero_.Falla(sistema::AbreNumerado(nombre, CFile::modeCreate | CFile::modeReadWrite | privado, provisional_,
+                                            fichero_.descriptor_),
+                      "write")) {
     return;
   }
-  pendiente = true;
-  cerrojo = sistema::Duplica(fichero.descriptor_);
-  if (reemplaza) sistema::HeredaPermisos(fichero.descriptor_, destino);
-  fichero.PonSincroniza(reemplaza);
+  pendiente_ = true;
+  cerrojo_ = sistema::Duplica(fichero_.descriptor_);
+  if (reemplaza_) sistema::HeredaPermisos(fichero_.descriptor_, destino_);
+  fichero_.PonSincroniza(reemplaza_);
 }
 
-bool CFicheroParcial::Cierra() { return fichero.Close(); }
+bool CFicheroParcial::Cierra() { return fichero_.Close(); }
 
 bool CFicheroParcial::Confirma() {
-  if (!Cierra() || !pendiente) return false;
-  codigoNombre = sistema::Renombra(provisional, destino);
-  if (codigoNombre != 0) return false;
-  pendiente = false;
-  if (reemplaza) sistema::SincronizaCarpeta(CarpetaDe(destino));
+  if (!Cierra() || !pendiente_) return false;
+  codigoNombre_ = sistema::Renombra(provisional_, destino_);
+  if (codigoNombre_ != 0) return false;
+  pendiente_ = false;
+  if (reemplaza_) sistema::SincronizaCarpeta(CarpetaDe(destino_));
   Descarta();
   return true;
 }
 
 void CFicheroParcial::Descarta() {
-  fichero.Close();
-  if (std::exchange(pendiente, false)) sistema::Borra(provisional);
-  sistema::Suelta(std::exchange(cerrojo, sistema::kSinFichero));
+  fichero_.Close();
+  if (std::exchange(pendiente_, false)) sistema::Borra(provisional_);
+  sistema::Suelta(std::exchange(cerrojo_, sistema::kSinFichero));
 }
 
 CString CFicheroParcial::Error() const {
   CString texto;
-  if (codigoNombre != 0) {
-    texto.Format("cannot put a new file in the place of %s: %s", ruta.Utf8().c_str(), Causa().Utf8().c_str());
+  if (codigoNombre_ != 0) {
+    texto.Format("cannot put a new file in the place of %s: %s", ruta_.Utf8().c_str(), Causa().Utf8().c_str());
     return texto;
   }
-  return fichero.Error(ruta);
+  return fichero_.Error(ruta_);
 }
 
 CString CFicheroParcial::Causa() const { return CodigoError() == 0 ? CString() : sistema::TextoError(CodigoError()); }

@@ -22,14 +22,14 @@
 /// them, and is on the disk itself before that one goes. Used by one thread at a time.
 class URDIMBRE_API CFicheroParcial {
  public:
-  explicit CFicheroParcial(CString const& laRuta);
+  explicit CFicheroParcial(CString const& ruta);
   CFicheroParcial(CFicheroParcial const&) = delete;
   CFicheroParcial& operator=(CFicheroParcial const&) = delete;
   ~CFicheroParcial() { Descarta(); }
 
   /// Whether it could be made.
-  [[nodiscard]] bool EstaAbierto() const { return pendiente; }
-  [[nodiscard]] CFile& Fichero() { return fichero; }
+  [[nodiscard]] bool EstaAbierto() const { return pendiente_; }
+  [[nodiscard]] CFile& Fichero() { return fichero_; }
   /// Hands everything to the disk: of all that may fail, only the name is left. Nothing may be written afterwards.
   /// False when the disk refuses, now or before.
   [[nodiscard]] bool Cierra();
@@ -42,17 +42,17 @@ class URDIMBRE_API CFicheroParcial {
   /// Empty when nothing has.
   [[nodiscard]] CString Error() const;
   [[nodiscard]] CString Causa() const;
-  [[nodiscard]] int CodigoError() const { return codigoNombre != 0 ? codigoNombre : fichero.CodigoError(); }
+  [[nodiscard]] int CodigoError() const { return codigoNombre_ != 0 ? codigoNombre_ : fichero_.CodigoError(); }
 
  private:
   void Crea();
 
-  CString ruta, destino, provisional;
-  CFile fichero;
-  std::ptrdiff_t cerrojo = -1;  // holds the lock until the name is taken: closing the file would give it up
-  int codigoNombre = 0;         // of the renaming
-  bool pendiente = false;       // a ".part" of ours stands on the disk
-  bool reemplaza = false;
+  CString ruta_, destino_, provisional_;
+  CFile fichero_;
+  std::ptrdiff_t cerrojo_ = -1;  // holds the lock until the name is taken: closing the file would give it up
+  int codigoNombre_ = 0;         // of the renaming
+  bool pendiente_ = false;       // a ".part" of ours stands on the disk
+  bool reemplaza_ = false;
 };
 
 /// The lock of a folder, for what takes several short steps there: it waits until no other process has it, ten seconds

@@ -27,7 +27,7 @@ struct Local {
   double u, v;
 };
 
-Local localOf(const Building& building, double x, double y) {
+Local localOf(Building const& building, double x, double y) {
   const double dx = x - building.x, dy = y - building.y;
   return {dx * building.ux + dy * building.uy, dy * building.ux - dx * building.uy};
 }
@@ -39,12 +39,12 @@ void chooseShape(Building& building, Random& random) {
   building.rise = building.shape == RoofShape::Flat ? 0.0 : pitch * building.halfDepth;
 }
 
-void slopeAlong(const Building& building, double slopeU, double slopeV, Roof& roof) {
+void slopeAlong(Building const& building, double slopeU, double slopeV, Roof& roof) {
   roof.slopeX = slopeU * building.ux - slopeV * building.uy;
   roof.slopeY = slopeU * building.uy + slopeV * building.ux;
 }
 
-Roof roofOver(const Building& building, double x, double y) {
+Roof roofOver(Building const& building, double x, double y) {
   const Local p = localOf(building, x, y);
   const double toSide = building.halfDepth - std::abs(p.v), toEnd = building.halfLength - std::abs(p.u);
   Roof roof{building.eave, 0, 0, std::min(toSide, toEnd), building.eave, building.shape == RoofShape::Flat,
@@ -59,26 +59,26 @@ Roof roofOver(const Building& building, double x, double y) {
 
 }  // namespace
 
-Buildings::Buildings(const Terrain& terrain_, std::uint64_t seed_) : terrain(terrain_), seed(mix(seed_ + 0xB11D)) {}
+Buildings::Buildings(Terrain const& terrain, std::uint64_t seed) : terrain_(terrain), seed_(mix(seed + 0xB11D)) {}
 
 bool Buildings::at(double x, double y, Roof& roof) {
-  const Building* building = find(x, y, 0.0);
+  Building const* building = find(x, y, 0.0);
   if (building != nullptr) roof = roofOver(*building, x, y);
   return building != nullptr;
 }
 
 bool Buildings::near(double x, double y, double margin) { return find(x, y, margin) != nullptr; }
 
-const Building* Buildings::find(double x, double y, double margin) {
-  const Building* building = findAlong(terrain.mainRoad(x, y), x, y, margin);
-  return building != nullptr ? building : findAlong(terrain.crossRoad(x, y), x, y, margin);
+Building const* Buildings::find(double x, double y, double margin) {
+  Building const* building = findAlong(terrain_.mainRoad(x, y), x, y, margin);
+  return building != nullptr ? building : findAlong(terrain_.crossRoad(x, y), x, y, margin);
 }
 
-const Building* Buildings::findAlong(const LineFoot& road, double x, double y, double margin) {
+Building const* Buildings::findAlong(LineFoot const& road, double x, double y, double margin) {
   if (road.distance() > kReach + margin) return nullptr;
   const std::int64_t nearest = floorOf(road.along / kFrontage);
   for (std::int64_t number = nearest - 1; number <= nearest + 1; ++number) {
-    const Building& building = onLot({road.alongY, road.index, number, road.side < 0 ? -1 : 1});
+    Building const& building = onLot({road.alongY, road.index, number, road.side < 0 ? -1 : 1});
     if (!building.stands) continue;
     const Local p = localOf(building, x, y);
     if (std::abs(p.u) < building.halfLength + margin && std::abs(p.v) < building.halfDepth + margin) return &building;
@@ -86,22 +86,22 @@ const Building* Buildings::findAlong(const LineFoot& road, double x, double y, d
   return nullptr;
 }
 
-const Building& Buildings::onLot(const Lot& lot) {
+Building const& Buildings::onLot(Lot const& lot) {
   const std::uint64_t key =
       cellHash(static_cast<std::uint64_t>(lot.side + 1) * 2 + (lot.alongY ? 1 : 0), lot.road, lot.number);
-  Slot& slot = slots[key % slots.size()];
+  Slot& slot = slots_[key % slots_.size()];
   if (!(slot.lot == lot)) slot = {lot, build(lot)};
   return slot.building;
 }
 
-Building Buildings::build(const Lot& lot) const {
-  Random random(cellHash(seed + (lot.alongY ? 1 : 0), lot.number * 2 + (lot.side > 0 ? 1 : 0), lot.road));
+Building Buildings::build(Lot const& lot) const {
+  Random random(cellHash(seed_ + (lot.alongY ? 1 : 0), lot.number * 2 + (lot.side > 0 ? 1 : 0), lot.road));
   LineFoot road;
   road.alongY = lot.alongY;
   road.index = lot.road;
   const double along = (static_cast<double>(lot.number) + between(0.44, 0.56, random.unit())) * kFrontage;
-  const double across = terrain.roadAcross(road, along);
-  const double step = terrain.roadAcross(road, along + 1.0) - across;
+  const double across = terrain_.roadAcross(road, along);
+  const double step = terrain_.roadAcross(road, along + 1.0) - across;
   const double length = std::sqrt(1.0 + step * step);
 
   Building building;
@@ -117,27 +117,27 @@ Building Buildings::build(const Lot& lot) const {
   chooseShape(building, random);
   const double storeys = 1.0 + static_cast<double>(floorOf(random.unit() * 3.0));
 
-  building.stands =
-      random.chance(std::max(terrain.style().settled, settled(seed, building.x, building.y))) && isFree(lot, building);
+  building.stands = random.chance(std::max(terrain_.style().settled, settled(seed_, building.x, building.y))) &&
+                    isFree(lot, building);
   if (building.stands) building.eave = highestGround(building) + 0.4 + 2.9 * storeys;
   return building;
 }
 
 /// Houses keep off the water, and off the other road with its own houses.
-bool Buildings::isFree(const Lot& lot, const Building& building) const {
-  const RiverFoot water = terrain.river(building.x, building.y);
+bool Buildings::isFree(Lot const& lot, Building const& building) const {
+  const RiverFoot water = terrain_.river(building.x, building.y);
   if (water.distance < water.halfWidth + 18.0) return false;
-  if (lot.alongY) return terrain.crossRoad(building.x, building.y).distance() > 20.0;
-  return terrain.mainRoad(building.x, building.y).distance() > kReach + kMaxHalfLength + kMargin;
+  if (lot.alongY) return terrain_.crossRoad(building.x, building.y).distance() > 20.0;
+  return terrain_.mainRoad(building.x, building.y).distance() > kReach + kMaxHalfLength + kMargin;
 }
 
-double Buildings::highestGround(const Building& building) const {
-  double highest = terrain.height(building.x, building.y);
+double Buildings::highestGround(Building const& building) const {
+  double highest = terrain_.height(building.x, building.y);
   for (int u = -1; u <= 1; ++u) {
     for (int v = -1; v <= 1; ++v) {
       const double du = u * building.halfLength, dv = v * building.halfDepth;
-      highest = std::max(highest, terrain.height(building.x + du * building.ux - dv * building.uy,
-                                                 building.y + du * building.uy + dv * building.ux));
+      highest = std::max(highest, terrain_.height(building.x + du * building.ux - dv * building.uy,
+                                                  building.y + du * building.uy + dv * building.ux));
     }
   }
   return highest;

@@ -36,7 +36,7 @@ struct Roof {
 class Buildings {
  public:
   /// The terrain must outlive the object.
-  Buildings(const Terrain& terrain, std::uint64_t seed);
+  Buildings(Terrain const& terrain, std::uint64_t seed);
 
   /// The roof above a place in `roof`, or false where there is none.
   bool at(double x, double y, Roof& roof);
@@ -49,23 +49,23 @@ class Buildings {
     bool alongY = false;
     std::int64_t road = 0, number = 0;
     int side = 0;  ///< -1 or 1; 0 in a slot never used
-    bool operator==(const Lot&) const = default;
+    bool operator==(Lot const&) const = default;
   };
   struct Slot {
     Lot lot;
     Building building;
   };
 
-  const Building* find(double x, double y, double margin);
-  const Building* findAlong(const LineFoot& road, double x, double y, double margin);
-  const Building& onLot(const Lot& lot);
-  Building build(const Lot& lot) const;
-  bool isFree(const Lot& lot, const Building& building) const;
-  double highestGround(const Building& building) const;
+  Building const* find(double x, double y, double margin);
+  Building const* findAlong(LineFoot const& road, double x, double y, double margin);
+  Building const& onLot(Lot const& lot);
+  Building build(Lot const& lot) const;
+  bool isFree(Lot const& lot, Building const& building) const;
+  double highestGround(Building const& building) const;
 
-  const Terrain& terrain;
-  std::uint64_t seed;
-  std::array<Slot, 512> slots;
+  Terrain const& terrain_;
+  std::uint64_t seed_;
+  std::array<Slot, 512> slots_;
 };
 
 }  // namespace Meseta47::host

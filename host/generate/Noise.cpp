@@ -18,7 +18,7 @@ constexpr Vector kGradients[16] = {{1, 0},  {0.92388, 0.38268},   {0.70711, 0.70
                                    {-1, 0}, {-0.92388, -0.38268}, {-0.70711, -0.70711}, {-0.38268, -0.92388},
                                    {0, -1}, {0.38268, -0.92388},  {0.70711, -0.70711},  {0.92388, -0.38268}};
 
-const Vector& gradient(std::uint64_t seed, std::int64_t i, std::int64_t j) {
+Vector const& gradient(std::uint64_t seed, std::int64_t i, std::int64_t j) {
   return kGradients[cellHash(seed, i, j) >> 60];
 }
 
@@ -42,8 +42,8 @@ Value1 noise1(std::uint64_t seed, double t) {
 Value2 noise2(std::uint64_t seed, double x, double y) {
   const std::int64_t i = floorOf(x), j = floorOf(y);
   const double fx = x - static_cast<double>(i), fy = y - static_cast<double>(j);
-  const Vector &ga = gradient(seed, i, j), &gb = gradient(seed, i + 1, j);
-  const Vector &gc = gradient(seed, i, j + 1), &gd = gradient(seed, i + 1, j + 1);
+  Vector const &ga = gradient(seed, i, j), &gb = gradient(seed, i + 1, j);
+  Vector const &gc = gradient(seed, i, j + 1), &gd = gradient(seed, i + 1, j + 1);
 
   const double a = ga.x * fx + ga.y * fy;
   const double b = gb.x * (fx - 1.0) + gb.y * fy;

@@ -47,9 +47,9 @@ constexpr double smoothStep(double low, double high, double value) {
 /// expression would be taken in an order that each compiler picks for itself.
 class Random {
  public:
-  explicit Random(std::uint64_t seed) : state(seed) {}
+  explicit Random(std::uint64_t seed) : state_(seed) {}
 
-  std::uint64_t bits() { return mix(state += 0x9E3779B97F4A7C15U); }
+  std::uint64_t bits() { return mix(state_ += 0x9E3779B97F4A7C15U); }
   double unit() { return unitOf(bits()); }
   bool chance(double probability) { return unit() < probability; }
 
@@ -58,7 +58,7 @@ class Random {
   double bell();
 
  private:
-  std::uint64_t state;
+  std::uint64_t state_;
 };
 
 /// A value with its slope along the line.

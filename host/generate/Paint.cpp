@@ -27,7 +27,7 @@ Surface tinted(Surface surface, double factor) {
 
 }  // namespace
 
-Surface surfaceOf(const Ground& ground) {
+Surface surfaceOf(Ground const& ground) {
   switch (ground.cover) {
     case Cover::Field:
       return kCrops[ground.parcel % kCrops.size()];
@@ -45,11 +45,11 @@ Surface surfaceOf(const Ground& ground) {
   return {126, 144, 82, 164, 0.12};
 }
 
-Surface surfaceOf(const Roof& roof) {
+Surface surfaceOf(Roof const& roof) {
   return roof.flat ? kFlatRoofs[roof.paint % kFlatRoofs.size()] : kTiles[roof.paint % kTiles.size()];
 }
 
-Surface surfaceOf(const Crown& crown) {
+Surface surfaceOf(Crown const& crown) {
   const double factor = 0.85 + 0.3 * crown.tint;
   switch (crown.species) {
     case Species::Conifer:
@@ -75,7 +75,7 @@ double shadeOf(double slopeX, double slopeY) {
   return clampTo(0.35 + 0.85 * facing, 0.35, 1.15);
 }
 
-void paint(const Surface& surface, double shade, double share, Random& random, LasPoint& point) {
+void paint(Surface const& surface, double shade, double share, Random& random, LasPoint& point) {
   const double grain = 1.0 + 0.5 * surface.spread * random.bell();
   const double light = shade * grain;
   point.red = wide(surface.red * light);

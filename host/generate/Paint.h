@@ -16,9 +16,9 @@ struct Surface {
   double spread = 0;           ///< how much the brightness changes from point to point, as a part of it
 };
 
-Surface surfaceOf(const Ground& ground);
-Surface surfaceOf(const Roof& roof);
-Surface surfaceOf(const Crown& crown);
+Surface surfaceOf(Ground const& ground);
+Surface surfaceOf(Roof const& roof);
+Surface surfaceOf(Crown const& crown);
 Surface herbSurface();
 Surface wallSurface();
 Surface deckSurface();
@@ -29,6 +29,6 @@ double shadeOf(double slopeX, double slopeY);
 
 /// Gives a point its colour, 16 bits a channel, and its intensity; `share` is the part of the pulse's energy that this
 /// return sends back.
-void paint(const Surface& surface, double shade, double share, Random& random, LasPoint& point);
+void paint(Surface const& surface, double shade, double share, Random& random, LasPoint& point);
 
 }  // namespace Meseta47::host

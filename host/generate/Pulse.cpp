@@ -10,14 +10,14 @@ constexpr double kDeadRange = 0.7;       // metres between two returns that the 
 constexpr double kWallBand = 0.22;       // pulses this near to the edge of a roof may slide down the wall
 constexpr double kNoiseChance = 1.2e-4;  // of each kind of noise, for a pulse
 
-Echo groundEcho(const Ground& ground, Random& random) {
+Echo groundEcho(Ground const& ground, Random& random) {
   const PointClass kind = ground.cover == Cover::Water  ? PointClass::Water
                           : ground.cover == Cover::Road ? PointClass::Road
                                                         : PointClass::Ground;
   return {ground.z + kRangeNoise * random.bell(), kind, surfaceOf(ground), shadeOf(ground.slopeX, ground.slopeY)};
 }
 
-Echo roofEcho(const Roof& roof, double groundZ, Random& random) {
+Echo roofEcho(Roof const& roof, double groundZ, Random& random) {
   const double noise = kRangeNoise * random.bell();
   if (roof.edge < kWallBand && random.chance(0.35)) {
     const double z = between(groundZ + 0.5, roof.eave, random.unit());
@@ -32,7 +32,7 @@ PointClass vegetationAt(double height) {
 }
 
 /// What lies under the open sky or under the trees: the highest of bridge, roof and ground.
-Echo floorEcho(Scene& scene, const Ground& ground, double x, double y, Random& random) {
+Echo floorEcho(Scene& scene, Ground const& ground, double x, double y, Random& random) {
   double deck = 0;
   if (scene.terrain.bridge(x, y, deck)) {
     return {deck + kRangeNoise * random.bell(), PointClass::BridgeDeck, deckSurface(), 0.95};
@@ -43,13 +43,13 @@ Echo floorEcho(Scene& scene, const Ground& ground, double x, double y, Random& r
 }
 
 /// Still water throws a pulse away like a mirror: the more, the more askew it falls.
-bool isSwallowed(const Echo& floor, double lean, Random& random) {
+bool isSwallowed(Echo const& floor, double lean, Random& random) {
   if (floor.kind != PointClass::Water) return false;
   return random.chance(clampTo(0.25 + 2.2 * std::abs(lean), 0.0, 0.9));
 }
 
 /// Chance that herbs stop the pulse just above such a ground.
-double herbChance(const Ground& ground) {
+double herbChance(Ground const& ground) {
   switch (ground.cover) {
     case Cover::Field:
       return ground.parcel % 5 == 2 ? 0.35 : 0.02;
@@ -64,7 +64,7 @@ double herbChance(const Ground& ground) {
 
 /// Down through a crown: a return at its outside, some among the branches, and what is left for the floor. True when
 /// something is left.
-bool passCrown(const Crown& crown, double floorZ, double groundZ, Random& random, Echoes& echoes) {
+bool passCrown(Crown const& crown, double floorZ, double groundZ, Random& random, Echoes& echoes) {
   if (random.chance(0.10)) return true;  // a gap between the leaves
   const bool shrub = crown.species == Species::Shrub;
   const double through = shrub ? 0.45 : (crown.species == Species::Conifer ? 0.62 : 0.68);

@@ -37,20 +37,20 @@ class Echoes {
  public:
   static constexpr std::size_t kMost = 5;
 
-  void add(const Echo& echo) {
-    if (count < kMost) echoes[count++] = echo;
+  void add(Echo const& echo) {
+    if (count_ < kMost) echoes_[count_++] = echo;
   }
-  void keepFirst(std::size_t number) { count = number < count ? number : count; }
-  void clear() { count = 0; }
-  std::size_t size() const { return count; }
-  bool empty() const { return count == 0; }
-  const Echo& operator[](std::size_t i) const { return echoes[i]; }
-  const Echo* begin() const { return echoes.data(); }
-  const Echo* end() const { return echoes.data() + count; }
+  void keepFirst(std::size_t number) { count_ = number < count_ ? number : count_; }
+  void clear() { count_ = 0; }
+  std::size_t size() const { return count_; }
+  bool empty() const { return count_ == 0; }
+  Echo const& operator[](std::size_t i) const { return echoes_[i]; }
+  Echo const* begin() const { return echoes_.data(); }
+  Echo const* end() const { return echoes_.data() + count_; }
 
  private:
-  std::array<Echo, kMost> echoes{};
-  std::size_t count = 0;
+  std::array<Echo, kMost> echoes_{};
+  std::size_t count_ = 0;
 };
 
 /// Lets one pulse fall on a place, metres from the land's centre, and gathers what comes back: nothing from still water

@@ -32,7 +32,7 @@ std::int16_t scanAngleOf(double lean) {
 
 }  // namespace
 
-Scan::Plan Scan::planFor(const ScanOptions& options) {
+Scan::Plan Scan::planFor(ScanOptions const& options) {
   if (!(options.density > 0)) throw std::invalid_argument("the density must be above 0 points for a square metre");
   Plan plan;
   plan.side = std::sqrt(static_cast<double>(options.points) / options.density);
@@ -49,88 +49,88 @@ Scan::Plan Scan::planFor(const ScanOptions& options) {
   return plan;
 }
 
-Scan::Scan(const ScanOptions& options_)
-    : options(options_),
-      plan(planFor(options_)),
-      scene(options_.seed, options_.land),
-      random(mix(options_.seed + 0xF11647)),
-      lineYield(static_cast<double>(plan.linePulses) * kPulseReturns) {
-  const double half = plan.side / 2 + 1.0;
-  origin = {static_cast<double>(floorOf(kCentreEast - half)), static_cast<double>(floorOf(kCentreNorth - half)), 0.0};
+Scan::Scan(ScanOptions const& options)
+    : options_(options),
+      plan_(planFor(options)),
+      scene_(options.seed, options.land),
+      random_(mix(options.seed + 0xF11647)),
+      lineYield_(static_cast<double>(plan_.linePulses) * kPulseReturns) {
+  const double half = plan_.side / 2 + 1.0;
+  origin_ = {static_cast<double>(floorOf(kCentreEast - half)), static_cast<double>(floorOf(kCentreNorth - half)), 0.0};
 }
 
 bool Scan::next(std::vector<LasPoint>& batch) {
   batch.clear();
-  while (delivered < options.points && batch.size() < kBatch) flyLine(batch);
+  while (delivered_ < options_.points && batch.size() < kBatch) flyLine(batch);
   return !batch.empty();
 }
 
 void Scan::flyLine(std::vector<LasPoint>& batch) {
   const double step = pace();
-  const std::uint64_t before = delivered;
-  for (std::int64_t pulse = 0; pulse < plan.linePulses && delivered < options.points; ++pulse) {
+  const std::uint64_t before = delivered_;
+  for (std::int64_t pulse = 0; pulse < plan_.linePulses && delivered_ < options_.points; ++pulse) {
     firePulse(pulse, step, batch);
   }
-  lineYield += (static_cast<double>(delivered - before) - lineYield) / 64.0;
-  ++line;
-  flown += step;
-  if (flown >= plan.side && strip + 1 < plan.strips) turn();
+  lineYield_ += (static_cast<double>(delivered_ - before) - lineYield_) / 64.0;
+  ++line_;
+  flown_ += step;
+  if (flown_ >= plan_.side && strip_ + 1 < plan_.strips) turn();
 }
 
 /// The way to the next scan line: what is left to fly, shared among the lines that the points still to come will fill.
 /// Past the end of the last strip the aircraft goes on as planned until it has them all.
 double Scan::pace() const {
-  const double ahead = plan.side * (plan.strips - 1 - strip) + (plan.side - flown);
-  const double lines = static_cast<double>(options.points - delivered) / std::max(lineYield, 0.5);
-  return clampTo(ahead / lines, plan.lineStep * 0.5, plan.lineStep * 2.0);
+  const double ahead = plan_.side * (plan_.strips - 1 - strip_) + (plan_.side - flown_);
+  const double lines = static_cast<double>(options_.points - delivered_) / std::max(lineYield_, 0.5);
+  return clampTo(ahead / lines, plan_.lineStep * 0.5, plan_.lineStep * 2.0);
 }
 
 void Scan::turn() {
-  flown -= plan.side;
-  ++strip;
+  flown_ -= plan_.side;
+  ++strip_;
 }
 
 void Scan::firePulse(std::int64_t pulse, double step, std::vector<LasPoint>& batch) {
-  const bool northwards = strip % 2 == 0, leftToRight = line % 2 == 0;
-  const double sweep = (static_cast<double>(pulse) + 0.5) / static_cast<double>(plan.linePulses);
-  const double pitch = plan.swath / static_cast<double>(plan.linePulses);
-  const double aside = 0.12 * pitch * random.bell(), ahead = 0.12 * step * random.bell();
-  const double right = ((leftToRight ? sweep : 1.0 - sweep) - 0.5) * plan.swath + aside;
-  const double along = flown + sweep * step + ahead;
-  const double axis = plan.swath / 2 + plan.spacing * strip - plan.side / 2;
+  const bool northwards = strip_ % 2 == 0, leftToRight = line_ % 2 == 0;
+  const double sweep = (static_cast<double>(pulse) + 0.5) / static_cast<double>(plan_.linePulses);
+  const double pitch = plan_.swath / static_cast<double>(plan_.linePulses);
+  const double aside = 0.12 * pitch * random_.bell(), ahead = 0.12 * step * random_.bell();
+  const double right = ((leftToRight ? sweep : 1.0 - sweep) - 0.5) * plan_.swath + aside;
+  const double along = flown_ + sweep * step + ahead;
+  const double axis = plan_.swath / 2 + plan_.spacing * strip_ - plan_.side / 2;
   const double x = axis + (northwards ? right : -right);
-  const double y = (northwards ? along : plan.side - along) - plan.side / 2;
+  const double y = (northwards ? along : plan_.side - along) - plan_.side / 2;
   const double lean = right / kFlyingHeight;
 
   LasPoint common;
-  common.x = scaled(kCentreEast + x, origin[0]);
-  common.y = scaled(kCentreNorth + y, origin[1]);
+  common.x = scaled(kCentreEast + x, origin_[0]);
+  common.y = scaled(kCentreNorth + y, origin_[1]);
   common.scanDirection = leftToRight;
-  common.edgeOfFlightLine = pulse + 1 == plan.linePulses;
+  common.edgeOfFlightLine = pulse + 1 == plan_.linePulses;
   common.scanAngle = scanAngleOf(lean);
-  common.sourceId = static_cast<std::uint16_t>(strip % 65535 + 1);
-  common.gpsTime = kFirstSecond + kTurnSeconds * strip + kPulseSeconds * static_cast<double>(pulses++);
-  const bool neighbour = x > axis ? strip + 1 < plan.strips : strip > 0;
-  if (neighbour && std::abs(right) > plan.spacing / 2) common.flags = kOverlapFlag;
+  common.sourceId = static_cast<std::uint16_t>(strip_ % 65535 + 1);
+  common.gpsTime = kFirstSecond + kTurnSeconds * strip_ + kPulseSeconds * static_cast<double>(pulses_++);
+  const bool neighbour = x > axis ? strip_ + 1 < plan_.strips : strip_ > 0;
+  if (neighbour && std::abs(right) > plan_.spacing / 2) common.flags = kOverlapFlag;
 
   Echoes echoes;
-  echoesOf(scene, x, y, lean, random, echoes);
-  echoes.keepFirst(static_cast<std::size_t>(std::min<std::uint64_t>(options.points - delivered, Echoes::kMost)));
+  echoesOf(scene_, x, y, lean, random_, echoes);
+  echoes.keepFirst(static_cast<std::size_t>(std::min<std::uint64_t>(options_.points - delivered_, Echoes::kMost)));
   deliver(echoes, common, batch);
 }
 
-void Scan::deliver(const Echoes& echoes, const LasPoint& common, std::vector<LasPoint>& batch) {
+void Scan::deliver(Echoes const& echoes, LasPoint const& common, std::vector<LasPoint>& batch) {
   const double share = 1.0 / (0.35 + 0.65 * static_cast<double>(echoes.size()));
   LasPoint point = common;
   point.returns = static_cast<std::uint8_t>(echoes.size());
-  for (const Echo& echo : echoes) {
+  for (Echo const& echo : echoes) {
     ++point.returnNumber;
-    point.z = scaled(echo.z, origin[2]);
+    point.z = scaled(echo.z, origin_[2]);
     point.classification = static_cast<std::uint8_t>(echo.kind);
-    paint(echo.surface, echo.shade, share, random, point);
+    paint(echo.surface, echo.shade, share, random_, point);
     batch.push_back(point);
   }
-  delivered += echoes.size();
+  delivered_ += echoes.size();
 }
 
 }  // namespace Meseta47::host

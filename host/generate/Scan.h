@@ -32,14 +32,14 @@ class Scan {
   static constexpr double kCentreEast = 450000.0, kCentreNorth = 4480000.0;
 
   /// Throws std::invalid_argument when the density is not above 0 or the block would leave the file's 32-bit range.
-  explicit Scan(const ScanOptions& options);
+  explicit Scan(ScanOptions const& options);
 
   std::array<double, 3> scale() const { return {kScale, kScale, kScale}; }
   /// Whole metres at or below the block's south-western corner, so that no scaled coordinate is negative by design.
-  std::array<double, 3> offset() const { return origin; }
+  std::array<double, 3> offset() const { return origin_; }
   /// Length of the block's sides, metres.
-  double side() const { return plan.side; }
-  int strips() const { return plan.strips; }
+  double side() const { return plan_.side; }
+  int strips() const { return plan_.strips; }
 
   /// Replaces the batch by the next points, some tens of thousands. False, with an empty batch, when all are delivered.
   bool next(std::vector<LasPoint>& batch);
@@ -54,25 +54,25 @@ class Scan {
     double lineStep = 0;  ///< between scan lines, as planned
   };
 
-  static Plan planFor(const ScanOptions& options);
+  static Plan planFor(ScanOptions const& options);
   void flyLine(std::vector<LasPoint>& batch);
   double pace() const;
   void firePulse(std::int64_t pulse, double step, std::vector<LasPoint>& batch);
-  void deliver(const Echoes& echoes, const LasPoint& common, std::vector<LasPoint>& batch);
+  void deliver(Echoes const& echoes, LasPoint const& common, std::vector<LasPoint>& batch);
   void turn();
 
-  ScanOptions options;
-  Plan plan;
-  std::array<double, 3> origin{};
-  Scene scene;
-  Random random;
+  ScanOptions options_;
+  Plan plan_;
+  std::array<double, 3> origin_{};
+  Scene scene_;
+  Random random_;
 
-  std::uint64_t delivered = 0;
-  int strip = 0;
-  std::int64_t line = 0;    ///< scan lines flown, all strips
-  std::int64_t pulses = 0;  ///< fired, all strips
-  double flown = 0;         ///< metres along the strip
-  double lineYield = 0;     ///< points that a scan line brings of late
+  std::uint64_t delivered_ = 0;
+  int strip_ = 0;
+  std::int64_t line_ = 0;    ///< scan lines flown, all strips
+  std::int64_t pulses_ = 0;  ///< fired, all strips
+  double flown_ = 0;         ///< metres along the strip
+  double lineYield_ = 0;     ///< points that a scan line brings of late
 };
 
 }  // namespace Meseta47::host

@@ -13,8 +13,8 @@ namespace Meseta47::host {
 struct Scene {
   explicit Scene(std::uint64_t seed, LandStyle const& style = {})
       : terrain(seed, style), buildings(terrain, seed), trees(terrain, buildings, seed) {}
-  Scene(const Scene&) = delete;
-  Scene& operator=(const Scene&) = delete;
+  Scene(Scene const&) = delete;
+  Scene& operator=(Scene const&) = delete;
 
   Terrain terrain;
   Buildings buildings;

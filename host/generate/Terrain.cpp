@@ -45,7 +45,7 @@ Family spaced(Family family, double factor) {
   return family;
 }
 
-Value1 lineAt(const Family& family, std::uint64_t seed, std::int64_t index, double along) {
+Value1 lineAt(Family const& family, std::uint64_t seed, std::int64_t index, double along) {
   const std::uint64_t own = cellHash(seed + family.stream, index);
   const Value1 wide = noise1(own, along / family.wideWave);
   const double base =
@@ -60,7 +60,7 @@ Value1 lineAt(const Family& family, std::uint64_t seed, std::int64_t index, doub
 }
 
 /// One Newton step towards the foot of the perpendicular: the bends are so wide that a second one would not show.
-LineFoot footOn(const Family& family, std::uint64_t seed, double along, double across) {
+LineFoot footOn(Family const& family, std::uint64_t seed, double along, double across) {
   LineFoot foot;
   foot.index = floorOf((across - family.first) / family.period + 0.5);
   const Value1 line = lineAt(family, seed, foot.index, along);
@@ -106,22 +106,22 @@ double overValley(double relief) {
 
 }  // namespace
 
-Terrain::Terrain(std::uint64_t seed_, LandStyle const& style) : seed(mix(seed_ + 0x5EED)), kind(style) {}
+Terrain::Terrain(std::uint64_t seed, LandStyle const& style) : seed_(mix(seed + 0x5EED)), kind_(style) {}
 
 RiverFoot Terrain::river(double x, double y) const {
-  const LineFoot foot = footOn(spaced(kRivers, kind.riverSpacing), seed, y, x);
-  const double width = noise1(seed + kRiver + 5 + static_cast<std::uint64_t>(foot.index), y / 120.0).value;
-  return {foot.distance(), kind.riverWidth * (7.0 + 2.2 * width), kWaterLevel + kRiverSlope * y};
+  const LineFoot foot = footOn(spaced(kRivers, kind_.riverSpacing), seed_, y, x);
+  const double width = noise1(seed_ + kRiver + 5 + static_cast<std::uint64_t>(foot.index), y / 120.0).value;
+  return {foot.distance(), kind_.riverWidth * (7.0 + 2.2 * width), kWaterLevel + kRiverSlope * y};
 }
 
 LineFoot Terrain::mainRoad(double x, double y) const {
-  LineFoot foot = footOn(spaced(kMainRoads, kind.roadSpacing), seed, y, x);
+  LineFoot foot = footOn(spaced(kMainRoads, kind_.roadSpacing), seed_, y, x);
   foot.alongY = true;
   return foot;
 }
 
 LineFoot Terrain::crossRoad(double x, double y) const {
-  return footOn(spaced(kCrossRoads, kind.roadSpacing), seed, x, y);
+  return footOn(spaced(kCrossRoads, kind_.roadSpacing), seed_, x, y);
 }
 
 double Terrain::roadDistance(double x, double y) const {
@@ -129,14 +129,14 @@ double Terrain::roadDistance(double x, double y) const {
   return main < cross ? main : cross;
 }
 
-double Terrain::roadAcross(const LineFoot& foot, double along) const {
-  return lineAt(spaced(foot.alongY ? kMainRoads : kCrossRoads, kind.roadSpacing), seed, foot.index, along).value;
+double Terrain::roadAcross(LineFoot const& foot, double along) const {
+  return lineAt(spaced(foot.alongY ? kMainRoads : kCrossRoads, kind_.roadSpacing), seed_, foot.index, along).value;
 }
 
 bool Terrain::isWood(double x, double y) const {
-  const double patches = noise2(seed + kWood, x / 150.0, y / 150.0).value + kind.wood;
+  const double patches = noise2(seed_ + kWood, x / 150.0, y / 150.0).value + kind_.wood;
   if (patches < -0.15 || patches > 0.45) return patches > 0;
-  return patches + 0.45 * noise2(seed + kWood + 1, x / 37.0, y / 37.0).value > 0.13;
+  return patches + 0.45 * noise2(seed_ + kWood + 1, x / 37.0, y / 37.0).value > 0.13;
 }
 
 /// A road keeps to the long waves of the relief and climbs to the bridges.
@@ -144,12 +144,12 @@ double Terrain::roadHeight(double x, double y) const {
   const RiverFoot water = river(x, y);
   const double hills = smoothStep(water.halfWidth + 8.0, kValley, water.distance);
   const double land =
-      kBankHeight + (hills > 0 ? hills * overValley(kind.relief * wornRelief(seed, x, y, 3).value) : 0.0);
+      kBankHeight + (hills > 0 ? hills * overValley(kind_.relief * wornRelief(seed_, x, y, 3).value) : 0.0);
   const double onBridge = 1.0 - smoothStep(water.halfWidth + kAbutment, water.halfWidth + 55.0, water.distance);
   return water.level + between(land, kBridgeClearance, onBridge);
 }
 
-double Terrain::flattenFor(const LineFoot& road, double x, double y, double z) const {
+double Terrain::flattenFor(LineFoot const& road, double x, double y, double z) const {
   const double distance = road.distance();
   if (distance >= kRoadHalfWidth + kEmbankment) return z;
   const double across = roadAcross(road, road.along);
@@ -167,13 +167,13 @@ Ground Terrain::at(double x, double y) const {
 
   const double bank = smoothStep(water.halfWidth, water.halfWidth + 6.0, water.distance);
   const double hills = smoothStep(water.halfWidth + 8.0, kValley, water.distance);
-  const Value2 rough = roughness(seed, x, y);
+  const Value2 rough = roughness(seed_, x, y);
   Ground ground{water.level + bank * (kBankHeight + rough.value), bank * rough.dx, bank * rough.dy};
   if (hills > 0) {
-    const Value2 relief = wornRelief(seed, x, y, 6);
-    ground.z += hills * overValley(kind.relief * relief.value);
-    ground.slopeX += hills * kind.relief * relief.dx;
-    ground.slopeY += hills * kind.relief * relief.dy;
+    const Value2 relief = wornRelief(seed_, x, y, 6);
+    ground.z += hills * overValley(kind_.relief * relief.value);
+    ground.slopeX += hills * kind_.relief * relief.dx;
+    ground.slopeY += hills * kind_.relief * relief.dy;
   }
 
   const LineFoot cross = crossRoad(x, y), main = mainRoad(x, y);
@@ -205,8 +205,8 @@ bool Terrain::bridge(double x, double y, double& z) const {
 std::uint64_t Terrain::parcelAt(double x, double y) const {
   const double u = 0.8 * x + 0.6 * y, v = 0.8 * y - 0.6 * x;
   const std::int64_t column = floorOf(u / 64.0);
-  const double shift = 90.0 * unitOf(cellHash(seed + kParcel, column));
-  return cellHash(seed + kParcel, column, floorOf((v + shift) / 130.0));
+  const double shift = 90.0 * unitOf(cellHash(seed_ + kParcel, column));
+  return cellHash(seed_ + kParcel, column, floorOf((v + shift) / 130.0));
 }
 
 }  // namespace Meseta47::host

@@ -43,7 +43,7 @@ class Terrain {
 
   explicit Terrain(std::uint64_t seed, LandStyle const& style = {});
 
-  LandStyle const& style() const { return kind; }
+  LandStyle const& style() const { return kind_; }
 
   Ground at(double x, double y) const;
   double height(double x, double y) const { return at(x, y).z; }
@@ -59,17 +59,17 @@ class Terrain {
   double roadDistance(double x, double y) const;
 
   /// Place of a road's axis: the other coordinate, for a `foot.along`.
-  double roadAcross(const LineFoot& foot, double along) const;
+  double roadAcross(LineFoot const& foot, double along) const;
 
   bool isWood(double x, double y) const;
 
  private:
   double roadHeight(double x, double y) const;
-  double flattenFor(const LineFoot& road, double x, double y, double z) const;
+  double flattenFor(LineFoot const& road, double x, double y, double z) const;
   std::uint64_t parcelAt(double x, double y) const;
 
-  std::uint64_t seed;
-  LandStyle kind;
+  std::uint64_t seed_;
+  LandStyle kind_;
 };
 
 }  // namespace Meseta47::host

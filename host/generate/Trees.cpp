@@ -38,7 +38,7 @@ Species speciesAt(std::uint64_t seed, double x, double y, bool byWater, Random& 
 }
 
 /// Height of the crown's outside over the foot, at a part `t` (0 to 1) of its radius.
-double outline(const Tree& tree, const Habit& habit, double t) {
+double outline(Tree const& tree, Habit const& habit, double t) {
   const double bare = habit.bare * tree.height, crown = tree.height - bare;
   if (tree.species == Species::Conifer) return bare + crown * (1.0 - 0.92 * t);
   return bare + crown * (0.45 + 0.55 * std::sqrt(1.0 - t * t));
@@ -46,15 +46,15 @@ double outline(const Tree& tree, const Habit& habit, double t) {
 
 }  // namespace
 
-Trees::Trees(const Terrain& terrain_, Buildings& buildings_, std::uint64_t seed_)
-    : terrain(terrain_), buildings(buildings_), seed(mix(seed_ + 0x7EEE)) {}
+Trees::Trees(Terrain const& terrain, Buildings& buildings, std::uint64_t seed)
+    : terrain_(terrain), buildings_(buildings), seed_(mix(seed + 0x7EEE)) {}
 
 bool Trees::at(double x, double y, Crown& crown) {
   const std::int64_t i = floorOf(x / kCell), j = floorOf(y / kCell);
   bool found = false;
   for (std::int64_t cj = j - 1; cj <= j + 1; ++cj) {
     for (std::int64_t ci = i - 1; ci <= i + 1; ++ci) {
-      const Tree& tree = inCell(ci, cj);
+      Tree const& tree = inCell(ci, cj);
       if (!tree.stands) continue;
       const double dx = x - tree.x, dy = y - tree.y;
       const double square = (dx * dx + dy * dy) / (tree.radius * tree.radius);
@@ -70,38 +70,38 @@ bool Trees::at(double x, double y, Crown& crown) {
   return found;
 }
 
-const Tree& Trees::inCell(std::int64_t i, std::int64_t j) {
-  Slot& slot = slots[static_cast<std::size_t>((i & 127) | ((j & 31) << 7))];
+Tree const& Trees::inCell(std::int64_t i, std::int64_t j) {
+  Slot& slot = slots_[static_cast<std::size_t>((i & 127) | ((j & 31) << 7))];
   if (!slot.used || slot.i != i || slot.j != j) slot = {true, i, j, grow(i, j)};
   return slot.tree;
 }
 
 Tree Trees::grow(std::int64_t i, std::int64_t j) {
-  Random random(cellHash(seed, i, j));
+  Random random(cellHash(seed_, i, j));
   Tree tree;
   tree.x = (static_cast<double>(i) + random.unit()) * kCell;
   tree.y = (static_cast<double>(j) + random.unit()) * kCell;
   if (!random.chance(chanceAt(tree.x, tree.y))) return tree;
 
-  const RiverFoot water = terrain.river(tree.x, tree.y);
-  tree.species = speciesAt(seed + 1, tree.x, tree.y, water.distance < water.halfWidth + 18.0, random);
+  const RiverFoot water = terrain_.river(tree.x, tree.y);
+  tree.species = speciesAt(seed_ + 1, tree.x, tree.y, water.distance < water.halfWidth + 18.0, random);
   const Habit habit = habitOf(tree.species);
   const double age = random.unit();
   tree.height = between(habit.lowest, habit.highest, age);
   tree.radius = between(habit.narrow, habit.wide, 0.6 * age + 0.4 * random.unit());
   tree.tint = random.unit();
-  tree.foot = terrain.height(tree.x, tree.y);
+  tree.foot = terrain_.height(tree.x, tree.y);
   tree.stands = true;
   return tree;
 }
 
 double Trees::chanceAt(double x, double y) {
-  const RiverFoot water = terrain.river(x, y);
+  const RiverFoot water = terrain_.river(x, y);
   if (water.distance < water.halfWidth + 2.0) return 0.0;
-  const double road = terrain.roadDistance(x, y);
-  if (road < Terrain::kRoadHalfWidth + 2.5 || buildings.near(x, y, 2.5)) return 0.0;
+  const double road = terrain_.roadDistance(x, y);
+  if (road < Terrain::kRoadHalfWidth + 2.5 || buildings_.near(x, y, 2.5)) return 0.0;
   if (water.distance < water.halfWidth + 14.0) return 0.35;
-  if (terrain.isWood(x, y)) return 0.85;
+  if (terrain_.isWood(x, y)) return 0.85;
   return road < 45.0 ? 0.08 : 0.008;
 }
 

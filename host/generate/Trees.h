@@ -34,7 +34,7 @@ struct Crown {
 class Trees {
  public:
   /// Both must outlive the object.
-  Trees(const Terrain& terrain, Buildings& buildings, std::uint64_t seed);
+  Trees(Terrain const& terrain, Buildings& buildings, std::uint64_t seed);
 
   /// The crown above a place in `crown`, or false under the open sky.
   bool at(double x, double y, Crown& crown);
@@ -46,14 +46,14 @@ class Trees {
     Tree tree;
   };
 
-  const Tree& inCell(std::int64_t i, std::int64_t j);
+  Tree const& inCell(std::int64_t i, std::int64_t j);
   Tree grow(std::int64_t i, std::int64_t j);
   double chanceAt(double x, double y);
 
-  const Terrain& terrain;
-  Buildings& buildings;
-  std::uint64_t seed;
-  std::array<Slot, 4096> slots;  // 128 x 32 cells: the width of a strip, and the rows that a scan line touches
+  Terrain const& terrain_;
+  Buildings& buildings_;
+  std::uint64_t seed_;
+  std::array<Slot, 4096> slots_;  // 128 x 32 cells: the width of a strip, and the rows that a scan line touches
 };
 
 }  // namespace Meseta47::host

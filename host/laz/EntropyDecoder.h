@@ -74,7 +74,7 @@ class EntropyDecoder {
 
  private:
   [[nodiscard]] std::uint32_t ahead() const {
-    const std::uint8_t* const b = next_;
+    std::uint8_t const* const b = next_;
     return std::uint32_t{b[0]} << 24U | std::uint32_t{b[1]} << 16U | std::uint32_t{b[2]} << 8U | b[3];
   }
 

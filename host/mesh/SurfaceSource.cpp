@@ -75,7 +75,7 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   CTIN tin(0, 0, seed);
   CTriangulacion2D triangulation(0, seed, filters, 1);
   triangulation.SinMarco(options.fillsHull());
-  const int code = triangulation.Run(drawing, tin, 0, nullptr, true, nullptr, nullptr, nullptr);
+  const int code = triangulation.Run({.dibujo = drawing, .vaciar = true}, tin);
   requireRoom(triangulation.Resumen(), seed.precision, options.what());
   requireRun(code, options.what(), spill);
   if (tin.Cantidad() == 0) {

@@ -98,7 +98,7 @@ class Labels {
   [[nodiscard]] bool isFree(Pixel const& from, Pixel const& to) const {
     const Pixel middle{(from.x + to.x) / 2, (from.y + to.y) / 2};
     const double margin = distance(from, to) / 2;
-    const Layout& l = layout_;
+    Layout const& l = layout_;
     const bool inside = middle.x > l.mapX + margin && middle.x < l.mapX + l.mapWidth - margin &&
                         middle.y > l.mapY + margin && middle.y < l.mapY + l.mapHeight - margin;
     return inside && std::none_of(placed_.begin(), placed_.end(),

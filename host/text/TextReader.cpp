@@ -70,7 +70,7 @@ std::optional<std::size_t> fieldNamed(std::string_view name) {
       {"red", 5},       {"g", 6},        {"green", 6},          {"b", 7},
       {"blue", 7}};
   const std::string wanted = lowered(trimmed(name.substr(0, name.find_first_of("([")), " \t\"'/"));
-  const auto* const found =
+  auto const* const found =
       std::find_if(std::begin(kNames), std::end(kNames), [&](auto& n) { return n.first == wanted; });
   return found == std::end(kNames) ? std::nullopt : std::optional(found->second);
 }

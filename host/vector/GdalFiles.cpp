@@ -41,7 +41,7 @@ struct Target {
 Target targetOf(std::string_view path) {
   path.remove_prefix(std::min(path.size(), kPrefix.size()));
   unsigned number = 0;
-  const char* const slash = std::from_chars(path.data(), path.data() + path.size(), number).ptr;
+  char const* const slash = std::from_chars(path.data(), path.data() + path.size(), number).ptr;
   path.remove_prefix(static_cast<std::size_t>(slash - path.data()));
   path.remove_prefix(path.starts_with('/') ? 1 : 0);
   const std::scoped_lock lock(outputs().lock);

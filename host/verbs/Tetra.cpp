@@ -12,6 +12,7 @@
 #include "host/verbs/Verbs.h"
 #include "platform/CFile.h"
 #include "platform/Proceso.h"
+#include "tetrahedral/CMedidasDeRun3D.h"
 #include "tetrahedral/CTriangulacion3D.h"
 
 namespace Meseta47::host {
@@ -55,7 +56,7 @@ void tell(Summary& summary, CResumenEspacial const& run, SpilledMesh const& spil
 void meshDrawing(CDibujo<int>& drawing, TetraOptions const& options, Summary& summary, HostApp& app) {
   CTriangulacion3D triangulation(0, drawing.semilla, everything(), 1);
   triangulation.SetFinura(kFineness);
-  const std::uint64_t spill = spaceSpillBytes(drawing.nPuntos);
+  const std::uint64_t spill = CMedidasDeRun3D::BytesDelFichero(drawing.nPuntos);
   requireTempSpace(spill);
   requireRun(triangulation.RunTetraedros(drawing), options.cloud.what(), spill);
   CResumenEspacial const& run = triangulation.Resumen();

@@ -13,7 +13,6 @@
 #include "host/verbs/Verbs.h"
 #include "model/geometry/CRango.h"
 #include "model/terrain/CModeloDigital.h"
-#include "planar/CEncargo.h"
 #include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/Proceso.h"

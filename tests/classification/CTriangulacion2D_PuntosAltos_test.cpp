@@ -147,7 +147,7 @@ TEST(RunPuntosAltos, AClassThatIsNotIncludedStaysThoughItWasFound) {
 
 TEST(RunPuntosAltos, InACloudAnExcludedClassTakesNoPart) {
   const QuietApp app;
-  for (const wchar_t* excluded : {L"7", L"8"}) {
+  for (wchar_t const* excluded : {L"7", L"8"}) {
     // A ring as tall as the pole within it, which stands out only where the ring is left out.
     std::vector<ClassedPoint> points = With(kGround, {{0, 0, 90}});
     for (std::size_t i = 0; i < 6; ++i) points[i] = {points[i].x, points[i].y, 90, 7};
@@ -222,7 +222,7 @@ TEST(RunPuntosAltos, InsideTheOutlineAPointIsLowEnoughUpToTheHeightAboveIt) {
 
 TEST(RunPuntosAltos, InsideTheOutlineTheTablesOfClassesHoldAsWell) {
   const QuietApp app;
-  for (const wchar_t* excluded : {L"2", L"3"}) {
+  for (wchar_t const* excluded : {L"2", L"3"}) {
     CDibujo<int> drawing = Cloud(Courtyard(0));
     drawing.tipoNube = 0;
     Search search;
@@ -235,7 +235,7 @@ TEST(RunPuntosAltos, InsideTheOutlineTheTablesOfClassesHoldAsWell) {
 
 TEST(RunPuntosAltos, AnOutlineTooSmallToBeOneIsNoFailure) {
   const QuietApp app;
-  for (const std::vector<ClassedPoint>& poles :
+  for (std::vector<ClassedPoint> const& poles :
        {std::vector<ClassedPoint>{{0, 0, 9}}, {{0, 0, 9}, {20, 20, 90}}, {{0, 0, 9}, {10, 20, 90}, {20, -20, 90}}}) {
     CDibujo<int> drawing = Cloud(With(kGround, poles));
     Search search;

@@ -36,10 +36,10 @@ void* operator new(size_t bytes) { return Given(Ask(bytes)); }
 void* operator new[](size_t bytes) { return Given(Ask(bytes)); }
 void* operator new(size_t bytes, align_val_t step) { return Given(Ask(bytes, step)); }
 void* operator new[](size_t bytes, align_val_t step) { return Given(Ask(bytes, step)); }
-void* operator new(size_t bytes, const nothrow_t&) noexcept { return Ask(bytes); }
-void* operator new[](size_t bytes, const nothrow_t&) noexcept { return Ask(bytes); }
-void* operator new(size_t bytes, align_val_t step, const nothrow_t&) noexcept { return Ask(bytes, step); }
-void* operator new[](size_t bytes, align_val_t step, const nothrow_t&) noexcept { return Ask(bytes, step); }
+void* operator new(size_t bytes, nothrow_t const&) noexcept { return Ask(bytes); }
+void* operator new[](size_t bytes, nothrow_t const&) noexcept { return Ask(bytes); }
+void* operator new(size_t bytes, align_val_t step, nothrow_t const&) noexcept { return Ask(bytes, step); }
+void* operator new[](size_t bytes, align_val_t step, nothrow_t const&) noexcept { return Ask(bytes, step); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, size_t) noexcept { std::free(memory); }
@@ -48,10 +48,10 @@ void operator delete(void* memory, align_val_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, align_val_t) noexcept { std::free(memory); }
 void operator delete(void* memory, size_t, align_val_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, size_t, align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const nothrow_t&) noexcept { std::free(memory); }
-void operator delete[](void* memory, const nothrow_t&) noexcept { std::free(memory); }
-void operator delete(void* memory, align_val_t, const nothrow_t&) noexcept { std::free(memory); }
-void operator delete[](void* memory, align_val_t, const nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory, nothrow_t const&) noexcept { std::free(memory); }
+void operator delete[](void* memory, nothrow_t const&) noexcept { std::free(memory); }
+void operator delete(void* memory, align_val_t, nothrow_t const&) noexcept { std::free(memory); }
+void operator delete[](void* memory, align_val_t, nothrow_t const&) noexcept { std::free(memory); }
 
 namespace failing_heap {
 

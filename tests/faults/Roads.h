@@ -79,7 +79,7 @@ class Extend : public Road {
  public:
   int Run() override {
     OpenTriangulation t;
-    return t.RunAmplia(drawing, model, 0, extra, 1e6, nullptr, false, nullptr, nullptr);
+    return t.Run({.dibujo = drawing, .extra = &extra, .tolerancia = 1e6}, model);
   }
   std::string Result() const override { return Described(model); }
 
@@ -228,7 +228,7 @@ Kind Named(char const* name) {
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {
   return testing::Values(Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
-                         Named<Extend>("RunAmplia"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
+                         Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
                          Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
                          Named<Write>("Write"), Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
                          Named<Export<FORMATO_LANDXML>>("ExportLandXml"));

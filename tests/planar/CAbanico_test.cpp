@@ -68,7 +68,7 @@ TEST_P(CAbanicoOf, TheTrianglesAreThoseMadeOneByOne) {
       EXPECT_EQ(got.radio, circle.radio);
       EXPECT_EQ(got.radio2, circle.radio2);
       const CTriangulo2D single(&ring.p, ring.fan.A(i), ring.fan.B(i));
-      const CCoor3D<int>* vertices[3] = {single.P1(), single.P2(), single.P3()};
+      CCoor3D<int> const* vertices[3] = {single.P1(), single.P2(), single.P3()};
       const unsigned bits = ring.fan.Indices(i);
       EXPECT_EQ(vertices[bits & 3U]->x, single.GetMinX());
       EXPECT_EQ(vertices[bits >> 2 & 3U]->y, single.GetMinY());

@@ -187,7 +187,7 @@ TEST(WholeClouds, OfThreePointsAreOneTriangleHoweverThin) {
 
 TEST(WholeClouds, OnOneLineHaveNoTriangle) {
   const QuietApp app;
-  for (const auto& [dx, dy] : {std::pair{1, 0}, {0, 1}, {1, 1}, {-3, 7}}) {
+  for (auto const& [dx, dy] : {std::pair{1, 0}, {0, 1}, {1, 1}, {-3, 7}}) {
     std::vector<Point> points;
     for (int i = 0; i < 700; ++i) points.push_back({i * dx, i * dy, 0});
     const Whole whole = LinkedWhole(points);
@@ -257,7 +257,7 @@ TEST(WholeClouds, UpToTheLastUnitButOneOf32BitsFillTheirHull) {
   const QuietApp app;
   constexpr std::int32_t low = -2147483647, high = 2147483646;
   std::vector<Point> points = support::family(Family::HugeSpread, 300, 1);
-  for (const Point& p :
+  for (Point const& p :
        {Point{low, low, 0}, {low, high, 0}, {high, high, 0}, {high, low, 0}, {low, 0, 0}, {low, 9, 0}}) {
     points.push_back(p);
   }
@@ -271,7 +271,7 @@ TEST(WholeClouds, ThatReachTheEndsOf32BitsAreSoundThoughNotWhole) {
   constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
                          high = std::numeric_limits<std::int32_t>::max();
   std::vector<Point> points = support::family(Family::HugeSpread, 300, 1);
-  for (const Point& p : {Point{low, low, 0}, {high, high, 0}, {low, 0, 0}, {low, 9, 0}, {low, 700, 0}, {5, high, 0}}) {
+  for (Point const& p : {Point{low, low, 0}, {high, high, 0}, {low, 0, 0}, {low, 9, 0}, {low, 700, 0}, {5, high, 0}}) {
     points.push_back(p);
   }
   const Whole whole = LinkedWhole(points);

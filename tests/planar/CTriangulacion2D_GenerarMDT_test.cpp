@@ -227,7 +227,7 @@ TEST(GenerarMDT, AnEmptyFileGivesNoTriangleNoOutlineAndTakesOneThread) {
 }
 
 TEST(GenerarMDT, TakesAReaderAProcessorUnlessThereAreFewerRecords) {
-  for (const auto& [processors, readers] : {std::make_pair(1U, 1), std::make_pair(4U, 4), std::make_pair(200U, 1)}) {
+  for (auto const& [processors, readers] : {std::make_pair(1U, 1), std::make_pair(4U, 4), std::make_pair(200U, 1)}) {
     const QuietApp app(processors);
     Made made;
     made.drawing = DrawingOf(Scatter(60));  // 122 records

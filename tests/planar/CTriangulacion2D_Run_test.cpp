@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "model/geometry/CRango.h"
-#include "planar/CEncargo.h"
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
 
@@ -52,7 +51,7 @@ class Road {
       case Update:
         return t.RunActualiza(drawing, model, 0, extra, 1e6, nullptr, false, nullptr);
       case Extension:
-        return t.RunAmplia(drawing, model, 0, extra, 1e6, nullptr, false, nullptr, nullptr);
+        return t.Run({.dibujo = drawing, .extra = &extra, .tolerancia = 1e6}, model);
       case FromModel:
         model.longitudMaxima = 46'000;
         return t.Run(model, nullptr);
@@ -420,14 +419,14 @@ int LeftOut(CDibujo<int> const& drawing) {
   return count;
 }
 
-TEST(RunAmplia, KeepsAllOfItsBaseWhereAnUpdateLosesFirstPointsOfCells) {
+TEST(RunWithAnUpdate, KeepsAllOfItsBaseWhereAnUpdateLosesFirstPointsOfCells) {
   const QuietApp app;
   CTIN model(0, 0, CDataSemilla());
   OpenTriangulation t;
   CDibujo<int> base = SteepGround(3'000), extra = DrawingAt({{9'000, 9'000, -90'000}});
   ASSERT_EQ(t.RunActualiza(base, model, 0, extra, 0.01, nullptr, false, nullptr), kHecho);
   ASSERT_GT(LeftOut(base), 0) << "the scene has lost its point";
-  ASSERT_EQ(t.RunAmplia(base, model, 0, extra, 0.01, nullptr, false, nullptr, nullptr), kHecho);
+  ASSERT_EQ(t.Run({.dibujo = base, .extra = &extra, .tolerancia = 0.01}, model), kHecho);
   EXPECT_EQ(LeftOut(base), 0);
   EXPECT_EQ(LeftOut(extra), 0);
   EXPECT_EQ(model.puntos.size(), 3'001U);
@@ -436,7 +435,7 @@ TEST(RunAmplia, KeepsAllOfItsBaseWhereAnUpdateLosesFirstPointsOfCells) {
   EXPECT_EQ(t.Resumen().duplicados, 0U);
 }
 
-TEST(RunAmplia, KeepsTheBaseThatPassesTheFilterAndTheFurtherDrawingsToo) {
+TEST(RunWithAnUpdate, KeepsTheBaseThatPassesTheFilterAndTheFurtherDrawingsToo) {
   const QuietApp app;
   CDataTriangulacion low;
   low.zMax = 60;  // metres, of a hundred units
@@ -444,11 +443,11 @@ TEST(RunAmplia, KeepsTheBaseThatPassesTheFilterAndTheFurtherDrawingsToo) {
   OpenTriangulation t(low);
   CDibujo<int> base = SteepGround(1'000), further = SteepGround(1'000);
   further[0].Mover(30'000, 0, 0);
-  std::vector<CDibujo<int>*> others{&further, nullptr};
+  std::vector<CDibujo<int>*> others{&further};
   std::size_t admitted = 0;
   for (CCoor3D<int> const& p : base[0].Puntos()) admitted += p.z <= 6'000 ? 2 : 0;
   CDibujo<int> extra = DrawingAt({{9'000, 9'000, -90'000}, {8'000, 7'000, 5'999'999}});
-  ASSERT_EQ(t.RunAmplia(base, model, 0, extra, 0.01, &others, false, nullptr, nullptr), kHecho);
+  ASSERT_EQ(t.Run({.dibujo = base, .otros = &others, .extra = &extra, .tolerancia = 0.01}, model), kHecho);
   EXPECT_EQ(model.puntos.size(), admitted + 1);
   EXPECT_EQ(t.Resumen().aceptados, admitted + 1);
   EXPECT_EQ(t.Resumen().rechazados, 0U);
@@ -488,13 +487,13 @@ TEST(RunOfAJob, TellsHowManyOfItsAddedPointsPassedTheFilterAndWentIn) {
 }
 
 /// A flat square at 500 units, and points added to it.
-class RunAmpliaOnASquare : public testing::Test {
+class RunWithAnUpdateOnASquare : public testing::Test {
  protected:
   void Add(std::vector<At> const& places, double tolerance) {
     CDibujo<int> drawing =
         DrawingAt({{0, 0, 500}, {1'000, 7, 500}, {13, 1'000, 500}, {1'010, 1'020, 500}, {500, 490, 500}});
     extra = DrawingAt(places);
-    ASSERT_EQ(t.RunAmplia(drawing, model, 0, extra, tolerance, nullptr, false, nullptr, nullptr), kHecho);
+    ASSERT_EQ(t.Run({.dibujo = drawing, .extra = &extra, .tolerancia = tolerance}, model), kHecho);
   }
 
   const QuietApp app;
@@ -503,36 +502,36 @@ class RunAmpliaOnASquare : public testing::Test {
   CDibujo<int> extra;
 };
 
-TEST_F(RunAmpliaOnASquare, LeavesOutWhatStandsAboveTheSurfaceByMoreThanTheTolerance) {
+TEST_F(RunWithAnUpdateOnASquare, LeavesOutWhatStandsAboveTheSurfaceByMoreThanTheTolerance) {
   Add({{700, 210, 521}, {300, 710, 520}, {200, 310, 519}, {810, 620, -90'000}}, 0.2);
   EXPECT_THAT(NumbersOf(extra[0]), ElementsAre(0, testing::Gt(0), testing::Gt(0), testing::Gt(0)));
   EXPECT_EQ(t.Resumen().rechazados, 1U);
   EXPECT_EQ(model.puntos.size(), 8U);
 }
 
-TEST_F(RunAmpliaOnASquare, CountsARepeatedPlaceAsADuplicateWhateverItsHeight) {
+TEST_F(RunWithAnUpdateOnASquare, CountsARepeatedPlaceAsADuplicateWhateverItsHeight) {
   Add({{0, 0, 500}, {500, 490, 9'000}, {700, 210, 505}, {700, 210, 506}}, 0.2);
   EXPECT_EQ(t.Resumen().duplicados, 3U);
   EXPECT_EQ(t.Resumen().rechazados, 0U);
   EXPECT_EQ(model.puntos.size(), 6U);
 }
 
-TEST_F(RunAmpliaOnASquare, GoesOnBeyondTheBorderAtAnyHeight) {
+TEST_F(RunWithAnUpdateOnASquare, GoesOnBeyondTheBorderAtAnyHeight) {
   Add({{3'000, 400, 700}, {-2'500, 300, 900}, {300, 710, 900}}, 0.2);
   EXPECT_EQ(t.Resumen().rechazados, 1U) << "the last one stands on the square";
   EXPECT_EQ(model.puntos.size(), 7U);
 }
 
-TEST_F(RunAmpliaOnASquare, FiltersItsTrianglesLikeAnyRun) {
+TEST_F(RunWithAnUpdateOnASquare, FiltersItsTrianglesLikeAnyRun) {
   CRango small(-1, -1, 0, 10);
   CDibujo<int> drawing = DrawingAt({{0, 0}, {100, 7}, {3, 90}, {110, 95, 900}, {-90, 50}});
   CDibujo<int> more = DrawingAt({{50, 40, 3}});
-  ASSERT_EQ(t.RunAmplia(drawing, model, 0, more, 0, nullptr, false, &small, nullptr), kHecho);
+  ASSERT_EQ(t.Run({.dibujo = drawing, .extra = &more, .alturas = &small}, model), kHecho);
   EXPECT_GT(t.Resumen().porAltura, 0U);
   EXPECT_EQ(model.puntos.size(), 6U);
 }
 
-TEST_F(RunAmpliaOnASquare, SparesTheNextRunItsOwnRules) {
+TEST_F(RunWithAnUpdateOnASquare, SparesTheNextRunItsOwnRules) {
   Add({{700, 210, 521}}, 0.2);
   CDibujo<int> base = SteepGround(3'000), more = DrawingAt({{9'000, 9'000, -90'000}});
   ASSERT_EQ(t.RunActualiza(base, model, 0, more, 0.01, nullptr, false, nullptr), kHecho);

@@ -48,7 +48,7 @@ TEST_P(RealOutlines, AreTheRimOfTheModelWithoutLongerSides) {
   support::Mesh mesh;
   for (CPuntoTIN const& p : tin.puntos) mesh.points.push_back({p.x, p.y, p.z});
   for (std::uint32_t i = 0; i < tin.Cantidad(); ++i) {
-    const Terna& t = tin.Vertices(i);
+    Terna const& t = tin.Vertices(i);
     mesh.triangles.push_back(
         {static_cast<std::int32_t>(t[0]), static_cast<std::int32_t>(t[1]), static_cast<std::int32_t>(t[2])});
   }

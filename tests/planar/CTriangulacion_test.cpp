@@ -231,7 +231,7 @@ TEST(LimiteDibujo, ThePointsOfAllEntitiesCountAndNothingElseOfThem) {
   const QuietApp app;
   CDibujo<int> drawing = DrawingOf({{0, 0, 0}, {10, 0, 0}});
   CLinea<int> line(CString(L"line"));
-  for (const auto& [x, y] : {std::pair{10, 10}, {0, 10}, {0, 0}}) line << CCoor3D<int>(x, y, 0, 0);
+  for (auto const& [x, y] : {std::pair{10, 10}, {0, 10}, {0, 0}}) line << CCoor3D<int>(x, y, 0, 0);
   drawing.Inserta(line);
   CLinea<int> deleted(line);
   deleted.Mover(10, 0, 0);

@@ -89,7 +89,7 @@ TEST(CloudsAsWideAs32Bits, LoseThePointsThatStandOnTheCornersOfTheFrameAndCountT
   constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
                          high = std::numeric_limits<std::int32_t>::max();
   std::vector<support::Point> points{{low, low, 0}, {low, high, 0}, {high, high, 0}, {high, low, 0}};
-  for (const support::Point& p : support::family(Family::HugeSpread, 1'000, 1)) points.push_back(p);
+  for (support::Point const& p : support::family(Family::HugeSpread, 1'000, 1)) points.push_back(p);
   const Linked linked = LinkCloud(points);
   ASSERT_EQ(linked.code, kHecho);
   const support::MeshReport report = support::inspect(linked.mesh);

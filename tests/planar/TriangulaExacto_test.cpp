@@ -106,7 +106,7 @@ TEST(Exact, CornersOfThe32BitRange) {
   constexpr std::int32_t low = std::numeric_limits<std::int32_t>::min(),
                          high = std::numeric_limits<std::int32_t>::max();
   std::vector<Point> positions = support::family(Family::HugeSpread, 500, 1);
-  for (const Point& p :
+  for (Point const& p :
        {Point{low, low, 0}, {low, high, 0}, {high, low, 0}, {high, high, 0}, {0, low, 0}, {1, low, 0}}) {
     positions.push_back(p);
   }
@@ -123,7 +123,7 @@ TEST(Exact, NoPlaceOneOrTwoHaveNoTriangle) {
 TEST(Exact, OnOneCircleTheLeastPlaceIsJoinedToAllOthers) {
   // Twelve places on the circle of radius 25 about the origin.
   std::vector<Point> positions;
-  for (const auto& [x, y] : {std::pair{0, 25}, {7, 24}, {15, 20}, {20, 15}, {24, 7}, {25, 0}}) {
+  for (auto const& [x, y] : {std::pair{0, 25}, {7, 24}, {15, 20}, {20, 15}, {24, 7}, {25, 0}}) {
     positions.push_back({x, y, 0});
     positions.push_back({-x, -y, 0});
   }

@@ -94,7 +94,7 @@ TEST(CString, AFormatThatIsRefusedLeavesAnEmptyText) {
 
 TEST(CString, NumbersHaveADecimalPointInEveryLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
-  for (const char* locale : {"C", "es_ES.UTF-8", "de_DE.UTF-8", ""}) {
+  for (char const* locale : {"C", "es_ES.UTF-8", "de_DE.UTF-8", ""}) {
     std::setlocale(LC_ALL, locale);
     CString text;
     text.Format(L"%lf", 1234.5);

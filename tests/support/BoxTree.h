@@ -13,10 +13,10 @@ namespace Meseta47::support {
 struct PlanBox {
   std::int64_t minX, minY, maxX, maxY;
 
-  [[nodiscard]] bool touches(const PlanBox& o) const {
+  [[nodiscard]] bool touches(PlanBox const& o) const {
     return minX <= o.maxX && o.minX <= maxX && minY <= o.maxY && o.minY <= maxY;
   }
-  void include(const PlanBox& o) {
+  void include(PlanBox const& o) {
     minX = std::min(minX, o.minX);
     minY = std::min(minY, o.minY);
     maxX = std::max(maxX, o.maxX);
@@ -25,7 +25,7 @@ struct PlanBox {
   [[nodiscard]] PlanBox grown(std::int64_t by) const { return {minX - by, minY - by, maxX + by, maxY + by}; }
 };
 
-[[nodiscard]] inline PlanBox boxOf(const Point& p, const Point& q) {
+[[nodiscard]] inline PlanBox boxOf(Point const& p, Point const& q) {
   return {std::min(p.x, q.x), std::min(p.y, q.y), std::max(p.x, q.x), std::max(p.y, q.y)};
 }
 
@@ -40,7 +40,7 @@ class BoxTree {
 
   /// Calls visit(i) for each rectangle that touches a box, until it answers false.
   template <class Visit>
-  void forEachTouching(const PlanBox& box, Visit&& visit) const {
+  void forEachTouching(PlanBox const& box, Visit&& visit) const {
     if (!nodes.empty()) query(0, box, visit);
   }
 
@@ -79,8 +79,8 @@ class BoxTree {
   }
 
   template <class Visit>
-  bool query(std::size_t n, const PlanBox& box, Visit& visit) const {
-    const Node& node = nodes[n];
+  bool query(std::size_t n, PlanBox const& box, Visit& visit) const {
+    Node const& node = nodes[n];
     if (!node.box.touches(box)) return true;
     if (node.right != 0) return query(n + 1, box, visit) && query(node.right, box, visit);
     for (std::size_t i = node.from; i < node.to; ++i) {
@@ -109,7 +109,7 @@ class BoxTree {
   }
 
   template <class Visit>
-  void joinLeaves(const Node& a, const Node& b, bool same, Visit& visit) const {
+  void joinLeaves(Node const& a, Node const& b, bool same, Visit& visit) const {
     for (std::size_t i = a.from; i < a.to; ++i) {
       for (std::size_t j = same ? i + 1 : b.from; j < b.to; ++j) {
         if (boxes[order[i]].touches(boxes[order[j]])) visit(order[i], order[j]);

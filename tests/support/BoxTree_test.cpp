@@ -41,7 +41,7 @@ TEST(BoxTree, FindsEveryPairOnce) {
 TEST(BoxTree, FindsWhatTouchesABoxAndStopsWhenToldTo) {
   const auto boxes = someBoxes(500, 1'000, 200);
   const BoxTree tree(boxes);
-  for (const PlanBox& box : someBoxes(50, 1'000, 10)) {
+  for (PlanBox const& box : someBoxes(50, 1'000, 10)) {
     std::set<std::size_t> expected, found;
     for (std::size_t i = 0; i < boxes.size(); ++i) {
       if (boxes[i].touches(box)) expected.insert(i);

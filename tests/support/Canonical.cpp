@@ -37,7 +37,7 @@ struct Disputed {
   [[nodiscard]] bool isFromFirst(HalfSide h) const { return h / 3 < fromFirst; }
 };
 
-Disputed symmetricDifference(const std::vector<Triangle>& first, const std::vector<Triangle>& second) {
+Disputed symmetricDifference(std::vector<Triangle> const& first, std::vector<Triangle> const& second) {
   Disputed disputed;
   auto& all = disputed.triangles;
   std::set_difference(first.begin(), first.end(), second.begin(), second.end(), std::back_inserter(all));
@@ -49,10 +49,10 @@ Disputed symmetricDifference(const std::vector<Triangle>& first, const std::vect
 /// Gathers the triangles that cover one patch. A side that both meshes have separates patches: it joins the triangles
 /// of the two meshes that lie on the same hand of it. A side that one mesh alone has is a diagonal: it joins its
 /// triangles.
-Partition patches(const Disputed& disputed) {
+Partition patches(Disputed const& disputed) {
   Partition partition(disputed.triangles.size());
   forEachSide(sortedSides(disputed.triangles), [&](auto first, auto last) {
-    const auto fromFirst = [&](const SideUse& use) { return disputed.isFromFirst(use.half); };
+    const auto fromFirst = [&](SideUse const& use) { return disputed.isFromFirst(use.half); };
     const bool shared = std::any_of(first, last, fromFirst) && !std::all_of(first, last, fromFirst);
     for (auto a = first; a != last; ++a) {
       for (auto b = a + 1; b != last; ++b) {
@@ -67,7 +67,7 @@ Partition patches(const Disputed& disputed) {
 using DirectedSide = std::pair<std::int32_t, std::int32_t>;
 
 /// The sides that no other triangle of the list runs the other way.
-std::vector<DirectedSide> outline(const std::vector<Triangle>& triangles) {
+std::vector<DirectedSide> outline(std::vector<Triangle> const& triangles) {
   std::vector<DirectedSide> sides;
   forEachSide(sortedSides(triangles), [&](auto first, auto last) {
     if (last - first == 1) sides.emplace_back(startOf(triangles, first->half), endOf(triangles, first->half));
@@ -81,18 +81,18 @@ struct Patch {
   std::vector<Triangle> second;
 };
 
-bool isCocircular(const Mesh& mesh, const Patch& patch) {
+bool isCocircular(Mesh const& mesh, Patch const& patch) {
   if (patch.first.empty()) return false;
-  const Triangle& t = patch.first.front();
-  const Point &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
-  const auto onCircle = [&](const Triangle& u) {
+  Triangle const& t = patch.first.front();
+  Point const &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
+  const auto onCircle = [&](Triangle const& u) {
     return std::all_of(u.begin(), u.end(), [&](std::int32_t k) { return inCircle(a, b, c, mesh.at(k)) == 0; });
   };
   return orientation(a, b, c) != 0 && std::all_of(patch.first.begin(), patch.first.end(), onCircle) &&
          std::all_of(patch.second.begin(), patch.second.end(), onCircle);
 }
 
-std::string listed(const std::vector<Triangle>& triangles) {
+std::string listed(std::vector<Triangle> const& triangles) {
   constexpr std::size_t most = 5;
   std::string text;
   for (std::size_t i = 0; i < std::min(most, triangles.size()); ++i) text += " " + toText(triangles[i]);
@@ -102,7 +102,7 @@ std::string listed(const std::vector<Triangle>& triangles) {
 
 }  // namespace
 
-Triangle canonical(const Triangle& triangle) {
+Triangle canonical(Triangle const& triangle) {
   Triangle rotated = triangle;
   std::rotate(rotated.begin(), std::min_element(rotated.begin(), rotated.end()), rotated.end());
   return rotated;
@@ -114,9 +114,9 @@ std::vector<Triangle> canonicalSet(std::vector<Triangle> triangles) {
   return triangles;
 }
 
-std::uint64_t goldenHash(const std::vector<Triangle>& triangles) {
+std::uint64_t goldenHash(std::vector<Triangle> const& triangles) {
   std::uint64_t hash = 0xcbf29ce484222325;
-  for (const Triangle& t : canonicalSet(triangles)) {
+  for (Triangle const& t : canonicalSet(triangles)) {
     for (const std::int32_t number : t) {
       for (int shift = 0; shift < 32; shift += 8) {
         hash ^= static_cast<std::uint32_t>(number) >> shift & 0xff;
@@ -127,7 +127,7 @@ std::uint64_t goldenHash(const std::vector<Triangle>& triangles) {
   return hash;
 }
 
-std::vector<Triangle> renumbered(std::vector<Triangle> triangles, const std::vector<std::int32_t>& table) {
+std::vector<Triangle> renumbered(std::vector<Triangle> triangles, std::vector<std::int32_t> const& table) {
   for (auto& triangle : triangles) {
     for (auto& number : triangle) {
       if (number > 0) number = table[static_cast<std::size_t>(number) - 1];
@@ -136,7 +136,7 @@ std::vector<Triangle> renumbered(std::vector<Triangle> triangles, const std::vec
   return triangles;
 }
 
-Difference compare(const Mesh& mesh, const std::vector<Triangle>& other) {
+Difference compare(Mesh const& mesh, std::vector<Triangle> const& other) {
   const Disputed disputed = symmetricDifference(canonicalSet(mesh.triangles), canonicalSet(other));
   Partition partition = patches(disputed);
   std::map<std::size_t, Patch> found;
@@ -148,7 +148,7 @@ Difference compare(const Mesh& mesh, const std::vector<Triangle>& other) {
   difference.onlyFirst = disputed.fromFirst;
   difference.onlySecond = disputed.triangles.size() - disputed.fromFirst;
   difference.regions = found.size();
-  for (const auto& [root, patch] : found) {
+  for (auto const& [root, patch] : found) {
     if (isCocircular(mesh, patch) && outline(patch.first) == outline(patch.second)) continue;
     if (difference.realRegions++ == 0) {
       difference.first = "the first has" + listed(patch.first) + ", the second" + listed(patch.second);

@@ -11,17 +11,17 @@
 namespace Meseta47::support {
 
 /// The same triangle, turning the same way, with its smallest number first.
-[[nodiscard]] Triangle canonical(const Triangle& triangle);
+[[nodiscard]] Triangle canonical(Triangle const& triangle);
 
 /// All of them canonical, in ascending order; copies stay.
 [[nodiscard]] std::vector<Triangle> canonicalSet(std::vector<Triangle> triangles);
 
 /// FNV-1a of 64 bits over the bytes of the canonical set, little-endian: one number to hold against a golden one.
-[[nodiscard]] std::uint64_t goldenHash(const std::vector<Triangle>& triangles);
+[[nodiscard]] std::uint64_t goldenHash(std::vector<Triangle> const& triangles);
 
 /// The same triangles with each number k > 0 replaced by table[k - 1]: with `representatives`, triangles that differ
 /// only in which of several points at one plan position they took become equal.
-[[nodiscard]] std::vector<Triangle> renumbered(std::vector<Triangle> triangles, const std::vector<std::int32_t>& table);
+[[nodiscard]] std::vector<Triangle> renumbered(std::vector<Triangle> triangles, std::vector<std::int32_t> const& table);
 
 /// How two triangulations of the same points differ.
 struct Difference {
@@ -37,6 +37,6 @@ struct Difference {
 
 /// Compares `mesh.triangles` with other triangles over the same points and corners. Exact. A patch is excused when both
 /// sides fill the same outline and all its vertices lie on one circle. Both have to pass `surfaceFaults`. O(T log T).
-[[nodiscard]] Difference compare(const Mesh& mesh, const std::vector<Triangle>& other);
+[[nodiscard]] Difference compare(Mesh const& mesh, std::vector<Triangle> const& other);
 
 }  // namespace Meseta47::support

@@ -101,7 +101,7 @@ TEST(Comparison, OneFlipAmongManyCocircularChoicesIsFound) {
   EXPECT_TRUE(compare(grid, grid.triangles).onlyCocircular());
   jagged.triangles = other.triangles;
   auto flipped = other.triangles;
-  const auto hit = [](const Triangle& t) { return std::find(t.begin(), t.end(), 41) != t.end(); };
+  const auto hit = [](Triangle const& t) { return std::find(t.begin(), t.end(), 41) != t.end(); };
   ASSERT_TRUE(std::any_of(flipped.begin(), flipped.end(), hit));
   flipped.erase(std::find_if(flipped.begin(), flipped.end(), hit));
   EXPECT_EQ(compare(jagged, flipped).realRegions, 1);

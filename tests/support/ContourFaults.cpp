@@ -11,8 +11,8 @@ namespace Meseta47::support {
 
 namespace {
 
-std::string text(const Point& p) { return toText(p) + " at " + std::to_string(p.z); }
-std::string text(const ContourPiece& piece) { return text(piece.a) + " to " + toText(piece.b); }
+std::string text(Point const& p) { return toText(p) + " at " + std::to_string(p.z); }
+std::string text(ContourPiece const& piece) { return text(piece.a) + " to " + toText(piece.b); }
 
 /// A place in doubles, relative to a point near by.
 struct Place {
@@ -35,12 +35,12 @@ double distance(Place a, Place b, Place c, Place d) {
   return std::min({distance(a, c, d), distance(b, c, d), distance(c, a, b), distance(d, a, b)});
 }
 
-bool between(const Point& p, const Point& a, const Point& b) {
+bool between(Point const& p, Point const& a, Point const& b) {
   return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) && std::min(a.y, b.y) <= p.y &&
          p.y <= std::max(a.y, b.y);
 }
 
-bool meet(const ContourPiece& s, const ContourPiece& t) {
+bool meet(ContourPiece const& s, ContourPiece const& t) {
   const int sa = orientation(s.a, s.b, t.a), sb = orientation(s.a, s.b, t.b);
   const int ta = orientation(t.a, t.b, s.a), tb = orientation(t.a, t.b, s.b);
   if (sa * sb < 0 && ta * tb < 0) return true;
@@ -48,15 +48,15 @@ bool meet(const ContourPiece& s, const ContourPiece& t) {
          (ta == 0 && between(s.a, t.a, t.b)) || (tb == 0 && between(s.b, t.a, t.b));
 }
 
-const GivenPiece& givenAs(const PlainContours& plain, const ContourPiece& piece) {
+GivenPiece const& givenAs(PlainContours const& plain, ContourPiece const& piece) {
   return *std::lower_bound(plain.given.begin(), plain.given.end(), piece,
-                           [](const GivenPiece& g, const ContourPiece& p) { return g.piece < p; });
+                           [](GivenPiece const& g, ContourPiece const& p) { return g.piece < p; });
 }
 
 /// Distance of two pieces before rounding.
-double trueDistance(const GivenPiece& s, const GivenPiece& t) {
-  const Point& o = s.piece.a;
-  const auto place = [&](const Point& p, double movedX, double movedY) {
+double trueDistance(GivenPiece const& s, GivenPiece const& t) {
+  Point const& o = s.piece.a;
+  const auto place = [&](Point const& p, double movedX, double movedY) {
     return Place{static_cast<double>(p.x) - o.x - movedX, static_cast<double>(p.y) - o.y - movedY};
   };
   return distance(place(s.piece.a, s.movedAx, s.movedAy), place(s.piece.b, s.movedBx, s.movedBy),
@@ -64,15 +64,15 @@ double trueDistance(const GivenPiece& s, const GivenPiece& t) {
 }
 
 /// Points with as many entries as pieces end there.
-std::vector<Point> endsOf(const std::vector<ContourPiece>& pieces) {
+std::vector<Point> endsOf(std::vector<ContourPiece> const& pieces) {
   std::vector<Point> ends;
-  for (const ContourPiece& piece : pieces) ends.insert(ends.end(), {piece.a, piece.b});
+  for (ContourPiece const& piece : pieces) ends.insert(ends.end(), {piece.a, piece.b});
   std::sort(ends.begin(), ends.end());
   return ends;
 }
 
 /// Ends of pieces that more than one triangle gave, where a line may end; those of shores end on the outline alone.
-std::vector<Point> endsOfRepeated(const PlainContours& plain) {
+std::vector<Point> endsOfRepeated(PlainContours const& plain) {
   if (plain.shore) return {};
   std::vector<ContourPiece> repeated;
   for (std::size_t i = 1; i < plain.given.size(); ++i) {
@@ -81,24 +81,24 @@ std::vector<Point> endsOfRepeated(const PlainContours& plain) {
   return endsOf(repeated);
 }
 
-std::size_t countOf(const std::vector<Point>& sorted, const Point& p) {
+std::size_t countOf(std::vector<Point> const& sorted, Point const& p) {
   const auto [first, last] = std::equal_range(sorted.begin(), sorted.end(), p);
   return static_cast<std::size_t>(last - first);
 }
 
 }  // namespace
 
-std::vector<ContourPiece> piecesOf(const std::vector<ContourLine>& lines) {
+std::vector<ContourPiece> piecesOf(std::vector<ContourLine> const& lines) {
   std::vector<ContourPiece> pieces;
-  for (const ContourLine& line : lines) {
+  for (ContourLine const& line : lines) {
     for (std::size_t i = 1; i < line.size(); ++i) pieces.push_back(pieceBetween(line[i - 1], line[i]));
   }
   std::sort(pieces.begin(), pieces.end());
   return pieces;
 }
 
-std::string levelFaults(const std::vector<ContourLine>& lines, std::int32_t interval) {
-  for (const ContourLine& line : lines) {
+std::string levelFaults(std::vector<ContourLine> const& lines, std::int32_t interval) {
+  for (ContourLine const& line : lines) {
     if (line.size() < 2) return "a line of " + std::to_string(line.size()) + " points";
     for (std::size_t i = 0; i < line.size(); ++i) {
       if (line[i].z % interval != 0) return text(line[i]) + " is not on a level";
@@ -109,7 +109,7 @@ std::string levelFaults(const std::vector<ContourLine>& lines, std::int32_t inte
   return "";
 }
 
-std::string pieceFaults(const std::vector<ContourPiece>& found, const std::vector<ContourPiece>& expected) {
+std::string pieceFaults(std::vector<ContourPiece> const& found, std::vector<ContourPiece> const& expected) {
   const auto [f, e] = std::mismatch(found.begin(), found.end(), expected.begin(), expected.end());
   if (f == found.end() && e == expected.end()) return "";
   const bool missing = f == found.end() || (e != expected.end() && *e < *f);
@@ -117,15 +117,15 @@ std::string pieceFaults(const std::vector<ContourPiece>& found, const std::vecto
          (missing ? ", missing " + text(*e) : ", too many " + text(*f));
 }
 
-std::string openEndFaults(const std::vector<ContourLine>& lines, const PlainContours& plain) {
+std::string openEndFaults(std::vector<ContourLine> const& lines, PlainContours const& plain) {
   std::vector<Point> lineEnds;
-  for (const ContourLine& line : lines) {
+  for (ContourLine const& line : lines) {
     if (line.front() != line.back()) lineEnds.insert(lineEnds.end(), {line.front(), line.back()});
   }
   std::sort(lineEnds.begin(), lineEnds.end());
   const std::vector<Point> pieceEnds = endsOf(plain.distinctPieces()), repeatedEnds = endsOfRepeated(plain);
   for (std::size_t i = 0; i < lineEnds.size(); ++i) {
-    const Point& end = lineEnds[i];
+    Point const& end = lineEnds[i];
     if (i > 0 && end == lineEnds[i - 1]) return "two lines end at " + text(end);
     if (countOf(pieceEnds, end) % 2 == 0) return "a line ends at " + text(end) + ", where it could go on";
     if (countOf(plain.onOutline, end) == 0 && countOf(repeatedEnds, end) == 0) {
@@ -135,7 +135,7 @@ std::string openEndFaults(const std::vector<ContourLine>& lines, const PlainCont
   return "";
 }
 
-std::string strayFaults(const std::vector<ContourLine>& lines, const Mesh& mesh, const ContourRule& rule) {
+std::string strayFaults(std::vector<ContourLine> const& lines, Mesh const& mesh, ContourRule const& rule) {
   const std::vector<Triangle> triangles = contoured(mesh, rule);
   const std::vector<SideUse> uses = sortedSides(triangles);
   std::vector<std::pair<Point, Point>> sides;
@@ -145,11 +145,11 @@ std::string strayFaults(const std::vector<ContourLine>& lines, const Mesh& mesh,
     boxes.push_back(boxOf(sides.back().first, sides.back().second).grown(1));
   });
   const BoxTree tree(std::move(boxes));
-  for (const ContourLine& line : lines) {
-    for (const Point& p : line) {
+  for (ContourLine const& line : lines) {
+    for (Point const& p : line) {
       bool near = false;
       tree.forEachTouching(boxOf(p, p), [&](std::uint32_t i) {
-        const auto place = [&](const Point& q) {
+        const auto place = [&](Point const& q) {
           return Place{static_cast<double>(q.x) - p.x, static_cast<double>(q.y) - p.y};
         };
         near = distance({0, 0}, place(sides[i].first), place(sides[i].second)) <= 1;
@@ -161,11 +161,11 @@ std::string strayFaults(const std::vector<ContourLine>& lines, const Mesh& mesh,
   return "";
 }
 
-Meetings meetings(const std::vector<ContourLine>& lines, const PlainContours& plain) {
+Meetings meetings(std::vector<ContourLine> const& lines, PlainContours const& plain) {
   constexpr double kReach = 1.414213562373096;  // two diagonals of half a unit, and a few units of the last place
   const std::vector<ContourPiece> pieces = piecesOf(lines);
   std::vector<PlanBox> boxes;
-  for (const ContourPiece& piece : pieces) boxes.push_back(boxOf(piece.a, piece.b));
+  for (ContourPiece const& piece : pieces) boxes.push_back(boxOf(piece.a, piece.b));
   Meetings result;
   BoxTree(std::move(boxes)).forEachPair([&](std::uint32_t i, std::uint32_t j) {
     if (pieces[i].a.z == pieces[j].a.z || !meet(pieces[i], pieces[j])) return;

@@ -13,14 +13,14 @@ namespace Meseta47::support {
 using ContourLine = std::vector<Point>;
 
 /// What the lines are made of, in ascending order, with copies.
-[[nodiscard]] std::vector<ContourPiece> piecesOf(const std::vector<ContourLine>& lines);
+[[nodiscard]] std::vector<ContourPiece> piecesOf(std::vector<ContourLine> const& lines);
 
 /// Each line has one height, a multiple of the interval, and two points or more, no two in a row equal.
-[[nodiscard]] std::string levelFaults(const std::vector<ContourLine>& lines, std::int32_t interval);
+[[nodiscard]] std::string levelFaults(std::vector<ContourLine> const& lines, std::int32_t interval);
 
 /// Two sorted lists of pieces are the same.
-[[nodiscard]] std::string pieceFaults(const std::vector<ContourPiece>& found,
-                                      const std::vector<ContourPiece>& expected);
+[[nodiscard]] std::string pieceFaults(std::vector<ContourPiece> const& found,
+                                      std::vector<ContourPiece> const& expected);
 
 /// Each line is closed, or ends where no other does, at a place where an odd number of pieces meet. That is on the
 /// outline of what was contoured, or at the end of a piece that two triangles gave.
@@ -28,10 +28,10 @@ using ContourLine = std::vector<Point>;
 /// There is no other such place: around a vertex that is not on a level the surface crosses it an even number of times,
 /// and so it does around one on a level unless a side that lies on the level ends there, a ridge for one. Such a side
 /// belongs to two triangles, and so does a sliver's piece that rounding has laid upon its neighbour's.
-[[nodiscard]] std::string openEndFaults(const std::vector<ContourLine>& lines, const PlainContours& plain);
+[[nodiscard]] std::string openEndFaults(std::vector<ContourLine> const& lines, PlainContours const& plain);
 
 /// Each point of a line lies no farther than a unit from a side of a triangle that takes part.
-[[nodiscard]] std::string strayFaults(const std::vector<ContourLine>& lines, const Mesh& mesh, const ContourRule& rule);
+[[nodiscard]] std::string strayFaults(std::vector<ContourLine> const& lines, Mesh const& mesh, ContourRule const& rule);
 
 /// Pairs of pieces at different heights that have a point in common in plan, by exact arithmetic.
 ///
@@ -44,6 +44,6 @@ struct Meetings {
   std::string first;       ///< a sentence about the first of these
 };
 /// The lines must be made of the plain pieces.
-[[nodiscard]] Meetings meetings(const std::vector<ContourLine>& lines, const PlainContours& plain);
+[[nodiscard]] Meetings meetings(std::vector<ContourLine> const& lines, PlainContours const& plain);
 
 }  // namespace Meseta47::support

@@ -29,13 +29,13 @@ Int256 product(Int128 a, Int128 b) {
   return (a < 0) != (b < 0) ? -value : value;
 }
 
-Int256 operator+(const Int256& a, const Int256& b) {
+Int256 operator+(Int256 const& a, Int256 const& b) {
   const UInt128 low = a.low + b.low;
   const UInt128 carry = low < a.low ? 1 : 0;
   return {low, static_cast<Int128>(static_cast<UInt128>(a.high) + static_cast<UInt128>(b.high) + carry)};
 }
 
-Int256 operator-(const Int256& a) {
+Int256 operator-(Int256 const& a) {
   const UInt128 low = UInt128{0} - a.low;
   const UInt128 carry = low == 0 ? 1 : 0;
   return {low, static_cast<Int128>(~static_cast<UInt128>(a.high) + carry)};
@@ -43,12 +43,12 @@ Int256 operator-(const Int256& a) {
 
 int sign(Int128 value) { return (value > 0) - (value < 0); }
 
-int sign(const Int256& value) {
+int sign(Int256 const& value) {
   if (value.high < 0) return -1;
   return value.high > 0 || value.low > 0 ? 1 : 0;
 }
 
-double approximate(const Int256& value) {
+double approximate(Int256 const& value) {
   if (value.high < 0) return -approximate(-value);
   return std::ldexp(static_cast<double>(value.high), 128) + static_cast<double>(value.low);
 }

@@ -15,21 +15,21 @@ struct Int256 {
   UInt128 low = 0;
   Int128 high = 0;
 
-  friend bool operator==(const Int256&, const Int256&) = default;
+  friend bool operator==(Int256 const&, Int256 const&) = default;
 };
 
 /// The exact product of any two 128-bit integers.
 [[nodiscard]] Int256 product(Int128 a, Int128 b);
 
-[[nodiscard]] Int256 operator+(const Int256& a, const Int256& b);
-[[nodiscard]] Int256 operator-(const Int256& a);
+[[nodiscard]] Int256 operator+(Int256 const& a, Int256 const& b);
+[[nodiscard]] Int256 operator-(Int256 const& a);
 
 /// -1, 0 or +1.
 [[nodiscard]] int sign(Int128 value);
-[[nodiscard]] int sign(const Int256& value);
+[[nodiscard]] int sign(Int256 const& value);
 
 /// The nearest double, to a few units in the last place: for figures in messages, never for a decision.
-[[nodiscard]] double approximate(const Int256& value);
+[[nodiscard]] double approximate(Int256 const& value);
 
 [[nodiscard]] std::string toDecimal(Int128 value);
 

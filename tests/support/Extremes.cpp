@@ -32,7 +32,7 @@ Points fewPlaces(Random& random, std::size_t n) {
   Points points(n);
   for (Point& p : points) p = within(random, {}, kKilometre / 2);
   for (std::size_t i = kPlaces; i < n; ++i) {
-    const Point& place = points[random.bits() % kPlaces];
+    Point const& place = points[random.bits() % kPlaces];
     points[i] = {place.x, place.y, points[i].z};
   }
   return points;
@@ -86,7 +86,7 @@ Points inSomeOrder(Extreme kind, Random& random, std::size_t n) {
 
 }  // namespace
 
-const char* name(Extreme extreme) {
+char const* name(Extreme extreme) {
   constexpr std::array names{"EqualPoints", "FewPlaces",    "OneHeight",     "FarOutlier",
                              "FarClusters", "StraightEast", "StraightAslant"};
   static_assert(names.size() == kAllExtremes.size());

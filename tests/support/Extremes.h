@@ -24,7 +24,7 @@ inline constexpr std::array kAllExtremes{Extreme::EqualPoints,   Extreme::FewPla
                                          Extreme::FarOutlier,    Extreme::FarClusters, Extreme::StraightEast,
                                          Extreme::StraightAslant};
 
-[[nodiscard]] const char* name(Extreme extreme);
+[[nodiscard]] char const* name(Extreme extreme);
 
 /// How many points make it extreme.
 [[nodiscard]] std::size_t fullSize(Extreme extreme);

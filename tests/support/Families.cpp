@@ -64,7 +64,7 @@ Gaussian operator*(Gaussian u, Gaussian v) { return {u.x * v.x - u.y * v.y, u.x 
 /// All the integer points of the circle around the origin whose radius is the product of these primes, each of which is
 /// a sum of two squares a^2 + b^2. A Gaussian integer of norm radius^2 is a unit times, for each prime, two of the
 /// factors a + bi and a - bi: three choices, so that k primes give 4 * 3^k points.
-Points latticeCircle(const std::vector<Gaussian>& primes) {
+Points latticeCircle(std::vector<Gaussian> const& primes) {
   std::vector<Gaussian> values{{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
   for (const Gaussian prime : primes) {
     const Gaussian mirrored{prime.x, -prime.y};
@@ -119,7 +119,7 @@ Points concentricCircles(Random& random, std::size_t n) {
   Points points(n);
   for (std::size_t i = 0; i < n; ++i) {
     const auto scale = static_cast<std::int32_t>(i / perRing + 1);
-    const Point& p = ring[i % perRing];
+    Point const& p = ring[i % perRing];
     points[i] = {scale * p.x, scale * p.y, height(random)};
   }
   return points;
@@ -146,10 +146,10 @@ std::int32_t bell(Random& random, std::int32_t reach) {
   return static_cast<std::int32_t>(sum / 4);
 }
 
-Points around(Random& random, std::size_t n, const Points& centres, std::int32_t reach) {
+Points around(Random& random, std::size_t n, Points const& centres, std::int32_t reach) {
   Points points(n);
   for (Point& p : points) {
-    const Point& centre = centres[random.bits() % centres.size()];
+    Point const& centre = centres[random.bits() % centres.size()];
     p = {centre.x + bell(random, reach), centre.y + bell(random, reach), height(random)};
   }
   return points;
@@ -302,7 +302,7 @@ Points inNaturalOrder(Family kind, std::size_t n, Random& random) {
 
 }  // namespace
 
-const char* name(Family family) {
+char const* name(Family family) {
   constexpr std::array names{"Uniform",
                              "RegularGrid",
                              "JitteredGrid",
@@ -358,9 +358,9 @@ std::string HardCloud::testName() const {
   return std::string(name(kind)) + "_" + std::to_string(size) + "_" + std::to_string(seed);
 }
 
-std::ostream& operator<<(std::ostream& out, const HardCloud& cloud) { return out << cloud.recipe; }
+std::ostream& operator<<(std::ostream& out, HardCloud const& cloud) { return out << cloud.recipe; }
 
-std::vector<HardCloud> hardClouds(const std::vector<std::size_t>& sizes, std::uint64_t seed) {
+std::vector<HardCloud> hardClouds(std::vector<std::size_t> const& sizes, std::uint64_t seed) {
   std::vector<HardCloud> clouds;
   for (const Family kind : kAllFamilies) {
     for (const std::size_t size : sizes) clouds.emplace_back(kind, size, seed);

@@ -56,7 +56,7 @@ inline constexpr std::array kAllFamilies{Family::Uniform,
                                          Family::DenseLineAndOutlier,
                                          Family::TwoFarClusters};
 
-[[nodiscard]] const char* name(Family family);
+[[nodiscard]] char const* name(Family family);
 
 /// False for clouds that are nearly straight or nearly as wide as 32 bits; for the others, circles kept in doubles are
 /// expected to answer like exact ones.
@@ -81,9 +81,9 @@ struct HardCloud {
   [[nodiscard]] std::string testName() const;
 };
 
-std::ostream& operator<<(std::ostream& out, const HardCloud& cloud);
+std::ostream& operator<<(std::ostream& out, HardCloud const& cloud);
 
 /// Every family in each of the sizes.
-[[nodiscard]] std::vector<HardCloud> hardClouds(const std::vector<std::size_t>& sizes, std::uint64_t seed);
+[[nodiscard]] std::vector<HardCloud> hardClouds(std::vector<std::size_t> const& sizes, std::uint64_t seed);
 
 }  // namespace Meseta47::support

@@ -48,7 +48,7 @@ TEST_P(EveryFamily, HasAFrameThatHoldsItInThe32BitRange) {
     const Point lower = frame[0];
     const Point upper = frame[2];
     ASSERT_LT(lower.x, upper.x) << n;
-    const bool inside = std::all_of(points.begin(), points.end(), [&](const Point& p) {
+    const bool inside = std::all_of(points.begin(), points.end(), [&](Point const& p) {
       return lower.x < p.x && p.x < upper.x && lower.y < p.y && p.y < upper.y;
     });
     EXPECT_TRUE(inside) << n << " points, frame " << toText(lower) << " to " << toText(upper);
@@ -67,11 +67,11 @@ TEST_P(EveryFamily, HasThreePointsThatAreNotCollinear) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, EveryFamily, testing::ValuesIn(kAllFamilies),
-                         [](const auto& tested) { return std::string(name(tested.param)); });
+                         [](auto const& tested) { return std::string(name(tested.param)); });
 
 /// How many points lie exactly on the circle of radius r around the origin.
-std::size_t onCircle(const std::vector<Point>& points, std::int64_t r) {
-  return static_cast<std::size_t>(std::count_if(points.begin(), points.end(), [&](const Point& p) {
+std::size_t onCircle(std::vector<Point> const& points, std::int64_t r) {
+  return static_cast<std::size_t>(std::count_if(points.begin(), points.end(), [&](Point const& p) {
     return std::int64_t{p.x} * p.x + std::int64_t{p.y} * p.y == r * r;
   }));
 }
@@ -85,7 +85,7 @@ TEST(Families, ACircleIsExactUpToAllTheIntegerPointsItHas) {
 TEST(Families, LargerCirclesAreFilledUpWithRoundedPoints) {
   const auto points = family(Family::Circle, 4'000, 1);
   EXPECT_THAT(onCircle(points, 1'185'665), AllOf(Ge(972U), Le(1'100U)));
-  for (const Point& p : points) {
+  for (Point const& p : points) {
     EXPECT_NEAR(std::hypot(p.x, p.y), 1'185'665, 0.75);  // at most half a diagonal of the unit square
   }
 }
@@ -99,7 +99,7 @@ TEST(Families, ALineIsStraightButForOnePoint) {
   for (const Family kind : {Family::HorizontalLine, Family::VerticalLine, Family::DiagonalLine, Family::GeneralLine}) {
     const auto points = family(kind, 300, 0);
     const auto off = std::count_if(points.begin(), points.end(),
-                                   [&](const Point& p) { return orientation(points[0], points[1], p) != 0; });
+                                   [&](Point const& p) { return orientation(points[0], points[1], p) != 0; });
     EXPECT_EQ(off, 1) << name(kind);
   }
 }
@@ -134,14 +134,14 @@ TEST(Families, EveryFamilyComesInEverySize) {
   const auto clouds = hardClouds({3, 10}, 1);
   EXPECT_EQ(clouds.size(), 2 * kAllFamilies.size());
   std::set<std::string> names;
-  for (const auto& cloud : clouds) names.insert(cloud.testName());
+  for (auto const& cloud : clouds) names.insert(cloud.testName());
   EXPECT_EQ(names.size(), clouds.size());
 }
 
 /// FNV-1a over the coordinates, little-endian.
-std::uint64_t fingerprint(const std::vector<Point>& points) {
+std::uint64_t fingerprint(std::vector<Point> const& points) {
   std::uint64_t hash = 0xcbf29ce484222325;
-  for (const Point& p : points) {
+  for (Point const& p : points) {
     for (const std::int32_t value : {p.x, p.y, p.z}) {
       for (int shift = 0; shift < 32; shift += 8) {
         hash = (hash ^ (static_cast<std::uint32_t>(value) >> shift & 0xff)) * 0x100000001b3;

@@ -9,7 +9,7 @@ namespace Meseta47::support {
 namespace {
 
 /// Adds the points in this order, each time dropping those that the way to the new one leaves on its left.
-void chain(const std::vector<Point>& points, const std::vector<std::int32_t>& numbers,
+void chain(std::vector<Point> const& points, std::vector<std::int32_t> const& numbers,
            std::vector<std::int32_t>& ring) {
   const std::size_t start = ring.size();
   const auto at = [&points](std::int32_t number) { return points[static_cast<std::size_t>(number) - 1]; };
@@ -22,7 +22,7 @@ void chain(const std::vector<Point>& points, const std::vector<std::int32_t>& nu
   ring.pop_back();  // the next chain begins with it
 }
 
-Int128 twiceAreaOf(const std::vector<Point>& points, const std::vector<std::int32_t>& ring) {
+Int128 twiceAreaOf(std::vector<Point> const& points, std::vector<std::int32_t> const& ring) {
   const auto at = [&points](std::int32_t number) { return points[static_cast<std::size_t>(number) - 1]; };
   Int128 area = 0;
   for (std::size_t i = 1; i + 1 < ring.size(); ++i) area += twiceArea(at(ring[0]), at(ring[i]), at(ring[i + 1]));
@@ -38,12 +38,12 @@ std::vector<std::int32_t> canonicalRing(std::vector<std::int32_t> ring) {
 
 }  // namespace
 
-std::vector<std::int32_t> hullRing(const std::vector<Point>& points) {
+std::vector<std::int32_t> hullRing(std::vector<Point> const& points) {
   std::vector<std::int32_t> numbers = representatives(points);
   std::sort(numbers.begin(), numbers.end());
   numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
   const auto place = [&points](std::int32_t number) {
-    const Point& p = points[static_cast<std::size_t>(number) - 1];
+    Point const& p = points[static_cast<std::size_t>(number) - 1];
     return std::pair(p.x, p.y);
   };
   std::sort(numbers.begin(), numbers.end(), [&](auto a, auto b) { return place(a) < place(b); });
@@ -55,11 +55,11 @@ std::vector<std::int32_t> hullRing(const std::vector<Point>& points) {
   return ring;
 }
 
-std::string hullFillingFaults(const Mesh& mesh, const MeshReport& report) {
+std::string hullFillingFaults(Mesh const& mesh, MeshReport const& report) {
   const std::vector<std::int32_t> hull = hullRing(mesh.points);
   const Int128 area = twiceAreaOf(mesh.points, hull);
   std::string faults;
-  const auto fault = [&faults](const std::string& text) { faults += text + "\n"; };
+  const auto fault = [&faults](std::string const& text) { faults += text + "\n"; };
   if (report.twiceArea != area) {
     fault("twice the area is " + toDecimal(report.twiceArea) + ", that of the hull " + toDecimal(area));
   }

@@ -13,10 +13,10 @@ std::vector<Triangle> numberedFromOne(std::vector<Triangle> triangles) {
   return triangles;
 }
 
-std::vector<std::int32_t> representatives(const std::vector<Point>& points) {
+std::vector<std::int32_t> representatives(std::vector<Point> const& points) {
   std::vector<std::int32_t> order(points.size());
   std::iota(order.begin(), order.end(), 0);
-  const auto at = [&](std::int32_t i) -> const Point& { return points[static_cast<std::size_t>(i)]; };
+  const auto at = [&](std::int32_t i) -> Point const& { return points[static_cast<std::size_t>(i)]; };
   std::sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
     return std::tie(at(a).x, at(a).y, a) < std::tie(at(b).x, at(b).y, b);
   });
@@ -29,7 +29,7 @@ std::vector<std::int32_t> representatives(const std::vector<Point>& points) {
   return first;
 }
 
-std::size_t distinctPositions(const std::vector<Point>& points) {
+std::size_t distinctPositions(std::vector<Point> const& points) {
   const auto first = representatives(points);
   std::size_t distinct = 0;
   for (std::size_t i = 0; i < first.size(); ++i) {
@@ -38,7 +38,7 @@ std::size_t distinctPositions(const std::vector<Point>& points) {
   return distinct;
 }
 
-std::vector<Point> frameAround(const std::vector<Point>& points) {
+std::vector<Point> frameAround(std::vector<Point> const& points) {
   const auto [west, east] =
       std::minmax_element(points.begin(), points.end(), [](auto& a, auto& b) { return a.x < b.x; });
   const auto [south, north] =

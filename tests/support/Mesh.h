@@ -13,19 +13,19 @@ struct Point {
   std::int32_t y = 0;
   std::int32_t z = 0;
 
-  friend auto operator<=>(const Point&, const Point&) = default;
+  friend auto operator<=>(Point const&, Point const&) = default;
 };
 
-[[nodiscard]] inline bool samePlanPosition(const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; }
+[[nodiscard]] inline bool samePlanPosition(Point const& a, Point const& b) { return a.x == b.x && a.y == b.y; }
 
-[[nodiscard]] inline std::string toText(const Point& p) {
+[[nodiscard]] inline std::string toText(Point const& p) {
   return "(" + std::to_string(p.x) + ", " + std::to_string(p.y) + ")";
 }
 
 /// Three vertex numbers: k > 0 is the k-th point, -k the k-th frame corner, 0 nothing.
 using Triangle = std::array<std::int32_t, 3>;
 
-[[nodiscard]] inline std::string toText(const Triangle& t) {
+[[nodiscard]] inline std::string toText(Triangle const& t) {
   return "[" + std::to_string(t[0]) + ", " + std::to_string(t[1]) + ", " + std::to_string(t[2]) + "]";
 }
 
@@ -40,7 +40,7 @@ struct Mesh {
   }
 
   /// The point of a number that the mesh knows.
-  [[nodiscard]] const Point& at(std::int32_t number) const {
+  [[nodiscard]] Point const& at(std::int32_t number) const {
     return number > 0 ? points[static_cast<std::size_t>(number) - 1] : corners[static_cast<std::size_t>(-(number + 1))];
   }
 };
@@ -52,14 +52,14 @@ enum class Turn { Clockwise, CounterClockwise };
 [[nodiscard]] std::vector<Triangle> numberedFromOne(std::vector<Triangle> triangles);
 
 /// For each point the number of the first one with its plan position: representatives(p)[k - 1] stands for number k.
-[[nodiscard]] std::vector<std::int32_t> representatives(const std::vector<Point>& points);
+[[nodiscard]] std::vector<std::int32_t> representatives(std::vector<Point> const& points);
 
 /// How many different plan positions there are.
-[[nodiscard]] std::size_t distinctPositions(const std::vector<Point>& points);
+[[nodiscard]] std::size_t distinctPositions(std::vector<Point> const& points);
 
 /// The square that a triangulation of these points is grown in: 1.2 times their greatest extent, around the centre of
 /// their box, each corner rounded to nearest. Corner -1 is the lower left one and the rest follow clockwise. The caller
 /// sees to it that the square fits 32 bits, and that there is a point.
-[[nodiscard]] std::vector<Point> frameAround(const std::vector<Point>& points);
+[[nodiscard]] std::vector<Point> frameAround(std::vector<Point> const& points);
 
 }  // namespace Meseta47::support

@@ -15,20 +15,20 @@ void note(Fault& fault, Explain explain) {
   if (fault.count++ == 0) fault.first = explain();
 }
 
-std::string withPositions(const Mesh& mesh, const Triangle& t) {
+std::string withPositions(Mesh const& mesh, Triangle const& t) {
   return toText(t) + " " + toText(mesh.at(t[0])) + " " + toText(mesh.at(t[1])) + " " + toText(mesh.at(t[2]));
 }
 
-bool hasKnownVertices(const Mesh& mesh, const Triangle& t) {
+bool hasKnownVertices(Mesh const& mesh, Triangle const& t) {
   return std::all_of(t.begin(), t.end(), [&](std::int32_t number) { return mesh.knows(number); });
 }
 
-bool hasThreeVertices(const Triangle& t) { return t[0] != t[1] && t[1] != t[2] && t[2] != t[0]; }
+bool hasThreeVertices(Triangle const& t) { return t[0] != t[1] && t[1] != t[2] && t[2] != t[0]; }
 
 /// One inspection; each step fills its part of the report.
 class Inspection {
  public:
-  Inspection(const Mesh& inspected, Turn expected) : mesh(inspected), upright(expected == Turn::Clockwise ? -1 : 1) {}
+  Inspection(Mesh const& inspected, Turn expected) : mesh(inspected), upright(expected == Turn::Clockwise ? -1 : 1) {}
 
   MeshReport run() {
     report.triangles = mesh.triangles.size();
@@ -44,7 +44,7 @@ class Inspection {
  private:
   void keepUsable() {
     usable.reserve(mesh.triangles.size());
-    for (const Triangle& t : mesh.triangles) {
+    for (Triangle const& t : mesh.triangles) {
       if (!hasKnownVertices(mesh, t)) {
         note(report.unknownVertices, [&] { return "triangle " + toText(t) + " has a vertex that does not exist"; });
       } else if (!hasThreeVertices(t)) {
@@ -57,7 +57,7 @@ class Inspection {
 
   void countVertices() {
     std::vector<bool> seen(mesh.points.size() + mesh.corners.size());
-    for (const Triangle& t : usable) {
+    for (Triangle const& t : usable) {
       for (const std::int32_t number : t) {
         const auto slot =
             static_cast<std::size_t>(std::int64_t{number} + static_cast<std::int64_t>(mesh.corners.size()));
@@ -68,7 +68,7 @@ class Inspection {
   }
 
   void measure() {
-    for (const Triangle& t : usable) {
+    for (Triangle const& t : usable) {
       const Int128 area = upright * twiceArea(mesh.at(t[0]), mesh.at(t[1]), mesh.at(t[2]));
       report.twiceArea += area;
       if (area < 0) {
@@ -99,9 +99,9 @@ class Inspection {
   void checkCircles() {
     for (HalfSide h = 0; h < twins.size(); ++h) {
       if (twins[h] == kNoHalfSide || twins[h] < h) continue;
-      const Triangle& t = usable[h / 3];
+      Triangle const& t = usable[h / 3];
       const std::int32_t across = startOf(usable, nextAround(nextAround(twins[h])));
-      const Point &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]), &d = mesh.at(across);
+      Point const &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]), &d = mesh.at(across);
       if (inCircle(a, b, c, d) <= 0) continue;
       const double depth = depthInCircle(a, b, c, d);
       report.deepest = std::max(report.deepest, depth);
@@ -149,26 +149,26 @@ class Inspection {
     return text;
   }
 
-  const Mesh& mesh;
+  Mesh const& mesh;
   const int upright;
   MeshReport report;
   std::vector<Triangle> usable;
   std::vector<HalfSide> twins;
 };
 
-void addFault(std::string& faults, const char* what, const Fault& fault) {
+void addFault(std::string& faults, char const* what, Fault const& fault) {
   if (fault.count == 0) return;
   faults += std::to_string(fault.count) + " " + what + ", the first: " + fault.first + "\n";
 }
 
 template <typename Value>
-void addDifference(std::string& faults, const char* what, Value expected, Value found) {
+void addDifference(std::string& faults, char const* what, Value expected, Value found) {
   if (expected == found) return;
   faults += std::string(what) + ": " + toDecimal(static_cast<Int128>(expected)) + " expected, " +
             toDecimal(static_cast<Int128>(found)) + " found\n";
 }
 
-Int128 twiceSquareArea(const std::vector<Point>& corners) {
+Int128 twiceSquareArea(std::vector<Point> const& corners) {
   return 2 * Int128{std::int64_t{corners[2].x} - corners[0].x} * Int128{std::int64_t{corners[2].y} - corners[0].y};
 }
 
@@ -184,9 +184,9 @@ std::ptrdiff_t MeshReport::euler() const {
          static_cast<std::ptrdiff_t>(triangles - unknownVertices.count - repeatedVertices.count);
 }
 
-MeshReport inspect(const Mesh& mesh, Turn turn) { return Inspection(mesh, turn).run(); }
+MeshReport inspect(Mesh const& mesh, Turn turn) { return Inspection(mesh, turn).run(); }
 
-std::string surfaceFaults(const MeshReport& report) {
+std::string surfaceFaults(MeshReport const& report) {
   std::string faults;
   addFault(faults, "triangles with unknown vertices", report.unknownVertices);
   addFault(faults, "triangles with a repeated vertex", report.repeatedVertices);
@@ -197,7 +197,7 @@ std::string surfaceFaults(const MeshReport& report) {
   return faults;
 }
 
-std::string frameTilingFaults(const Mesh& mesh, const MeshReport& report) {
+std::string frameTilingFaults(Mesh const& mesh, MeshReport const& report) {
   std::string faults = surfaceFaults(report);
   const std::size_t distinct = distinctPositions(mesh.points);
   addDifference(faults, "triangles", 2 * distinct + 2, report.triangles);

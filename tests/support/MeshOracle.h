@@ -41,16 +41,16 @@ struct MeshReport {
 };
 
 /// O(T log T), about a second for a million triangles.
-[[nodiscard]] MeshReport inspect(const Mesh& mesh, Turn turn = Turn::Clockwise);
+[[nodiscard]] MeshReport inspect(Mesh const& mesh, Turn turn = Turn::Clockwise);
 
 /// Everything that keeps these triangles from being a tiling, one line a fault; empty when each is upright, has a
 /// positive area, and sides are paired. Says nothing about Delaunay.
-[[nodiscard]] std::string surfaceFaults(const MeshReport& report);
+[[nodiscard]] std::string surfaceFaults(MeshReport const& report);
 
 /// The same, for a mesh that has to cover the square of its four corners with every distinct plan position of its
 /// points as a vertex: area equal to the last unit, two triangles a position and two more, the corners as its only
 /// ring. Upright triangles over paired sides whose boundary is the square, and whose areas add up to it, can neither
 /// overlap nor leave a gap.
-[[nodiscard]] std::string frameTilingFaults(const Mesh& mesh, const MeshReport& report);
+[[nodiscard]] std::string frameTilingFaults(Mesh const& mesh, MeshReport const& report);
 
 }  // namespace Meseta47::support

@@ -19,12 +19,12 @@ using testing::SizeIs;
 /// A sound mesh to damage: 30 scattered points in their frame.
 Mesh soundMesh() { return referenceDelaunay(family(Family::Uniform, 30, 11)); }
 
-std::string faultsOf(const Mesh& mesh) { return frameTilingFaults(mesh, inspect(mesh)); }
+std::string faultsOf(Mesh const& mesh) { return frameTilingFaults(mesh, inspect(mesh)); }
 
 /// The first triangle away from the frame.
 Triangle& innerTriangle(Mesh& mesh) {
   return *std::find_if(mesh.triangles.begin(), mesh.triangles.end(),
-                       [](const Triangle& t) { return t[0] > 0 && t[1] > 0 && t[2] > 0; });
+                       [](Triangle const& t) { return t[0] > 0 && t[1] > 0 && t[2] > 0; });
 }
 
 TEST(MeshOracle, ASoundMeshHasNoFault) {

@@ -15,14 +15,14 @@ namespace {
 using Place = std::pair<std::int32_t, std::int32_t>;
 using Step = std::pair<Place, Place>;
 
-Place placeOf(const Point& p) { return {p.x, p.y}; }
+Place placeOf(Point const& p) { return {p.x, p.y}; }
 
-Int128 side2(const Point& a, const Point& b) {
+Int128 side2(Point const& a, Point const& b) {
   const Int128 dx = static_cast<Int128>(a.x) - b.x, dy = static_cast<Int128>(a.y) - b.y;
   return dx * dx + dy * dy;
 }
 
-std::string toText(const Step& s) {
+std::string toText(Step const& s) {
   return "(" + std::to_string(s.first.first) + ", " + std::to_string(s.first.second) + ") - (" +
          std::to_string(s.second.first) + ", " + std::to_string(s.second.second) + ")";
 }
@@ -33,7 +33,7 @@ struct Rim {
   Int128 twiceArea = 0;
 };
 
-Rim rimOf(const Mesh& mesh, const std::vector<Triangle>& triangles) {
+Rim rimOf(Mesh const& mesh, std::vector<Triangle> const& triangles) {
   std::map<Step, int> uses;  // by the ends in ascending order
   std::map<Step, Step> directed;
   Rim rim;
@@ -48,13 +48,13 @@ Rim rimOf(const Mesh& mesh, const std::vector<Triangle>& triangles) {
       directed[ends] = step;
     }
   }
-  for (const auto& [ends, count] : uses) {
+  for (auto const& [ends, count] : uses) {
     if (count == 1) rim.steps.insert(directed[ends]);
   }
   return rim;
 }
 
-Int128 twiceAreaOf(const Ring& ring) {
+Int128 twiceAreaOf(Ring const& ring) {
   Int128 sum = 0;
   for (std::size_t i = 1; i + 1 < ring.size(); ++i) sum += twiceArea(ring[0], ring[i], ring[i + 1]);
   return sum;
@@ -62,22 +62,22 @@ Int128 twiceAreaOf(const Ring& ring) {
 
 }  // namespace
 
-std::vector<Triangle> withShortSides(const Mesh& mesh, Int128 greatestSide2) {
+std::vector<Triangle> withShortSides(Mesh const& mesh, Int128 greatestSide2) {
   std::vector<Triangle> kept;
-  for (const Triangle& t : mesh.triangles) {
+  for (Triangle const& t : mesh.triangles) {
     if (t[0] <= 0 || t[1] <= 0 || t[2] <= 0) continue;
-    const Point &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
+    Point const &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
     if (std::max({side2(a, b), side2(b, c), side2(c, a)}) <= greatestSide2) kept.push_back(t);
   }
   return kept;
 }
 
-std::string outlineFaults(const std::vector<Ring>& rings, const Mesh& mesh, Int128 greatestSide2) {
+std::string outlineFaults(std::vector<Ring> const& rings, Mesh const& mesh, Int128 greatestSide2) {
   Rim rim = rimOf(mesh, withShortSides(mesh, greatestSide2));
   Int128 area = 0;
   for (std::size_t r = 0; r < rings.size(); ++r) {
     const std::string here = "ring " + std::to_string(r);
-    const Ring& ring = rings[r];
+    Ring const& ring = rings[r];
     if (ring.size() < 4 || ring.front() != ring.back()) return here + " is not closed";
     std::set<Place> met;
     for (std::size_t i = 1; i < ring.size(); ++i) {

@@ -15,9 +15,9 @@ using Ring = std::vector<Point>;
 /// with a square above `greatestSide2` in plan; empty when nothing does. Each side of exactly one triangle that stays
 /// has to be a side of exactly one ring, the triangle on its left, and no ring may meet a plan position twice. That the
 /// signed areas of the rings add up to the area of the triangles follows and is looked at as well. Exact; O(t log t).
-[[nodiscard]] std::string outlineFaults(const std::vector<Ring>& rings, const Mesh& mesh, Int128 greatestSide2);
+[[nodiscard]] std::string outlineFaults(std::vector<Ring> const& rings, Mesh const& mesh, Int128 greatestSide2);
 
 /// Triangles of the mesh that stay.
-[[nodiscard]] std::vector<Triangle> withShortSides(const Mesh& mesh, Int128 greatestSide2);
+[[nodiscard]] std::vector<Triangle> withShortSides(Mesh const& mesh, Int128 greatestSide2);
 
 }  // namespace Meseta47::support

@@ -35,7 +35,7 @@ Rounded nearestEven(Int128 numerator, std::int64_t denominator) {
 }
 
 /// Where the side from p to q, whose ends have different heights, has a height between theirs.
-Cut cutAt(const Point& p, const Point& q, std::int64_t level) {
+Cut cutAt(Point const& p, Point const& q, std::int64_t level) {
   const std::int64_t rise = std::int64_t{q.z} - p.z;
   const auto along = [&](std::int64_t from, std::int64_t to) {
     const Int128 numerator = Int128{from} * rise + (Int128{level} - p.z) * (to - from);
@@ -51,39 +51,39 @@ std::int64_t firstLevel(std::int64_t height, std::int64_t interval) {
   return below == 0 ? height : height - below + (height > 0 ? interval : 0);
 }
 
-void give(PlainContours& result, const Cut& p, const Cut& q) {
+void give(PlainContours& result, Cut const& p, Cut const& q) {
   if (p.at == q.at) return;
   const bool swap = q.at < p.at;
-  const Cut &a = swap ? q : p, &b = swap ? p : q;
+  Cut const &a = swap ? q : p, &b = swap ? p : q;
   result.given.push_back({{a.at, b.at}, a.movedX, a.movedY, b.movedX, b.movedY});
 }
 
 /// What one level leaves of a triangle, told by which of its vertices lie above, on and below it.
-void contour(PlainContours& result, const std::array<Point, 3>& v, std::int64_t level) {
+void contour(PlainContours& result, std::array<Point, 3> const& v, std::int64_t level) {
   std::vector<Point> above, on, below;
-  for (const Point& p : v) (p.z > level ? above : p.z < level ? below : on).push_back(p);
+  for (Point const& p : v) (p.z > level ? above : p.z < level ? below : on).push_back(p);
   for (std::size_t i = 0; i < on.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) give(result, {on[i]}, {on[j]});
   }
   std::vector<Cut> crossings;
-  for (const Point& p : above) {
-    for (const Point& q : below) crossings.push_back(cutAt(p, q, level));
+  for (Point const& p : above) {
+    for (Point const& q : below) crossings.push_back(cutAt(p, q, level));
   }
   if (crossings.size() == 2) give(result, crossings[0], crossings[1]);
   if (crossings.size() == 1) give(result, crossings[0], {on[0]});
 }
 
 /// The border, within a triangle, of what is higher than a level.
-void borderOfHigher(PlainContours& result, const std::array<Point, 3>& v, std::int64_t level) {
+void borderOfHigher(PlainContours& result, std::array<Point, 3> const& v, std::int64_t level) {
   std::vector<Cut> border;
   for (std::size_t i = 0; i < 3; ++i) {
-    const Point &p = v[i], &q = v[(i + 1) % 3];
+    Point const &p = v[i], &q = v[(i + 1) % 3];
     if ((p.z > level) != (q.z > level)) border.push_back(cutAt(p, q, level));
   }
   if (border.size() == 2) give(result, border[0], border[1]);
 }
 
-void addOutline(PlainContours& result, const Point& p, const Point& q, const ContourRule& rule) {
+void addOutline(PlainContours& result, Point const& p, Point const& q, ContourRule const& rule) {
   const auto [low, high] = std::minmax(p.z, q.z);
   for (std::int64_t level = firstLevel(low, rule.interval); level <= high; level += rule.interval) {
     if (rule.shore && level == high) return;
@@ -95,7 +95,7 @@ void addOutline(PlainContours& result, const Point& p, const Point& q, const Con
   }
 }
 
-bool isLong(const Point& p, const Point& q, std::int64_t longest) {
+bool isLong(Point const& p, Point const& q, std::int64_t longest) {
   const Int128 dx = Int128{p.x} - q.x, dy = Int128{p.y} - q.y;
   return dx * dx + dy * dy > Int128{longest} * longest;
 }
@@ -105,7 +105,7 @@ bool isLong(const Point& p, const Point& q, std::int64_t longest) {
 std::vector<ContourPiece> PlainContours::pieces() const {
   std::vector<ContourPiece> all;
   all.reserve(given.size());
-  for (const GivenPiece& g : given) all.push_back(g.piece);
+  for (GivenPiece const& g : given) all.push_back(g.piece);
   return all;
 }
 
@@ -120,22 +120,22 @@ std::vector<ContourPiece> PlainContours::distinctPieces() const {
   return distinct;
 }
 
-std::vector<Triangle> contoured(const Mesh& mesh, const ContourRule& rule) {
+std::vector<Triangle> contoured(Mesh const& mesh, ContourRule const& rule) {
   std::vector<Triangle> kept;
-  for (const Triangle& t : mesh.triangles) {
+  for (Triangle const& t : mesh.triangles) {
     if (t[0] <= 0 || t[1] <= 0 || t[2] <= 0) continue;
-    const Point &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
-    const auto exceeds = [&](const Point& p, const Point& q) { return isLong(p, q, rule.longestSide); };
+    Point const &a = mesh.at(t[0]), &b = mesh.at(t[1]), &c = mesh.at(t[2]);
+    const auto exceeds = [&](Point const& p, Point const& q) { return isLong(p, q, rule.longestSide); };
     if (!exceeds(a, b) && !exceeds(b, c) && !exceeds(c, a)) kept.push_back(t);
   }
   return kept;
 }
 
-PlainContours plainContours(const Mesh& mesh, const ContourRule& rule) {
+PlainContours plainContours(Mesh const& mesh, ContourRule const& rule) {
   PlainContours result;
   result.shore = rule.shore;
   const std::vector<Triangle> kept = contoured(mesh, rule);
-  for (const Triangle& t : kept) {
+  for (Triangle const& t : kept) {
     const std::array<Point, 3> v{mesh.at(t[0]), mesh.at(t[1]), mesh.at(t[2])};
     const auto [low, high] = std::minmax({v[0].z, v[1].z, v[2].z});
     for (std::int64_t level = firstLevel(low, rule.interval); level <= high; level += rule.interval) {
@@ -148,7 +148,7 @@ PlainContours plainContours(const Mesh& mesh, const ContourRule& rule) {
     addOutline(result, mesh.at(startOf(kept, first->half)), mesh.at(endOf(kept, first->half)), rule);
   });
   std::sort(result.given.begin(), result.given.end(),
-            [](const GivenPiece& a, const GivenPiece& b) { return a.piece < b.piece; });
+            [](GivenPiece const& a, GivenPiece const& b) { return a.piece < b.piece; });
   std::sort(result.onOutline.begin(), result.onOutline.end());
   result.onOutline.erase(std::unique(result.onOutline.begin(), result.onOutline.end()), result.onOutline.end());
   return result;

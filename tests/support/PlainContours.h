@@ -13,10 +13,10 @@ namespace Meseta47::support {
 struct ContourPiece {
   Point a, b;
 
-  friend auto operator<=>(const ContourPiece&, const ContourPiece&) = default;
+  friend auto operator<=>(ContourPiece const&, ContourPiece const&) = default;
 };
 
-[[nodiscard]] inline ContourPiece pieceBetween(const Point& p, const Point& q) {
+[[nodiscard]] inline ContourPiece pieceBetween(Point const& p, Point const& q) {
   return p < q ? ContourPiece{p, q} : ContourPiece{q, p};
 }
 
@@ -50,9 +50,9 @@ struct PlainContours {
 };
 
 /// The triangles that take part: no corner of the frame, no side too long.
-[[nodiscard]] std::vector<Triangle> contoured(const Mesh& mesh, const ContourRule& rule);
+[[nodiscard]] std::vector<Triangle> contoured(Mesh const& mesh, ContourRule const& rule);
 
 /// O(n log n) on the pieces and the triangles.
-[[nodiscard]] PlainContours plainContours(const Mesh& mesh, const ContourRule& rule);
+[[nodiscard]] PlainContours plainContours(Mesh const& mesh, ContourRule const& rule);
 
 }  // namespace Meseta47::support

@@ -6,7 +6,7 @@
 
 namespace Meseta47::support {
 
-void PrintTo(const Point& p, std::ostream* out) { *out << toText(p) << " at " << p.z; }
+void PrintTo(Point const& p, std::ostream* out) { *out << toText(p) << " at " << p.z; }
 
 namespace {
 
@@ -17,7 +17,7 @@ using testing::UnorderedElementsAre;
 
 Mesh triangle(Point a, Point b, Point c) { return {{a, b, c}, {}, {{1, 2, 3}}}; }
 
-std::vector<ContourPiece> piecesIn(const Mesh& mesh, std::int32_t interval) {
+std::vector<ContourPiece> piecesIn(Mesh const& mesh, std::int32_t interval) {
   return plainContours(mesh, {interval}).pieces();
 }
 
@@ -41,7 +41,7 @@ TEST(PlainContours, VerticesOnALevel) {
   EXPECT_EQ(piecesIn(triangle({0, 0, -10}, {100, 0, -10}, {0, 100, -10}), 10).size(), 3U);
 }
 
-std::vector<ContourPiece> shoresIn(const Mesh& mesh, std::int32_t interval) {
+std::vector<ContourPiece> shoresIn(Mesh const& mesh, std::int32_t interval) {
   return plainContours(mesh, {interval, 1 << 30, true}).pieces();
 }
 
@@ -79,7 +79,7 @@ TEST(ContourFaults, EachCheckFindsTheFaultItIsThereFor) {
   const Mesh mesh = square(5, 5, 15, 15);
   const PlainContours plain = plainContours(mesh, {10});
   const ContourLine good{{0, 50, 10}, {50, 50, 10}, {100, 50, 10}};
-  const auto all = [&](const std::vector<ContourLine>& lines) {
+  const auto all = [&](std::vector<ContourLine> const& lines) {
     return levelFaults(lines, 10) + pieceFaults(piecesOf(lines), plain.distinctPieces()) + openEndFaults(lines, plain) +
            strayFaults(lines, mesh, {10});
   };

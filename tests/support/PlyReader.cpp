@@ -14,7 +14,7 @@ namespace Meseta47::support {
 
 namespace {
 
-[[noreturn]] void refuse(const std::string& why) { throw std::runtime_error("PLY: " + why); }
+[[noreturn]] void refuse(std::string const& why) { throw std::runtime_error("PLY: " + why); }
 
 struct Header {
   std::size_t vertices = 0;
@@ -24,7 +24,7 @@ struct Header {
   bool facesAreLists = false;
 };
 
-std::size_t sizeOfType(const std::string& type) {
+std::size_t sizeOfType(std::string const& type) {
   static const std::map<std::string, std::size_t> sizes{{"char", 1},  {"uchar", 1},  {"int8", 1},    {"uint8", 1},
                                                         {"short", 2}, {"ushort", 2}, {"int16", 2},   {"uint16", 2},
                                                         {"int", 4},   {"uint", 4},   {"int32", 4},   {"uint32", 4},
@@ -85,19 +85,19 @@ Header readHeader(std::istream& in) {
   }
   if (!in) refuse("the header has no end");
   if (element != "face" || !header.facesAreLists) refuse("no faces are declared");
-  for (const char* axis : {"x", "y", "z"}) {
+  for (char const* axis : {"x", "y", "z"}) {
     if (!header.doubles.contains(axis)) refuse(std::string("vertices have no double ") + axis);
   }
   return header;
 }
 
-std::uint64_t littleEndian(const char* bytes, std::size_t size) {
+std::uint64_t littleEndian(char const* bytes, std::size_t size) {
   std::uint64_t value = 0;
   for (std::size_t i = size; i > 0; --i) value = value << 8 | static_cast<unsigned char>(bytes[i - 1]);
   return value;
 }
 
-void readVertices(std::istream& in, const Header& header, PlyMesh& mesh) {
+void readVertices(std::istream& in, Header const& header, PlyMesh& mesh) {
   std::vector<char> record(header.vertexSize);
   const std::array<std::size_t, 3> at{header.doubles.at("x"), header.doubles.at("y"), header.doubles.at("z")};
   for (std::size_t i = 0; i < header.vertices; ++i) {
@@ -109,7 +109,7 @@ void readVertices(std::istream& in, const Header& header, PlyMesh& mesh) {
   }
 }
 
-void readFaces(std::istream& in, const Header& header, PlyMesh& mesh) {
+void readFaces(std::istream& in, Header const& header, PlyMesh& mesh) {
   std::array<char, 13> record{};
   for (std::size_t i = 0; i < header.faces; ++i) {
     if (!in.read(record.data(), record.size())) refuse("face " + std::to_string(i) + " is cut short");
@@ -145,16 +145,16 @@ PlyMesh readPly(std::istream& in) {
   return mesh;
 }
 
-PlyMesh readPly(const std::filesystem::path& file) {
+PlyMesh readPly(std::filesystem::path const& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) refuse("cannot open " + file.string());
   return readPly(in);
 }
 
-Mesh scaled(const PlyMesh& ply, double unitsPerMetre, const std::array<double, 3>& origin) {
+Mesh scaled(PlyMesh const& ply, double unitsPerMetre, std::array<double, 3> const& origin) {
   Mesh mesh;
   mesh.points.reserve(ply.vertices.size());
-  for (const auto& v : ply.vertices) {
+  for (auto const& v : ply.vertices) {
     mesh.points.push_back({toUnits((v[0] - origin[0]) * unitsPerMetre), toUnits((v[1] - origin[1]) * unitsPerMetre),
                            toUnits((v[2] - origin[2]) * unitsPerMetre)});
   }

@@ -21,10 +21,10 @@ struct PlyMesh {
 /// Throws std::runtime_error that says what is wrong, bytes after the last face and indices beyond the vertices
 /// included.
 [[nodiscard]] PlyMesh readPly(std::istream& in);
-[[nodiscard]] PlyMesh readPly(const std::filesystem::path& file);
+[[nodiscard]] PlyMesh readPly(std::filesystem::path const& file);
 
 /// The mesh in integers, rounded to nearest: vertex 0 is point 1, `unitsPerMetre` is 1000 for millimetres, and `origin`
 /// is taken off first. Throws std::runtime_error when a coordinate does not fit.
-[[nodiscard]] Mesh scaled(const PlyMesh& ply, double unitsPerMetre, const std::array<double, 3>& origin = {0, 0, 0});
+[[nodiscard]] Mesh scaled(PlyMesh const& ply, double unitsPerMetre, std::array<double, 3> const& origin = {0, 0, 0});
 
 }  // namespace Meseta47::support

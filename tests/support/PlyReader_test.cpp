@@ -38,16 +38,16 @@ std::string header(int vertices, int faces) {
 
 const std::string kThreeVertices = vertex(500'000.25, -4.5, 1) + vertex(500'001, 0, 2) + vertex(500'000, 1, -3);
 
-PlyMesh parsed(const std::string& text) {
+PlyMesh parsed(std::string const& text) {
   std::istringstream in(text);
   return readPly(in);
 }
 
 /// What the reader has against a text.
-std::string complaint(const std::string& text) {
+std::string complaint(std::string const& text) {
   try {
     (void)parsed(text);
-  } catch (const std::runtime_error& error) {
+  } catch (std::runtime_error const& error) {
     return error.what();
   }
   return "none";

@@ -11,21 +11,21 @@ struct Offset {
   Int128 y;
 };
 
-Offset offset(const Point& from, const Point& to) { return {std::int64_t{to.x} - from.x, std::int64_t{to.y} - from.y}; }
+Offset offset(Point const& from, Point const& to) { return {std::int64_t{to.x} - from.x, std::int64_t{to.y} - from.y}; }
 
-Int128 cross(const Offset& u, const Offset& v) { return u.x * v.y - u.y * v.x; }
+Int128 cross(Offset const& u, Offset const& v) { return u.x * v.y - u.y * v.x; }
 
-Int128 squaredLength(const Offset& u) { return u.x * u.x + u.y * u.y; }
+Int128 squaredLength(Offset const& u) { return u.x * u.x + u.y * u.y; }
 
-double length(const Point& a, const Point& b) { return std::sqrt(static_cast<double>(squaredLength(offset(a, b)))); }
+double length(Point const& a, Point const& b) { return std::sqrt(static_cast<double>(squaredLength(offset(a, b)))); }
 
 }  // namespace
 
-Int128 twiceArea(const Point& a, const Point& b, const Point& c) { return cross(offset(a, b), offset(a, c)); }
+Int128 twiceArea(Point const& a, Point const& b, Point const& c) { return cross(offset(a, b), offset(a, c)); }
 
-int orientation(const Point& a, const Point& b, const Point& c) { return sign(twiceArea(a, b, c)); }
+int orientation(Point const& a, Point const& b, Point const& c) { return sign(twiceArea(a, b, c)); }
 
-Int256 inCircleDeterminant(const Point& a, const Point& b, const Point& c, const Point& d) {
+Int256 inCircleDeterminant(Point const& a, Point const& b, Point const& c, Point const& d) {
   const Offset da = offset(d, a);
   const Offset db = offset(d, b);
   const Offset dc = offset(d, c);
@@ -33,11 +33,11 @@ Int256 inCircleDeterminant(const Point& a, const Point& b, const Point& c, const
          product(squaredLength(dc), cross(da, db));
 }
 
-int inCircle(const Point& a, const Point& b, const Point& c, const Point& d) {
+int inCircle(Point const& a, Point const& b, Point const& c, Point const& d) {
   return orientation(a, b, c) * sign(inCircleDeterminant(a, b, c, d));
 }
 
-double depthInCircle(const Point& a, const Point& b, const Point& c, const Point& d) {
+double depthInCircle(Point const& a, Point const& b, Point const& c, Point const& d) {
   // depth = -power / (2 R) with power = -determinant / (twice area) and 2 R = (product of the sides) / (twice area):
   // the area cancels out.
   const double determinant = approximate(inCircleDeterminant(a, b, c, d));

@@ -33,7 +33,7 @@ TEST(Predicates, OneUnitOffADiagonalOfTheWholeRangeIsSeen) {
 }
 
 TEST(Predicates, TheCircleTellsInsideOnAndOutsideWhicheverWayTheTriangleTurns) {
-  for (const auto& [d, side] : {std::pair{Point{0, 0}, 1}, {Point{-3, 4}, 0}, {Point{-4, 4}, -1}, {Point{-3, 3}, 1}}) {
+  for (auto const& [d, side] : {std::pair{Point{0, 0}, 1}, {Point{-3, 4}, 0}, {Point{-4, 4}, -1}, {Point{-3, 3}, 1}}) {
     EXPECT_EQ(inCircle({5, 0}, {0, 5}, {-5, 0}, d), side) << toText(d);
     EXPECT_EQ(inCircle({0, 5}, {5, 0}, {-5, 0}, d), side) << toText(d);
   }

@@ -10,7 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path expectedFolder() {
-  const char* folder = std::getenv("URDIMBRE_DATA");
+  char const* folder = std::getenv("URDIMBRE_DATA");
   return folder != nullptr && *folder != '\0' ? fs::path(folder) : fs::path(URDIMBRE_SOURCE_DIR) / "../shared/data";
 }
 
@@ -23,7 +23,7 @@ std::optional<fs::path> realCloudFolder() {
   return folder;
 }
 
-std::optional<fs::path> fileIn(const std::optional<fs::path>& folder, std::string_view name) {
+std::optional<fs::path> fileIn(std::optional<fs::path> const& folder, std::string_view name) {
   std::error_code ignored;
   if (!folder || !fs::is_regular_file(*folder / name, ignored)) return std::nullopt;
   return *folder / name;

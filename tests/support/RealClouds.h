@@ -12,7 +12,7 @@ namespace Meseta47::support {
 [[nodiscard]] std::optional<std::filesystem::path> realCloudFolder();
 
 /// The path of a file in a folder; nothing when either is missing.
-[[nodiscard]] std::optional<std::filesystem::path> fileIn(const std::optional<std::filesystem::path>& folder,
+[[nodiscard]] std::optional<std::filesystem::path> fileIn(std::optional<std::filesystem::path> const& folder,
                                                           std::string_view name);
 
 /// A file of the folder of real clouds, such as "bcts_1.las" or "isprs/samp11.las"; nothing when it is not there.

@@ -12,14 +12,14 @@ namespace Meseta47::support {
 namespace {
 
 /// The numbers of the points that stand for their plan position.
-std::vector<std::int32_t> leaders(const std::vector<Point>& points) {
+std::vector<std::int32_t> leaders(std::vector<Point> const& points) {
   std::vector<std::int32_t> numbers = representatives(points);
   std::sort(numbers.begin(), numbers.end());
   numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
   return numbers;
 }
 
-bool sees(const Mesh& mesh, const Triangle& t, const Point& p) {
+bool sees(Mesh const& mesh, Triangle const& t, Point const& p) {
   return inCircle(mesh.at(t[0]), mesh.at(t[1]), mesh.at(t[2]), p) > 0;
 }
 
@@ -32,7 +32,7 @@ bool sees(const Mesh& mesh, const Triangle& t, const Point& p) {
 void insert(Mesh& mesh, std::int32_t number) {
   auto& all = mesh.triangles;
   const auto condemned =
-      std::partition(all.begin(), all.end(), [&](const Triangle& t) { return !sees(mesh, t, mesh.at(number)); });
+      std::partition(all.begin(), all.end(), [&](Triangle const& t) { return !sees(mesh, t, mesh.at(number)); });
   const std::vector<Triangle> cavity(condemned, all.end());
   all.erase(condemned, all.end());
   forEachSide(sortedSides(cavity), [&](auto first, auto last) {
@@ -43,11 +43,11 @@ void insert(Mesh& mesh, std::int32_t number) {
 
 }  // namespace
 
-std::vector<Triangle> emptyCircleTriangles(const std::vector<Point>& points) {
+std::vector<Triangle> emptyCircleTriangles(std::vector<Point> const& points) {
   const Mesh mesh{points, {}, {}};
   const auto numbers = leaders(points);
-  const auto isEmpty = [&](const Triangle& t) {
-    return std::none_of(points.begin(), points.end(), [&](const Point& p) { return sees(mesh, t, p); });
+  const auto isEmpty = [&](Triangle const& t) {
+    return std::none_of(points.begin(), points.end(), [&](Point const& p) { return sees(mesh, t, p); });
   };
   std::vector<Triangle> triangles;
   for (auto a = numbers.begin(); a != numbers.end(); ++a) {

@@ -10,7 +10,7 @@ namespace Meseta47::support {
 /// Every clockwise triangle of points at different plan positions whose circle holds no point strictly inside,
 /// canonical and sorted. When no four points are cocircular this is the Delaunay triangulation; otherwise it holds
 /// every triangle that a Delaunay triangulation of the points may have. O(n^4): for a few dozen points.
-[[nodiscard]] std::vector<Triangle> emptyCircleTriangles(const std::vector<Point>& points);
+[[nodiscard]] std::vector<Triangle> emptyCircleTriangles(std::vector<Point> const& points);
 
 /// The points in a frame of the given four corners, which run clockwise, by inserting one at a time with exact
 /// predicates (Bowyer, "Computing Dirichlet tessellations", and Watson, "Computing the n-dimensional Delaunay

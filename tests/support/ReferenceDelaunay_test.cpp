@@ -38,7 +38,7 @@ TEST(ReferenceDelaunay, APointOnTheDiagonalOfTheFrameSplitsBothItsTriangles) {
 }
 
 /// The frame's corners as ordinary points, after the others.
-Mesh withOrdinaryCorners(const Mesh& mesh) {
+Mesh withOrdinaryCorners(Mesh const& mesh) {
   Mesh plain{mesh.points, {}, mesh.triangles};
   plain.points.insert(plain.points.end(), mesh.corners.begin(), mesh.corners.end());
   const auto count = static_cast<std::int32_t>(mesh.points.size());
@@ -83,7 +83,7 @@ TEST_P(GrownReference, GrowsTheSameFromTheOtherEndUpToCocircularPoints) {
 }
 
 INSTANTIATE_TEST_SUITE_P(HardClouds, GrownReference, testing::ValuesIn(hardClouds({3, 20, 600}, 5)),
-                         [](const auto& tested) { return tested.param.testName(); });
+                         [](auto const& tested) { return tested.param.testName(); });
 
 class SmallReference : public testing::TestWithParam<HardCloud> {};
 
@@ -96,7 +96,7 @@ TEST_P(SmallReference, HasOnlyTrianglesWithEmptyCircles) {
 }
 
 INSTANTIATE_TEST_SUITE_P(HardClouds, SmallReference, testing::ValuesIn(hardClouds({3, 20}, 5)),
-                         [](const auto& tested) { return tested.param.testName(); });
+                         [](auto const& tested) { return tested.param.testName(); });
 
 }  // namespace
 }  // namespace Meseta47::support

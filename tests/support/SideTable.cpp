@@ -10,7 +10,7 @@ std::uint64_t sideKey(std::int32_t a, std::int32_t b) {
   return std::uint64_t{static_cast<std::uint32_t>(lower) ^ bias} << 32 | (static_cast<std::uint32_t>(higher) ^ bias);
 }
 
-std::vector<SideUse> sortedSides(const std::vector<Triangle>& triangles) {
+std::vector<SideUse> sortedSides(std::vector<Triangle> const& triangles) {
   std::vector<SideUse> sides;
   sides.reserve(3 * triangles.size());
   for (HalfSide h = 0; h < 3 * triangles.size(); ++h) {

@@ -17,11 +17,11 @@ inline constexpr HalfSide kNoHalfSide = std::numeric_limits<HalfSide>::max();
 
 [[nodiscard]] inline HalfSide nextAround(HalfSide h) { return h % 3 == 2 ? h - 2 : h + 1; }
 
-[[nodiscard]] inline std::int32_t startOf(const std::vector<Triangle>& triangles, HalfSide h) {
+[[nodiscard]] inline std::int32_t startOf(std::vector<Triangle> const& triangles, HalfSide h) {
   return triangles[h / 3][h % 3];
 }
 
-[[nodiscard]] inline std::int32_t endOf(const std::vector<Triangle>& triangles, HalfSide h) {
+[[nodiscard]] inline std::int32_t endOf(std::vector<Triangle> const& triangles, HalfSide h) {
   return startOf(triangles, nextAround(h));
 }
 
@@ -30,7 +30,7 @@ struct SideUse {
   std::uint64_t key;
   HalfSide half;
 
-  friend auto operator<=>(const SideUse&, const SideUse&) = default;
+  friend auto operator<=>(SideUse const&, SideUse const&) = default;
 };
 
 /// A number for the unordered pair of vertex numbers; corners come before points.
@@ -38,11 +38,11 @@ struct SideUse {
 
 /// All the sides of the triangles, equal ones together, in the order of the triangles. O(T log T); up to 1.4 thousand
 /// million triangles.
-[[nodiscard]] std::vector<SideUse> sortedSides(const std::vector<Triangle>& triangles);
+[[nodiscard]] std::vector<SideUse> sortedSides(std::vector<Triangle> const& triangles);
 
 /// Calls visit(first, last) for each run of equal sides.
 template <typename Visit>
-void forEachSide(const std::vector<SideUse>& sides, Visit visit) {
+void forEachSide(std::vector<SideUse> const& sides, Visit visit) {
   for (auto first = sides.begin(); first != sides.end();) {
     auto last = first + 1;
     while (last != sides.end() && last->key == first->key) ++last;

@@ -64,7 +64,7 @@ std::vector<Point> grid(std::size_t n, std::int32_t step, std::int32_t jitter, R
 
 }  // namespace
 
-const char* name(SpaceFamily family) {
+char const* name(SpaceFamily family) {
   switch (family) {
     case SpaceFamily::Random:
       return "Random";
@@ -147,7 +147,7 @@ std::vector<Point> spaceFamily(SpaceFamily kind, std::size_t n, std::uint64_t se
       std::vector<Point> spots;
       for (int i = 0; i < 20; ++i) spots.push_back(inCube(random, -kWide, kWide));
       each([&](std::size_t) {
-        const Point& spot = spots[static_cast<std::size_t>(random.between(0, 19))];
+        Point const& spot = spots[static_cast<std::size_t>(random.between(0, 19))];
         const Point p = inCube(random, -300, 300);
         return Point{spot.x + p.x, spot.y + p.y, spot.z + p.z};
       });
@@ -185,14 +185,14 @@ std::vector<Point> alongACurve(std::vector<Point> points) {
   constexpr unsigned bits = 20;
   std::int64_t low[3] = {INT32_MAX, INT32_MAX, INT32_MAX};
   std::int64_t width = 1;
-  for (const Point& p : points) {
+  for (Point const& p : points) {
     low[0] = std::min<std::int64_t>(low[0], p.x);
     low[1] = std::min<std::int64_t>(low[1], p.y);
     low[2] = std::min<std::int64_t>(low[2], p.z);
   }
-  for (const Point& p : points) width = std::max({width, p.x - low[0] + 1, p.y - low[1] + 1, p.z - low[2] + 1});
+  for (Point const& p : points) width = std::max({width, p.x - low[0] + 1, p.y - low[1] + 1, p.z - low[2] + 1});
   std::vector<std::pair<std::uint64_t, Point>> keyed;
-  for (const Point& p : points) {
+  for (Point const& p : points) {
     const std::int64_t c[3] = {p.x - low[0], p.y - low[1], p.z - low[2]};
     std::uint32_t x[3];
     for (int i = 0; i < 3; ++i) x[i] = static_cast<std::uint32_t>((c[i] << bits) / width);
@@ -219,7 +219,7 @@ std::vector<Point> alongACurve(std::vector<Point> points) {
     }
     keyed.emplace_back(key, p);
   }
-  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::stable_sort(keyed.begin(), keyed.end(), [](auto const& a, auto const& b) { return a.first < b.first; });
   for (std::size_t i = 0; i < points.size(); ++i) points[i] = keyed[i].second;
   return points;
 }

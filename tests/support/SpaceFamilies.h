@@ -33,7 +33,7 @@ inline constexpr std::array kSpaceFamilies{
     SpaceFamily::Clusters,    SpaceFamily::Duplicates, SpaceFamily::Terrain,      SpaceFamily::Huge,
     SpaceFamily::Negative,    SpaceFamily::Crowd};
 
-[[nodiscard]] const char* name(SpaceFamily family);
+[[nodiscard]] char const* name(SpaceFamily family);
 
 /// n points of a family, the same on every machine, in random order.
 [[nodiscard]] std::vector<Point> spaceFamily(SpaceFamily kind, std::size_t n, std::uint64_t seed);

@@ -12,23 +12,23 @@ struct Offset {
   Int128 x, y, z;
 };
 
-Offset offset(const Point& from, const Point& to) {
+Offset offset(Point const& from, Point const& to) {
   return {std::int64_t{to.x} - from.x, std::int64_t{to.y} - from.y, std::int64_t{to.z} - from.z};
 }
 
-Int128 determinant(const Offset& a, const Offset& b, const Offset& c) {
+Int128 determinant(Offset const& a, Offset const& b, Offset const& c) {
   return a.x * (b.y * c.z - b.z * c.y) + a.y * (b.z * c.x - b.x * c.z) + a.z * (b.x * c.y - b.y * c.x);
 }
 
-Int128 squaredLength(const Offset& a) { return a.x * a.x + a.y * a.y + a.z * a.z; }
+Int128 squaredLength(Offset const& a) { return a.x * a.x + a.y * a.y + a.z * a.z; }
 
-std::string toText(const Tetrahedron& t) {
+std::string toText(Tetrahedron const& t) {
   std::string text;
   for (const std::int32_t n : t) text += (text.empty() ? "[" : ", ") + std::to_string(n);
   return text + "]";
 }
 
-void note(Fault& fault, const std::string& sentence) {
+void note(Fault& fault, std::string const& sentence) {
   if (fault.count++ == 0) fault.first = sentence;
 }
 
@@ -37,14 +37,14 @@ struct Face {
   std::int32_t apex;
   std::uint32_t of;
 
-  bool operator<(const Face& o) const { return v != o.v ? v < o.v : of < o.of; }
+  bool operator<(Face const& o) const { return v != o.v ? v < o.v : of < o.of; }
 };
 
-void line(std::string& text, const std::string& what, const Fault& fault) {
+void line(std::string& text, std::string const& what, Fault const& fault) {
   if (fault.count != 0) text += std::to_string(fault.count) + " " + what + ", the first: " + fault.first + "\n";
 }
 
-std::string commonFaults(const SpaceReport& report) {
+std::string commonFaults(SpaceReport const& report) {
   std::string text;
   line(text, "tetrahedra with unknown vertices", report.unknownVertices);
   line(text, "tetrahedra with a vertex twice", report.repeatedVertices);
@@ -57,11 +57,11 @@ std::string commonFaults(const SpaceReport& report) {
 
 }  // namespace
 
-Int128 sixVolumes(const Point& a, const Point& b, const Point& c, const Point& d) {
+Int128 sixVolumes(Point const& a, Point const& b, Point const& c, Point const& d) {
   return determinant(offset(d, a), offset(d, b), offset(d, c));
 }
 
-int inSphere(const Point& a, const Point& b, const Point& c, const Point& d, const Point& e) {
+int inSphere(Point const& a, Point const& b, Point const& c, Point const& d, Point const& e) {
   const Offset u[4] = {offset(e, a), offset(e, b), offset(e, c), offset(e, d)};
   const Int256 lifted = product(squaredLength(u[0]), determinant(u[1], u[2], u[3])) +
                         -product(squaredLength(u[1]), determinant(u[0], u[2], u[3])) +
@@ -72,13 +72,13 @@ int inSphere(const Point& a, const Point& b, const Point& c, const Point& d, con
   return -sign(lifted) * sign(sixVolumes(a, b, c, d));
 }
 
-std::vector<Point> cubeAround(const std::vector<Point>& points) {
+std::vector<Point> cubeAround(std::vector<Point> const& points) {
   std::int64_t least[3], greatest[3], centre[3];
   double width = 0;
   for (int axis = 0; axis < 3; ++axis) {
-    const auto of = [axis](const Point& p) { return std::int64_t{axis == 0 ? p.x : (axis == 1 ? p.y : p.z)}; };
+    const auto of = [axis](Point const& p) { return std::int64_t{axis == 0 ? p.x : (axis == 1 ? p.y : p.z)}; };
     least[axis] = greatest[axis] = of(points.front());
-    for (const Point& p : points) {
+    for (Point const& p : points) {
       least[axis] = std::min(least[axis], of(p));
       greatest[axis] = std::max(greatest[axis], of(p));
     }
@@ -89,7 +89,7 @@ std::vector<Point> cubeAround(const std::vector<Point>& points) {
   std::vector<Point> corners;
   const int sides[8][3] = {{-1, -1, -1}, {-1, 1, -1}, {-1, 1, 1}, {-1, -1, 1},
                            {1, -1, 1},   {1, 1, 1},   {1, 1, -1}, {1, -1, -1}};
-  for (const auto& side : sides) {
+  for (auto const& side : sides) {
     const auto at = [&](int axis) {
       const double v = std::nearbyint(static_cast<double>(centre[axis]) + side[axis] * r);
       return static_cast<std::int32_t>(std::clamp(v, -2147483648.0, 2147483647.0));
@@ -109,7 +109,7 @@ std::ptrdiff_t SpaceReport::euler() const {
          static_cast<std::ptrdiff_t>(faces) - static_cast<std::ptrdiff_t>(tetrahedra);
 }
 
-SpaceReport inspect(const SpaceMesh& mesh) {
+SpaceReport inspect(SpaceMesh const& mesh) {
   SpaceReport report;
   std::vector<Face> faces;
   std::vector<std::int32_t> vertices;
@@ -149,16 +149,16 @@ SpaceReport inspect(const SpaceMesh& mesh) {
     std::size_t j = i + 1;
     while (j < faces.size() && faces[j].v == faces[i].v) ++j;
     ++report.faces;
-    const Face& f = faces[i];
-    const Point &a = mesh.at(f.v[0]), &b = mesh.at(f.v[1]), &c = mesh.at(f.v[2]);
+    Face const& f = faces[i];
+    Point const &a = mesh.at(f.v[0]), &b = mesh.at(f.v[1]), &c = mesh.at(f.v[2]);
     if (j - i == 1) {
       ++report.boundaryFaces;
       report.boundary.push_back({f.v[0], f.v[1], f.v[2], f.apex});
     } else if (j - i > 2) {
       note(report.overusedFaces, toText(mesh.tetrahedra[f.of]));
     } else {
-      const Face& g = faces[i + 1];
-      const Point &d = mesh.at(f.apex), &e = mesh.at(g.apex);
+      Face const& g = faces[i + 1];
+      Point const &d = mesh.at(f.apex), &e = mesh.at(g.apex);
       if (sign(sixVolumes(a, b, c, d)) * sign(sixVolumes(a, b, c, e)) >= 0) {
         note(report.sameSide, toText(mesh.tetrahedra[f.of]) + " and " + toText(mesh.tetrahedra[g.of]));
       }
@@ -169,17 +169,17 @@ SpaceReport inspect(const SpaceMesh& mesh) {
   return report;
 }
 
-std::string hullTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
+std::string hullTilingFaults(SpaceMesh const& mesh, SpaceReport const& report) {
   std::string text = commonFaults(report);
   const std::size_t expected = distinctPlaces(mesh.points);
   if (report.vertices != expected) {
     text += std::to_string(report.vertices) + " vertices, " + std::to_string(expected) + " expected\n";
   }
   Fault beyond;
-  for (const auto& face : report.boundary) {
-    const Point &a = mesh.at(face[0]), &b = mesh.at(face[1]), &c = mesh.at(face[2]);
+  for (auto const& face : report.boundary) {
+    Point const &a = mesh.at(face[0]), &b = mesh.at(face[1]), &c = mesh.at(face[2]);
     const int inside = sign(sixVolumes(a, b, c, mesh.at(face[3])));
-    for (const Point& p : mesh.points) {
+    for (Point const& p : mesh.points) {
       if (sign(sixVolumes(a, b, c, p)) * inside < 0) note(beyond, toText(face));
     }
   }
@@ -188,7 +188,7 @@ std::string hullTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
   return text;
 }
 
-std::string cubeTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
+std::string cubeTilingFaults(SpaceMesh const& mesh, SpaceReport const& report) {
   std::string text = commonFaults(report);
   const std::size_t expected = distinctPlaces(mesh.points) + 8;
   if (report.vertices != expected) {
@@ -196,7 +196,7 @@ std::string cubeTilingFaults(const SpaceMesh& mesh, const SpaceReport& report) {
   }
   if (report.boundaryFaces != 12) text += std::to_string(report.boundaryFaces) + " faces on the boundary, not 12\n";
   if (report.euler() != 1) text += "Euler's number is " + std::to_string(report.euler()) + "\n";
-  const Point &low = mesh.corners[0], &high = mesh.corners[5];
+  Point const &low = mesh.corners[0], &high = mesh.corners[5];
   const Offset cube = offset(low, high);
   if (report.sixVolumes != 6 * cube.x * cube.y * cube.z) {
     text += "six volumes are " + toDecimal(report.sixVolumes) + ", those of the cube " +

@@ -24,21 +24,21 @@ struct SpaceMesh {
     if (number > 0) return static_cast<std::size_t>(number) <= points.size();
     return number < 0 && static_cast<std::size_t>(-static_cast<std::int64_t>(number)) <= corners.size();
   }
-  [[nodiscard]] const Point& at(std::int32_t number) const {
+  [[nodiscard]] Point const& at(std::int32_t number) const {
     return number > 0 ? points[static_cast<std::size_t>(number) - 1] : corners[static_cast<std::size_t>(-(number + 1))];
   }
 };
 
 /// Six times the signed volume: positive when d sees a, b, c turn clockwise.
-[[nodiscard]] Int128 sixVolumes(const Point& a, const Point& b, const Point& c, const Point& d);
+[[nodiscard]] Int128 sixVolumes(Point const& a, Point const& b, Point const& c, Point const& d);
 
 /// +1 when e lies strictly inside the sphere through a, b, c, d, 0 on it, -1 outside, whichever way the four turn.
 /// Coplanar points have no sphere: 0.
-[[nodiscard]] int inSphere(const Point& a, const Point& b, const Point& c, const Point& d, const Point& e);
+[[nodiscard]] int inSphere(Point const& a, Point const& b, Point const& c, Point const& d, Point const& e);
 
 /// The eight corners of the cube that a tetrahedralisation of these points is grown in: 1.2 times their greatest
 /// extent, around the centre of their box, each coordinate rounded to nearest. Numbers -1 to -8.
-[[nodiscard]] std::vector<Point> cubeAround(const std::vector<Point>& points);
+[[nodiscard]] std::vector<Point> cubeAround(std::vector<Point> const& points);
 
 /// How many different positions there are.
 [[nodiscard]] std::size_t distinctPlaces(std::vector<Point> points);
@@ -64,16 +64,16 @@ struct SpaceReport {
 };
 
 /// O(T log T), some seconds for a million tetrahedra.
-[[nodiscard]] SpaceReport inspect(const SpaceMesh& mesh);
+[[nodiscard]] SpaceReport inspect(SpaceMesh const& mesh);
 
 /// Everything that keeps these tetrahedra from being a Delaunay tiling of the cube of the mesh's eight corners with
 /// every distinct point as a vertex, one line a fault; empty when there is nothing. Tetrahedra over paired faces, each
 /// pair on either side of its face, whose boundary is the cube's and whose volumes add up to it, can neither overlap
 /// nor leave a gap.
-[[nodiscard]] std::string cubeTilingFaults(const SpaceMesh& mesh, const SpaceReport& report);
+[[nodiscard]] std::string cubeTilingFaults(SpaceMesh const& mesh, SpaceReport const& report);
 
 /// The same for a mesh of the points alone, which has to fill their convex hull: no point lies strictly beyond a face
 /// of the boundary. O(n F): for small clouds. Points on one plane have no such mesh.
-[[nodiscard]] std::string hullTilingFaults(const SpaceMesh& mesh, const SpaceReport& report);
+[[nodiscard]] std::string hullTilingFaults(SpaceMesh const& mesh, SpaceReport const& report);
 
 }  // namespace Meseta47::support

@@ -96,7 +96,7 @@ TEST(CDivisiones3D, ChildrenMadeOnDemandComeToTheSameTree) {
   eager.EstableceDivisiones(201 * 64, Box(-100, 100));
   lazy.PreparaDivisiones(201 * 64, Box(-100, 100));
   int k = 0;
-  for (const CCoor3D<int>& p : {At(70, 70, 70), At(-5, 3, 0), At(0, 0, 0), At(71, 70, 70), At(-99, -99, 99)}) {
+  for (CCoor3D<int> const& p : {At(70, 70, 70), At(-5, 3, 0), At(0, 0, 0), At(71, 70, 70), At(-99, -99, 99)}) {
     EXPECT_EQ(eager.ColocaIndices(p, {0, k}), lazy.ColocaIndices(p, {0, k}));
     ++k;
   }

@@ -130,7 +130,7 @@ TEST_F(CTetraedroTest, ANewOneHasFourFreeFacesAndKnowsNothing) {
   EXPECT_EQ(t.CarasLimite(), 4);
   CCara faces[4];
   EXPECT_TRUE(t.GetCaras(faces));
-  const char* const names[] = {"1 2 3", "1 2 4", "1 3 4", "2 3 4"};
+  char const* const names[] = {"1 2 3", "1 2 4", "1 3 4", "2 3 4"};
   for (int i = 0; i < 4; ++i) {
     EXPECT_EQ(Named(faces[i]), names[i]);
     EXPECT_EQ(faces[i].Tetra(), nullptr);

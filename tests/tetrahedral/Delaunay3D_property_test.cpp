@@ -58,7 +58,7 @@ TEST_P(HardSpaces, TetrahedraTileTheFrameExactlySortedAndInFinerCells) {
 
 /// Whether the points span space.
 bool Span(std::vector<Point> const& points) {
-  const Point& a = points.front();
+  Point const& a = points.front();
   for (Point const& b : points) {
     for (Point const& c : points) {
       for (Point const& d : points) {

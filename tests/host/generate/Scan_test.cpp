@@ -15,7 +15,7 @@
 namespace Meseta47::host {
 namespace {
 
-std::vector<LasPoint> scanned(const ScanOptions& options) {
+std::vector<LasPoint> scanned(ScanOptions const& options) {
   Scan scan(options);
   std::vector<LasPoint> all, batch;
   while (scan.next(batch)) all.insert(all.end(), batch.begin(), batch.end());
@@ -42,9 +42,9 @@ class Fingerprint {
   std::uint64_t hash = 0xCBF29CE484222325U;
 };
 
-std::uint64_t fingerprintOf(const std::vector<LasPoint>& points) {
+std::uint64_t fingerprintOf(std::vector<LasPoint> const& points) {
   Fingerprint print;
-  for (const LasPoint& p : points) {
+  for (LasPoint const& p : points) {
     print.add(p.x), print.add(p.y), print.add(p.z), print.add(p.intensity), print.add(p.returnNumber);
     print.add(p.returns), print.add(p.classification), print.add(p.flags), print.add(p.channel);
     print.add(p.scanDirection), print.add(p.edgeOfFlightLine), print.add(p.userData), print.add(p.scanAngle);
@@ -66,9 +66,9 @@ class ScannedBlock : public testing::Test {
   static void TearDownTestSuite() { points = {}; }
 
   /// Metres from the land's centre.
-  static double landX(const LasPoint& p) { return offset[0] + Scan::kScale * p.x - Scan::kCentreEast; }
-  static double landY(const LasPoint& p) { return offset[1] + Scan::kScale * p.y - Scan::kCentreNorth; }
-  static double landZ(const LasPoint& p) { return offset[2] + Scan::kScale * p.z; }
+  static double landX(LasPoint const& p) { return offset[0] + Scan::kScale * p.x - Scan::kCentreEast; }
+  static double landY(LasPoint const& p) { return offset[1] + Scan::kScale * p.y - Scan::kCentreNorth; }
+  static double landZ(LasPoint const& p) { return offset[2] + Scan::kScale * p.z; }
 
   static inline std::vector<LasPoint> points;
   static inline std::array<double, 3> offset;
@@ -132,7 +132,7 @@ TEST_F(ScannedBlock, CoversTheSquareThatItsDensityPromises) {
   EXPECT_NEAR(4 * half * half * kOptions.density, static_cast<double>(kOptions.points), 1.0);
   constexpr int kCells = 8;
   std::map<std::pair<int, int>, int> cells;
-  for (const LasPoint& p : points) {
+  for (LasPoint const& p : points) {
     EXPECT_LT(std::abs(landX(p)), half + 1.0);
     EXPECT_LT(std::abs(landY(p)), half + 12.0) << "the flight goes on for a few lines at the most";
     ++cells[{static_cast<int>((landX(p) / half + 1) * kCells / 2),
@@ -149,7 +149,7 @@ TEST_F(ScannedBlock, CoversTheSquareThatItsDensityPromises) {
 
 TEST_F(ScannedBlock, ShowsEveryClassInSaneProportions) {
   std::map<int, double> share;
-  for (const LasPoint& p : points) share[p.classification] += 1.0 / static_cast<double>(points.size());
+  for (LasPoint const& p : points) share[p.classification] += 1.0 / static_cast<double>(points.size());
   const auto within = [&share](PointClass kind, double low, double high) {
     const double part = share[static_cast<int>(kind)];
     EXPECT_GT(part, low) << "class " << static_cast<int>(kind);
@@ -170,13 +170,13 @@ TEST_F(ScannedBlock, ShowsEveryClassInSaneProportions) {
 TEST_F(ScannedBlock, ReturnsOfAPulseAreCountedAndComeFromTheHighestDown) {
   std::size_t several = 0;
   for (std::size_t i = 0; i < points.size(); i += points[i].returns) {
-    const LasPoint& first = points[i];
+    LasPoint const& first = points[i];
     ASSERT_GE(first.returns, 1);
     ASSERT_LE(first.returns, Echoes::kMost);
     ASSERT_LE(i + first.returns, points.size());
     several += first.returns > 1 ? 1 : 0;
     for (std::size_t k = 0; k < first.returns; ++k) {
-      const LasPoint& p = points[i + k];
+      LasPoint const& p = points[i + k];
       ASSERT_EQ(p.returnNumber, k + 1);
       ASSERT_EQ(p.returns, first.returns);
       ASSERT_EQ(p.gpsTime, first.gpsTime);
@@ -202,7 +202,7 @@ TEST_F(ScannedBlock, MirrorSweepsToAndFroAcrossTheStrip) {
   std::int16_t lowest = 0, highest = 0;
   std::size_t edges = 0, overlaps = 0;
   for (std::size_t i = 1; i < points.size(); ++i) {
-    const LasPoint &a = points[i - 1], &b = points[i];
+    LasPoint const &a = points[i - 1], &b = points[i];
     lowest = std::min(lowest, b.scanAngle);
     highest = std::max(highest, b.scanAngle);
     edges += b.edgeOfFlightLine ? 1 : 0;
@@ -221,9 +221,9 @@ TEST_F(ScannedBlock, MirrorSweepsToAndFroAcrossTheStrip) {
 
 TEST_F(ScannedBlock, ClassesAreTheTruthOfTheLand) {
   Scene scene(kOptions.seed);
-  const auto kindOf = [](const LasPoint& p) { return static_cast<PointClass>(p.classification); };
+  const auto kindOf = [](LasPoint const& p) { return static_cast<PointClass>(p.classification); };
   for (std::size_t i = 0; i < points.size(); i += 3) {
-    const LasPoint& p = points[i];
+    LasPoint const& p = points[i];
     const Ground ground = scene.terrain.at(landX(p), landY(p));
     const double above = landZ(p) - ground.z;
     SCOPED_TRACE(testing::Message() << "point " << i << ", class " << int(p.classification) << ", " << above
@@ -274,7 +274,7 @@ TEST_F(ScannedBlock, BlocksOfOneSeedShowTheSameLand) {
   const auto corner = Scan({.points = 2000, .seed = kOptions.seed}).offset();
   Scene scene(kOptions.seed);
   std::size_t ground = 0;
-  for (const LasPoint& p : small) {
+  for (LasPoint const& p : small) {
     if (p.classification != static_cast<int>(PointClass::Ground)) continue;
     ++ground;
     ASSERT_NEAR(corner[2] + Scan::kScale * p.z,

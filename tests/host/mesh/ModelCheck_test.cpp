@@ -139,7 +139,7 @@ TEST(ModelCheck, AWholeSurfaceFillsItsConvexHull) {
 
 TEST(ModelCheck, PointsInTheMiddleOfAHullSideAreNoDent) {
   ExactModel m;
-  for (const auto& [x, y] : {std::pair{0, 0}, {5, 0}, {10, 0}, {5, 8}}) m.vertices.emplace_back(x, y, 0, 0);
+  for (auto const& [x, y] : {std::pair{0, 0}, {5, 0}, {10, 0}, {5, 8}}) m.vertices.emplace_back(x, y, 0, 0);
   m.triangles = {{0, 1, 3}, {1, 2, 3}};
   EXPECT_THAT(kindsIn(m, true), IsEmpty());
   m.vertices[1].y = 1;
@@ -234,7 +234,7 @@ TEST(ModelCheck, ASurfaceThatTouchesItselfInAVertexIsSound) {
 TEST(ModelCheck, APieceApartIsSoundUnlessTheSurfaceShouldBeWhole) {
   ExactModel m = exactHoneycomb();
   const auto first = static_cast<std::uint32_t>(m.vertices.size());
-  for (const auto& [x, y] : {std::pair{500, 0}, {510, 0}, {505, 9}}) m.vertices.emplace_back(x, y, 0, 0);
+  for (auto const& [x, y] : {std::pair{500, 0}, {510, 0}, {505, 9}}) m.vertices.emplace_back(x, y, 0, 0);
   m.triangles.push_back({first, first + 1, first + 2});
   EXPECT_THAT(kindsIn(m), IsEmpty());
   EXPECT_THAT(kindsIn(m, true), ElementsAre(Kind::separatePiece));
@@ -264,7 +264,7 @@ TEST(ModelCheck, CirclesAreExactAtTheEdgesOf32Bits) {
   // Four points of one circle, the fourth then moved inwards by one unit: a double does not see it.
   constexpr int kEdge = std::numeric_limits<int>::max();
   ExactModel m;
-  for (const auto& [x, y] : {std::pair{-kEdge, -kEdge}, {kEdge, -kEdge}, {kEdge, kEdge}, {-kEdge, kEdge}}) {
+  for (auto const& [x, y] : {std::pair{-kEdge, -kEdge}, {kEdge, -kEdge}, {kEdge, kEdge}, {-kEdge, kEdge}}) {
     m.vertices.emplace_back(x, y, 0, 0);
   }
   m.triangles = {{0, 1, 2}, {0, 2, 3}};

@@ -179,7 +179,7 @@ TEST(ClasificarPuntosSegunLimite, WithNothingIncludedOrEverythingExcludedNothing
   CDibujo<int> cloud = Cloud({P(1, 1)});
   const CDibujo<int> outlines = Drawing({Box(0, 0, 10, 10)});
   unsigned count = 3;
-  for (const auto& [included, excluded] :
+  for (auto const& [included, excluded] :
        {std::pair<std::vector<CInfoClasificacion>, std::vector<CInfoClasificacion>>{}, {{kAny}, {kAny}}}) {
     EXPECT_EQ(cloud.ClasificarPuntosSegunLimite(outlines, kBuilding, count, included, excluded, kNoLimit, kNoLimit,
                                                 nullptr, nullptr, nullptr),
@@ -317,8 +317,8 @@ TEST_P(Outlines, HoldWhatAnOddNumberOfThemTurnsRound) {
   for (int i = 0; i < 3000; ++i) {
     int x = place() * 5 / 4, y = place() * 5 / 4;
     if (i % 3 == 0) {  // a vertex, or beside one: rows through vertices are the hard ones
-      const CLinea<int>& ring = rings[random() % rings.size()];
-      const Point& p = ring.Punto(static_cast<int>(random() % static_cast<unsigned>(ring.NPuntos())));
+      CLinea<int> const& ring = rings[random() % rings.size()];
+      Point const& p = ring.Punto(static_cast<int>(random() % static_cast<unsigned>(ring.NPuntos())));
       x = p.x + static_cast<int>(random() % 3) - 1;
       y = p.y;
     }
