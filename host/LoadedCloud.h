@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/HostApp.h"
@@ -61,5 +62,10 @@ struct LoadedCloud {
 /// that does not fit 32 bits at the precision or for more points than a way back can count, and Cancelled.
 std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,
                                     HostApp& app);
+/// The same for files that are one cloud.
+[[nodiscard]] inline LoadedCloud loadCloud(std::vector<std::string> const& files, LoadOptions const& options,
+                                           HostApp& app) {
+  return std::move(loadClouds({files}, options, app).front());
+}
 
 }  // namespace Meseta47::host

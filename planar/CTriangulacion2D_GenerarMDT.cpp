@@ -31,6 +31,12 @@ bool HayFiltroPendiente(CDataTriangulacion const& datos) {
   return !(Signo(datos.pendienteMin) < 0 && Signo(datos.pendienteMax - 90.0) == 0);
 }
 
+/// Which triangles of the file belong to the model; null for a range that takes all.
+struct CCriba {
+  double lado2 = 0;  ///< squared length in plan that no side may pass, scaled units
+  CRango const *alturas = nullptr, *intensidades = nullptr, *pendientes = nullptr;
+};
+
 /// A pool of readers over one file, and what they share.
 class CLectores {
  public:
@@ -40,11 +46,10 @@ class CLectores {
     for (CHiloGenerarMDT& hilo : hilos) hilo.Abandona();
   }
 
-  int Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, double lado2, unsigned parte,
-              CRango const* alturas, CRango const* intensidades, CRango const* pendientes) {
+  int Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, unsigned parte, CCriba const& criba) {
     for (unsigned i = 0; i < hilos.size(); ++i) {
-      if (!hilos[i].Start(i, &equipo[i], ruta, &tin, &mapa, lado2, &longitud, parte, alturas, intensidades, pendientes,
-                          &seccion, &bytes, &terminados)) {
+      if (!hilos[i].Start(i, &equipo[i], ruta, &tin, &mapa, criba.lado2, &longitud, parte, criba.alturas,
+                          criba.intensidades, criba.pendientes, &seccion, &bytes, &terminados)) {
         return hilos[i].TieneFichero() ? kFicheroInconsistente : kFicheroInaccesible;
       }
     }
@@ -243,8 +248,8 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
   std::vector<CLado> lados;
   {
     CLectores lectores(longitud, procesadores);
-    const int codigo = lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, lado2, parte, alturas, intensidades,
-                                        HayFiltroPendiente(datos) ? &pendientes : nullptr);
+    const CCriba criba{lado2, alturas, intensidades, HayFiltroPendiente(datos) ? &pendientes : nullptr};
+    const int codigo = lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, parte, criba);
     if (codigo != kHecho) return codigo;
     if (!lectores.Espera(porcentaje, mensajes)) return kCancelado;
     if (!lectores.TodoLeido()) return kFicheroInconsistente;

@@ -54,7 +54,7 @@ LoadedCloud load(ClassifyOptions const& options, bool withSystem, HostApp& app) 
     if (!options.cloud.system.empty()) how.map->system = ReferenceSystem::fromUser(options.cloud.system);
   }
   how.wayBack = true;
-  return std::move(loadClouds({options.cloud.inputs}, how, app).front());
+  return loadCloud(options.cloud.inputs, how, app);
 }
 
 /// By what a file is known again: another one in its place, or one written over, has other marks.

@@ -66,7 +66,7 @@ Surface readModel(std::string const& path, HostApp& app) {
 
 MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
   const CDataTriangulacion filters = filtersOf(options);
-  LoadedCloud cloud = std::move(loadClouds({options.inputs}, loadOptionsOf(options), app).front());
+  LoadedCloud cloud = loadCloud(options.inputs, loadOptionsOf(options), app);
   const CDataSemilla seed = cloud.seed;
   const std::uint64_t spill = CMedidasDeRun::BytesDelFichero(cloud.points.size() + cloud.lines.nPuntos);
   if (options.hilbert()) app.phase("Ordering");

@@ -156,8 +156,7 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   if (!options.overwrite) VectorOutput::requireNoOtherLayers(options.output, contourLayer(0).name);
   LoadOptions load = loadOptionsOf(options.cloud);
   load.moreDecimals = kMoreDecimals;
-  LoadedCloud cloud =
-      summary.seconds.timed("read", [&] { return std::move(loadClouds({options.cloud.inputs}, load, app).front()); });
+  LoadedCloud cloud = summary.seconds.timed("read", [&] { return loadCloud(options.cloud.inputs, load, app); });
   summary.read(cloud);
   const ContourLevels levels(options.interval, options.base, cloud.seed.precision);
   VectorOutput output(options.output, cloud.system, contourLayer(cloud.seed.precision));

@@ -79,8 +79,7 @@ void runTetra(TetraOptions const& options, CommonOptions const& common, HostApp&
   const LoadOptions load = loadOptionsOf(options.cloud);
   requireOutputs({options.output}, options.cloud.inputs);
 
-  LoadedCloud cloud =
-      summary.seconds.timed("read", [&] { return std::move(loadClouds({options.cloud.inputs}, load, app).front()); });
+  LoadedCloud cloud = summary.seconds.timed("read", [&] { return loadCloud(options.cloud.inputs, load, app); });
   summary.read(cloud);
   app.phase("Ordering");
   CDibujo<int> drawing = summary.seconds.timed("order", [&] { return spaceDrawingOf(cloud, options.cloud, app); });
