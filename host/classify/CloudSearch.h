@@ -58,6 +58,8 @@ class CloudSearch {
 
   /// Whether lengths in the search are metres, so that it must know the unit of the cloud, which `requireSense` takes.
   [[nodiscard]] virtual bool needsUnits() const { return false; }
+  /// Whether it draws an outline around what it finds, so that it matters where surfaces end.
+  [[nodiscard]] virtual bool drawsOutline() const { return false; }
   /// What it writes to the folder for temporary files at most, for so many points.
   [[nodiscard]] virtual std::uint64_t temporaryBytes(std::uint64_t points) const = 0;
 

@@ -15,9 +15,9 @@ class HighSearch : public MeshSearch {
     return "Points that rise steeply above their neighbours, and what lies within the outline around them: buildings, "
            "vegetation";
   }
+  [[nodiscard]] bool drawsOutline() const override { return true; }
 
  protected:
-  [[nodiscard]] bool drawsOutline() const override { return true; }
   int search(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found, SearchOutcome& outcome) override;
 
  private:

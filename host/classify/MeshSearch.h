@@ -15,8 +15,6 @@ class MeshSearch : public CloudSearch {
   int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) final;
 
  protected:
-  /// Whether it draws an outline around what it finds.
-  [[nodiscard]] virtual bool drawsOutline() const { return false; }
   /// Whether it spills the mesh, and then passes over it.
   [[nodiscard]] virtual bool spills() const { return true; }
   /// Runs the search on a triangulation that is ready for it. `found` receives the points found; what else there is to

@@ -57,6 +57,7 @@ void addSearch(CLI::App& classify, CommonOptions const& common, Work& work) {
   chosen->search = std::make_unique<Search>();
   CLI::App* verb = classify.add_subcommand(chosen->search->name(), chosen->search->purpose());
   addClassifyOptions(*verb, chosen->options);
+  if (chosen->search->drawsOutline()) addBorderOption(*verb, chosen->options.cloud);
   if (chosen->search->needsUnits()) {
     verb->add_option("--a-srs", chosen->options.cloud.system,
                      "Reference system of the input, such as EPSG:25830, for its units (default: what the file says; "
