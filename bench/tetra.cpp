@@ -1,13 +1,13 @@
 // The tetrahedralisation alone, ours beside CGAL's, on the same points in the same run: generated families and real
 // clouds.
 //
-//   bench_tetra [--runs K] [--points N] [--fineness F] [--family NAME ...] [FILE.las ...]
+//   bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--family NAME ...] [FILE.las ...]
 //
 // Each cloud goes to both in turns; the table gives the median of the runs. Both are given the points in the order of
 // the file or of the generator, and both times include putting them in a spatial order: ours along a Hilbert curve in
 // space, every 32nd point first; CGAL's with its own spatial sort. Ours spills to a temporary file all tetrahedra as
 // four numbers. Without --family all are run; --family none leaves only the files. Memory is what the heap held at most
-// beyond the points, a point.
+// beyond the points, a point. --alone leaves the peer out, for a profiler.
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
@@ -92,11 +92,13 @@ double median(std::vector<T> const& runs, F&& value) {
   return values[values.size() / 2];
 }
 
-void compare(std::string const& name, std::vector<CCoor3D<int>> const& points, unsigned runs, unsigned fineness) {
+void compare(std::string const& name, std::vector<CCoor3D<int>> const& points, unsigned runs, unsigned fineness,
+             bool alone) {
   std::vector<Ours> ours;
   std::vector<Peer> peers;
   for (unsigned i = 0; i < runs; ++i) {
     ours.push_back(runOurs(points, fineness));
+    if (alone) continue;
     if (auto peer = runPeer(points)) peers.push_back(*peer);
   }
   const auto n = static_cast<double>(points.size());
@@ -126,6 +128,7 @@ std::vector<CCoor3D<int>> cloudOf(std::string const& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  bool alone = false;
   unsigned runs = 3, fineness = 27;
   std::size_t count = 500000;
   std::vector<std::string> files, families;
@@ -138,8 +141,11 @@ int main(int argc, char** argv) {
       fineness = static_cast<unsigned>(std::stoul(argv[++i]));
     } else if (std::strcmp(argv[i], "--family") == 0 && i + 1 < argc) {
       families.emplace_back(argv[++i]);
+    } else if (std::strcmp(argv[i], "--alone") == 0) {
+      alone = true;
     } else if (argv[i][0] == '-') {
-      fmt::print(stderr, "bench_tetra [--runs K] [--points N] [--fineness F] [--family NAME ...] [FILE.las ...]\n");
+      fmt::print(stderr,
+                 "bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--family NAME ...] [FILE.las ...]\n");
       return 2;
     } else {
       files.emplace_back(argv[i]);
@@ -153,7 +159,7 @@ int main(int argc, char** argv) {
     if (!families.empty() && !chosen) continue;
     std::vector<CCoor3D<int>> points;
     for (support::Point const& p : support::spaceFamily(family, count, 1)) points.emplace_back(p.x, p.y, p.z, 0);
-    compare(support::name(family), points, runs, fineness);
+    compare(support::name(family), points, runs, fineness, alone);
   }
-  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf(file), runs, fineness);
+  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf(file), runs, fineness, alone);
 }

@@ -4,12 +4,17 @@
 #include <limits>
 
 #include "platform/Anticipa.h"
+#include "platform/Vectores.h"
 
 namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kComparados = 64;  // up to here all are compared with all, in loops without a jump
+constexpr std::size_t kComparados = 64;        // up to here all are compared with all, in loops without a jump
+constexpr std::size_t kVerticesEnTabla = 256;  // a table of all pairs takes 128 KB then
+constexpr std::size_t kCarasEnTabla = 0x3FFF;  // whose edges count to 16 bits
+
+constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};  // the edges of a face, by its vertices
 
 /// How many numbers lie below each. No two are equal.
 template <class T>
@@ -23,99 +28,137 @@ void CuentaMenores(T const* numeros, std::size_t n, int* menores) {
 
 }  // namespace
 
+void CEstrella::AmpliaCavidad() {
+  cavidad.resize(2 * cavidad.size() + kComparados);
+  numeros.resize(cavidad.size());
+}
+
 void CEstrella::Amplia() {
   const std::size_t n = std::max<std::size_t>(kComparados, 2 * bordes.size());
   bordes.resize(n);
-  vertice.resize(n);  // a closed surface of n triangles has fewer vertices
-  casillas.resize(4 * n);
-  claves.resize(n);
+  vertice.resize(3 * n + 1);  // a closed surface has fewer by far; one that is not is refused later
+  casillas.resize(8 * n);
+  claves.resize(3 * n);
   orden.resize(n);
-  for (auto* columna : {&vx, &vy, &vz}) columna->resize(n);
+  for (auto* columna : {&vx, &vy, &vz}) columna->resize(3 * n);
   tandas.resize(n / kTanda);
   pareja.resize(4 * n);
 }
 
-inline void CEstrella::Condena(CTetraedro* t, std::uint32_t numero) {
-  if (condenados == cavidad.size()) {
-    cavidad.resize(2 * condenados + kComparados);
-    numeros.resize(cavidad.size());
+CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p, CTetraedro* a, CTetraedro* b) {
+  if (a == nullptr || b == nullptr) return a != nullptr ? a : b;
+  return b->Exceso(p.x, p.y, p.z) < a->Exceso(p.x, p.y, p.z) ? b : a;
+}
+
+CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p) const {
+  const double x = p.x, y = p.y, z = p.z;
+  double menor = HUGE_VAL;
+  std::size_t mejor = 0;
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    CTanda const& t = tandas[i / kTanda];
+    const std::size_t k = i % kTanda;
+    const double dx = t.x[k] - x, dy = t.y[k] - y, dz = t.z[k] - z;
+    const double exceso = dx * dx + dy * dy + dz * dz - t.radio2[k];
+    mejor = exceso < menor ? i : mejor;
+    menor = exceso < menor ? exceso : menor;
   }
-  t->marcas |= CTetraedro::kBorrado;
-  cavidad[condenados] = t;
-  numeros[condenados++] = numero;
-  // Its turn comes when those before it in the list are done: by then what it leads to is here.
-  for (const std::uint32_t n : t->vecinos) Anticipa(CTetraedro::De(n));
-  AnticipaLectura(&t->puntos);
+  return sitios[mejor];
 }
 
-/// The vertices get their local numbers once the cavity stands: a table that grows would have to be filled anew.
-inline void CEstrella::PonBorde(std::size_t condenado, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino) {
-  if (cantidad == bordes.size()) Amplia();
-  CBorde& b = bordes[cantidad++];
-  b.fuera = numeroVecino;
-  b.suCara = vecino != nullptr ? static_cast<std::uint8_t>(vecino->CaraHacia(numeros[condenado])) : 0;
-  b.condenado = static_cast<std::uint32_t>(condenado);
-  b.cara = static_cast<std::uint8_t>(cara);
+CTetraedro* CEstrella::Desciende(CCoor3D<int> const& p, CTetraedro* desde, std::uint64_t& pasos, bool& dentro) {
+  const double x = p.x, y = p.y, z = p.z;
+  CTetraedro* t = desde;
+  double exceso = t->Exceso(x, y, z);
+  for (;;) {
+    dentro = std::abs(exceso) > t->margen ? exceso < 0 : t->EnEsfera(p);
+    if (dentro) return t;
+    CTetraedro* mejor = nullptr;
+    for (unsigned cara = 0; cara < 4; ++cara) {
+      CTetraedro* v = t->Vecino(cara);
+      if (v == nullptr) continue;
+      const double suyo = v->Exceso(x, y, z);
+      if (!(suyo < exceso)) continue;
+      exceso = suyo;
+      mejor = v;
+    }
+    if (mejor == nullptr) return t;
+    ++pasos;
+    t = mejor;
+  }
 }
 
+/// Where doubles cannot tell. Only on the sphere can the point be a vertex.
+int CEstrella::Decide(CTetraedro const& t, CCoor3D<int> const& p, bool& repetido) {
+  ++exactas;
+  const int lado = LadoDeEsfera(*t.puntos[0], *t.puntos[1], *t.puntos[2], *t.puntos[3], p);
+  if (lado == 0 && t.TieneVerticeEn(p)) repetido = true;
+  return lado;
+}
+
+// Whether a neighbour is new, and lies inside, is as good as random: both lists are written in any case, and grow or do
+// not. The vertices of the boundary get their local numbers once the cavity stands.
 bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t marca) {
-  condenados = cantidad = vertices = 0;
   const std::int32_t segunda = marca + 1;
   const double x = p.x, y = p.y, z = p.z;
-  semilla->identificador = segunda;
-  Condena(semilla, semilla->Numero());
   bool repetido = semilla->TieneVerticeEn(p);
-  for (std::size_t i = 0; i < condenados && !repetido; ++i) {
-    CTetraedro* t = cavidad[i];
+  nadie.identificador = marca;
+  semilla->identificador = segunda;
+  if (cavidad.empty()) AmpliaCavidad();
+  cavidad[0] = semilla;
+  numeros[0] = semilla->Numero();
+  std::size_t dentro = 1, caras = 0;
+  for (std::size_t i = 0; i < dentro && !repetido; ++i) {
+    if (dentro + 4 > cavidad.size()) AmpliaCavidad();
+    if (caras + 4 > bordes.size()) Amplia();
+    CTetraedro const* t = cavidad[i];
+    AnticipaLectura(&t->puntos);
+    for (const std::uint32_t n : cavidad[std::min(i + 2, dentro - 1)]->vecinos) Anticipa(CNumeros::Direccion<128>(n));
     for (unsigned cara = 0; cara < 4; ++cara) {
       const std::uint32_t n = t->vecinos[cara];
-      if (n == 0) {
-        PonBorde(i, cara, nullptr, 0);
-        continue;
+      CTetraedro* v = n != 0 ? CTetraedro::De(n) : &nadie;
+      const std::int32_t sello = v->identificador;
+      const auto nuevo = static_cast<unsigned>(sello != segunda) & static_cast<unsigned>(sello != marca);
+      double exceso = v->Exceso(x, y, z);
+      const auto dudoso = static_cast<unsigned>(!(std::abs(exceso) > v->margen));
+      if ((nuevo & dudoso) != 0) [[unlikely]] {
+        exceso = Decide(*v, p, repetido);
       }
-      CTetraedro* v = CTetraedro::De(n);
-      if (v->identificador != segunda && v->identificador != marca) {
-        v->identificador = segunda;
-        ++esferas;
-        const double exceso = v->Exceso(x, y, z);
-        bool dentro = exceso < 0;
-        if (!(std::abs(exceso) > v->margen)) [[unlikely]] {
-          ++exactas;
-          const int lado = LadoDeEsfera(*v->puntos[0], *v->puntos[1], *v->puntos[2], *v->puntos[3], p);
-          dentro = lado <= 0;
-          // Only on the sphere can the point be a vertex.
-          if (lado == 0 && v->TieneVerticeEn(p)) repetido = true;
-        }
-        if (dentro) {
-          Condena(v, n);
-          continue;
-        }
-      }
-      if (!v->Borrado()) PonBorde(i, cara, v, n);
+      const unsigned fuera = (nuevo & static_cast<unsigned>(exceso > 0)) | static_cast<unsigned>(sello == marca);
+      v->identificador = segunda - static_cast<std::int32_t>(fuera);
+      cavidad[dentro] = v;
+      numeros[dentro] = n;
+      dentro += nuevo & ~fuera;
+      CBorde& b = bordes[caras];
+      b.fuera = n;
+      b.condenado = static_cast<std::uint32_t>(i);
+      b.cara = static_cast<std::uint8_t>(cara);
+      caras += fuera;
+      esferas += nuevo;
     }
   }
-  if (repetido) BorraMarcas();
+  condenados = dentro;
+  cantidad = caras;
   return !repetido;
 }
 
-void CEstrella::BorraMarcas() {
-  for (std::size_t i = 0; i < condenados; ++i) cavidad[i]->marcas &= ~CTetraedro::kBorrado;
-}
-
+/// Whether a vertex has been met before is as good as random: its entry is written in any case.
 inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
   constexpr std::uint64_t kReparto = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
   const std::size_t mascara = casillas.size() - 1;
   std::size_t i = (reinterpret_cast<std::uintptr_t>(punto) >> 4) * kReparto >> 40 & mascara;
-  while (casillas[i].vez == vez) {
-    if (casillas[i].punto == punto) return casillas[i].vertice;
-    i = (i + 1) & mascara;
-  }
-  casillas[i] = {punto, vez, static_cast<unsigned>(vertices)};
-  vertice[vertices] = {punto, punto->num, 0};
-  return static_cast<unsigned>(vertices++);
+  while (casillas[i].vez == vez && casillas[i].punto != punto) [[unlikely]] {
+      i = (i + 1) & mascara;
+    }
+  CCasilla& suya = casillas[i];
+  const bool nuevo = suya.vez != vez;
+  suya = {punto, vez, nuevo ? static_cast<std::uint32_t>(vertices) : suya.vertice};
+  vertice[vertices].punto = punto;
+  vertices += static_cast<std::size_t>(nuevo);
+  return suya.vertice;
 }
 
 bool CEstrella::Dispone(CCoor3D<int> const& p) {
+  vertices = 0;
   if (++vez == 0) {
     std::fill(casillas.begin(), casillas.end(), CCasilla{});
     vez = 1;
@@ -125,20 +168,18 @@ bool CEstrella::Dispone(CCoor3D<int> const& p) {
     CTetraedro const* t = cavidad[b.condenado];
     unsigned const* v = CTetraedro::kVertice[b.cara];
     b.grabado = t->Grabado(b.cara);
-    for (unsigned k = 0; k < 3; ++k) {
-      if (vertices == vertice.size()) return false;
-      b.v[k] = Vertice(t->puntos[v[k]]);
-    }
+    b.suCara = b.fuera != 0 ? static_cast<std::uint8_t>(CTetraedro::De(b.fuera)->CaraHacia(numeros[b.condenado])) : 0;
+    for (unsigned k = 0; k < 3; ++k) b.v[k] = Vertice(t->puntos[v[k]]);
   }
   for (std::size_t i = 0; i < vertices; ++i) {
     CCoor3D<int> const& v = *vertice[i].punto;
+    vertice[i].num = v.num;
     vx[i] = static_cast<double>(v.x) - p.x;
     vy[i] = static_cast<double>(v.y) - p.y;
     vz[i] = static_cast<double>(v.z) - p.z;
   }
-  if (!Empareja()) return false;
-  Ordena();
-  return true;
+  const bool enTabla = vertices <= kVerticesEnTabla && cantidad <= kCarasEnTabla;
+  return enTabla ? Empareja() : EmparejaPorOrden();
 }
 
 //        a                     The face (a, b, c) sees the point P; its tetrahedron (a, b, c, P) meets the one of the
@@ -150,12 +191,10 @@ bool CEstrella::Dispone(CCoor3D<int> const& p) {
 //        b
 bool CEstrella::Empareja() {
   const std::size_t n = vertices;
-  constexpr std::size_t kMasCaras = 0xFFFF / 4;
-  if (cantidad >= kMasCaras) return false;
   if (aristas.size() < n * n) aristas.resize(n * n);
-  std::uint16_t *ultima = aristas.data(), *par = pareja.data();
+  std::uint16_t* ultima = aristas.data();
+  std::uint32_t* par = pareja.data();
   std::fill(ultima, ultima + n * n, std::uint16_t{0});
-  constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};
   // The second of two finds the first. Without a jump: which of them an edge is, is as good as random, and a first one
   // does no harm at place 0.
   for (std::size_t i = 0; i < cantidad; ++i) {
@@ -169,13 +208,32 @@ bool CEstrella::Empareja() {
     }
   }
   // Where an edge came once, or more than twice, some partner is not mutual.
-  std::uint16_t fallos = 0;
+  std::uint32_t fallos = 0;
   for (std::size_t i = 0; i < cantidad; ++i) {
-    for (std::size_t e = 4 * i + 1; e < 4 * i + 4; ++e) {
-      fallos = static_cast<std::uint16_t>(fallos | (par[par[e]] ^ e) | (par[e] == 0 ? 1 : 0));
+    for (auto e = static_cast<std::uint32_t>(4 * i + 1); e < 4 * i + 4; ++e) {
+      fallos |= (par[par[e]] ^ e) | static_cast<std::uint32_t>(par[e] == 0);
     }
   }
   return fallos == 0;
+}
+
+/// The same for a boundary of many vertices, whose table of pairs would grow with the square.
+bool CEstrella::EmparejaPorOrden() {
+  lados.clear();
+  for (std::size_t i = 0; i < cantidad; ++i) {
+    unsigned const* v = bordes[i].v;
+    for (unsigned k = 0; k < 3; ++k) {
+      lados.push_back({std::uint64_t{v[kDe[k]]} << 32 | v[kA[k]], static_cast<std::uint32_t>(4 * i + k + 1)});
+    }
+  }
+  std::sort(lados.begin(), lados.end(), [](CLado const& a, CLado const& b) { return a.extremos < b.extremos; });
+  for (std::size_t i = 0; i < lados.size(); i += 2) {
+    if (i + 1 == lados.size() || lados[i].extremos != lados[i + 1].extremos) return false;
+    if (i + 2 < lados.size() && lados[i].extremos == lados[i + 2].extremos) return false;
+    pareja[lados[i].lado] = lados[i + 1].lado;
+    pareja[lados[i + 1].lado] = lados[i].lado;
+  }
+  return true;
 }
 
 /// By the numbers of the vertices, as CCara compares them.
@@ -204,7 +262,7 @@ void CEstrella::Ordena() {
   });
 }
 
-void CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) {
+inline void CEstrella::PonTanda(CTanda& t, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y, pz = p.z;
   for (std::size_t k = 0; k < kTanda; ++k) {
     const CEsfera::CCalculo r =
@@ -221,7 +279,11 @@ void CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) {
   }
 }
 
+URDIMBRE_DE_UNA_PIEZA void CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) { PonTanda(t, p); }
+URDIMBRE_ANCHO void CEstrella::PonEsferasAncho(CTanda& t, CCoor3D<int> const& p) { PonTanda(t, p); }
+
 bool CEstrella::Calcula(CCoor3D<int> const& p) {
+  static const bool ancho = HayVectoresAnchos();
   for (std::size_t i = 0; i < cantidad; i += kTanda) {
     CTanda& t = tandas[i / kTanda];
     for (std::size_t k = 0; k < kTanda; ++k) {
@@ -231,7 +293,7 @@ bool CEstrella::Calcula(CCoor3D<int> const& p) {
       t.bx[k] = vx[v[1]], t.by[k] = vy[v[1]], t.bz[k] = vz[v[1]];
       t.cx[k] = vx[v[2]], t.cy[k] = vy[v[2]], t.cz[k] = vz[v[2]];
     }
-    PonEsferas(t, p);
+    ancho ? PonEsferasAncho(t, p) : PonEsferas(t, p);
   }
   for (std::size_t i = 0; i < cantidad; ++i) {
     CTanda& t = tandas[i / kTanda];

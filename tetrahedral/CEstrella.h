@@ -19,23 +19,39 @@ class CEstrella {
     double minX, minY, minZ, maxX, maxY, maxZ;
   };
 
-  /// Marks the tetrahedra around `semilla` whose spheres hold the point and collects the faces around them. What the
-  /// walk before has found outside carries the stamp `marca`; what is tested here takes the next one. False, with the
-  /// marks cleared, when the point falls on a vertex.
+  /// The stamps of an insertion, this and the next number: far below all point numbers and their second stamps.
+  [[nodiscard]] static std::int32_t Marca(std::uint32_t insercion) {
+    return static_cast<std::int32_t>(0x80000000U + 2 * insercion);
+  }
+  /// From `desde` downhill to whichever neighbour's sphere gives the point the least power: that neighbour lies towards
+  /// the point. `dentro` tells whether the sphere at the end holds it; where part of the mesh has gone it may not.
+  /// `pasos` grows by the steps.
+  [[nodiscard]] static CTetraedro* Desciende(CCoor3D<int> const& p, CTetraedro* desde, std::uint64_t& pasos,
+                                             bool& dentro);
+  /// Of those made last the one whose sphere gives the point the least power. They must live.
+  [[nodiscard]] CTetraedro* MasCercano(CCoor3D<int> const& p) const;
+  /// The one of the two, which may be null, whose sphere gives the point the lesser power.
+  [[nodiscard]] static CTetraedro* MasCercano(CCoor3D<int> const& p, CTetraedro* a, CTetraedro* b);
+
+  /// Collects the tetrahedra around `semilla` whose spheres hold the point, and the faces around them. What lies
+  /// outside, found by a walk before or here, carries the stamp `marca`, what is condemned the next number. False when
+  /// the point falls on a vertex.
   [[nodiscard]] bool Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t marca);
-  /// Finds the neighbours and the order of the new tetrahedra. False when some edge of the boundary does not have two
-  /// faces, which a mesh of exact spheres never shows.
+  /// Finds the neighbours of the new tetrahedra. False when some edge of the boundary does not have two faces, which a
+  /// mesh of exact spheres never shows.
   [[nodiscard]] bool Dispone(CCoor3D<int> const& p);
+  /// Puts them in the order of their faces, for `Orden`.
+  void Ordena();
   /// The spheres. False when the point is coplanar with a face.
   [[nodiscard]] bool Calcula(CCoor3D<int> const& p);
   /// Takes places for the new tetrahedra: those of the condemned, and new ones. Throws std::bad_alloc, with none taken.
   void PideSitios();
   /// Makes the tetrahedra in their places, linked to one another and to those around. The condemned must be in no list.
   void Construye(CCoor3D<int>* p);
-  void BorraMarcas();
 
   [[nodiscard]] std::size_t Condenados() const { return condenados; }
   [[nodiscard]] CTetraedro* Condenado(std::size_t i) const { return cavidad[i]; }
+  [[nodiscard]] std::uint32_t NumeroDeCondenado(std::size_t i) const { return numeros[i]; }
   [[nodiscard]] std::size_t Cantidad() const { return cantidad; }
   /// Which of the new tetrahedra is the `i`th by the numbers of its face.
   [[nodiscard]] unsigned Orden(std::size_t i) const { return orden[i]; }
@@ -49,12 +65,12 @@ class CEstrella {
  private:
   /// A face of the boundary.
   struct CBorde {
-    unsigned v[3];        ///< local numbers of its vertices, ascending by point number
-    std::uint32_t fuera;  ///< the tetrahedron behind it, 0 for none
-    std::uint8_t suCara;  ///< which face of that one
-    bool grabado;
+    unsigned v[3];            ///< local numbers of its vertices, ascending by point number
+    std::uint32_t fuera;      ///< the tetrahedron behind it, 0 for none
     std::uint32_t condenado;  ///< the condemned tetrahedron that has it
     std::uint8_t cara;        ///< and which of its faces it is
+    std::uint8_t suCara;      ///< which face of the one behind
+    bool grabado;
   };
   struct CVertice {
     CCoor3D<int>* punto;
@@ -74,15 +90,18 @@ class CEstrella {
     std::uint32_t vertice = 0;
   };
 
-  void Condena(CTetraedro* t, std::uint32_t numero);
-  void PonBorde(std::size_t condenado, unsigned cara, CTetraedro* vecino, std::uint32_t numeroVecino);
+  [[nodiscard]] int Decide(CTetraedro const& t, CCoor3D<int> const& p, bool& repetido);
   [[nodiscard]] unsigned Vertice(CCoor3D<int>* punto);
+  void AmpliaCavidad();
   void Amplia();
-  void Ordena();
   [[nodiscard]] bool Empareja();
+  [[nodiscard]] bool EmparejaPorOrden();
+  static void PonTanda(CTanda& t, CCoor3D<int> const& p);
   static void PonEsferas(CTanda& t, CCoor3D<int> const& p);
+  static void PonEsferasAncho(CTanda& t, CCoor3D<int> const& p);
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
+  CTetraedro nadie;  ///< behind a face without a neighbour
   std::vector<CTetraedro*> cavidad, sitios;
   std::vector<std::uint32_t> numeros;  ///< of the condemned
   std::vector<CBorde> bordes;
@@ -91,7 +110,12 @@ class CEstrella {
   std::uint32_t vez = 0;
   // An edge of a face: four times the face, plus 1 to 3 for its edges 12, 13, 23.
   std::vector<std::uint16_t> aristas;  ///< by two local numbers: the edge that was last there, 0 for none
-  std::vector<std::uint16_t> pareja;   ///< of each edge, that of the face behind it
+  std::vector<std::uint32_t> pareja;   ///< of each edge, that of the face behind it
+  struct CLado {
+    std::uint64_t extremos;
+    std::uint32_t lado;
+  };
+  std::vector<CLado> lados;
   std::vector<int> claves;
   std::vector<unsigned> orden;
   std::vector<double> vx, vy, vz;  ///< of the vertices, relative to the point

@@ -17,11 +17,9 @@ class URDIMBRE_API CHiloSalvaTetraedrosEnlazados : public CHiloCerrados<CSetTetr
   ~CHiloSalvaTetraedrosEnlazados() override { Stop(); }
 
   /// Starts the thread, unless there is one, with the job of `CSetTetraedros::Salva`: `elLimite` is the squared length
-  /// above which an edge is long, in scaled units. With `enteros` all tetrahedra are written instead, as four numbers
-  /// each (`CSetTetraedros::SalvaEnteros`). `elEvento` is reset when the thread leaves. False when the system gives no
-  /// thread. Takes what it is given in either case: not for a thread at work.
-  bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CFile* elFichero, double elLimite, bool todas,
-             bool enteros = false);
+  /// above which an edge is long, in scaled units. `elEvento` is reset when the thread leaves. False when the system
+  /// gives no thread. Takes what it is given in either case: not for a thread at work.
+  bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CFile* elFichero, double elLimite, bool todas);
 
  private:
   void Trabaja(CSetTetraedros& set) override;
@@ -29,7 +27,6 @@ class URDIMBRE_API CHiloSalvaTetraedrosEnlazados : public CHiloCerrados<CSetTetr
   CFile* fichero = nullptr;
   double limite = 0;
   bool todas = false;
-  bool enteros = false;
 };
 
 }  // namespace Meseta47

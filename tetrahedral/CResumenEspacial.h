@@ -15,7 +15,7 @@ struct CResumenEspacial {
   std::uint64_t picoVivos = 0;    ///< most tetrahedra that were in memory at once
   std::uint64_t creados = 0;      ///< tetrahedra ever made
   std::uint64_t pasos = 0;        ///< steps of the descents to the cavities
-  std::uint64_t visitados = 0;    ///< tetrahedra looked at on the way, those of the breadth-first walk among them
+  std::uint64_t visitados = 0;    ///< tetrahedra looked at where a descent had ended too early
   std::uint64_t esferas = 0;      ///< spheres that a point was tested against
   std::uint64_t exactas = 0;      ///< of those tests, the ones that doubles could not decide
   std::uint64_t porBusqueda = 0;  ///< points whose cavity did not close by itself

@@ -141,8 +141,6 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   /// Spills the tetrahedra of a closed set, its own list first, then each child in order, as `CTetraedro::Salva` does;
   /// frees them and the children. False when the disk refused any of it: the rest is freed all the same.
   bool Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades);
-  /// The same with every tetrahedron as a record of its four numbers.
-  bool SalvaEnteros(CFile* fichero);
 
   // --- diagnostics ---
   /// Stamps every tetrahedron of the subtree with the point's number.
@@ -187,7 +185,6 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   int SustituyePorBusqueda(CCoor3D<int>* p, CTetraedro* semilla, unsigned& implicados, unsigned& rechazados,
                            CBalance& balance);
   void SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca);
-  [[nodiscard]] static std::int32_t Marca(std::uint32_t insercion);
   [[nodiscard]] static CSetTetraedros* SetParaCaja(CTetraedro const* t, CSetTetraedros& desde);
   void VaciaLista();
   template <class F>

@@ -53,68 +53,37 @@ int CSetTetraedros::InsertaPunto(CCoor3D<int>* p, CSetTetraedros& cerca, CTetrae
 
   CEstrella& estrella = borrador->estrella;
   const std::uint64_t esferas = estrella.Esferas(), exactas = estrella.Exactas();
-  const bool nuevo = estrella.Crece(*p, semilla, Marca(borrador->inserciones));
+  const bool nuevo = estrella.Crece(*p, semilla, CEstrella::Marca(borrador->inserciones));
   balance.esferas += estrella.Esferas() - esferas;
   balance.exactas += estrella.Exactas() - exactas;
   implicados = static_cast<unsigned>(estrella.Condenados());
   rechazados = static_cast<unsigned>(estrella.Esferas() - esferas) + 1 - implicados;
   if (!nuevo) return REPETIDO;
   if (!estrella.Dispone(*p)) {
-    estrella.BorraMarcas();
     ++balance.porBusqueda;
     return SustituyePorBusqueda(p, semilla, implicados, rechazados, balance);
   }
-  if (!estrella.Calcula(*p)) {
-    estrella.BorraMarcas();
-    return COPLANARIO;
-  }
+  if (!estrella.Calcula(*p)) return COPLANARIO;
+  estrella.Ordena();
   balance.condenados += estrella.Condenados();
   balance.creados += estrella.Cantidad();
   SustituyeCavidad(p, cerca);
   return HECHA;
 }
 
-/// The stamps of an insertion, this and the next number: far below all point numbers and their second stamps.
-std::int32_t CSetTetraedros::Marca(std::uint32_t insercion) {
-  return static_cast<std::int32_t>(0x80000000U + 2 * insercion);
-}
-
-/// A first tetrahedron of the cavity. From the better of two starts downhill, to whichever neighbour's sphere gives the
-/// point the least power: that neighbour lies towards the point. Where the way ends, at the border of what lives, the
-/// breadth-first walk goes on.
+/// A first tetrahedron of the cavity: downhill from the given start or the last tetrahedron made. Where the way ends,
+/// at the border of what lives, the breadth-first walk goes on.
 int CSetTetraedros::BuscaSemilla(CCoor3D<int> const& p, CTetraedro* desde, CTetraedro*& semilla, unsigned& visitados,
                                  CBalance& balance) {
   if (desde != nullptr) inicio = desde;
   if (inicio == nullptr || inicio->set->cerrado) return SIN_INICIO;
   ++borrador->inserciones;
-  const double x = p.x, y = p.y, z = p.z;
-  CTetraedro* t = inicio;
-  double exceso = t->Exceso(x, y, z);
-  if (CTetraedro* otro = borrador->ultimoHecho; otro != nullptr && otro->Exceso(x, y, z) < exceso) {
-    t = otro;
-    exceso = t->Exceso(x, y, z);
-  }
-  for (;;) {
-    if (std::abs(exceso) > t->margen ? exceso < 0 : t->EnEsfera(p)) {
-      semilla = t;
-      return HECHA;
-    }
-    ++visitados;
-    CTetraedro* mejor = nullptr;
-    for (unsigned cara = 0; cara < 4; ++cara) {
-      CTetraedro* v = t->Vecino(cara);
-      if (v == nullptr) continue;
-      const double suyo = v->Exceso(x, y, z);
-      if (!(suyo < exceso)) continue;
-      exceso = suyo;
-      mejor = v;
-    }
-    if (mejor == nullptr) break;
-    ++balance.pasos;
-    t = mejor;
-  }
-  inicio = t;
-  semilla = PrimeroQueContiene(p, Marca(borrador->inserciones), visitados);
+  bool dentro = false;
+  CTetraedro* cercano = CEstrella::MasCercano(p, inicio, borrador->ultimoHecho);
+  semilla = CEstrella::Desciende(p, cercano, balance.pasos, dentro);
+  if (dentro) return HECHA;
+  inicio = semilla;
+  semilla = PrimeroQueContiene(p, CEstrella::Marca(borrador->inserciones), visitados);
   return semilla != nullptr ? HECHA : SIN_ESFERA;
 }
 
@@ -122,12 +91,7 @@ void CSetTetraedros::SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca) {
   CBorrador& b = *borrador;
   CEstrella& estrella = b.estrella;
   b.camino.Pon(cerca);
-  try {
-    estrella.PideSitios();
-  } catch (...) {
-    estrella.BorraMarcas();
-    throw;
-  }
+  estrella.PideSitios();
   for (std::size_t i = 0; i < estrella.Condenados(); ++i) {
     CTetraedro* t = estrella.Condenado(i);
     t->set->Quita(t, *this);

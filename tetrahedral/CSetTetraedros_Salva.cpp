@@ -45,12 +45,6 @@ bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vecto
   });
 }
 
-bool CSetTetraedros::SalvaEnteros(CFile* fichero) {
-  return VaciaEn(fichero, [](CTetraedro& t, std::vector<std::int32_t>& registros) {
-    for (unsigned i = 0; i < 4; ++i) registros.push_back(t.Num(i));
-  });
-}
-
 void CSetTetraedros::VaciaLista() {
   CTetraedro::DestruyeLista(std::exchange(primero, nullptr));
   ultimo = actual = inicio = nullptr;

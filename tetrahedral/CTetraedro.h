@@ -192,6 +192,7 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   friend class CSetEnArbol<CSetTetraedros, CTetraedro, 3>;
   friend class CDeReserva<CTetraedro, true>;
   friend class CEstrella;
+  friend class CMallaEnFlujo;
 
   // Bit 0: condemned; 1 to 4: faces 123, 124, 134, 234 need no writing; 5 to 14: states of the first five edges; 16 and
   // 17: of the last; 24 and 25: where the element lives. The rest is kept as it is.

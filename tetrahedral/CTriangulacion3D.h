@@ -84,16 +84,15 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
 
   /// How many times finer than usual the next runs divide space; 0 leaves it to them. Cells are usually sized as though
   /// points filled a cube of three times their extent, which is coarse: with 27 the cells of an evenly filled cloud
-  /// hold about 200 points. Finer cells let go of tetrahedra earlier; the mesh is the same, the order of what is
-  /// spilled is not.
+  /// hold about 200 points. Finer cells let go of tetrahedra earlier, and more points, the first of each, go in before
+  /// the rest; the mesh is the same, the order of what is spilled is not.
   void SetFinura(unsigned veces) { finura = veces; }
 
   // --- runs ---
   /// Triangulates `dibujo` and writes all tetrahedra, in the order in which they are finished, to the temporary file:
   /// four numbers of 32 bits each, ascending, those of its points as the run leaves them in the drawing, below 0 a
-  /// corner of the frame. Cells are 27 times finer unless told otherwise, and closed by their last point also when it
-  /// repeats another. `TetraedrosEscritos` is that file until the next run. The codes of runs; after any but kHecho
-  /// there is no file.
+  /// corner of the frame. Each leaves memory as soon as no point to come can lie in its sphere, whatever the cells.
+  /// `TetraedrosEscritos` is that file until the next run. The codes of runs; after any but kHecho there is no file.
   int RunTetraedros(CDibujo<int>& dibujo);
   [[nodiscard]] CFile* TetraedrosEscritos() const { return ficheroTemporal.Fichero(); }
   [[nodiscard]] CString const& RutaTetraedros() const { return ficheroTemporal.Ruta(); }
@@ -159,21 +158,25 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   std::uint32_t identificador;
 
  private:
+  using CInserta = std::function<void(CCoor3D<int>*, unsigned entidad, unsigned punto)>;
+
   [[nodiscard]] IPorcentaje* Progreso() const;
   void PreparaEnlace();
+  [[nodiscard]] std::vector<CTetraedro> Marco();
   void ConstruyeMarco();
   int Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas);
-  int InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, bool todas);
-  int InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool salvar, bool todas);
+  int EnlazaEnFlujo(CDibujo<int>& dibujo);
+  int InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, CInserta const& inserta);
+  int InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, CInserta const& inserta);
   bool EsperaAlHilo(CMarcha const& marcha);
   int Abandona(int codigo);
   int Concluye(bool salvar);
+  void ResumeBalance();
   void Apunta(int respuesta, CCoor3D<int> const& p, unsigned visitados, CStdioFile* registro);
   [[nodiscard]] CSetTetraedros& SetCercano(CCoor3D<int> const& p, CDivisiones const* celda);
   [[nodiscard]] CTetraedro* TetraedroInicial(CSetTetraedros& cerca) const;
 
   HANDLE evento = nullptr;  ///< signalled while the worker lives
-  bool escribeEnteros = false;
   unsigned finura = 0;
   CSetTetraedros::CBalance balance;
   CResumenEspacial resumen;

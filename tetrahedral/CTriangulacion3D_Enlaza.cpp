@@ -30,13 +30,20 @@ void CTriangulacion3D::PreparaEnlace() {
 }
 
 /// Six tetrahedra around the diagonal from -1 to -7.
-void CTriangulacion3D::ConstruyeMarco() {
-  EstableceDivisiones(divisiones, setRaiz);
+std::vector<CTetraedro> CTriangulacion3D::Marco() {
   constexpr unsigned kEsquina[6][4] = {{1, 2, 3, 7}, {3, 5, 6, 7}, {3, 4, 5, 7},
                                        {1, 3, 4, 7}, {4, 5, 7, 8}, {1, 4, 7, 8}};
-  bool enLista = false;
+  std::vector<CTetraedro> marco;
   for (auto const& e : kEsquina) {
-    CTetraedro t(&esquinas[e[0] - 1], &esquinas[e[1] - 1], &esquinas[e[2] - 1], &esquinas[e[3] - 1]);
+    marco.emplace_back(&esquinas[e[0] - 1], &esquinas[e[1] - 1], &esquinas[e[2] - 1], &esquinas[e[3] - 1]);
+  }
+  return marco;
+}
+
+void CTriangulacion3D::ConstruyeMarco() {
+  EstableceDivisiones(divisiones, setRaiz);
+  bool enLista = false;
+  for (CTetraedro& t : Marco()) {
     setRaiz.Inserta(t, true, true, true, true, enLista, false);
     enLista = true;
     ++balance.creados;
@@ -49,23 +56,20 @@ int CTriangulacion3D::Abandona(int codigo) {
   return codigo;
 }
 
-int CTriangulacion3D::InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, bool todas) {
-  unsigned a = 0, b = 0, c = 0;
+int CTriangulacion3D::InsertaSemillas(CDibujo<int>& dibujo, CMarcha& marcha, CInserta const& inserta) {
   for (CPosicion const& lugar : primerosPuntos) {
     if (!marcha.Avanza()) return kCancelado;
     if (lugar.entidad >= dibujo.Cantidad()) continue;
     CLinea<int> const& linea = dibujo[lugar.entidad];
     if (lugar.punto >= static_cast<unsigned>(linea.NPuntos())) continue;
-    TriangulaPunto(PuntoDeRun(linea, lugar.punto), lugar.entidad, lugar.punto, a, b, c, false, todas, nullptr, nullptr,
-                   nullptr);
+    inserta(PuntoDeRun(linea, lugar.punto), lugar.entidad, lugar.punto);
   }
   return kHecho;
 }
 
-int CTriangulacion3D::InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool salvar, bool todas) {
+int CTriangulacion3D::InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, CInserta const& inserta) {
   const CFiltroPuntos filtro(datos, Precision(), dibujo, CFiltroPuntos::CPor::CodigosSiempre);
   std::size_t cursor = 0;
-  unsigned a = 0, b = 0, c = 0;
   int codigo = kHecho;
   RecorrePuntos(dibujo, filtro, nullptr, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
     // Seeds stand in the order of the walk, so one cursor in step is enough.
@@ -77,7 +81,7 @@ int CTriangulacion3D::InsertaResto(CDibujo<int>& dibujo, CMarcha& marcha, bool s
       codigo = kCancelado;
       return false;
     }
-    TriangulaPunto(PuntoDeRun(e, k), entidad, k, a, b, c, salvar, todas, nullptr, nullptr, nullptr);
+    inserta(PuntoDeRun(e, k), entidad, k);
     return true;
   });
   return codigo;
@@ -99,13 +103,19 @@ int CTriangulacion3D::Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool sal
   setsCerrados.Prepara(primerosPuntos.size());
   evento = CreateEventW(nullptr, true, true, nullptr);
   if (evento == nullptr ||
-      !hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), longitudLimite2, todas, escribeEnteros)) {
+      !hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), longitudLimite2, todas)) {
     return Abandona(kFicheroInconsistente);
   }
   CMarcha marcha(porcentaje, nivelMensajes, cantidadPuntos, static_cast<unsigned>(progresoInicial));
   cantidadPuntos = 0;  // numbering begins here
-  if (const int codigo = InsertaSemillas(dibujo, marcha, todas); codigo != kHecho) return Abandona(codigo);
-  if (const int codigo = InsertaResto(dibujo, marcha, salvar, todas); codigo != kHecho) return Abandona(codigo);
+  const auto inserta = [&](bool cierra) {
+    return [this, cierra, todas](CCoor3D<int>* p, unsigned entidad, unsigned punto) {
+      unsigned a = 0, b = 0, c = 0;
+      TriangulaPunto(p, entidad, punto, a, b, c, cierra, todas, nullptr, nullptr, nullptr);
+    };
+  };
+  if (const int codigo = InsertaSemillas(dibujo, marcha, inserta(false)); codigo != kHecho) return Abandona(codigo);
+  if (const int codigo = InsertaResto(dibujo, marcha, inserta(salvar)); codigo != kHecho) return Abandona(codigo);
   if (salvar) {
     // The run's last point has closed and queued the root as a rule; queued again it is found empty.
     Salva(&divisiones);
@@ -118,14 +128,8 @@ int CTriangulacion3D::Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool sal
 
 /// What is spilled is on its way to the disk, or the run has failed: no tetrahedron is lost in silence.
 int CTriangulacion3D::Concluye(bool salvar) {
-  const std::uint64_t vivos = balance.creados - balance.condenados;
-  resumen.picoVivos = std::max(resumen.picoVivos, vivos - setsCerrados.Liberados());
-  resumen.enlazados = vivos;
-  resumen.creados = balance.creados;
-  resumen.pasos = balance.pasos;
-  resumen.esferas = balance.esferas;
-  resumen.exactas = balance.exactas;
-  resumen.porBusqueda = balance.porBusqueda;
+  ResumeBalance();
+  resumen.picoVivos = std::max(resumen.picoVivos, resumen.enlazados - setsCerrados.Liberados());
   if (!salvar) return Abandona(kHecho);  // a mesh in memory leaves no file
   hiloSalva.Stop();
   CTetraedro::EncogeReserva();
@@ -133,19 +137,13 @@ int CTriangulacion3D::Concluye(bool salvar) {
   return ficheroTemporal.Vuelca() ? kHecho : Abandona(kFicheroInaccesible);
 }
 
-int CTriangulacion3D::RunTetraedros(CDibujo<int>& dibujo) {
-  const CSiSeRompe guarda([this] {
-    Abandona(kCancelado);
-    escribeEnteros = false;
-  });
-  dibujo.PonNumerosACero();
-  escribeEnteros = true;
-  int codigo = Cronometra(resumen.segundosRellena, [&] { return Rellena(dibujo); });
-  if (codigo == kHecho) codigo = EnlazaLista(dibujo, 0, true, true);
-  escribeEnteros = false;
-  if (codigo != kHecho) return codigo;
-  if (IPorcentaje* porcentaje = Progreso()) porcentaje->Cierra(nivelMensajes, 0);
-  return kHecho;
+void CTriangulacion3D::ResumeBalance() {
+  resumen.enlazados = balance.creados - balance.condenados;
+  resumen.creados = balance.creados;
+  resumen.pasos = balance.pasos;
+  resumen.esferas = balance.esferas;
+  resumen.exactas = balance.exactas;
+  resumen.porBusqueda = balance.porBusqueda;
 }
 
 }  // namespace Meseta47

@@ -61,7 +61,7 @@ int CTriangulacion3D::TriangulaPunto(CCoor3D<int>* p, unsigned entidad, unsigned
   Apunta(respuesta, *p, visitados, registro);
   // A last point that repeats another finishes its cell as well; yet the file of faces is kept as it always was, where
   // such a cell waits for the one around it.
-  if (esUltimo && salvar && (respuesta == HECHA || escribeEnteros)) Salva(celda);
+  if (esUltimo && salvar && respuesta == HECHA) Salva(celda);
   return respuesta;
 }
 

@@ -12,8 +12,7 @@ namespace Meseta47 {
 namespace {
 
 constexpr unsigned kMensajeRellena = 19020;
-constexpr unsigned kFinuraDeEnteros = 27;  // of the cube of three extents a side, the points fill one part in so many
-constexpr double kHolguraMarco = 1.2;      // the frame is a cube around the data with a tenth of the extent to spare
+constexpr double kHolguraMarco = 1.2;  // the frame is a cube around the data with a tenth of the extent to spare
 
 double MayorAncho(CMaximas<int> const& caja) { return std::max({caja.Ancho(), caja.Alto(), caja.Altura()}); }
 
@@ -72,8 +71,7 @@ void CTriangulacion3D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja
   CMaximas<int> cubo;
   cubo.Minimo.Actualiza(caja.Minimo.x - w, caja.Minimo.y - w, caja.Minimo.z - w);
   cubo.Maximo.Actualiza(caja.Maximo.x + w, caja.Maximo.y + w, caja.Maximo.z + w);
-  const unsigned veces = finura != 0 ? finura : (escribeEnteros ? kFinuraDeEnteros : 1);
-  divisiones.PreparaDivisiones(std::uint64_t{n} * veces, cubo);
+  divisiones.PreparaDivisiones(std::uint64_t{n} * std::max(finura, 1U), cubo);
 }
 
 //        -3 +---------+ -6

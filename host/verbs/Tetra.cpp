@@ -19,7 +19,8 @@ namespace Meseta47::host {
 
 namespace {
 
-// Cells as the library makes them by default suit clouds that fill a cube; what scanners see are surfaces.
+// One point of each cell goes in before the rest. Cells as the library makes them by default suit clouds that fill a
+// cube; what scanners see are surfaces.
 constexpr unsigned kFineness = 27;
 
 struct TetraOptions {

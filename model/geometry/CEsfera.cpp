@@ -76,7 +76,7 @@ int SignoDeVolumen(CVector const& a, CVector const& b, CVector const& c) {
 
 /// A numerator of the centre. Past 2^126 an estimate is good to one part in 2^43, and the sphere so large that this is
 /// nothing; below it arithmetic modulo 2^128 holds the true value.
-double Numerador(double estimado, Entero128 exacto) { return std::abs(estimado) > 0x1p126 ? estimado : exacto.Valor(); }
+bool CabeEn128(double estimado) { return std::abs(estimado) <= 0x1p126; }
 template <class T>
 T NumeradorDe(T a2, T b2, T c2, T bc, T ca, T ab) {
   return a2 * bc + b2 * ca + c2 * ab;
@@ -118,12 +118,17 @@ bool CEsfera::Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> c
     return false;
   }
   const double mitad = 0.5 / volumen6.Valor();
+  // Conversions and quotient are good to 2^-51 of an exact numerator, on three axes together.
+  double relativo = 0x1p-49;
   const auto coordenada = [&](std::int64_t CVector::*p, std::int64_t CVector::*q) {
     const auto numerador = [&]<class T>(T) {
       const auto menor = [&](CVector const& u, CVector const& w) { return Menor<T>(u.*p, u.*q, w.*p, w.*q); };
       return NumeradorDe<T>(Norma2<T>(va), Norma2<T>(vb), Norma2<T>(vc), menor(vb, vc), menor(vc, va), menor(va, vb));
     };
-    return Numerador(numerador(double{}), numerador(Entero128(0))) * mitad;
+    const double estimado = numerador(double{});
+    if (CabeEn128(estimado)) return numerador(Entero128(0)).Valor() * mitad;
+    relativo = 0x1p-41;
+    return estimado * mitad;
   };
   x = d.x + coordenada(&CVector::y, &CVector::z);
   y = d.y + coordenada(&CVector::z, &CVector::x);
@@ -131,7 +136,7 @@ bool CEsfera::Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> c
   const double rx = x - d.x, ry = y - d.y, rz = z - d.z;
   radio2 = rx * rx + ry * ry + rz * rz;
   radio = std::sqrt(radio2);
-  margen = HUGE_VAL;
+  margen = Margen(radio, relativo * radio + 0x1p-52 * (std::abs(x) + std::abs(y) + std::abs(z)));
   return true;
 }
 

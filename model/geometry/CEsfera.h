@@ -11,7 +11,7 @@ namespace Meseta47 {
 struct URDIMBRE_API CEsfera {
   double x = 0, y = 0, z = 0;
   double radio2 = 0;  ///< the square of the radius
-  double margen = 0;  ///< see `Exceso`; infinite where doubles never tell
+  double margen = 0;  ///< see `Exceso`
   double radio = 0;
 
   /// The sphere through four points, relative to the last. False, with all at 0, when they are exactly coplanar.
@@ -41,6 +41,13 @@ struct URDIMBRE_API CEsfera {
   [[nodiscard]] static CCalculo Calcula(CVectores const& v, double px, double py, double pz);
   /// The same sphere with exact numerators and denominator, for those that are nearly flat. False when they are flat.
   bool Afina(CCoor3D<int> const& a, CCoor3D<int> const& b, CCoor3D<int> const& c, CCoor3D<int> const& d);
+
+  /// How far an excess must be from 0 for its sign to be certain, when the centre is off by `error` at most.
+  [[nodiscard]] static double Margen(double radio, double error) {
+    // Up to twice the radius away from the centre, the error moves an excess by 2 error (3 radio), and the sums round
+    // it by less than 64 u radio2, u = 2^-53; farther away the excess grows faster than its error.
+    return radio * (6 * error + 0x1p-47 * radio);
+  }
 
  private:
   // With u = 2^-53 and la, lb, lc the greatest coordinates of the vectors, the volume below is off by less than
@@ -93,9 +100,7 @@ inline CEsfera::CCalculo CEsfera::Calcula(CVectores const& v, double px, double 
   r.tamano = la * lb * lc;
   const double relativo = kRedondeo * r.tamano * std::abs(mitad) * 2;
   r.error = relativo * (la + lb + lc + 2 * r.radio) + 0x1p-52 * (std::abs(r.x) + std::abs(r.y) + std::abs(r.z));
-  // Up to twice the radius away from the centre, the error moves an excess by 2 error (3 radio), and the sums round it
-  // by less than 64 u radio2; farther away the excess grows faster than its error.
-  r.margen = r.radio * (6 * r.error + 0x1p-47 * r.radio);
+  r.margen = Margen(r.radio, r.error);
   return r;
 }
 

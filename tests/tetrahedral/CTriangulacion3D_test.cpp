@@ -158,7 +158,13 @@ TEST(CTriangulacion3D, TheOrderOfTheSpillDependsNeitherOnThreadsNorOnTheRun) {
 TEST(CTriangulacion3D, FinishedCellsLeaveMemoryWhileTheRestGrows) {
   const LinkedInSpace linked = LinkInSpace(Cloud(50'000), true);
   EXPECT_EQ(linked.code, kHecho);
-  EXPECT_LT(3 * linked.summary.picoVivos, linked.summary.enlazados);
+  EXPECT_LT(9 * linked.summary.picoVivos, linked.summary.enlazados);
+  EXPECT_LT(linked.summary.pasos, 3 * 50'000U);
+  EXPECT_LT(linked.summary.visitados, 50'000U);
+  // Over a surface nearly all spheres are larger than any cell.
+  const LinkedInSpace terrain = LinkInSpace(alongACurve(spaceFamily(SpaceFamily::Terrain, 50'000, 9)), true);
+  EXPECT_LT(4 * terrain.summary.picoVivos, terrain.summary.enlazados);
+  EXPECT_LT(terrain.summary.visitados, 50'000U);
 }
 
 TEST(CTriangulacion3D, AMeshInMemoryLeavesNoFile) {

@@ -1,0 +1,217 @@
+#include "tetrahedral/CMallaEnFlujo.h"
+
+#include <algorithm>
+
+#include "platform/Anticipa.h"
+#include "platform/CFile.h"
+
+namespace Meseta47 {
+
+namespace {
+
+constexpr std::size_t kRegistros = 4096;  // of 16 bytes, that go to the file at once
+constexpr std::size_t kPorDelante = 8;    // tetrahedra of a list that are on their way from memory
+
+}  // namespace
+
+void CMallaEnFlujo::Empieza(std::vector<CTetraedro> const& marco, std::vector<CPorVenir::CPunto> puntos) {
+  porVenir.Prepara(std::move(puntos));
+  listas.resize(std::max<std::size_t>(porVenir.Hojas(), 1));
+  registros.reserve(kRegistros);
+  std::vector<CTetraedro*> hechos;
+  for (CTetraedro const& t : marco) {
+    listas[0].reserve(listas[0].size() + 1);
+    CTetraedro* nuevo = CTetraedro::Nuevo(t);
+    Anota(nuevo, nuevo->Numero(), 0);
+    for (CTetraedro* otro : hechos) {
+      for (unsigned cara = 0; cara < 4; ++cara) {
+        unsigned const* v = CTetraedro::kVertice[cara];
+        const int suya = otro->ContieneCara(nuevo->Num(v[0]), nuevo->Num(v[1]), nuevo->Num(v[2]));
+        if (suya == 0) continue;
+        nuevo->vecinos[cara] = otro->Numero();
+        otro->vecinos[suya - 1] = nuevo->Numero();
+      }
+    }
+    hechos.push_back(nuevo);
+  }
+  vivos = picoVivos = balance.creados = hechos.size();
+}
+
+CMallaEnFlujo::~CMallaEnFlujo() {
+  for (auto const& lista : listas) {
+    for (const std::uint32_t numero : lista) {
+      CTetraedro* t = CTetraedro::De(numero);
+      t->clear();
+      delete t;
+    }
+  }
+}
+
+int CMallaEnFlujo::Inserta(CCoor3D<int>* p) {
+  const std::uint32_t hoja = porVenir.Hoja(*p);
+  const int respuesta = Entra(p, hoja);
+  if (porVenir.Llega(hoja)) Acaba(hoja);
+  return respuesta;
+}
+
+int CMallaEnFlujo::Entra(CCoor3D<int>* p, std::uint32_t hoja) {
+  ++inserciones;
+  CTetraedro* semilla = BuscaSemilla(*p, hoja);
+  if (semilla == nullptr) return SIN_ESFERA;
+  const bool nuevo = estrella.Crece(*p, semilla, CEstrella::Marca(inserciones));
+  balance.esferas = estrella.Esferas();
+  balance.exactas = estrella.Exactas();
+  if (!nuevo) return REPETIDO;
+  viveEstrella = false;
+  if (!estrella.Dispone(*p)) return SIN_ESFERA;
+  if (!estrella.Calcula(*p)) return COPLANARIO;
+  Sustituye(p, hoja);
+  return HECHA;
+}
+
+/// From the best of those made last; where some of them have gone, of what the last leaf to end has left. A descent may
+/// end at the gap that those leave which have gone. What waits for the point's own leaf lies on its side of all gaps,
+/// and so does what the point lies in: that is still there.
+CTetraedro* CMallaEnFlujo::BuscaSemilla(CCoor3D<int> const& p, std::uint32_t hoja) {
+  std::vector<std::uint32_t> const& lista = listas[hoja];
+  CTetraedro* t = viveEstrella ? estrella.MasCercano(p) : nullptr;
+  for (std::size_t i = 0; !viveEstrella && i < movidos.size(); ++i) t = CEstrella::MasCercano(p, t, movidos[i]);
+  bool dentro = false;
+  if (t != nullptr) t = CEstrella::Desciende(p, t, balance.pasos, dentro);
+  if (dentro) return t;
+  for (const std::uint32_t numero : lista) t = CEstrella::MasCercano(p, t, CTetraedro::De(numero));
+  visitados += lista.size();
+  if (t == nullptr) return BuscaEntreTodos(p, hoja);
+  t = CEstrella::Desciende(p, t, balance.pasos, dentro);
+  if (dentro) return t;
+  if ((t = Recorre(p, t)) != nullptr) return t;
+  for (const std::uint32_t numero : lista) {
+    if ((t = Recorre(p, CTetraedro::De(numero))) != nullptr) return t;
+  }
+  return BuscaEntreTodos(p, hoja);
+}
+
+/// Breadth-first to the first sphere that holds the point.
+CTetraedro* CMallaEnFlujo::Recorre(CCoor3D<int> const& p, CTetraedro* desde) {
+  const std::int32_t marca = CEstrella::Marca(inserciones);
+  cola.clear();
+  const auto anade = [&](CTetraedro* t) {
+    if (t == nullptr || t->identificador == marca) return;
+    t->identificador = marca;
+    cola.push_back(t);
+  };
+  anade(desde);
+  for (std::size_t i = 0; i < cola.size(); ++i) {
+    CTetraedro* t = cola[i];
+    if (t->EnEsfera(p)) {
+      // Those behind it have not been looked at.
+      for (std::size_t k = i + 1; k < cola.size(); ++k) cola[k]->identificador = 0;
+      return t;
+    }
+    ++visitados;
+    for (unsigned cara = 0; cara < 4; ++cara) anade(t->Vecino(cara));
+  }
+  return nullptr;
+}
+
+CTetraedro* CMallaEnFlujo::BuscaEntreTodos(CCoor3D<int> const& p, std::uint32_t hoja) {
+  CTetraedro* hallado = nullptr;
+  porVenir.PorCercania(hoja, [&](std::uint32_t otra) {
+    for (const std::uint32_t numero : listas[otra]) {
+      ++visitados;
+      CTetraedro* t = CTetraedro::De(numero);
+      if (!t->EnEsfera(p)) continue;
+      hallado = t;
+      return true;
+    }
+    return false;
+  });
+  return hallado;
+}
+
+void CMallaEnFlujo::Sustituye(CCoor3D<int>* p, std::uint32_t hoja) {
+  const std::size_t condenados = estrella.Condenados(), nuevos = estrella.Cantidad();
+  std::vector<std::uint32_t>& lista = listas[hoja];
+  if (lista.capacity() < lista.size() + nuevos) lista.reserve(lista.size() + lista.size() / 2 + nuevos);
+  estrella.PideSitios();
+  // Nothing throws from here on. A place keeps its entry where it is in the right list already.
+  const std::size_t propios = std::min(condenados, nuevos);
+  for (std::size_t i = 0; i < condenados; ++i) {
+    CTetraedro* t = estrella.Condenado(i);
+    if (i >= propios || t->ant != hoja) Tacha(t);
+    if (i < propios && t->ant != hoja) Anota(t, estrella.NumeroDeCondenado(i), hoja);
+  }
+  estrella.Construye(p);
+  for (std::size_t i = propios; i < nuevos; ++i) Anota(estrella.Nuevo(i), estrella.Nuevo(i)->Numero(), hoja);
+  viveEstrella = true;
+  balance.condenados += condenados;
+  balance.creados += nuevos;
+  vivos += nuevos;
+  vivos -= condenados;
+  picoVivos = std::max(picoVivos, vivos);
+}
+
+/// The list has room.
+void CMallaEnFlujo::Anota(CTetraedro* t, std::uint32_t numero, std::uint32_t hoja) {
+  t->ant = hoja;
+  t->sig = static_cast<std::uint32_t>(listas[hoja].size());
+  listas[hoja].push_back(numero);
+}
+
+void CMallaEnFlujo::Tacha(CTetraedro const* t) {
+  std::vector<std::uint32_t>& lista = listas[t->ant];
+  const std::uint32_t ultimo = lista.back();
+  lista[t->sig] = ultimo;
+  CTetraedro::De(ultimo)->sig = t->sig;
+  lista.pop_back();
+}
+
+void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
+  std::vector<std::uint32_t> lista = std::move(listas[hoja]);
+  listas[hoja] = {};
+  movidos.clear();
+  vecindad.Pon(porVenir, hoja);
+  const std::size_t n = lista.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i + kPorDelante < n) {
+      CTetraedro* luego = CTetraedro::De(lista[i + kPorDelante]);
+      AnticipaLectura(luego);
+      Anticipa(&luego->sig);
+    }
+    if (i + kPorDelante / 2 < n) {
+      for (const std::uint32_t vecino : CTetraedro::De(lista[i + kPorDelante / 2])->vecinos) {
+        Anticipa(CNumeros::Direccion<128>(vecino));
+      }
+    }
+    CTetraedro* t = CTetraedro::De(lista[i]);
+    const std::uint32_t otra = vecindad.Alcanza({t->cx, t->cy, t->cz, t->radio2, t->margen});
+    if (otra != CPorVenir::kNinguna) {
+      try {
+        Anota(t, lista[i], otra);
+      } catch (...) {  // its owner is this list, and so is that of those behind it
+        lista.erase(lista.begin(), lista.begin() + static_cast<std::ptrdiff_t>(i));
+        listas[hoja] = std::move(lista);
+        throw;
+      }
+      movidos.push_back(t);
+      continue;
+    }
+    Despide(t);
+  }
+}
+
+void CMallaEnFlujo::Despide(CTetraedro* t) {
+  registros.push_back({t->puntos[0]->num, t->puntos[1]->num, t->puntos[2]->num, t->puntos[3]->num});
+  if (registros.size() == kRegistros) Vuelca();
+  viveEstrella = false;
+  delete t;  // and its neighbours forget it
+  --vivos;
+}
+
+bool CMallaEnFlujo::Vuelca() {
+  if (!registros.empty()) bien = fichero.Write(registros.data(), registros.size() * sizeof(registros[0])) && bien;
+  registros.clear();
+  return bien;
+}
+
+}  // namespace Meseta47
