@@ -72,7 +72,7 @@ VectorFacts factsOf(VectorContent const& content) {
 class Gatherer {
  public:
   Gatherer(InfoProgress const& progress, TextColumns const& columns, bool partial)
-      : progress_(progress), columns_(columns), reading_{.partial = partial} {}
+      : progress_(progress), columns_(columns), reading_{.fields = LasFields::surface, .partial = partial} {}
 
   CloudInfo gather(std::span<std::string const> names) {
     CloudInfo info;

@@ -78,7 +78,7 @@ CloudReader::CloudReader(std::string const& path, TextColumns const& columns, La
     return;
   }
   las_ = std::make_unique<LasReader>(std::move(source), reading);
-  if (hasColour()) {
+  if (hasColour() && reading.fields == LasFields::all) {
     colourShift_ = coloursAreBytes(*las_) ? 0 : 8;
     las_->seek(0);
   }

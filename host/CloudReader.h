@@ -20,7 +20,7 @@ namespace Meseta47::host {
 ///
 /// Colours of 16 bits are cut to their high byte. Files are common whose colours are 8-bit numbers in 16-bit fields:
 /// when no point of a sample over the whole file (all points of a small one) has a colour above 255, they are taken as
-/// they are. Used by one thread at a time.
+/// they are, unless the reading does without them. Used by one thread at a time.
 class CloudReader {
  public:
   static constexpr std::size_t kBatch = 65536;

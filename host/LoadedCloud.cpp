@@ -41,7 +41,7 @@ struct Survey {
 /// What of a cloud is read. A way back needs every record of the file.
 LasReading readingOf(LoadOptions const& options) {
   if (options.wayBack) return {};
-  return {options.partial, options.bounds, options.resolution};
+  return {.partial = options.partial, .box = options.bounds, .resolution = options.resolution};
 }
 
 void include(Survey& result, Input& input, bool believe, LoadOptions const& options) {

@@ -34,6 +34,11 @@ class AxisMap {
   std::int64_t wholeFactor_, wholeShift_;
 };
 
+LasReading forSurface(LasReading reading) {
+  reading.fields = LasFields::surface;
+  return reading;
+}
+
 }  // namespace
 
 WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
@@ -41,6 +46,9 @@ WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
   const auto on = [&](std::size_t axis) { return toWhole((place[axis] - seed.origen[axis]) * units); };
   return {{on(0), on(1), on(2)}, 0, 0};
 }
+
+PointStream::PointStream(std::string const& file, TextColumns const& columns, LasReading const& reading)
+    : reader_(file, columns, forSurface(reading)) {}
 
 Extent const& PointStream::measure() {
   if (found_) return *found_;

@@ -25,9 +25,8 @@ struct WidePoint {
 /// scale and offset have no more decimals than the seed, that is exact integer arithmetic.
 class PointStream {
  public:
-  /// Throws FileError.
-  explicit PointStream(std::string const& file, TextColumns const& columns = {}, LasReading const& reading = {})
-      : reader_(file, columns, reading) {}
+  /// Throws FileError. Of LAS files the fields of a surface are read.
+  explicit PointStream(std::string const& file, TextColumns const& columns = {}, LasReading const& reading = {});
 
   /// The LAS file behind it; null for text.
   [[nodiscard]] LasReader const* las() const { return reader_.las(); }

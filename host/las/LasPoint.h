@@ -4,6 +4,12 @@
 
 namespace Meseta47::host {
 
+/// What of the points is wanted.
+enum class LasFields : std::uint8_t {
+  all,
+  surface,  ///< place, intensity, class and returns; the other fields then say nothing, and may cost no time
+};
+
 /// One point as a LAS file holds it, whatever its format: fields that the format lacks are zero.
 struct LasPoint {
   std::int32_t x = 0, y = 0, z = 0;  ///< scaled integers of the file

@@ -25,7 +25,7 @@ LasReader::LasReader(std::unique_ptr<ByteSource> source, LasReading const& readi
     : source_(std::move(source)),
       header_(readCheckedHeader(*source_)),
       vlrs_(readCheckedVlrs(*source_, header_, reading.partial)) {
-  if (header_.compressed) laz_ = openCompressed();
+  if (header_.compressed) laz_ = openCompressed(reading.fields);
   if (laz_ && reading.partial) header_.pointCount = laz_->takeWhole();
   if (reading.resolution > 0 || (laz_ && reading.box)) choose(reading);
 }
@@ -48,12 +48,12 @@ void LasReader::choose(LasReading const& reading) {
   laz_->choose(std::move(chosen));
 }
 
-std::unique_ptr<LazRecords> LasReader::openCompressed() const {
+std::unique_ptr<LazRecords> LasReader::openCompressed(LasFields fields) const {
   LasVlr const* const how = find(kLazUser, kLazRecord);
   if (how == nullptr) {
     throw FileError(name(), "its points are compressed, and the record that tells how is missing: the file is damaged");
   }
-  return std::make_unique<LazRecords>(*source_, header_, decodeLazScheme(name(), header_, vlrData(*how)));
+  return std::make_unique<LazRecords>(*source_, header_, decodeLazScheme(name(), header_, vlrData(*how)), fields);
 }
 
 std::size_t LasReader::extraBytes() const { return header_.recordLength - lasRecordLength(header_.pointFormat); }

@@ -19,6 +19,7 @@ namespace Meseta47::host {
 
 /// What of a file is read: all of it, unless something is asked for.
 struct LasReading {
+  LasFields fields = LasFields::all;
   bool partial = false;         ///< of a file that is cut short, what there is before the cut, in whole chunks
   std::optional<Bounds> box{};  ///< leave out what an octree knows to be outside; others are read as a whole
   double resolution = 0;        ///< above 0: the levels of an octree down to points so far apart
@@ -86,7 +87,7 @@ class LasReader {
 
  private:
   [[nodiscard]] LasVlr const* find(std::string_view user, unsigned record) const;
-  [[nodiscard]] std::unique_ptr<LazRecords> openCompressed() const;
+  [[nodiscard]] std::unique_ptr<LazRecords> openCompressed(LasFields fields) const;
   void choose(LasReading const& reading);
   void readPlain(std::size_t count);
 

@@ -5,8 +5,8 @@
 
 namespace Meseta47::host::laz {
 
-std::unique_ptr<ChunkDecoder> makeChunkDecoder(LazScheme const& scheme) {
-  return scheme.kind == LazScheme::Kind::layered ? makeLayeredDecoder(scheme) : makePointwiseDecoder(scheme);
+std::unique_ptr<ChunkDecoder> makeChunkDecoder(LazScheme const& scheme, LasFields fields) {
+  return scheme.kind == LazScheme::Kind::layered ? makeLayeredDecoder(scheme, fields) : makePointwiseDecoder(scheme);
 }
 
 std::unique_ptr<ChunkEncoder> makeChunkEncoder(LazScheme const& scheme) {

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "host/las/LasPoint.h"
 #include "host/laz/LazScheme.h"
 
 namespace Meseta47::host::laz {
@@ -20,14 +21,16 @@ class ChunkDecoder {
   virtual void start(std::span<std::uint8_t const> chunk) = 0;
 
   /// Decodes the next records, whose bytes are zero, and gives how many are whole: fewer where the bytes run out.
-  /// `recordLength` bytes each. More records than the chunk was made of are never asked for.
+  /// `recordLength` bytes each. More records than the chunk was made of are never asked for. Where not all fields are
+  /// wanted, the others have values of no meaning, yet the same for the same chunk.
   virtual std::size_t decode(std::span<std::uint8_t> records) = 0;
 
   /// Bytes that the chunk has taken, once all of its records have been decoded.
   [[nodiscard]] virtual std::size_t bytesTaken() const = 0;
 };
 
-[[nodiscard]] std::unique_ptr<ChunkDecoder> makeChunkDecoder(LazScheme const& scheme);
+[[nodiscard]] std::unique_ptr<ChunkDecoder> makeChunkDecoder(LazScheme const& scheme,
+                                                             LasFields fields = LasFields::all);
 
 /// Encodes chunks. Used by one thread at a time.
 class ChunkEncoder {

@@ -18,17 +18,25 @@ unsigned layersOf(LazScheme const& scheme) {
          (hasWaveform(format) ? 1U : 0U) + scheme.extraBytes;
 }
 
-/// The decoders of a chunk's layers.
+/// Layers hold one field each, and those of fields that nobody wants need not be decoded.
+bool isWanted(unsigned layer, LasFields fields) {
+  return fields == LasFields::all || layer == kPlaceLayer || layer == kHeightLayer || layer == kClassLayer ||
+         layer == kIntensityLayer;
+}
+
+/// The decoders of a chunk's layers. One that is not wanted counts as empty, as one of a field that never changes is.
 class LayersIn {
  public:
   static constexpr bool kEncodes = false;
 
+  explicit LayersIn(LasFields fields) : fields_(fields) {}
+
   void start(std::span<std::uint8_t const> layers, std::vector<std::uint32_t> const& sizes) {
     coders_.resize(sizes.size());
     has_.resize(sizes.size());
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
+    for (unsigned i = 0; i < sizes.size(); ++i) {
       const auto layer = layers.first(std::min<std::size_t>(sizes[i], layers.size()));
-      has_[i] = sizes[i] > 0;
+      has_[i] = sizes[i] > 0 && isWanted(i, fields_);
       coders_[i] = EntropyDecoder(layer);
       layers = layers.subspan(layer.size());
     }
@@ -45,6 +53,7 @@ class LayersIn {
   }
 
  private:
+  LasFields fields_;
   std::vector<EntropyDecoder> coders_;
   std::vector<std::uint8_t> has_;
 };
@@ -70,8 +79,9 @@ class LayersOut {
 
 class LayeredRecord {
  public:
-  explicit LayeredRecord(LazScheme const& scheme)
+  explicit LayeredRecord(LazScheme const& scheme, LasFields fields = LasFields::all)
       : length_(scheme.recordLength()), tellsChangesAlone_(scheme.itemVersion == 3) {
+    if (fields != LasFields::all) return;
     const unsigned format = scheme.pointFormat, version = scheme.itemVersion;
     if (hasColour(format)) colour_ = std::make_unique<ColourLayers>(version, hasInfrared(format));
     if (hasWaveform(format)) wave_ = std::make_unique<WaveLayer>(version);
@@ -79,6 +89,8 @@ class LayeredRecord {
   }
 
   [[nodiscard]] std::size_t length() const { return length_; }
+  /// Bytes of a record that are coded: less than its length where not all fields are wanted.
+  [[nodiscard]] std::size_t coded() const { return colour_ || wave_ || extra_ ? length_ : Point14::kBytes; }
 
   void restart(std::uint8_t const* first) {
     point_.restart(first);
@@ -127,7 +139,8 @@ class LayeredRecord {
 
 class LayeredDecoder final : public ChunkDecoder {
  public:
-  explicit LayeredDecoder(LazScheme const& scheme) : scheme_(scheme), record_(scheme) {}
+  LayeredDecoder(LazScheme const& scheme, LasFields fields)
+      : scheme_(scheme), record_(scheme, fields), layers_(fields) {}
 
   void start(std::span<std::uint8_t const> chunk) override {
     chunk_ = chunk;
@@ -151,7 +164,7 @@ class LayeredDecoder final : public ChunkDecoder {
   bool takeFirst(std::uint8_t* record) {
     head_ = readLayeredHead(scheme_, chunk_);
     if (!head_) return false;
-    std::copy_n(chunk_.begin(), record_.length(), record);
+    std::copy_n(chunk_.begin(), record_.coded(), record);
     record_.restart(record);
     layers_.start(chunk_.subspan(layeredHeadBytes(scheme_)), head_->layers);
     return true;
@@ -266,8 +279,8 @@ std::optional<LayeredHead> readLayeredHead(LazScheme const& scheme, std::span<st
   return head;
 }
 
-std::unique_ptr<ChunkDecoder> makeLayeredDecoder(LazScheme const& scheme) {
-  return std::make_unique<LayeredDecoder>(scheme);
+std::unique_ptr<ChunkDecoder> makeLayeredDecoder(LazScheme const& scheme, LasFields fields) {
+  return std::make_unique<LayeredDecoder>(scheme, fields);
 }
 
 std::unique_ptr<ChunkEncoder> makeLayeredEncoder(LazScheme const& scheme) {

@@ -24,7 +24,7 @@ struct LayeredHead {
 /// None when there are fewer bytes than that.
 [[nodiscard]] std::optional<LayeredHead> readLayeredHead(LazScheme const& scheme, std::span<std::uint8_t const> chunk);
 
-[[nodiscard]] std::unique_ptr<ChunkDecoder> makeLayeredDecoder(LazScheme const& scheme);
+[[nodiscard]] std::unique_ptr<ChunkDecoder> makeLayeredDecoder(LazScheme const& scheme, LasFields fields);
 [[nodiscard]] std::unique_ptr<ChunkEncoder> makeLayeredEncoder(LazScheme const& scheme);
 
 }  // namespace Meseta47::host::laz

@@ -20,8 +20,8 @@ constexpr std::size_t kFewPoints = 4096;
 
 }  // namespace
 
-LazRecords::LazRecords(ByteSource& source, LasHeader const& header, LazScheme const& scheme)
-    : source_(source), promised_(header.pointCount), header_(header), scheme_(scheme) {
+LazRecords::LazRecords(ByteSource& source, LasHeader const& header, LazScheme const& scheme, LasFields fields)
+    : source_(source), promised_(header.pointCount), header_(header), scheme_(scheme), fields_(fields) {
   if (auto chunks = readChunks(source_, header_, scheme_)) {
     chunks_ = std::move(*chunks);
     known_ = true;
@@ -75,7 +75,7 @@ std::uint64_t LazRecords::chunkStart(std::uint64_t point) {
 bool LazRecords::isLarge(LazChunk const& chunk) const { return chunk.points * scheme_.recordLength() > kLargeChunk; }
 
 void LazRecords::fetch(Slot& slot, LazChunk const& chunk) {
-  if (!slot.decoder) slot.decoder = laz::makeChunkDecoder(scheme_);
+  if (!slot.decoder) slot.decoder = laz::makeChunkDecoder(scheme_, fields_);
   slot.chunk = chunk;
   slot.bytes.resize(static_cast<std::size_t>(chunk.bytes) + laz::kDecoderSlack);
   const auto bytes = std::span(slot.bytes).first(static_cast<std::size_t>(chunk.bytes));

@@ -21,7 +21,7 @@ class LazRecords {
  public:
   /// The source outlives this. Where the chunk table is missing or damaged, chunks are looked for when the first record
   /// is asked for.
-  LazRecords(ByteSource& source, LasHeader const& header, LazScheme const& scheme);
+  LazRecords(ByteSource& source, LasHeader const& header, LazScheme const& scheme, LasFields fields = LasFields::all);
   LazRecords(LazRecords const&) = delete;
   LazRecords& operator=(LazRecords const&) = delete;
   ~LazRecords();
@@ -83,6 +83,7 @@ class LazRecords {
   std::uint64_t promised_;  // points
   LasHeader header_;
   LazScheme scheme_;
+  LasFields fields_;
   std::vector<LazChunk> chunks_;
   bool known_ = false;
   std::uint64_t next_ = 0;

@@ -16,8 +16,8 @@ Bytes encoded(LazScheme const& scheme, Bytes const& records) {
 /// Starts on a copy of a chunk that has the room behind it.
 class Decoding {
  public:
-  Decoding(LazScheme const& scheme, Bytes const& chunk)
-      : decoder_(laz::makeChunkDecoder(scheme)), bytes_(chunk), length_(scheme.recordLength()) {
+  Decoding(LazScheme const& scheme, Bytes const& chunk, LasFields fields = LasFields::all)
+      : decoder_(laz::makeChunkDecoder(scheme, fields)), bytes_(chunk), length_(scheme.recordLength()) {
     bytes_.resize(chunk.size() + laz::kDecoderSlack, 0xa5);
     decoder_->start(std::span(bytes_).first(chunk.size()));
   }
@@ -64,6 +64,27 @@ TEST_P(ChunkCodec, PiecesOfAChunkDecodeAsTheWhole) {
     all.insert(all.end(), piece.begin(), piece.end());
   }
   EXPECT_TRUE(all == records);
+}
+
+TEST_P(ChunkCodec, TheFieldsOfASurfaceComeWithoutTheOthers) {
+  LazScheme const& scheme = GetParam().scheme;
+  for (const Family family : kFamilies) {
+    SCOPED_TRACE(testing::Message() << "family " << static_cast<int>(family));
+    const Bytes records = recordsOf(scheme, family, 1500, 4), chunk = encoded(scheme, records);
+    const auto pointsOf = [&](Bytes const& from) {
+      std::vector<LasPoint> points(from.size() / scheme.recordLength());
+      decodeLasPoints(scheme.pointFormat, from.data(), scheme.recordLength(), points);
+      return points;
+    };
+    Decoding decoding(scheme, chunk, LasFields::surface);
+    const auto wanted = pointsOf(records), found = pointsOf(decoding.next(1500));
+    ASSERT_EQ(found.size(), wanted.size());
+    const auto surface = [](LasPoint const& p) {
+      return std::tuple(p.x, p.y, p.z, p.intensity, p.classification, p.returnNumber, p.returns, p.channel);
+    };
+    for (std::size_t i = 0; i < wanted.size(); ++i) ASSERT_EQ(surface(found[i]), surface(wanted[i])) << "point " << i;
+    EXPECT_EQ(decoding.taken(), chunk.size());
+  }
 }
 
 TEST_P(ChunkCodec, ACodecThatWasUsedBeforeGivesTheSameBytes) {
