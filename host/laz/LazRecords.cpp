@@ -5,7 +5,6 @@
 
 #include "host/FileError.h"
 #include "host/laz/EntropyDecoder.h"
-#include "model/threads/Reparto.h"
 #include "platform/Procesadores.h"
 
 namespace Meseta47::host {
@@ -28,8 +27,6 @@ LazRecords::LazRecords(ByteSource& source, LasHeader const& header, LazScheme co
   }
 }
 
-LazRecords::~LazRecords() { dropAhead(); }
-
 void LazRecords::findChunks() {
   if (known_) return;
   chunks_ = rebuildChunks(source_, header_, scheme_);
@@ -51,8 +48,7 @@ std::vector<LazChunk> const& LazRecords::chunks() {
 }
 
 void LazRecords::choose(std::vector<LazChunk> chunks) {
-  dropAhead();
-  now_.count = 0;
+  dropAhead(ahead_.size());
   chunks_ = std::move(chunks);
   piece_.chunk = {};
   known_ = true;
@@ -77,6 +73,7 @@ bool LazRecords::isLarge(LazChunk const& chunk) const { return chunk.points * sc
 void LazRecords::fetch(Slot& slot, LazChunk const& chunk) {
   if (!slot.decoder) slot.decoder = laz::makeChunkDecoder(scheme_, fields_);
   slot.chunk = chunk;
+  slot.whole = 0;
   slot.bytes.resize(static_cast<std::size_t>(chunk.bytes) + laz::kDecoderSlack);
   const auto bytes = std::span(slot.bytes).first(static_cast<std::size_t>(chunk.bytes));
   if (source_.read(chunk.place, bytes) < bytes.size()) {
@@ -85,51 +82,38 @@ void LazRecords::fetch(Slot& slot, LazChunk const& chunk) {
   slot.decoder->start(bytes);
 }
 
-void LazRecords::gather(Group& group, std::size_t first) {
-  group.first = first;
-  group.count = 0;
-  const std::size_t most = NumeroProcesadores();
-  while (group.count < most && first + group.count < chunks_.size() && !isLarge(chunks_[first + group.count])) {
-    if (group.slots.size() == group.count) group.slots.emplace_back();
-    Slot& slot = group.slots[group.count];
-    LazChunk const& chunk = chunks_[first + group.count];
-    fetch(slot, chunk);
-    slot.records.resize(static_cast<std::size_t>(chunk.points * scheme_.recordLength()));
-    ++group.count;
+/// Begins to decode the chunk behind those that are decoded already. Where the system has no thread for it, that is
+/// done when it is asked for.
+void LazRecords::begin(std::size_t chunk) {
+  if (spares_.empty()) spares_.push_back(std::make_unique<Slot>());
+  Slot& slot = *spares_.back();
+  fetch(slot, chunks_[chunk]);
+  slot.records.resize(static_cast<std::size_t>(slot.chunk.points * scheme_.recordLength()));
+  ahead_.push_back(std::move(spares_.back()));
+  spares_.pop_back();
+  const auto how = NumeroProcesadores() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
+  slot.decoding = std::async(how, [&slot] { slot.whole = slot.decoder->decode(slot.records); });
+}
+
+/// Gives up the first `count` of the chunks that are decoded.
+void LazRecords::dropAhead(std::size_t count) {
+  for (; count > 0; --count, ++first_) {
+    ahead_.front()->decoding = {};  // waits for one that is under way
+    spares_.push_back(std::move(ahead_.front()));
+    ahead_.pop_front();
   }
 }
 
-void LazRecords::decode(Group& group) {
-  Reparte(group.count, 1, [&group](std::size_t first, std::size_t last) {
-    for (std::size_t i = first; i < last; ++i) {
-      group.slots[i].whole = group.slots[i].decoder->decode(group.slots[i].records);
-    }
-  });
-}
-
-void LazRecords::dropAhead() {
-  if (decoding_.valid()) decoding_.wait();
-  decoding_ = {};
-  ahead_.count = 0;
-}
-
-void LazRecords::lookAhead(std::size_t chunk) {
-  if (NumeroProcesadores() == 1) return;  // the one there is has work
-  gather(ahead_, chunk);
-  if (ahead_.count == 0) return;
-  decoding_ = std::async(std::launch::async | std::launch::deferred, [this] { decode(ahead_); });
-}
-
+/// Makes a chunk the one in front, decoded. With one processor nothing is decoded before it is needed.
 void LazRecords::load(std::size_t chunk) {
-  if (decoding_.valid()) decoding_.get();
-  if (ahead_.has(chunk)) {
-    std::swap(now_, ahead_);
-  } else {
-    gather(now_, chunk);
-    decode(now_);
+  dropAhead(isAhead(chunk) ? chunk - first_ : ahead_.size());
+  first_ = chunk;
+  const std::size_t most = NumeroProcesadores() > 1 ? NumeroProcesadores() + 1 : 1;
+  for (std::size_t next = chunk + ahead_.size(); next < chunks_.size() && ahead_.size() < most; ++next) {
+    if (isLarge(chunks_[next])) break;
+    begin(next);
   }
-  ahead_.count = 0;
-  lookAhead(now_.first + now_.count);
+  if (ahead_.front()->decoding.valid()) ahead_.front()->decoding.get();
 }
 
 std::span<std::uint8_t const> LazRecords::serve(Slot const& slot, std::size_t max) {
@@ -146,11 +130,9 @@ std::span<std::uint8_t const> LazRecords::read(std::size_t max) {
   (void)chunks();
   const std::size_t chunk = chunkOf(next_);
   if (chunk == chunks_.size() || max == 0) return {};
-  if (!now_.has(chunk)) {
-    if (max < kFewPoints || isLarge(chunks_[chunk])) return readPiece(chunk, max);
-    load(chunk);
-  }
-  return serve(now_.slots[chunk - now_.first], max);
+  if (!isAhead(chunk) && (max < kFewPoints || isLarge(chunks_[chunk]))) return readPiece(chunk, max);
+  if (!isAhead(chunk) || chunk != first_) load(chunk);
+  return serve(*ahead_.front(), max);
 }
 
 void LazRecords::decodePiece(std::uint64_t points) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <future>
 #include <memory>
 #include <span>
@@ -12,9 +13,9 @@
 
 namespace Meseta47::host {
 
-/// The records of a compressed file, decoded as they are read. Whole chunks are decoded side by side by all processors,
-/// and the next ones while the caller works with the last: it holds two chunks a processor at most. Chunks too large
-/// for that are decoded by the calling thread a piece at a time.
+/// The records of a compressed file, decoded as they are read. The chunks after the one that the caller works with are
+/// decoded side by side, one a processor, and the next is begun as soon as the caller moves on. Chunks too large for
+/// that are decoded by the calling thread a piece at a time.
 ///
 /// Used by one thread at a time; of the source, nothing is read but in calls to this.
 class LazRecords {
@@ -24,7 +25,6 @@ class LazRecords {
   LazRecords(ByteSource& source, LasHeader const& header, LazScheme const& scheme, LasFields fields = LasFields::all);
   LazRecords(LazRecords const&) = delete;
   LazRecords& operator=(LazRecords const&) = delete;
-  ~LazRecords();
 
   [[nodiscard]] LazScheme const& scheme() const { return scheme_; }
 
@@ -55,24 +55,18 @@ class LazRecords {
     std::unique_ptr<laz::ChunkDecoder> decoder;
     LazChunk chunk;
     std::vector<std::uint8_t> bytes, records;
-    std::size_t whole = 0;  // points
-  };
-  /// Chunks that follow each other.
-  struct Group {
-    std::vector<Slot> slots;
-    std::size_t first = 0, count = 0;  // of the chunks, by number
-    [[nodiscard]] bool has(std::size_t chunk) const { return chunk - first < count; }
+    std::size_t whole = 0;       // points
+    std::future<void> decoding;  // the last member: it waits before the others go
   };
 
   void findChunks();
   [[nodiscard]] std::size_t chunkOf(std::uint64_t point) const;
   [[nodiscard]] bool isLarge(LazChunk const& chunk) const;
   void fetch(Slot& slot, LazChunk const& chunk);
-  void gather(Group& group, std::size_t first);
-  static void decode(Group& group);
+  [[nodiscard]] bool isAhead(std::size_t chunk) const { return chunk - first_ < ahead_.size(); }
+  void begin(std::size_t chunk);
   void load(std::size_t chunk);
-  void lookAhead(std::size_t chunk);
-  void dropAhead();
+  void dropAhead(std::size_t count);
   [[nodiscard]] std::span<std::uint8_t const> serve(Slot const& slot, std::size_t max);
   [[nodiscard]] std::span<std::uint8_t const> readPiece(std::size_t chunk, std::size_t max);
   void decodePiece(std::uint64_t points);
@@ -87,9 +81,10 @@ class LazRecords {
   std::vector<LazChunk> chunks_;
   bool known_ = false;
   std::uint64_t next_ = 0;
-  Group now_, ahead_;
-  std::future<void> decoding_;  // of what is ahead
-  Slot piece_;                  // the chunk that is decoded piece by piece
+  std::deque<std::unique_ptr<Slot>> ahead_;    // the chunk that is read now, and those after it
+  std::size_t first_ = 0;                      // number of the chunk in front
+  std::vector<std::unique_ptr<Slot>> spares_;  // their decoders are worth keeping
+  Slot piece_;                                 // the chunk that is decoded piece by piece
   std::uint64_t pieceNext_ = 0;
 };
 
