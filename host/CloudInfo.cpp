@@ -97,7 +97,7 @@ class Gatherer {
     CloudFileInfo file;
     file.name = name;
     if (LasReader const* const las = reader.las(); las != nullptr) {
-      file.las = LasFacts{las->header(), las->vlrs().size(), las->compression(), octreeOf(*las)};
+      file.las = LasFacts{las->header(), las->vlrs().size(), las->compression(), octreeOf(*las), las->missing()};
       settleSystem(file, [las] { return systemOf(las); });
     }
     if (reader.text() != nullptr) file.text = TextFacts{reader.text()->columns(), reader.text()->columnsFrom()};

@@ -41,6 +41,7 @@ struct LasFacts {
   std::size_t records = 0;
   std::optional<LazScheme> compression;  ///< none for plain points
   std::optional<Octree> octree;          ///< of a COPC file
+  std::uint64_t missing = 0;             ///< points that a cut took away, where parts are read
 };
 
 /// How the columns of a text file are taken: see TextReader.

@@ -58,7 +58,7 @@ void addPointOptions(CLI::App& verb, CloudOptions& o) {
   verb.add_option("--exclude-class", o.excludedClasses, "Classes to leave out (default: none)");
   verb.add_option("--bounds", o.bounds, "XMIN,YMIN,XMAX,YMAX: take only the points in this box, limits included");
   verb.add_option("--precision", o.precision, "Decimals kept of a coordinate (default: what the files' scales need)")
-      ->check(CLI::Range(-3, 7));
+      ->check(CLI::Range(kFewestDecimals, kMostDecimals));
   verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
       ->capture_default_str()
       ->check(CLI::IsMember({"hilbert", "file"}));
@@ -112,8 +112,8 @@ CDataTriangulacion filtersOf(CloudOptions const& options) {
   CDataTriangulacion data;
   if (!options.z.empty()) {
     const Limits z = parseLimits("--z", options.z, -kAnything, kAnything);
-    data.zMin = z.min;
-    data.zMax = z.max;
+    data.zMin = asLeast(z.min);
+    data.zMax = asMost(z.max);
   }
   if (!options.classes.empty()) data.incluidos = classTable(parseClasses("--class", options.classes));
   if (!options.excludedClasses.empty()) {

@@ -28,8 +28,11 @@ struct Extent {
   void include(Extent const& other);
 };
 
-/// Decimals beyond which coordinates are not told apart: a tenth of a micrometre.
-inline constexpr int kMostDecimals = 7;
+/// Decimals beyond which coordinates are not told apart, a tenth of a micrometre, and those of whole kilometres.
+inline constexpr int kMostDecimals = 7, kFewestDecimals = -3;
+/// No coordinate of a place on Earth is farther from 0: in millimetres that would be beyond the Moon. A double still
+/// holds a tenth of a millimetre there.
+inline constexpr double kFarthestPlace = 1e12;
 
 /// Decimals that hold the coordinates of a file: the fewest, from 0 to 7, at which the scales and offsets of the axes
 /// are whole numbers; where no number of decimals does that, those that tell the points of the finest axis apart.

@@ -79,7 +79,8 @@ void requireDone(int code, std::string const& what) {
   if (code == kHecho) return;
   if (code == kCancelado) throw Cancelled();
   if (code == kPocosPuntos) {
-    throw Failure(fmt::format("{}: fewer than 3 points are left after the filters; a surface needs 3", what));
+    throw Failure(
+        fmt::format("{}: fewer than 3 points take part, and a surface needs 3: give more, or wider filters", what));
   }
   if (code == kNubeDispersa) {
     throw Failure(

@@ -22,6 +22,7 @@ struct Input {
   std::string name;
   std::optional<VectorContent> vector;
   std::optional<Extent> extent{};  ///< of a cloud, once it is measured
+  std::uint64_t missing = 0;       ///< points of a cloud that a cut took away
 };
 
 using Groups = std::vector<std::vector<Input>>;
@@ -33,7 +34,9 @@ struct OutOfRange {};
 
 struct Survey {
   Extent extent;
+  bool believed = true;  ///< the extents are those that headers declare
   int decimals = std::numeric_limits<int>::min();
+  int promised = std::numeric_limits<int>::min();  ///< those that are no mere digits of a text
   std::uint64_t points = 0;
   std::vector<std::uint64_t> cloudPoints;  ///< of each group, without those of vector files
 };
@@ -47,20 +50,24 @@ LasReading readingOf(LoadOptions const& options) {
 void include(Survey& result, Input& input, bool believe, LoadOptions const& options) {
   if (input.vector) {
     result.extent.include(input.vector->extent);
-    result.decimals = std::max(result.decimals, input.vector->decimals);
+    result.promised = std::max(result.promised, input.vector->decimals);
+    result.decimals = std::max(result.decimals, result.promised);
     result.points += input.vector->places;
     return;
   }
   PointStream stream(input.name, options.columns, readingOf(options));
   input.extent = stream.extent(believe);
   if (input.extent) result.extent.include(*input.extent);
+  input.missing = stream.las() == nullptr ? 0 : stream.las()->missing();
   result.decimals = std::max(result.decimals, stream.decimals());
+  if (!stream.isText()) result.promised = std::max(result.promised, stream.decimals());
   result.points += stream.count();
   result.cloudPoints.back() += stream.count();
 }
 
 Survey survey(Groups& groups, bool believe, LoadOptions const& options) {
   Survey result;
+  result.believed = believe;
   for (auto& inputs : groups) {
     result.cloudPoints.push_back(0);
     for (Input& input : inputs) include(result, input, believe, options);
@@ -93,10 +100,17 @@ double reach(Extent const& extent, std::size_t axis) {
 }
 double reach(Extent const& extent) { return std::max({reach(extent, 0), reach(extent, 1), reach(extent, 2)}); }
 
+bool hasRoom(Extent const& extent, int precision) {
+  return extent.isEmpty() || reach(extent) * std::pow(10.0, precision) <= kInt32;
+}
+
+/// The most decimals at which an extent has room.
+int fittingDecimals(Extent const& extent) { return static_cast<int>(std::floor(std::log10(kInt32 / reach(extent)))); }
+
 /// Blames the axes that are too long, and no other.
 void requireFit(Extent const& extent, int precision, std::string const& what) {
+  if (hasRoom(extent, precision)) return;
   const double units = std::pow(10.0, precision);
-  if (extent.isEmpty() || reach(extent) * units <= kInt32) return;
   std::string blamed;
   for (std::size_t axis = 0; axis < 3; ++axis) {
     if (reach(extent, axis) * units <= kInt32) continue;
@@ -105,10 +119,10 @@ void requireFit(Extent const& extent, int precision, std::string const& what) {
                         : fmt::format("an extent of {:g} in {}", extent.max[axis] - extent.min[axis], "xy"[axis]);
   }
   const bool inPlan = std::max(reach(extent, 0), reach(extent, 1)) * units > kInt32;
-  const int fitting = static_cast<int>(std::floor(std::log10(kInt32 / reach(extent))));
-  throw Failure(fmt::format("{}: 32-bit coordinates have no room at precision {} for {}: --precision {} would fit{}",
-                            what, precision, blamed, fitting,
-                            inPlan ? ", or take a part of it with --bounds" : ", or mend the heights"));
+  const int fitting = fittingDecimals(extent);
+  const std::string lower = fitting < kFewestDecimals ? "" : fmt::format("--precision {} would fit, or ", fitting);
+  throw Failure(fmt::format("{}: 32-bit coordinates have no room at precision {} for {}: {}{}", what, precision, blamed,
+                            lower, inPlan ? "take a part of it with --bounds" : "mend the heights"));
 }
 
 /// Text of whole numbers is no promise of whole metres, and the frame around a few units would fall on the points.
@@ -118,6 +132,14 @@ int roomyDecimals(Extent const& extent, int decimals) {
   if (extent.isEmpty() || !(side > 0)) return decimals;
   while (decimals < kMostDecimals && side * std::pow(10.0, decimals) < kRoom) ++decimals;
   return decimals;
+}
+
+/// Text often comes with more digits than were measured. Where 32 bits have no room for all of them, those are kept
+/// that fit, a tenth of a millimetre at least, and what other files promise.
+int fittingDecimals(Extent const& extent, Survey const& found, int decimals) {
+  constexpr int kLeast = 4;
+  if (hasRoom(extent, decimals)) return decimals;
+  return std::clamp(fittingDecimals(extent), std::min(std::max(kLeast, found.promised), decimals), decimals);
 }
 
 /// Decimals to add of those that are wanted: none that would make the diagonal of the extent longer than 32 bits hold.
@@ -253,16 +275,36 @@ LoadedCloud readGroup(std::vector<Input> const& inputs, std::uint64_t points, Re
   return cloud;
 }
 
+/// Who is to blame for an extent without room: a file that has none by itself, or all of them.
+std::string blamed(Groups const& groups, LoadOptions const& options, int precision) {
+  std::size_t files = 0;
+  for (auto const& inputs : groups) {
+    for (Input const& input : inputs) {
+      ++files;
+      const std::optional<Extent> own = input.vector ? input.vector->extent : input.extent;
+      if (own && !hasRoom(within(*own, options), precision)) return input.name;
+    }
+  }
+  return files == 1 ? groups[0][0].name : fmt::format("{} files together", files);
+}
+
 std::vector<LoadedCloud> readAll(Groups const& groups, Survey const& found, LoadOptions const& options, HostApp& app) {
   const Extent extent = within(found.extent, options);
-  const int decimals = roomyDecimals(extent, found.decimals);
+  const int wanted = roomyDecimals(extent, found.decimals), decimals = fittingDecimals(extent, found, wanted);
   const int precision = options.precision.value_or(decimals + roomForMore(extent, decimals, options));
-  requireFit(extent, precision, groups[0][0].name);
+  if (found.believed && !hasRoom(extent, precision)) throw OutOfRange{};
+  requireFit(extent, precision, blamed(groups, options, precision));
   const CDataSemilla seed = seedFor(extent, precision);
   Reading reading{seed, BoundsFilter(options, seed), options, found.points, 0, app};
   std::vector<LoadedCloud> clouds;
   for (std::size_t i = 0; i < groups.size(); ++i) {
     clouds.push_back(readGroup(groups[i], found.cloudPoints[i], reading));
+  }
+  if (!options.precision && decimals < wanted) {
+    app.warn(
+        fmt::format("coordinates in text have {} decimals, of which 32 bits hold {} here: they are rounded to "
+                    "that; --precision takes fewer",
+                    wanted, decimals));
   }
   return clouds;
 }
@@ -271,7 +313,7 @@ std::vector<LoadedCloud> readGroups(Groups& groups, LoadOptions const& options, 
   try {
     return readAll(groups, survey(groups, true, options), options, app);
   } catch (OutOfRange const&) {
-    // Some file declares less than it holds. What the points themselves say decides.
+    // Some file declares less than it holds, or more than there is room for. What the points themselves say decides.
   }
   const Survey measured = survey(groups, false, options);
   try {
@@ -314,35 +356,60 @@ CommonSystem commonSystem(Groups const& groups, MapOptions const& map, LoadOptio
   return common;
 }
 
-/// Lines drawn without heights often come with 0 for all of them, and would cut pits into the ground. They are told of
-/// where all else lies clear of 0.
-void warnOfZeroHeights(Groups const& groups, HostApp& app) {
+/// Whoever takes what there is wants to know what there is not.
+void warnOfCuts(Groups const& groups, HostApp& app) {
+  for (auto const& inputs : groups) {
+    for (Input const& input : inputs) {
+      if (input.missing == 0) continue;
+      app.warn(fmt::format("{}: is cut short, and {} of the points that it promises are missing", input.name,
+                           withThousands(input.missing)));
+    }
+  }
+}
+
+/// Where all places that do not lie at 0 are.
+Extent clearOfZero(Groups const& groups) {
   Extent rest;
   for (auto const& inputs : groups) {
     for (Input const& input : inputs) {
       if (!input.vector) {
-        if (const auto extent = input.extent) rest.include(*extent);
+        if (input.extent) rest.include(*input.extent);
         continue;
       }
       for (VectorEntity const& entity : input.vector->entities) {
-        if (liesAtZero(entity)) continue;
-        for (auto const& p : entity.places) rest.include(p[0], p[1], p[2]);
+        for (auto const& p : entity.places) {
+          if (p[2] != 0) rest.include(p[0], p[1], p[2]);
+        }
       }
     }
   }
+  return rest;
+}
+
+/// Lines drawn without heights often come with 0 for all of them, or for some vertices, and would cut pits into the
+/// ground. They are told of where all else lies clear of 0.
+void warnOfZeroHeights(Groups const& groups, HostApp& app) {
   constexpr double kClear = 0.1;  // of the range of heights
+  const Extent rest = clearOfZero(groups);
   const double low = rest.min[2], high = rest.max[2];
   if (rest.isEmpty() || std::max(low, -high) <= kClear * (high - low)) return;
+  const auto tell = [&](Input const& input, std::uint64_t count, std::uint64_t of, char const* what) {
+    if (count == 0) return;
+    app.warn(
+        fmt::format("{}: {} of its {} {}, and all else lies between {:g} and {:g}: give them heights, or leave "
+                    "them out with --code",
+                    input.name, withThousands(count), withThousands(of), what, low, high));
+  };
   for (auto const& inputs : groups) {
     for (Input const& input : inputs) {
       if (!input.vector) continue;
-      auto const& all = input.vector->entities;
-      const auto count = std::count_if(all.begin(), all.end(), liesAtZero);
-      if (count == 0) continue;
-      app.warn(fmt::format(
-          "{}: {} of its {} lines and sets of points have the height 0 throughout, and all else lies "
-          "between {:g} and {:g}: give them heights, or leave them out with --code",
-          input.name, withThousands(static_cast<std::uint64_t>(count)), withThousands(all.size()), low, high));
+      std::uint64_t whole = 0, places = 0;
+      for (VectorEntity const& entity : input.vector->entities) {
+        const std::uint64_t atZero = placesAtZero(entity);
+        (atZero == entity.places.size() ? whole : places) += atZero == entity.places.size() ? 1 : atZero;
+      }
+      tell(input, whole, input.vector->entities.size(), "lines and sets of points have the height 0 throughout");
+      tell(input, places, input.vector->places, "vertices have the height 0, in lines that have others too");
     }
   }
 }
@@ -377,6 +444,7 @@ std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const&
   const CommonSystem found = system.get();
   for (LoadedCloud& cloud : clouds) cloud.system = found.system();
   for (std::string const& warning : found.warnings()) app.warn(warning);
+  warnOfCuts(inputs, app);
   warnOfZeroHeights(inputs, app);
   return clouds;
 }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <string>
 
 namespace Meseta47::host {
@@ -25,6 +26,11 @@ inline CLI::Validator anyNumber() {
 }
 inline CLI::Validator fromZeroUp() {
   return numberCheck(" from 0 up", [](double value) { return value >= 0; });
+}
+inline CLI::Validator wholeFromZeroUp() {
+  constexpr double kMost = std::numeric_limits<int>::max();
+  return numberCheck(" among the whole ones from 0 to 2147483647",
+                     [](double value) { return value >= 0 && value <= kMost && value == std::floor(value); });
 }
 inline CLI::Validator aboveZero() {
   return numberCheck(" above 0", [](double value) { return value > 0; });

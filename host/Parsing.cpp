@@ -52,6 +52,13 @@ Limits parseLimits(std::string const& option, std::string const& text, double lo
   return limits;
 }
 
+double asMost(double limit) {
+  constexpr double kRounding = 0x1p-49;  // a few times what a number, a power of ten and their product are off by
+  return limit + std::abs(limit) * kRounding;
+}
+
+double asLeast(double limit) { return -asMost(-limit); }
+
 std::array<bool, 256> parseClasses(std::string const& option, std::string const& text) {
   std::array<bool, 256> classes{};
   for (const std::string_view part : split(text, ',')) {
@@ -75,7 +82,10 @@ Bounds parseBounds(std::string const& text) {
   const bool good = parts.size() == 4 && parseNumber(parts[0], b.minX) && parseNumber(parts[1], b.minY) &&
                     parseNumber(parts[2], b.maxX) && parseNumber(parts[3], b.maxY);
   if (!good) throw UsageError(fmt::format("--bounds {}: give four numbers as XMIN,YMIN,XMAX,YMAX", text));
-  if (!(b.minX <= b.maxX && b.minY <= b.maxY)) {
+  if (std::isnan(b.minX) || std::isnan(b.minY) || std::isnan(b.maxX) || std::isnan(b.maxY)) {
+    throw UsageError(fmt::format("--bounds {}: \"nan\" is no number: give four numbers as XMIN,YMIN,XMAX,YMAX", text));
+  }
+  if (b.minX > b.maxX || b.minY > b.maxY) {
     throw UsageError(fmt::format("--bounds {}: a minimum is above its maximum", text));
   }
   return b;

@@ -17,6 +17,11 @@ struct Limits {
 /// possible.
 Limits parseLimits(std::string const& option, std::string const& text, double lowest, double highest);
 
+/// A limit that a person gives, moved outwards by less than anything that is measured, so that what lies on it lies
+/// within it: 0.29 m at 100 units a metre are 28.999999999999996 units, and a height of 29 would be beyond.
+[[nodiscard]] double asMost(double limit);
+[[nodiscard]] double asLeast(double limit);
+
 /// Classes given as 2,9,17-20; each from 0 to 255. Throws UsageError.
 std::array<bool, 256> parseClasses(std::string const& option, std::string const& text);
 

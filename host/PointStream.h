@@ -30,6 +30,7 @@ class PointStream {
 
   /// The LAS file behind it; null for text.
   [[nodiscard]] LasReader const* las() const { return reader_.las(); }
+  [[nodiscard]] bool isText() const { return reader_.text() != nullptr; }
   /// Decimals that hold the file's coordinates.
   [[nodiscard]] int decimals();
   /// Where the points are: what the file declares when that makes sense and `believe` is set, else what the points say,

@@ -42,6 +42,12 @@ int flushed() noexcept {
   return complain(kFailed, "the summary could not be written to the standard output: is its disk full?");
 }
 
+/// What cannot be printed is told at once by fmt, and at the end by the stream.
+bool isRefusedOutput(std::exception const& error) {
+  auto const* refusal = dynamic_cast<std::system_error const*>(&error);
+  return refusal != nullptr && std::ferror(stdout) != 0;
+}
+
 int run(Work const& work, CommonOptions const& common) {
   HostApp app(common);
   DevuelveMemoriaLibre();
@@ -62,6 +68,7 @@ int run(Work const& work, CommonOptions const& common) {
     const bool memory = dynamic_cast<std::bad_alloc const*>(&error) != nullptr ||
                         dynamic_cast<std::length_error const*>(&error) != nullptr;
     if (memory) return complainOfMemory();
+    if (isRefusedOutput(error)) return flushed();
     if (auto const* refusal = dynamic_cast<std::system_error const*>(&error);
         refusal != nullptr && refusal->code() == std::errc::resource_unavailable_try_again) {
       return complain(kFailed,

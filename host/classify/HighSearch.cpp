@@ -1,5 +1,6 @@
 #include "host/classify/HighSearch.h"
 
+#include "host/Parsing.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
@@ -27,7 +28,7 @@ HighSearch::HighSearch() {
 
 int HighSearch::search(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found,
                        SearchOutcome& /*outcome*/) {
-  return triangulation.RunPuntosAltos(drawing, data_.DistanciaMax, data_.AlturaMin, data_.Tipo1,
+  return triangulation.RunPuntosAltos(drawing, asMost(data_.DistanciaMax), asMost(data_.AlturaMin), data_.Tipo1,
                                       data_.Iterar == 0 ? 1 : 0, found, nullptr, nullptr);
 }
 

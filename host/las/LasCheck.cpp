@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fmt/format.h>
 
+#include "host/CloudPoint.h"
 #include "host/FileError.h"
 #include "host/las/LasBytes.h"
 #include "host/las/LasCodec.h"
@@ -18,8 +19,6 @@ constexpr std::string_view kAxes = "xyz";
 // Finer than a tenth of a nanometre or coarser than a thousand kilometres is no unit of a survey.
 constexpr double kFinestScale = 1e-10;
 constexpr double kCoarsestScale = 1e6;
-// Beyond this a double no longer holds a tenth of a millimetre, whatever the planet.
-constexpr double kFarthestOffset = 1e12;
 
 // The first bytes of what is no LAS file, fit for a terminal.
 std::string printable(std::span<std::uint8_t const> bytes) {
@@ -95,7 +94,7 @@ void checkNumbers(std::string const& name, LasHeader const& header) {
                                         kAxes[axis], scale, kFinestScale, kCoarsestScale));
     }
     const double offset = header.offset[axis];
-    if (!(std::abs(offset) <= kFarthestOffset)) {
+    if (!(std::abs(offset) <= kFarthestPlace)) {
       throw FileError(name,
                       fmt::format("the offset of {} is {}, which leads to no place on Earth: the file is damaged; "
                                   "write it again with whole metres as offset",
@@ -108,19 +107,26 @@ std::uint64_t wholePoints(ByteSource const& source, LasHeader const& header) {
   return (source.size() - header.offsetToPoints) / header.recordLength;
 }
 
+/// Where the points end, as far as the header tells: where compressed ones end, only they tell.
+std::uint64_t endOfPoints(LasHeader const& header) {
+  return header.offsetToPoints + (header.compressed ? 0 : header.pointCount * header.recordLength);
+}
+
+bool extendedRecordsFit(ByteSource const& source, LasHeader const& header) {
+  return header.evlrCount == 0 || (header.evlrStart >= endOfPoints(header) && header.evlrStart <= source.size());
+}
+
 void checkPointsFit(ByteSource const& source, LasHeader const& header) {
   const std::uint64_t room = source.size() - header.offsetToPoints;
   if (!header.compressed && header.pointCount > wholePoints(source, header)) {
     failAtCutPoint(source, header, wholePoints(source, header), room % header.recordLength);
   }
-  // Where compressed points end, only they tell.
-  const std::uint64_t points = header.compressed ? 0 : header.pointCount * header.recordLength;
-  const std::uint64_t end = header.offsetToPoints + points;
-  if (header.evlrCount > 0 && (header.evlrStart < end || header.evlrStart > source.size())) {
-    throw FileError(source.name(),
-                    fmt::format("extended records begin at byte {}, outside what follows the points (bytes {} to {}): "
-                                "the file is damaged",
-                                withThousands(header.evlrStart), withThousands(end), withThousands(source.size())));
+  if (!extendedRecordsFit(source, header)) {
+    throw FileError(
+        source.name(),
+        fmt::format("extended records begin at byte {}, outside what follows the points (bytes {} to {}): "
+                    "the file is damaged; --partial takes its points",
+                    withThousands(header.evlrStart), withThousands(endOfPoints(header)), withThousands(source.size())));
   }
 }
 
@@ -173,7 +179,7 @@ std::vector<LasVlr> readCheckedVlrs(ByteSource& source, LasHeader& header, bool 
   if (tellsHow && header.pointCount > wholePoints(source, header)) header.compressed = true;
   if (partial) {
     if (!header.compressed) header.pointCount = std::min(header.pointCount, wholePoints(source, header));
-    if (header.evlrStart > source.size()) header.evlrCount = 0;
+    if (!extendedRecordsFit(source, header)) header.evlrCount = 0;
   }
   checkPointsFit(source, header);
   place = header.evlrStart;

@@ -24,9 +24,11 @@ void failWithoutLevels(std::string const& file) {
 LasReader::LasReader(std::unique_ptr<ByteSource> source, LasReading const& reading)
     : source_(std::move(source)),
       header_(readCheckedHeader(*source_)),
+      missing_(header_.pointCount),
       vlrs_(readCheckedVlrs(*source_, header_, reading.partial)) {
   if (header_.compressed) laz_ = openCompressed(reading.fields);
   if (laz_ && reading.partial) header_.pointCount = laz_->takeWhole();
+  missing_ -= std::min(missing_, header_.pointCount);
   if (reading.resolution > 0 || (laz_ && reading.box)) choose(reading);
 }
 

@@ -45,6 +45,8 @@ class LasReader {
 
   /// The header; its count of points is that of the points that will be read.
   [[nodiscard]] LasHeader const& header() const { return header_; }
+  /// Points that the header promises and that a cut took away. None, unless parts are read.
+  [[nodiscard]] std::uint64_t missing() const { return missing_; }
   [[nodiscard]] std::string const& name() const { return source_->name(); }
   [[nodiscard]] std::uint64_t fileSize() const { return source_->size(); }
 
@@ -93,6 +95,7 @@ class LasReader {
 
   std::unique_ptr<ByteSource> source_;
   LasHeader header_;
+  std::uint64_t missing_;  // until the constructor has read on, all that are promised
   std::vector<LasVlr> vlrs_;
   std::unique_ptr<LazRecords> laz_;  // of a compressed file
   std::vector<std::uint8_t> raw_;    // of a plain one

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <limits>
 
+#include "host/CloudPoint.h"
 #include "host/FileError.h"
 #include "host/mesh/PlyHeader.h"
 
@@ -18,8 +19,6 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "values are taken from the file as they stand");
 
 constexpr std::size_t kLongestLine = 4096;  // of a header; what is longer is no header
-
-constexpr double kFarthest = 1e12;  // of a coordinate: in millimetres it would be beyond the Moon
 
 struct CutShort {};
 
@@ -219,7 +218,7 @@ class Elements {
         }
       }
       for (const double value : vertex) {
-        if (!(std::abs(value) <= kFarthest)) {
+        if (!(std::abs(value) <= kFarthestPlace)) {
           fail(element, fmt::format("has the coordinate {:g}, which no place has: {}", value, kDamaged));
         }
       }

@@ -23,8 +23,6 @@ constexpr std::size_t kQuoted = 60;  // of an offending text: a line for a perso
 
 constexpr int kLargestExponent = 400;  // of a double, with room: zero may be written with any
 
-// Beyond this a double no longer holds a tenth of a millimetre.
-constexpr double kFarthest = 1e12;
 constexpr double kHighest = 30000;  // no land is as high, in feet either
 
 std::string_view trimmed(std::string_view text, std::string_view what = kBlanks) {
@@ -73,6 +71,39 @@ std::optional<std::size_t> fieldNamed(std::string_view name) {
   auto const* const found =
       std::find_if(std::begin(kNames), std::end(kNames), [&](auto& n) { return n.first == wanted; });
   return found == std::end(kNames) ? std::nullopt : std::optional(found->second);
+}
+
+// A line without what stands in quotes; all of it where a quote is not closed, as that of inches is not.
+std::string withoutQuoted(std::string_view line) {
+  std::string bare;
+  bool within = false;
+  for (const char c : line) {
+    if (c == '"') within = !within;
+    if (!within) bare += c;
+  }
+  return within ? std::string(line) : bare;
+}
+
+// Where the column that begins at a place ends. One that begins with a quote goes on to the quote that closes it.
+std::size_t endOfColumn(std::string_view line, std::size_t from, char separator) {
+  const std::size_t first = line.find_first_not_of(kBlanks, from);
+  if (first != std::string_view::npos && line[first] == '"') {
+    for (std::size_t close = line.find('"', first + 1); close != std::string_view::npos;
+         close = line.find('"', close + 1)) {
+      if (line.substr(close + 1).starts_with('"')) {  // two are a quote in the text
+        ++close;
+        continue;
+      }
+      const std::size_t next = std::min(line.find_first_not_of(kBlanks, close + 1), line.size());
+      if (next == line.size() || line[next] == separator) return next;
+    }
+  }
+  return std::min(line.find(separator, from), line.size());
+}
+
+std::string_view unquoted(std::string_view text) {
+  const bool isQuoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
+  return isQuoted ? trimmed(text.substr(1, text.size() - 2)) : text;
 }
 
 // What begins like a number is meant as one, even where it is none: its line gets that message, and is no line of
@@ -145,7 +176,8 @@ void TextReader::startAt(std::string_view line) {
 }
 
 void TextReader::chooseSeparator(std::string_view line) {
-  separator_ = line.find(';') != std::string_view::npos ? ';' : line.find(',') != std::string_view::npos ? ',' : ' ';
+  const std::string bare = withoutQuoted(line);
+  separator_ = bare.find(';') != std::string::npos ? ';' : bare.find(',') != std::string::npos ? ',' : ' ';
 }
 
 void TextReader::nameColumns(std::string_view line) {
@@ -314,8 +346,8 @@ std::size_t TextReader::split(std::string_view line) {
   columns_.clear();
   if (separator_ != ' ') {
     for (std::size_t from = 0; from <= line.size();) {
-      const std::size_t end = std::min(line.find(separator_, from), line.size());
-      columns_.push_back(trimmed(line.substr(from, end - from)));
+      const std::size_t end = endOfColumn(line, from, separator_);
+      columns_.push_back(unquoted(trimmed(line.substr(from, end - from))));
       from = end + 1;
     }
     if (columns_.back().empty()) {
@@ -370,7 +402,7 @@ double TextReader::number(std::string_view line, Field field) {
 
 double TextReader::coordinate(std::string_view line, Field field) {
   const double value = number(line, field);
-  if (!(std::abs(value) <= kFarthest)) {
+  if (!(std::abs(value) <= kFarthestPlace)) {
     fail(line,
          fmt::format("{} leads to no place on Earth as {}", quoted(columns_[*columnOf_[field]]), kFieldNames[field]));
   }
@@ -383,11 +415,13 @@ unsigned TextReader::whole(std::string_view line, Field field, unsigned most) {
   if (!has(field)) {
     return 0;
   }
-  const double value = std::round(number(line, field));
+  const std::string_view text = columns_[*columnOf_[field]];
+  const double value = std::round(numberIn(text).value_or(-1));
   if (!(value >= 0 && value <= most)) {
-    fail(line, fmt::format("{} is not between 0 and {} for {}: if the column is something else, name the columns in a "
-                           "first line such as \"x,y,z,other\"",
-                           quoted(columns_[*columnOf_[field]]), most, kFieldNames[field]));
+    fail(line,
+         fmt::format("{} is no number between 0 and {} for {}: if the column is something else, say what they all "
+                     "are with --columns, such as number,x,y,z,code",
+                     quoted(text), most, kFieldNames[field]));
   }
   return static_cast<unsigned>(value);
 }

@@ -21,8 +21,9 @@ struct TextColumns {
 /// Reads points from text, one a line: x, y, z and optionally intensity and class.
 ///
 /// Columns stand apart by semicolons, else by commas, else by blanks and tabs: the first line of numbers settles it for
-/// the file, so that a decimal comma is an error and not two columns. Numbers have a decimal point. Text after a '#' at
-/// the start of a line is a comment; empty lines count for nothing; lines end in LF or CRLF.
+/// the file, so that a decimal comma is an error and not two columns. Between semicolons or commas a column may stand
+/// in quotes, within which either is text. Numbers have a decimal point. Text after a '#' at the start of a line is a
+/// comment; empty lines count for nothing; lines end in LF or CRLF.
 ///
 /// Names given, or a first line of names, say which column is which: x, e, easting; y, n, northing; z, h, elevation,
 /// height, altitude; intensity; class, classification; r, g, b, red, green, blue (0 to 255). Other names are columns to

@@ -38,6 +38,13 @@ int epsgOf(OGRSpatialReference const& system) {
   return authority != nullptr && code != nullptr && EQUAL(authority, "EPSG") ? std::atoi(code) : 0;
 }
 
+/// GDAL reads a code as far as it is a number, and passes over what follows: a second system, or a slip of the hand.
+bool isPlainCode(std::string const& text) {
+  constexpr std::size_t kPrefix = 5;
+  if (!EQUALN(text.c_str(), "EPSG:", kPrefix)) return true;
+  return text.size() > kPrefix && text.find_first_not_of("0123456789+", kPrefix) == std::string::npos;
+}
+
 bool same(OGRSpatialReference const& a, OGRSpatialReference const& b) {
   constexpr char const* kHow[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", "CRITERION=EQUIVALENT_EXCEPT_AXIS_ORDER",
                                   nullptr};
@@ -59,12 +66,17 @@ ReferenceSystem ReferenceSystem::fromUser(std::string const& text) {
   const GdalReport report;
   constexpr char const* kLimits[] = {"ALLOW_NETWORK_ACCESS=NO", nullptr};
   OGRSpatialReference system;
-  if (text.empty() || system.SetFromUserInput(text.c_str(), kLimits) != OGRERR_NONE) {
+  const auto refuse = [&text](std::string const& why) {
     throw UsageError(
         fmt::format("--a-srs {}: {}: give a system such as EPSG:25830 or EPSG:25830+5782, or a file that "
                     "holds its well known text",
-                    text, report.failed() ? report.failure() : "names no reference system"));
+                    text, why));
+  };
+  if (text.empty() || !isPlainCode(text) || system.SetFromUserInput(text.c_str(), kLimits) != OGRERR_NONE) {
+    refuse(report.failed() ? report.failure() : "names no reference system");
   }
+  if (system.IsVertical() != 0 && system.IsCompound() == 0) refuse("is a system of heights alone");
+  if (system.IsGeocentric() != 0) refuse("counts from the centre of the Earth, and has no plan");
   return ReferenceSystem(wktOf(system));
 }
 

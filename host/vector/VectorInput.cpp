@@ -141,8 +141,12 @@ class Reader {
   }
 
   void add(double x, double y, double z) {
-    if (!std::isfinite(x) || !std::isfinite(y)) {
-      fail(fmt::format("feature {} of layer {} has a coordinate that is not a number: mend it", feature_, layerName_));
+    const double farthest = std::max({std::abs(x), std::abs(y), std::abs(z)});
+    if (!std::isfinite(x) || !std::isfinite(y) || farthest > kFarthestPlace) {
+      fail(
+          fmt::format("feature {} of layer {} has the coordinates {:g}, {:g}, {:g}, which lead to no place on Earth: "
+                      "mend it",
+                      feature_, layerName_, x, y, z));
     }
     content_.entities.back().places.push_back({x, y, z});
     content_.extent.include(x, y, z);
@@ -234,9 +238,13 @@ class Reader {
 
 }  // namespace
 
-bool liesAtZero(VectorEntity const& entity) {
-  return std::all_of(entity.places.begin(), entity.places.end(), [](auto const& place) { return place[2] == 0; });
+std::uint64_t placesAtZero(VectorEntity const& entity) {
+  auto const& places = entity.places;
+  return static_cast<std::uint64_t>(
+      std::count_if(places.begin(), places.end(), [](auto const& place) { return place[2] == 0; }));
 }
+
+bool liesAtZero(VectorEntity const& entity) { return placesAtZero(entity) == entity.places.size(); }
 
 bool isVectorFile(std::string const& path) {
   static const std::set<std::string> kCloudsToo{"", "las", "laz", "txt", "xyz", "csv", "tsv", "asc", "pts", "dat"};

@@ -25,7 +25,9 @@ struct VectorEntity {
   std::vector<std::array<double, 3>> places;  ///< in the reference system of the file
 };
 
-/// Whether all its heights are 0, as those of drawings without heights often are.
+/// How many of its places have the height 0, as those of drawings without heights often do.
+[[nodiscard]] std::uint64_t placesAtZero(VectorEntity const& entity);
+/// Whether all of them have.
 [[nodiscard]] bool liesAtZero(VectorEntity const& entity);
 
 /// What a vector file holds for a terrain: lines, the rings of polygons as closed lines, points.
@@ -48,7 +50,8 @@ struct VectorContent {
 /// number: it is never taken to lie at 0.
 ///
 /// Throws FileError for a file that cannot be read or holds nothing of use, for a geometry without heights unless such
-/// ones are skipped, for a code field that is not there, and for layers of different reference systems.
+/// ones are skipped, for a coordinate that no place on Earth has, for a code field that is not there, and for layers of
+/// different reference systems.
 [[nodiscard]] VectorContent readVectorFile(std::string const& path, VectorOptions const& options);
 
 }  // namespace Meseta47::host

@@ -197,7 +197,7 @@ void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
       ->check(CLI::IsMember({"shore", "sides"}));
   verb->add_option("--index", o.choice.indexEvery, "Every so many levels there is an index contour; 0 is none")
       ->capture_default_str()
-      ->check(fromZeroUp());
+      ->check(wholeFromZeroUp());
   verb->add_option("--min-length", o.choice.minLength, "Leave shorter contours out; in plan, in units of the input")
       ->capture_default_str()
       ->check(fromZeroUp());

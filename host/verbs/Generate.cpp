@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/JsonOutput.h"
 #include "host/generate/Scan.h"
@@ -49,6 +50,9 @@ LasWriterOptions fileOptions(Scan const& scan) {
 }
 
 void runGenerate(GenerateOptions const& options, CommonOptions const& common, HostApp& app) {
+  if (!isNamedLas(options.output)) {
+    throw UsageError(fmt::format("{}: a scan is a LAS file: use .las or .laz", options.output));
+  }
   Scan scan(options.scan);
   LasWriterOptions file = fileOptions(scan);
   file.compressed = isNamedLaz(options.output);
@@ -82,7 +86,8 @@ void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen) {
       ->capture_default_str()
       ->check(CLI::Range(0ULL, 100000000000ULL));
   verb->add_option("--seed", options->scan.seed, "Which land: the same seed gives the same bytes")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(CLI::NonNegativeNumber.description(""));
   verb->add_option("--density", options->scan.density, "Points a square metre")
       ->capture_default_str()
       ->check(CLI::Range(0.01, 1000.0));

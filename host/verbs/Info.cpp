@@ -63,6 +63,7 @@ void addFacts(Json& json, LasFacts const& las) {
   json["system_id"] = h.systemId;
   json["software"] = h.software;
   json["records"] = las.records;
+  if (las.missing != 0) json["missing_points"] = las.missing;
   if (!las.octree) return;
   json["octree"] = {{"nodes", las.octree->nodes},
                     {"levels", las.octree->levels},
@@ -147,6 +148,8 @@ void print(LasFacts const& las) {
   }
   fmt::print("  scale       {} {} {}\n", h.scale[0], h.scale[1], h.scale[2]);
   fmt::print("  offset      {} {} {}\n", h.offset[0], h.offset[1], h.offset[2]);
+  if (las.missing != 0)
+    fmt::print("  cut short   {} of the points that it promises are missing\n", withThousands(las.missing));
   if (!h.systemId.empty() || !h.software.empty()) fmt::print("  made by     {} {}\n", h.systemId, h.software);
 }
 

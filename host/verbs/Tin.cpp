@@ -42,8 +42,8 @@ std::optional<Limits> limitsOf(std::string const& option, std::string const& tex
 std::optional<CRango> rangeOf(std::optional<Limits> const& limits, double scale) {
   if (!limits) return std::nullopt;
   CRango range(kLargest, kLargest, -2147483648.0, kLargest);
-  range.SetValorMin(limits->min * scale);
-  range.SetValorMax(limits->max * scale);
+  range.SetValorMin(asLeast(limits->min * scale));
+  range.SetValorMax(asMost(limits->max * scale));
   return range;
 }
 
@@ -111,8 +111,8 @@ TinResult triangulate(Drawings& drawings, TinOptions const& options, TinFilters 
   const int code = triangulation.Run({.dibujo = drawings.first,
                                       .otros = &drawings.others,
                                       .extra = drawings.update ? &*drawings.update : nullptr,
-                                      .tolerancia = options.tolerance,
-                                      .ladoMaximo = options.maxSide,
+                                      .tolerancia = asMost(options.tolerance),
+                                      .ladoMaximo = asMost(options.maxSide),
                                       .alturas = heights ? &*heights : nullptr,
                                       .intensidades = intensities ? &*intensities : nullptr,
                                       .vaciar = true},
@@ -212,9 +212,8 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
 
   const bool hilbert = options.cloud.hilbert();
   Drawings drawings = summary.seconds.timed("order", [&] { return Drawings(clouds, hilbert, app); });
-  const std::uint64_t updating = drawings.update ? drawings.update->nPuntos : 0;
   TinResult made = triangulate(drawings, options, filters, output.holdsNeighbours());
-  if (!options.update.empty()) warnOfFiltered(options.update, made.run, updating, app);
+  if (!options.update.empty()) warnOfFiltered(options.update, made.run, clouds[1].pointsRead, app);
   requireTriangles(made, options.cloud.what(), options.cloud.fillsHull());
   tell(summary, made, options);
 

@@ -173,6 +173,18 @@ TEST(TextReader, ASeparatorAtTheEndOfALineStartsNoColumn) {
   EXPECT_THAT(pointsIn("1,2,3,\n4,5,6,\n"), ElementsAre(At(1, 2, 3), At(4, 5, 6)));
 }
 
+TEST(TextReader, QuotedColumnsMayHoldSeparators) {
+  EXPECT_THAT(pointsIn("\"x\",\"y\",\"z\"\n\"1\",\"2\",\"3\"\n\"4\" , 5,\"6\"\n"),
+              ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+  EXPECT_THAT(pointsIn("number,x,code,y,z\n7,1,\"TOP, OF; BANK\",2,3\n8,4,\"say \"\"x\"\", y\",5,6\n"),
+              ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+  EXPECT_THAT(pointsIn("1,2,3,\"A;B\"\n4,5,6,\"A;C\"\n"), ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+}
+
+TEST(TextReader, AQuoteThatIsNotClosedIsALetter) {
+  EXPECT_THAT(pointsIn("x,y,z,code\n1,2,3,12\" pipe\n4,5,6,\"open\n"), ElementsAre(At(1, 2, 3), At(4, 5, 6)));
+}
+
 TEST(TextReader, DecimalsAreThoseWritten) {
   const auto decimals = [](std::string const& text) {
     TextReader reader = readerOf(text);
@@ -249,8 +261,8 @@ TEST(TextReaderError, WhatIsNoPlaceOrNoNumberIsRefused) {
 
 TEST(TextReaderError, IntensityAndClassOutOfRangeSayHowToPassThemOver) {
   EXPECT_THAT(errorOfReading("1 2 3 -5\n"),
-              AllOf(HasSubstr("\"-5\" is not between 0 and 65535"), HasSubstr("x,y,z,other")));
-  EXPECT_THAT(errorOfReading("1 2 3 5 256\n"), HasSubstr("\"256\" is not between 0 and 255 for class"));
+              AllOf(HasSubstr("\"-5\" is no number between 0 and 65535"), HasSubstr("--columns")));
+  EXPECT_THAT(errorOfReading("1 2 3 5 256\n"), HasSubstr("\"256\" is no number between 0 and 255 for class"));
   EXPECT_EQ(errorOfReading("x y z other\n1 2 3 -5\n"), "");
 }
 

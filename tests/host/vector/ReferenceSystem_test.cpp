@@ -109,6 +109,21 @@ TEST(ReferenceSystem, WhatAPersonWritesMayBeACodeOrTwoOrAText) {
   EXPECT_THROW((void)ReferenceSystem::fromUser("http://example.com/system"), UsageError);
 }
 
+TEST(ReferenceSystem, WhatHasNoPlanOrMoreThanACodeIsRefused) {
+  const auto refusal = [](char const* text) -> std::string {
+    try {
+      return ReferenceSystem::fromUser(text).label();
+    } catch (UsageError const& error) {
+      return error.what();
+    }
+  };
+  EXPECT_THAT(refusal("EPSG:5782"), HasSubstr("heights alone"));
+  EXPECT_THAT(refusal("EPSG:4978"), HasSubstr("centre of the Earth"));
+  EXPECT_THAT(refusal("EPSG:25830,EPSG:5782"), HasSubstr("names no reference system"));
+  EXPECT_THAT(refusal("epsg:25830x"), HasSubstr("names no reference system"));
+  EXPECT_EQ(ReferenceSystem::fromUser("epsg:25830+5782").epsg(), 25830);
+}
+
 TEST(ReferenceSystem, TellsItsUnit) {
   EXPECT_EQ(epsg("25830").unit().metres, 1);
   EXPECT_EQ(epsg("2994").unit().metres, 0.3048);
