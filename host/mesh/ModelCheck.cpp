@@ -8,6 +8,7 @@
 
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/mesh/CheckProgress.h"
 #include "model/geometry/CirculoExacto.h"
 
 namespace Meseta47::host {
@@ -67,23 +68,18 @@ bool isLeft(Vector from, Vector v) {
 
 class Check {
  public:
-  Check(ExactModel const& model, bool whole) : model_(model), whole_(whole) {
+  Check(ExactModel const& model, bool whole, Steps const& steps)
+      : model_(model), whole_(whole), progress_(steps, std::size(kParts)) {
     if (model.triangles.size() > kNone / 3) throw Failure("the model has too many triangles to number their sides");
     report_.vertices = model.vertices.size();
     report_.triangles = model.triangles.size();
   }
 
   ModelReport run() {
-    checkTriangles();
-    findDoubledTriangles();
-    findDoubledVertices();
-    pairSides();
-    checkCircles();
-    findPieces();
-    walkFans();
-    traceRings();
-    judgePieces();
-    if (model_.hasOutline) checkOutline();
+    for (auto const part : kParts) {
+      progress_.part();
+      (this->*part)();
+    }
     std::sort(report_.faults.begin(), report_.faults.end(), [](auto& a, auto& b) { return a.kind < b.kind; });
     return std::move(report_);
   }
@@ -121,7 +117,7 @@ class Check {
       sorted.emplace_back(model_.triangles[t], t);
       std::sort(sorted.back().first.begin(), sorted.back().first.end());
     }
-    std::sort(sorted.begin(), sorted.end());
+    progress_.sort(sorted.begin(), sorted.end());
     for (std::size_t i = 1; i < sorted.size(); ++i) {
       if (sorted[i].first != sorted[i - 1].first) continue;
       note(ModelFaultKind::doubledTriangle,
@@ -137,7 +133,8 @@ class Check {
     }
     auto const& at = model_.vertices;
     const auto position = [&at](std::uint32_t v) { return std::pair(at[v].x, at[v].y); };
-    std::stable_sort(sorted.begin(), sorted.end(), [&](auto a, auto b) { return position(a) < position(b); });
+    progress_.sort(sorted.begin(), sorted.end(),
+                   [&](auto a, auto b) { return std::pair(position(a), a) < std::pair(position(b), b); });
     for (std::size_t i = 1; i < sorted.size(); ++i) {
       if (position(sorted[i]) != position(sorted[i - 1])) continue;
       note(ModelFaultKind::doubledVertex,
@@ -153,7 +150,7 @@ class Check {
     for (HalfSide h = 0; h < 3 * model_.triangles.size(); ++h) {
       if (!repeatsCorner(h / 3)) sides.emplace_back(keyOf(start(h), end(h)), h);
     }
-    std::sort(sides.begin(), sides.end());
+    progress_.sort(sides.begin(), sides.end());
     twins_.assign(3 * model_.triangles.size(), kNone);
     for (std::size_t i = 0, j; i < sides.size(); i = j) {
       for (j = i + 1; j < sides.size() && sides[j].first == sides[i].first;) ++j;
@@ -180,6 +177,7 @@ class Check {
   void checkCircles() {
     auto const& at = model_.vertices;
     for (HalfSide h = 0; h < twins_.size(); ++h) {
+      progress_.tick();
       if (twins_[h] == kNone || twins_[h] < h || !upright_[h / 3] || !upright_[twins_[h] / 3]) continue;
       auto const& [a, b, c] = model_.triangles[h / 3];
       const std::uint32_t across = start(before(twins_[h]));
@@ -229,6 +227,7 @@ class Check {
   void walkFans() {
     std::vector<bool> walked(twins_.size());
     for (HalfSide h = 0; h < twins_.size(); ++h) {
+      progress_.tick();
       if (walked[h] || repeatsCorner(h / 3)) continue;
       HalfSide first = h;
       while (twins_[first] != kNone && after(twins_[first]) != h) first = after(twins_[first]);
@@ -295,6 +294,7 @@ class Check {
   // --- the outline that stands in the file
 
   void checkOutline() {
+    if (!model_.hasOutline) return;
     std::vector<std::pair<std::uint64_t, HalfSide>> missing;
     for (HalfSide h = 0; h < twins_.size(); ++h) {
       if (twins_[h] == kNone && !repeatsCorner(h / 3)) missing.emplace_back(keyOf(start(h), end(h)), h);
@@ -382,8 +382,15 @@ class Check {
     return fmt::format("triangle {} ({}, {}, {})", t, model_.place(a), model_.place(b), model_.place(c));
   }
 
+  static constexpr void (Check::*kParts[])() = {
+      &Check::checkTriangles, &Check::findDoubledTriangles, &Check::findDoubledVertices,
+      &Check::pairSides,      &Check::checkCircles,         &Check::findPieces,
+      &Check::walkFans,       &Check::traceRings,           &Check::judgePieces,
+      &Check::checkOutline};
+
   ExactModel const& model_;
   const bool whole_;
+  CheckProgress progress_;
   ModelReport report_;
   std::vector<bool> upright_;    // of each triangle: runs counter-clockwise, with an area
   std::vector<bool> used_;       // of each vertex
@@ -402,6 +409,8 @@ std::string ModelFault::text() const {
                      count == 1 ? "" : "the first is ", first);
 }
 
-ModelReport checkModel(ExactModel const& model, bool whole) { return Check(model, whole).run(); }
+ModelReport checkModel(ExactModel const& model, bool whole, Steps const& steps) {
+  return Check(model, whole, steps).run();
+}
 
 }  // namespace Meseta47::host

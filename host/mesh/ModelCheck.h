@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/Steps.h"
 #include "host/mesh/ExactModel.h"
 
 namespace Meseta47::host {
@@ -56,6 +57,8 @@ struct ModelReport {
 /// besides, use every vertex and fill their convex hull, so that no triangle can be missing: its rim never turns to the
 /// outside, and goes round once as a sheet's must. Triangles with a fault of their own are left out of what
 /// would only repeat it. O(t log t), about 80 bytes a triangle.
-[[nodiscard]] ModelReport checkModel(ExactModel const& model, bool whole);
+///
+/// What `steps` throws ends the check.
+[[nodiscard]] ModelReport checkModel(ExactModel const& model, bool whole, Steps const& steps = {});
 
 }  // namespace Meseta47::host

@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "host/FileError.h"
+#include "host/mesh/CheckProgress.h"
 #include "host/mesh/ExactHull.h"
 #include "host/mesh/SpaceGeometry.h"
 #include "model/geometry/CEsfera.h"
@@ -44,20 +45,17 @@ struct Face {
 
 class SpaceChecker {
  public:
-  SpaceChecker(ExactSpaceMesh const& mesh, bool whole) : mesh_(mesh), whole_(whole) {
+  SpaceChecker(ExactSpaceMesh const& mesh, bool whole, Steps const& steps)
+      : mesh_(mesh), whole_(whole), progress_(steps, std::size(kParts)) {
     report_.vertices = mesh.vertices.size();
     report_.tetrahedra = mesh.tetrahedra.size();
   }
 
   SpaceReport run() {
-    checkTetrahedra();
-    findDoubledTetrahedra();
-    findDoubledVertices();
-    pairFaces();
-    countEdges();
-    report_.pieces = static_cast<std::uint64_t>(countPieces());
-    judgeVolume();
-    if (whole_) judgeBall();
+    for (auto const part : kParts) {
+      progress_.part();
+      (this->*part)();
+    }
     std::sort(report_.faults.begin(), report_.faults.end(), [](auto& a, auto& b) { return a.kind < b.kind; });
     return std::move(report_);
   }
@@ -91,7 +89,7 @@ class SpaceChecker {
       sorted.emplace_back(mesh_.tetrahedra[i], i);
       std::sort(sorted.back().first.begin(), sorted.back().first.end());
     }
-    std::sort(sorted.begin(), sorted.end());
+    progress_.sort(sorted.begin(), sorted.end());
     for (std::size_t i = 1; i < sorted.size(); ++i) {
       if (sorted[i].first != sorted[i - 1].first) continue;
       note(SpaceFaultKind::doubledTetrahedron, [&] {
@@ -104,7 +102,8 @@ class SpaceChecker {
     std::vector<std::uint32_t> sorted(mesh_.vertices.size());
     std::iota(sorted.begin(), sorted.end(), 0U);
     const auto position = [this](std::uint32_t v) { return std::array{at(v).x, at(v).y, at(v).z}; };
-    std::stable_sort(sorted.begin(), sorted.end(), [&](auto a, auto b) { return position(a) < position(b); });
+    progress_.sort(sorted.begin(), sorted.end(),
+                   [&](auto a, auto b) { return std::pair(position(a), a) < std::pair(position(b), b); });
     for (std::size_t i = 1; i < sorted.size(); ++i) {
       if (position(sorted[i]) != position(sorted[i - 1])) continue;
       note(SpaceFaultKind::doubledVertex,
@@ -128,10 +127,11 @@ class SpaceChecker {
         faces.push_back(face);
       }
     }
-    std::sort(faces.begin(), faces.end());
+    progress_.sort(faces.begin(), faces.end());
     pieceOf_.resize(mesh_.tetrahedra.size());
     std::iota(pieceOf_.begin(), pieceOf_.end(), 0U);
     for (std::size_t i = 0, j = 0; i < faces.size(); i = j) {
+      progress_.tick();
       for (j = i + 1; j < faces.size() && faces[j].v == faces[i].v;) ++j;
       ++report_.faces;
       if (j - i == 1) ++report_.boundaryFaces;
@@ -168,7 +168,7 @@ class SpaceChecker {
         for (unsigned b = a + 1; b < 4; ++b) edges.push_back(std::uint64_t{t[a]} << 32 | t[b]);
       }
     }
-    std::sort(edges.begin(), edges.end());
+    progress_.sort(edges.begin(), edges.end());
     report_.edges = static_cast<std::uint64_t>(std::unique(edges.begin(), edges.end()) - edges.begin());
   }
 
@@ -179,15 +179,13 @@ class SpaceChecker {
 
   // --- the whole
 
-  std::ptrdiff_t countPieces() {
-    std::ptrdiff_t pieces = 0;
+  void countPieces() {
     for (std::uint32_t i = 0; i < pieceOf_.size(); ++i) {
       if (root(i) != i || repeatsCorner(i)) continue;
-      if (++pieces > 1 && whole_) {
+      if (++report_.pieces > 1 && whole_) {
         note(SpaceFaultKind::separatePiece, [&] { return fmt::format("that of {}", nameTetrahedron(i)); });
       }
     }
-    return pieces;
   }
 
   void judgeVolume() {
@@ -205,6 +203,7 @@ class SpaceChecker {
   }
 
   void judgeBall() {
+    if (!whole_) return;
     const auto n = [](std::uint64_t count) { return static_cast<std::int64_t>(count); };
     const std::int64_t euler = n(report_.vertices) - n(report_.edges) + n(report_.faces) - n(report_.tetrahedra);
     if (euler == 1) return;
@@ -241,8 +240,15 @@ class SpaceChecker {
                        mesh_.place(d));
   }
 
+  static constexpr void (SpaceChecker::*kParts[])() = {
+      &SpaceChecker::checkTetrahedra,     &SpaceChecker::findDoubledTetrahedra,
+      &SpaceChecker::findDoubledVertices, &SpaceChecker::pairFaces,
+      &SpaceChecker::countEdges,          &SpaceChecker::countPieces,
+      &SpaceChecker::judgeVolume,         &SpaceChecker::judgeBall};
+
   ExactSpaceMesh const& mesh_;
   const bool whole_;
+  CheckProgress progress_;
   SpaceReport report_;
   std::vector<bool> upright_;  // of each tetrahedron
   std::vector<std::uint32_t> pieceOf_;
@@ -259,6 +265,8 @@ std::string SpaceFault::text() const {
                      count == 1 ? "" : "the first is ", first);
 }
 
-SpaceReport checkSpaceMesh(ExactSpaceMesh const& mesh, bool whole) { return SpaceChecker(mesh, whole).run(); }
+SpaceReport checkSpaceMesh(ExactSpaceMesh const& mesh, bool whole, Steps const& steps) {
+  return SpaceChecker(mesh, whole, steps).run();
+}
 
 }  // namespace Meseta47::host

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/Steps.h"
 #include "host/mesh/SpaceReader.h"
 
 namespace Meseta47::host {
@@ -46,7 +47,7 @@ struct SpaceReport {
 /// `whole` the mesh must be that of all its vertices: one piece, a ball by Euler's count, and of the volume of their
 /// convex hull to the last unit. Upright tetrahedra over paired faces that fill the hull can neither overlap nor leave
 /// a gap. Tetrahedra with a fault of their own are left out of what would only repeat it. O(t log t), about 200 bytes a
-/// tetrahedron.
-[[nodiscard]] SpaceReport checkSpaceMesh(ExactSpaceMesh const& mesh, bool whole);
+/// tetrahedron. What `steps` throws ends the check.
+[[nodiscard]] SpaceReport checkSpaceMesh(ExactSpaceMesh const& mesh, bool whole, Steps const& steps = {});
 
 }  // namespace Meseta47::host

@@ -24,6 +24,24 @@ std::string beginningOf(std::string const& path) {
   return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
+/// A file that tells how far it was read, and stops when the work is cancelled.
+class WatchedFile : public FileSource {
+ public:
+  WatchedFile(std::string const& path, HostApp& app) : FileSource(path), app_(app) {}
+  std::size_t read(std::uint64_t from, std::span<std::uint8_t> to) override {
+    app_.step(from, size());
+    return FileSource::read(from, to);
+  }
+
+ private:
+  HostApp& app_;
+};
+
+Surface readPlyWatched(std::string const& path, HostApp& app) {
+  WatchedFile file(path, app);
+  return readPly(file);
+}
+
 /// With the vertices' classes, where any of them has one.
 Surface surfaceOf(CTIN const& tin) {
   Surface surface;
@@ -50,16 +68,16 @@ ModelKind modelKindOf(std::string const& path) {
   } catch (FileError const&) {
     // Whoever reads it says what is wrong.
   }
-  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r") || extensionOf(path) == ".ply") {
-    return ModelKind::ply;
-  }
+  // What a file says of itself counts before its name.
+  if (beginning.starts_with("ply\n") || beginning.starts_with("ply\r")) return ModelKind::ply;
   if (isNativeModel(beginning, path)) return ModelKind::native;
-  return ModelKind::none;
+  return extensionOf(path) == ".ply" ? ModelKind::ply : ModelKind::none;
 }
 
 Surface readModel(std::string const& path, HostApp& app) {
   app.phase("Reading");
-  Surface surface = modelKindOf(path) == ModelKind::native ? surfaceOf(readNativeModel(path).Tin()) : readPly(path);
+  Surface surface =
+      modelKindOf(path) == ModelKind::native ? surfaceOf(readNativeModel(path).Tin()) : readPlyWatched(path, app);
   if (surface.triangles.empty()) throw FileError(path, "the model has no triangles: there is no surface to show");
   return surface;
 }
@@ -86,10 +104,11 @@ MappedSurface triangulateCloud(CloudOptions const& options, HostApp& app) {
 }
 
 void dropLongTriangles(Surface& surface, double maxSide) {
-  const auto isLong = [&surface, maxSide](Surface::Triangle const& t) {
+  constexpr double kRounding = 1e-7;  // of real coordinates in doubles: their origin is already in them
+  const auto isLong = [&surface, most = maxSide + kRounding](Surface::Triangle const& t) {
     for (std::size_t i = 0; i < 3; ++i) {
       auto const &a = surface.vertices[t[i]], &b = surface.vertices[t[(i + 1) % 3]];
-      if (std::hypot(b[0] - a[0], b[1] - a[1]) > maxSide) return true;
+      if (std::hypot(b[0] - a[0], b[1] - a[1]) > most) return true;
     }
     return false;
   };

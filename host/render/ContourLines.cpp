@@ -70,18 +70,23 @@ double levelsBetween(double low, double high, double interval) {
   return std::floor(high / interval) - std::ceil(low / interval) + 1;
 }
 
-std::vector<ContourLine> contoursOf(Surface const& surface, double interval) {
+std::vector<ContourLine> contoursOf(Surface const& surface, double interval, Steps const& step) {
+  auto tick = [&step, count = 0U]() mutable {
+    if (step && (++count & 0xffffU) == 0) step(0, 1);
+  };
   const IntegerSurface whole(surface, interval);
   std::vector<CCoor3D<int>> vertices;
   vertices.reserve(surface.vertices.size());
   for (Surface::Vertex const& v : surface.vertices) vertices.push_back(whole.whole(v));
   CSegmentos pieces;
   for (Surface::Triangle const& t : surface.triangles) {
+    tick();
     pieces.Corta(vertices[t[0]], vertices[t[1]], vertices[t[2]], whole.parts());
   }
   vertices = {};
   std::vector<ContourLine> lines;
   while (pieces.Cantidad() != 0) {
+    if (step) step(0, 1);
     const int height = pieces.MinimoZ();
     addLines(CNivelDeCurvas(height, pieces.Saca(height), CLlanos::ORILLA), whole, lines);
   }

@@ -127,7 +127,7 @@ class Labels {
 }  // namespace
 
 void paintContours(Canvas& canvas, Layout const& layout, View const& view, std::vector<ContourLine> const& lines,
-                   double interval) {
+                   double interval, Steps const& step) {
   const double thin = std::max(0.6, layout.font / 18);
   const double shortest = 2 * layout.font;  // a ring of that length is a speck
   cairo_t* pen = canvas.pen();
@@ -137,6 +137,7 @@ void paintContours(Canvas& canvas, Layout const& layout, View const& view, std::
   Labels labels(canvas, layout, interval);
   std::vector<Track> indexTracks;
   for (ContourLine const& line : lines) {
+    step(1, 1);
     Track track = trackOf(line, layout, view);
     if (track.points.size() < 2 || track.length < shortest) continue;
     canvas.setColour(kLine, isIndex(line) ? 0.95 : 0.7);

@@ -12,8 +12,8 @@ namespace Meseta47::host {
 inline constexpr int kIndexEvery = 5;
 
 /// Draws contours over the map of a picture. Heights stand along lines that are long and straight enough for them,
-/// never upside down.
+/// never upside down. `step` hears of each line that all below it is done.
 void paintContours(Canvas& canvas, Layout const& layout, View const& view, std::vector<ContourLine> const& lines,
-                   double interval);
+                   double interval, Steps const& step);
 
 }  // namespace Meseta47::host

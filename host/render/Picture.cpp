@@ -46,7 +46,8 @@ std::vector<std::uint8_t> classesIn(Surface const& surface, View const& view) {
   return codes;
 }
 
-std::vector<ContourLine> contoursFor(Surface const& surface, double interval, HeightRange const& heights) {
+std::vector<ContourLine> contoursFor(Surface const& surface, double interval, HeightRange const& heights,
+                                     Steps const& step) {
   const double levels = levelsBetween(heights.low, heights.high, interval);
   if (!(levels <= kMostLevels)) {  // with so small an interval it is no number
     throw Failure(
@@ -56,7 +57,7 @@ std::vector<ContourLine> contoursFor(Surface const& surface, double interval, He
                     levels < kCountable ? withThousands(static_cast<std::uint64_t>(levels)) : "countless",
                     roundStep(heights.high - heights.low, 50).text(1)));
   }
-  return contoursOf(surface, interval);
+  return contoursOf(surface, interval, step);
 }
 
 std::string contourNote(double interval, std::string const& unit) {
@@ -84,7 +85,7 @@ Canvas paintPicture(Surface const& surface, PictureOptions const& options, Steps
   const View view = viewOf(surface, options.bounds);
   const ReliefStyle style{heightRangeOf(surface, view), options.classes};
   std::vector<ContourLine> contours;
-  if (options.contours > 0) contours = contoursFor(surface, options.contours, style.range);
+  if (options.contours > 0) contours = contoursFor(surface, options.contours, style.range, step);
 
   const HeightLegend heights(style.range, options.heightUnit);
   const ClassLegend classes(options.classes ? classesIn(surface, view) : std::vector<std::uint8_t>());
@@ -94,7 +95,7 @@ Canvas paintPicture(Surface const& surface, PictureOptions const& options, Steps
 
   Canvas canvas(layout.width, layout.height);
   paintRelief(canvas, layout, view, surface, style, step);
-  if (options.contours > 0) paintContours(canvas, layout, view, contours, options.contours);
+  if (options.contours > 0) paintContours(canvas, layout, view, contours, options.contours, step);
   if (!layout.bare) {
     options.classes ? classes.draw(canvas, layout) : heights.draw(canvas, layout);
     drawFoot(canvas, layout, options.unit,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 
 #include "host/render/Light.h"
@@ -121,9 +122,12 @@ class Mixer {
 };
 
 SurfaceRaster rasterOf(Surface const& surface, std::vector<Corner> const& corners, int columns, int firstRow,
-                       int endRow) {
+                       int endRow, std::function<void()> const& tick) {
+  constexpr std::size_t kOften = std::size_t{1} << 16;  // triangles; some milliseconds
   SurfaceRaster raster(columns, firstRow, endRow - firstRow);
-  for (Surface::Triangle const& t : surface.triangles) {
+  for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
+    if (i % kOften == 0) tick();
+    Surface::Triangle const& t = surface.triangles[i];
     Corner const &a = corners[t[0]], &b = corners[t[1]], &c = corners[t[2]];
     if (std::max({a.row, b.row, c.row}) < firstRow || std::min({a.row, b.row, c.row}) > endRow) continue;
     raster.add(a, b, c);
@@ -165,12 +169,15 @@ void paintRelief(Canvas& canvas, Layout const& layout, View const& view, Surface
   const Mixer mixer(style, dots ? &*dots : nullptr);
   for (int first = 0; first < layout.mapHeight; first += band) {
     const int end = std::min(first + band, layout.mapHeight);
-    const SurfaceRaster raster = rasterOf(surface, corners, columns, first * kFine, end * kFine);
+    const auto done = [&](int row) {
+      step(static_cast<unsigned long long>(row), static_cast<unsigned long long>(layout.mapHeight));
+    };
+    const SurfaceRaster raster = rasterOf(surface, corners, columns, first * kFine, end * kFine, [&] { done(first); });
     if (dots) dots->paint(first * kFine, end * kFine);
     for (int y = first; y < end; ++y) {
       const auto row = canvas.row(layout.mapY + y).subspan(static_cast<std::size_t>(layout.mapX));
       for (int x = 0; x < layout.mapWidth; ++x) row[static_cast<std::size_t>(x)] = mixer.pixel(raster, x, y);
-      step(static_cast<unsigned long long>(y) + 1, static_cast<unsigned long long>(layout.mapHeight));
+      done(y + 1);
     }
   }
   canvas.rowsWritten();

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <vector>
 
+#include "host/Steps.h"
 #include "host/mesh/Surface.h"
 #include "host/render/Canvas.h"
 
@@ -24,9 +24,6 @@ struct ReliefStyle {
   HeightRange range;
   bool classes = false;  ///< colours of the classes of points, over grey relief, in place of tints of height
 };
-
-/// Called with how much of how much is done; ends the painting by throwing.
-using Steps = std::function<void(unsigned long long, unsigned long long)>;
 
 /// Paints the surface into the map of a picture, four samples a pixel. O(triangles and pixels); memory for 64 MB of
 /// samples at a time.

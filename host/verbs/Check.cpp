@@ -78,10 +78,14 @@ void tell(std::string const& file, Report const& report, int precision, CommonOp
   if (!report.faults.empty()) throw Failure(textOf(file, report.faults));
 }
 
+Steps stepsOf(HostApp& app) {
+  return [&app](auto done, auto all) { app.step(done, all); };
+}
+
 void runSpaceCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
   const ExactSpaceMesh mesh = readSpaceMesh(options.file, app);
   app.phase("Checking");
-  const SpaceReport report = checkSpaceMesh(mesh, options.whole);
+  const SpaceReport report = checkSpaceMesh(mesh, options.whole, stepsOf(app));
   app.clearProgress();
   tell(options.file, report, mesh.precision, common);
 }
@@ -96,7 +100,7 @@ void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp&
   }
   const ExactModel model = readExactModel(options.file, app);
   app.phase("Checking");
-  const ModelReport report = checkModel(model, options.whole);
+  const ModelReport report = checkModel(model, options.whole, stepsOf(app));
   app.clearProgress();
   tell(options.file, report, model.precision, common);
 }

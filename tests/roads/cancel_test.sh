@@ -25,5 +25,9 @@ cancels Filling 2 o.las "${classify[@]}"
 cancels Linking 2 o.las "${classify[@]}"
 # A small search over a large file, so that the writing lasts.
 cancels Writing 1 o.las "${classify[@]}" --bounds 449990,4479990,450010,4480010
+# A proof and a picture are long work, too. A proof has no output that could be left.
+"$urdimbre" --quiet tin scan.las -o model.ply
+cancels Checking 1 none "$urdimbre" check model.ply
+cancels Painting 1 o.png "$urdimbre" render model.ply --contours 0.5 --size 200 -o o.png
 expect "the input of cancelled searches" "$(cmp before.las scan.las && echo same)" same
 done_with

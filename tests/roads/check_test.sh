@@ -21,6 +21,13 @@ done
 expect "both forms have the same triangles" "$(number triangles ply.json)" "$(number triangles urd.json)"
 expect "sides by the oracle" "$(number boundary_sides ply.json)" "$(fact boundary_sides m.ply)"
 
+# What a file says of itself counts before its name.
+cp m.urd called.ply
+cp m.ply called.urd
+"$urdimbre" --quiet check called.ply || fail "a native model that is called .ply is sound"
+"$urdimbre" --quiet check called.urd || fail "a PLY that is called .urd is sound"
+pass
+
 # A PLY's faces stand at its end, 13 bytes each; doubles before them, 24 bytes a vertex.
 size=$(stat -c %s m.ply)
 faces=$((size - 13 * $(number triangles ply.json)))

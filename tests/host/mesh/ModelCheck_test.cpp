@@ -92,6 +92,22 @@ TEST(ModelCheck, ASoundModelHasNoFaultAndItsCountsAreRight) {
   EXPECT_EQ(r.rings, 1u);
 }
 
+TEST(ModelCheck, TellsItsStepsAndEndsWithWhatTheyThrow) {
+  struct Enough {};
+  unsigned long long told = 0;
+  (void)checkModel(withOutline(), false, [&](auto done, auto all) {
+    EXPECT_LE(told, done);
+    EXPECT_LT(done, all);
+    told = done;
+  });
+  EXPECT_GT(told, 0U);
+  EXPECT_THROW((void)checkModel(withOutline(), false,
+                                [&](auto done, auto) {
+                                  if (done == told) throw Enough();
+                                }),
+               Enough);
+}
+
 TEST(ModelCheck, ATurnedTriangleIsToldWithItsPlace) {
   ExactModel m = exactHoneycomb();
   const std::size_t t = inner(m);

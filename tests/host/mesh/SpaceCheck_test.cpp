@@ -36,6 +36,22 @@ TEST(SpaceCheck, ASoundMeshHasNoFaultAndAllItsCounts) {
   EXPECT_EQ(report.volume, 1600.0 / 6);
 }
 
+TEST(SpaceCheck, TellsItsStepsAndEndsWithWhatTheyThrow) {
+  struct Enough {};
+  unsigned long long told = 0;
+  (void)checkSpaceMesh(bipyramid(), true, [&](auto done, auto all) {
+    EXPECT_LE(told, done);
+    EXPECT_LT(done, all);
+    told = done;
+  });
+  EXPECT_GT(told, 0U);
+  EXPECT_THROW((void)checkSpaceMesh(bipyramid(), true,
+                                    [&](auto done, auto) {
+                                      if (done == told) throw Enough();
+                                    }),
+               Enough);
+}
+
 TEST(SpaceCheck, ATetrahedronTheWrongWayRoundIsNamed) {
   ExactSpaceMesh mesh = bipyramid();
   std::swap(mesh.tetrahedra[1][0], mesh.tetrahedra[1][1]);
