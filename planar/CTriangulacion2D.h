@@ -412,7 +412,7 @@ class URDIMBRE_API CTriangulacion2D {
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
-  HANDLE evento = nullptr;             ///< signalled while the worker lives
+  HANDLE evento = nullptr;             ///< signalled while the worker runs
   CSetTriangulos2D::CBalance balance;  ///< triangles ever made, and destroyed by a later point
   CVisitados visitados;
   CResumenPlano resumen;

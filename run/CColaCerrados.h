@@ -98,7 +98,7 @@ class CColaCerrados {
     return entradas.size();
   }
   [[nodiscard]] unsigned Hechos() const { return hechos.load(std::memory_order_acquire); }
-  /// The entries, while no worker lives.
+  /// The entries, while no worker runs.
   [[nodiscard]] std::vector<TSet*> const& Entradas() const { return entradas; }
 
   // --- the worker ---
