@@ -5,6 +5,7 @@
 #include "model/threads/CMarcha.h"
 #include "model/threads/IPorcentaje.h"
 #include "run/Recorrido.h"
+#include "tetrahedral/CMedidasDeRun3D.h"
 #include "tetrahedral/CTriangulacion3D.h"
 
 namespace Meseta47 {
@@ -12,7 +13,6 @@ namespace Meseta47 {
 namespace {
 
 constexpr unsigned kMensajeRellena = 19020;
-constexpr double kHolguraMarco = 1.2;  // the frame is a cube around the data with a tenth of the extent to spare
 
 double MayorAncho(CMaximas<int> const& caja) { return std::max({caja.Ancho(), caja.Alto(), caja.Altura()}); }
 
@@ -83,7 +83,7 @@ void CTriangulacion3D::EstableceDivisiones(unsigned n, CMaximas<int> const& caja
 //      -1 +---------+ -8
 void CTriangulacion3D::GeneraEsquinas() {
   const CCoor3D<int> c = maximas.Centro(true);
-  const double r = MayorAncho(maximas) * kHolguraMarco * 0.5;
+  const double r = CMedidasDeRun3D::SemiladoDelMarco(MayorAncho(maximas));
   constexpr int kLado[8][3] = {{-1, -1, -1}, {-1, 1, -1}, {-1, 1, 1}, {-1, -1, 1},
                                {1, -1, 1},   {1, 1, 1},   {1, 1, -1}, {1, -1, -1}};
   for (int i = 0; i < 8; ++i) {

@@ -148,8 +148,9 @@ void print(LasFacts const& las) {
   }
   fmt::print("  scale       {} {} {}\n", h.scale[0], h.scale[1], h.scale[2]);
   fmt::print("  offset      {} {} {}\n", h.offset[0], h.offset[1], h.offset[2]);
-  if (las.missing != 0)
+  if (las.missing != 0) {
     fmt::print("  cut short   {} of the points that it promises are missing\n", withThousands(las.missing));
+  }
   if (!h.systemId.empty() || !h.software.empty()) fmt::print("  made by     {} {}\n", h.systemId, h.software);
 }
 
