@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/PlanarSizes.h"
 #include "support/SpaceFamilies.h"
 #include "support/SpaceRun.h"
 
@@ -56,6 +57,13 @@ TEST_P(HardSpaces, TetrahedraTileTheFrameExactlySortedAndInFinerCells) {
   ExpectSound(points, true, 27);
 }
 
+class LargestSpaces : public testing::TestWithParam<Cloud> {};
+
+TEST_P(LargestSpaces, TetrahedraTileTheFrameExactly) {
+  SCOPED_TRACE(GetParam().recipe);
+  ExpectSound(alongACurve(spaceFamily(GetParam().kind, GetParam().size, 5)), true, 27);
+}
+
 /// Whether the points span space.
 bool Span(std::vector<Point> const& points) {
   Point const& a = points.front();
@@ -88,6 +96,9 @@ INSTANTIATE_TEST_SUITE_P(Hulls, HardHulls, testing::ValuesIn(Clouds({2, 3, 4, 5,
 INSTANTIATE_TEST_SUITE_P(Small, HardSpaces, testing::ValuesIn(Clouds({2, 3, 4, 5, 6, 7, 8, 9, 10, 200})),
                          [](auto const& test) { return test.param.recipe; });
 INSTANTIATE_TEST_SUITE_P(Large, HardSpaces, testing::ValuesIn(Clouds({3000})),
+                         [](auto const& test) { return test.param.recipe; });
+
+INSTANTIATE_TEST_SUITE_P(Largest, LargestSpaces, testing::ValuesIn(Clouds({kFullSize ? 200'000U : 4'000U})),
                          [](auto const& test) { return test.param.recipe; });
 
 }  // namespace
