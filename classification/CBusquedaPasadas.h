@@ -23,16 +23,21 @@ struct CBusquedaPasadas {
   std::uint64_t total;          ///< bytes that all the runs of all passes will read, as far as is known
   std::uint64_t acumulado = 0;  ///< bytes of the runs done
   unsigned pasada = 0;
-  bool cambio = false;  ///< this run has found something, in a pass other than 0
+  unsigned hallados = 0;  ///< points that this run has found
+  bool cambio = false;    ///< and whether they are any, in a pass other than 0
 
   [[nodiscard]] bool Quedan() const { return pasada < numPasadas; }
-  void Empieza() { cambio = false; }
+  void Empieza() {
+    hallados = 0;
+    cambio = false;
+  }
   void Termina() {
     acumulado += longitud;
     if (pasada == 0 || !cambio) ++pasada;
   }
   /// A point has been found: in a pass other than 0 there will be another run of it.
   void Halla() {
+    ++hallados;
     if (pasada == 0 || cambio) return;
     total += longitud;
     cambio = true;

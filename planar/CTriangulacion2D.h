@@ -30,6 +30,8 @@ class CStdioFile;
 namespace Meseta47 {
 
 class CBusquedaPuntos;
+class CCondicionHIntensidad;
+class CCondicionHRGB;
 class CDataPicos;
 struct CFase;
 struct CFuentes;
@@ -167,6 +169,54 @@ class URDIMBRE_API CTriangulacion2D {
   int RunPuntosAltos(CDibujo<int>& dibujo, double distanciaMax, double alturaMin, CInfoClasificacion const& info,
                      int unaPasada, unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
                      std::vector<CPosicionEntidad> const* seleccion);
+  /// Finds the points that stand above the ground and have a colour that a condition wants, and gives them the class of
+  /// that condition. `distanciaMax` is in drawing units; points that are in no set of points are black.
+  ///
+  /// A point is found when in one triangle it rises by more than the height of a condition above one of the other two
+  /// vertices, and at more than 0.785 of rise to run above both, and all three channels of its colour are nearer than
+  /// the tolerance to that of the condition: the first that takes it. It spreads as that of high points does, to points
+  /// with a colour within the tolerance, limits included, of some condition, whose class they get. At last each run of
+  /// neighbouring conditions with one class, together with the points that have it already, is outlined, and what lies
+  /// inside, no higher than the height of the first of them, takes the class as well.
+  ///
+  /// What may change, further drawings, selection, codes and memory are those of RunPuntosAltos, with 4 bytes a point
+  /// more; one thread reads the passes. The classes depend on the mesh alone where no colour suits two conditions;
+  /// where one does, on the order of triangles in the file, which follows that of the points. A class above 127 can be
+  /// given, but points that have it already join no outline. At most 128 conditions: what further ones find is outlined
+  /// and not given a class itself, or is that of an earlier one. Without a condition nothing is found.
+  int RunPuntosAltosRGB(CDibujo<int>& dibujo, double distanciaMax, std::vector<CCondicionHRGB> const& condiciones,
+                        unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
+                        std::vector<CPosicionEntidad> const* seleccion);
+  /// The same by intensity: a condition wants those between two limits, limits included. Points that are in no set of
+  /// points have intensity 0.
+  int RunPuntosAltosIntensidad(CDibujo<int>& dibujo, double distanciaMax,
+                               std::vector<CCondicionHIntensidad> const& condiciones, unsigned int& cantidad,
+                               std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion);
+  /// Appends to `lista` what rises: for each triangle and each of its vertices that rises by more than `alturaMin`
+  /// (drawing units) above another, and steeply above both, a condition with the colour of the point, or of the first
+  /// vertex where it is the third, tolerance 1, class -1, and for height the greater of both rises. A point is told
+  /// once for each of its triangles. Nothing changes. Codes as above; what was appended before another than kHecho
+  /// stays.
+  int RunListarPuntosAltosRGB(CDibujo<int>& dibujo, double alturaMin, std::vector<CCondicionHRGB>& lista,
+                              std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion);
+  /// The same with intensities: both limits are that of the point.
+  int RunListarPuntosAltosIntensidad(CDibujo<int>& dibujo, double alturaMin, std::vector<CCondicionHIntensidad>& lista,
+                                     std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion);
+  /// Finds jumps of intensity: points brighter than their surroundings for a `diferencia` above 0, darker for one below
+  /// 0, none for 0. They get the class of `info`.
+  ///
+  /// A point is found when in one triangle its intensity passes that of both other vertices by more than the
+  /// difference. It spreads to brighter (darker) neighbours of points found, whatever the distance, first by two
+  /// neighbours of one triangle, then by one. At last the points inside the outline of what was found, drawn with sides
+  /// up to `distancia` (drawing units), take the class as well, whatever their height or intensity.
+  ///
+  /// In a drawing whose `tipoNube` is none of 1, 2 and 3 heights take the place of intensities, in scaled units; so
+  /// they do in the further drawings, whose points are compared with the intensities of `dibujo` as they are. The
+  /// window of heights of the parameters holds for heights. What may change, selection, codes and memory are those of
+  /// RunPuntosAltos, with 4 bytes a point more; one thread reads the passes. The classes depend on the mesh alone.
+  int RunPuntosDifIntensidad(CDibujo<int>& dibujo, double distancia, int diferencia, CInfoClasificacion const& info,
+                             unsigned int& cantidad, std::vector<CDibujo<int>*>* otros,
+                             std::vector<CPosicionEntidad> const* seleccion);
 
   /// Finds the points with too few neighbours, such as echoes of birds and dust, and gives them the class of `info`.
   ///
@@ -319,6 +369,21 @@ class URDIMBRE_API CTriangulacion2D {
   int BuscaPuntosAereos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double radio, double factor,
                         CInfoClasificacion const& info, unsigned int& cantidad,
                         std::vector<CPosicionEntidad> const* seleccion);
+  /// Those of the other runs, in the same way.
+  int BuscaPuntosAltosRGB(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax,
+                          std::vector<CCondicionHRGB> const& condiciones, unsigned int& cantidad,
+                          std::vector<CPosicionEntidad> const* seleccion);
+  int BuscaPuntosAltosIntensidad(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax,
+                                 std::vector<CCondicionHIntensidad> const& condiciones, unsigned int& cantidad,
+                                 std::vector<CPosicionEntidad> const* seleccion);
+  int ListaPuntosAltosRGB(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double alturaMin,
+                          std::vector<CCondicionHRGB>& lista, std::vector<CPosicionEntidad> const* seleccion);
+  int ListaPuntosAltosIntensidad(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double alturaMin,
+                                 std::vector<CCondicionHIntensidad>& lista,
+                                 std::vector<CPosicionEntidad> const* seleccion);
+  int BuscaPuntosDifIntensidad(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distancia,
+                               int diferencia, CInfoClasificacion const& info, unsigned int& cantidad,
+                               std::vector<CPosicionEntidad> const* seleccion);
 
   /// Walks the division tree.
   void ImprimeLista(CDivisiones const& celda) const;
@@ -410,6 +475,14 @@ class URDIMBRE_API CTriangulacion2D {
   /// its number, than the drawing does.
   int PreparaBusqueda(CBusquedaPuntos& busqueda, CFuentes const& fuentes, CRegistra const& registra = {});
   void BorraNumeros(std::vector<CDibujo<int>*> const& otros) const;
+  /// Searches by a form of condition (CTriangulacion2D_Condiciones.cpp).
+  template <class Forma>
+  int BuscaPorCondiciones(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double distanciaMax,
+                          std::vector<typename Forma::CCondicion> const& condiciones, unsigned& cantidad,
+                          std::vector<CPosicionEntidad> const* seleccion);
+  template <class Forma>
+  int ListaAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double alturaMin,
+                 std::vector<typename Forma::CCondicion>& lista, std::vector<CPosicionEntidad> const* seleccion);
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
   HANDLE evento = nullptr;             ///< signalled while the worker runs
