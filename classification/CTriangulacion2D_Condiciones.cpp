@@ -1,7 +1,9 @@
 // The searches of high points by colour and by intensity: those of the high points that a condition wants, with a class
 // for each condition. They differ in the test of a condition alone.
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -196,7 +198,7 @@ std::vector<CClaseHallada> RecogeTomados(CDibujo<int> const& dibujo, CListasClas
                                    [&p](auto const& c) { return int{c.tipo} == int{p.clasificacion}; });
     if (suya != condiciones.end()) tomados[static_cast<std::size_t>(suya - condiciones.begin())].push_back(p);
     if (!elegible || p.num >= 0) return;
-    const std::int8_t toma = atributos.De(p.num).tipo;
+    const int toma = atributos.De(p.num).tipo;
     if (toma < 0) return;  // a condition whose place does not fit the byte
     hallados.push_back({lugar, static_cast<std::uint8_t>(condiciones[static_cast<std::size_t>(toma)].tipo)});
   });

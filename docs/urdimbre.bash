@@ -26,7 +26,7 @@ _urdimbre() {
 }
 
 _urdimbre_verbs() {
-  awk '/^Subcommands:/ {on = 1; next} on && NF {print $1}'
+  awk '/^Subcommands:/ {on = 1; next} on && NF {for (i = 1; sub(/,$/, "", $i); ++i) print $i; print $i}'  # "colour, color"
 }
 
 _urdimbre_options() {

@@ -13,6 +13,11 @@
 
 namespace Meseta47::host {
 
+void ValueRange::include(ValueRange const& other) {
+  if (other.isEmpty()) return;
+  *this = isEmpty() ? other : ValueRange{std::min(least, other.least), std::max(most, other.most)};
+}
+
 namespace {
 
 /// Plan positions as whole numbers of units from the corner of all points. The corner is a point's own place, so that
@@ -69,6 +74,10 @@ VectorFacts factsOf(VectorContent const& content) {
   return facts;
 }
 
+void include(std::array<ValueRange, 3>& all, std::array<ValueRange, 3> const& more) {
+  for (std::size_t channel = 0; channel < all.size(); ++channel) all[channel].include(more[channel]);
+}
+
 class Gatherer {
  public:
   Gatherer(InfoProgress const& progress, TextColumns const& columns, bool partial)
@@ -105,8 +114,10 @@ class Gatherer {
       const CModeloDigital model = readNativeModel(name);
       file.model = ModelFacts{model.Tin().Cantidad(), model.Tin().Limite().size()};
     }
-    forEachPoint(reader, [&file](CloudPoint const& p) {
+    forEachPoint(reader, [&file, coloured = reader.hasColour()](CloudPoint const& p) {
       ++file.points;
+      file.intensity.include(p.intensity);
+      if (coloured) include(file.colour, {ValueRange{p.r, p.r}, ValueRange{p.g, p.g}, ValueRange{p.b, p.b}});
       ++file.byClass[p.classification];
       ++file.byReturn[p.returnNumber];
       file.extent.include(p.x, p.y, p.z);
@@ -132,6 +143,8 @@ class Gatherer {
     info.precision = std::max(info.precision, file.precision);
     info.all.points += file.points;
     info.all.extent.include(file.extent);
+    info.all.intensity.include(file.intensity);
+    include(info.all.colour, file.colour);
     const auto plus = std::plus<std::uint64_t>();
     std::transform(file.byClass.begin(), file.byClass.end(), info.all.byClass.begin(), info.all.byClass.begin(), plus);
     std::transform(file.byReturn.begin(), file.byReturn.end(), info.all.byReturn.begin(), info.all.byReturn.begin(),

@@ -17,6 +17,16 @@
 
 namespace Meseta47::host {
 
+/// The least and the greatest of a value that points have.
+struct ValueRange {
+  int least = 1, most = 0;  ///< of no point
+
+  [[nodiscard]] bool isEmpty() const { return least > most; }
+  [[nodiscard]] bool varies() const { return least < most; }
+  void include(int value) { include(ValueRange{value, value}); }
+  void include(ValueRange const& other);
+};
+
 /// What the points of a cloud are, all of them counted.
 struct CloudCounts {
   std::uint64_t points = 0;
@@ -24,7 +34,12 @@ struct CloudCounts {
   std::array<std::uint64_t, 256> byClass{};  ///< those of vector files have none, and count in none
   std::array<std::uint64_t, 16> byReturn{};  ///< by return number; 0 is for points without one
   std::uint64_t planDuplicates = 0;          ///< points less distinct plan positions
+  ValueRange intensity;                      ///< of points that are in no vector file
+  std::array<ValueRange, 3> colour;          ///< red, green, blue, 8 bits, of files that hold colours
   ReferenceSystem system;                    ///< unknown when nobody tells, or files contradict one another
+
+  [[nodiscard]] bool hasColour() const { return !colour[0].isEmpty(); }
+  [[nodiscard]] bool colourVaries() const { return colour[0].varies() || colour[1].varies() || colour[2].varies(); }
 };
 
 /// What an octree of points is.

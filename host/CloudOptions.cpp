@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <limits>
+#include <utility>
 
 #include "host/FileError.h"
 #include "host/Inputs.h"
@@ -133,9 +134,25 @@ CDigiTab classTable(std::array<bool, 256> const& classes) {
   return table;
 }
 
+namespace {
+
+/// What a drawing keeps beside the points: colours, or nothing at all.
+std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours) {
+  std::vector<tipoAero3> data(colours.size());
+  for (std::size_t i = 0; i < colours.size(); ++i) {
+    data[i].rojo = colours[i][0];
+    data[i].verde = colours[i][1];
+    data[i].azul = colours[i][2];
+  }
+  return data;
+}
+
+}  // namespace
+
 CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   CSetPuntos<int> set(L"CLOUD");
-  set.CLinea<int>::Asigna(takePoints(cloud, hilbert));
+  std::vector<CCoor3D<int>> points = takePoints(cloud, hilbert);
+  set.Asigna(std::move(points), surveyData(std::exchange(cloud.colours, {})));
   if (hilbert) app.step(1, 1);
   CDibujo<int> drawing(cloud.seed);
   drawing.tipoNube = 1;

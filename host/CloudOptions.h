@@ -55,7 +55,7 @@ void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns);
 
 /// What was loaded as a drawing: lines and points of vector files as they came, and behind them the cloud as one point
 /// set, along the Hilbert curve or in the order of the files. The loaded cloud is left without points and lines; its
-/// places, where it keeps them, come into the same order.
+/// places, where it keeps them, come into the same order, and its colours go with the points.
 [[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app);
 
 }  // namespace Meseta47::host

@@ -129,6 +129,10 @@ std::size_t CloudReader::readBatch(std::vector<CloudPoint>& points, std::size_t 
   return points.size();
 }
 
+std::array<std::uint8_t, 3> CloudReader::colourOf(LasPoint const& point) const {
+  return {colour(point.red, colourShift_), colour(point.green, colourShift_), colour(point.blue, colourShift_)};
+}
+
 void CloudReader::convert(std::vector<CloudPoint>& points) const {
   auto const& [scale, offset] = std::tie(las_->header().scale, las_->header().offset);
   const bool wholeDegrees = !isExtended(las_->header().pointFormat);
@@ -143,9 +147,10 @@ void CloudReader::convert(std::vector<CloudPoint>& points) const {
     to.classification = from.classification;
     to.returnNumber = from.returnNumber;
     to.returns = from.returns;
-    to.r = colour(from.red, colourShift_);
-    to.g = colour(from.green, colourShift_);
-    to.b = colour(from.blue, colourShift_);
+    const auto [r, g, b] = colourOf(from);
+    to.r = r;
+    to.g = g;
+    to.b = b;
     to.sourceId = from.sourceId;
     to.scanAngle = degrees(from, wholeDegrees);
     to.gpsTime = from.gpsTime;

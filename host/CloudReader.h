@@ -58,6 +58,8 @@ class CloudReader {
   [[nodiscard]] int precision() const;
 
   [[nodiscard]] bool hasColour() const;
+  /// The colour of a point of the LAS file behind it, as readBatch gives it.
+  [[nodiscard]] std::array<std::uint8_t, 3> colourOf(LasPoint const& point) const;
 
  private:
   void convert(std::vector<CloudPoint>& points) const;

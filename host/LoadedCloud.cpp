@@ -198,10 +198,12 @@ void append(LoadedCloud& cloud, WidePoint const& wide, Reading const& reading) {
   cloud.points.push_back({static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
                           static_cast<int>(wide.position[2]), wide.intensity, wide.classification});
   if (reading.options.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
+  if (reading.options.colours) cloud.colours.push_back(wide.colour);
 }
 
 void reserve(LoadedCloud& cloud, std::uint64_t more, Reading const& reading) {
   cloud.points.reserve(cloud.points.size() + more);
+  if (reading.options.colours) cloud.colours.reserve(cloud.colours.size() + more);
   if (!reading.options.wayBack) return;
   cloud.places.reserve(cloud.places.size() + more);
   cloud.classes.reserve(cloud.classes.size() + more);
@@ -262,7 +264,7 @@ void readVector(LoadedCloud& cloud, VectorContent const& content, Reading const&
 }
 
 LoadedCloud readGroup(std::vector<Input> const& inputs, std::uint64_t points, Reading& reading) {
-  LoadedCloud cloud{reading.seed, {}, 0, {}, {}};
+  LoadedCloud cloud{reading.seed, {}, 0, {}, {}, {}};
   if (!reading.options.bounds) reserve(cloud, points, reading);
   cloud.lines.semilla = reading.seed;
   for (Input const& input : inputs) {
@@ -421,6 +423,7 @@ std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert) {
   if (!hilbert) return {points.begin(), points.end()};
   const std::vector<std::uint32_t> order = hilbertOrder(points);
   if (!cloud.places.empty()) applyOrder(cloud.places, order);
+  if (!cloud.colours.empty()) applyOrder(cloud.colours, order);
   return inOrder<CCoor3D<int>>(points, order);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -31,10 +32,14 @@ struct LoadOptions {
   std::optional<Bounds> bounds;   ///< in the files' reference system, limits included
   TextColumns columns;            ///< of text files
   bool wayBack = false;           ///< keep the way from the points back to the records of the files
+  bool colours = false;           ///< keep the colours of the points
   bool partial = false;           ///< take what there is of files that are cut short
   double resolution = 0;          ///< above 0: the levels of octrees down to points so far apart
   std::optional<MapOptions> map;  ///< none: clouds alone are taken, and nobody asks for their reference systems
 };
+
+/// Red, green and blue.
+using Rgb8 = std::array<std::uint8_t, 3>;
 
 /// Points of files as one cloud in scaled integers, in the order of the files.
 struct LoadedCloud {
@@ -46,6 +51,8 @@ struct LoadedCloud {
   std::vector<std::uint32_t> places;  ///< of each point, its place among those read
   std::vector<std::uint8_t> classes;  ///< of every point read, those out of bounds too
 
+  std::vector<Rgb8> colours{};  ///< of each point, with colours alone
+
   // With map options alone:
   CDibujo<int> lines{};          ///< of vector files: lines and sets of points, on the seed
   std::uint64_t linePoints = 0;  ///< those of pointsRead that vector files hold
@@ -54,7 +61,7 @@ struct LoadedCloud {
 };
 
 /// Takes the points out of a cloud, as a drawing wants them, along the Hilbert curve of SpatialOrder.h when asked for;
-/// their places follow. Needs the memory of both forms of the points.
+/// their places and colours follow. Needs the memory of both forms of the points.
 [[nodiscard]] std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert);
 
 /// Reads groups of files, each group one cloud, all onto one seed. The origin is the middle of all extents. Throws

@@ -44,7 +44,7 @@ LasReading forSurface(LasReading reading) {
 WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
   const double units = seed.Precision();
   const auto on = [&](std::size_t axis) { return toWhole((place[axis] - seed.origen[axis]) * units); };
-  return {{on(0), on(1), on(2)}, 0, 0};
+  return {{on(0), on(1), on(2)}, 0, 0, {}};
 }
 
 PointStream::PointStream(std::string const& file, TextColumns const& columns, LasReading const& reading)
@@ -84,12 +84,14 @@ bool PointStream::next(CDataSemilla const& seed, std::vector<WidePoint>& points)
     };
     const AxisMap x = map(0), y = map(1), z = map(2);
     points.reserve(las_.size());
-    for (LasPoint const& p : las_) points.push_back({{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification});
+    for (LasPoint const& p : las_) {
+      points.push_back({{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification, reader_.colourOf(p)});
+    }
     return true;
   }
   if (reader_.readBatch(text_) == 0) return false;
   for (CloudPoint const& p : text_) {
-    points.push_back({scaled({p.x, p.y, p.z}, seed).position, p.intensity, p.classification});
+    points.push_back({scaled({p.x, p.y, p.z}, seed).position, p.intensity, p.classification, {p.r, p.g, p.b}});
   }
   return true;
 }

@@ -16,6 +16,7 @@ struct WidePoint {
   std::array<std::int64_t, 3> position;
   std::uint16_t intensity;
   std::uint8_t classification;
+  std::array<std::uint8_t, 3> colour{};  ///< red, green, blue
 };
 
 /// A place in real coordinates on a seed.

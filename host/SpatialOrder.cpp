@@ -149,5 +149,7 @@ template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&
 template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&, std::vector<std::uint32_t> const&);
+template std::vector<std::array<std::uint8_t, 3>> inOrder(std::vector<std::array<std::uint8_t, 3>> const&,
+                                                          std::vector<std::uint32_t> const&);
 
 }  // namespace Meseta47::host

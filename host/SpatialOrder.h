@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -43,5 +44,7 @@ extern template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> cons
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&,
                                                    std::vector<std::uint32_t> const&);
+extern template std::vector<std::array<std::uint8_t, 3>> inOrder(std::vector<std::array<std::uint8_t, 3>> const&,
+                                                                 std::vector<std::uint32_t> const&);
 
 }  // namespace Meseta47::host

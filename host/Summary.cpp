@@ -74,7 +74,7 @@ void Summary::print(CommonOptions const& common, HostApp& app) {
     return;
   }
   if (common.quiet) return;
-  fmt::print("{}\n", headline_);
+  if (!headline_.empty()) fmt::print("{}\n", headline_);
   if (!system_.empty()) fmt::print("{}\n", labelled("system", system_));
   if (surveyLines_ + linePoints_ + withoutZ_ != 0) {
     fmt::print("{}\n", labelled("lines", fmt::format("{} lines and sets of points with {} points, {} geometries "

@@ -30,10 +30,12 @@ class Summary {
   // --- for one of the two readers ---
   /// A value under its key, for programs.
   void fact(std::string const& key, Json value) { facts_[key] = std::move(value); }
-  /// The line above all others, for people.
+  /// The line above all others, for people, if there is one.
   void headline(std::string text) { headline_ = std::move(text); }
   /// A line with a word before it, for people.
   void line(std::string const& label, std::string const& text);
+  /// A line as it stands, for people.
+  void line(std::string text) { lines_.push_back(std::move(text)); }
 
   // --- for both ---
   struct Count {

@@ -15,9 +15,12 @@ namespace {
 
 std::string const& inputOf(ClassifyOptions const& options) { return options.cloud.inputs.at(0); }
 
-void requireOutput(ClassifyOptions const& options) {
+void requireOutput(ClassifyOptions const& options, CloudSearch const& search) {
+  if (search.onlyTells() && !options.output.empty()) {
+    throw UsageError(fmt::format("{}: nothing is classified, and so nothing written: leave out -o", options.output));
+  }
   if (options.output.empty()) {
-    if (options.dryRun) return;
+    if (options.dryRun || search.onlyTells()) return;
     throw UsageError("nowhere to write: give -o OUT.las or OUT.laz, or --dry-run to see what would change");
   }
   const std::string extension = extensionOf(options.output);
@@ -47,13 +50,14 @@ ProfilePlace placeOf(std::string const& profile, CloudSearch const& search) {
   return {CString("classify ") + CString(search.name()), CString::DesdeUtf8(profile) + L"."};
 }
 
-LoadedCloud load(ClassifyOptions const& options, bool withSystem, HostApp& app) {
+LoadedCloud load(ClassifyOptions const& options, CloudSearch const& search, HostApp& app) {
   LoadOptions how = loadOptionsOf(options.cloud);
-  if (withSystem) {
+  if (search.needsUnits()) {
     how.map.emplace();
     if (!options.cloud.system.empty()) how.map->system = ReferenceSystem::fromUser(options.cloud.system);
   }
   how.wayBack = true;
+  how.colours = search.needsColour();
   return loadCloud(options.cloud.inputs, how, app);
 }
 
@@ -147,18 +151,19 @@ void addClassifyOptions(CLI::App& verb, ClassifyOptions& o) {
 
 ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, HostApp& app) {
   ClassifyReport report;
-  requireOutput(options);
   const CDataTriangulacion filters = filtersOf(options.cloud);
   const ProfilePlace place = placeOf(options.profile, search);
   const bool hasProfile = !options.profile.empty();
   search.settle(hasProfile ? &place : nullptr);
+  requireOutput(options, search);
   requireCopyable(inputOf(options), search);
   requireOutputs({options.output}, {});  // which may be the input
 
   const FileMarks before(inputOf(options));
-  LoadedCloud cloud = report.seconds.timed("read", [&] { return load(options, search.needsUnits(), app); });
+  LoadedCloud cloud = report.seconds.timed("read", [&] { return load(options, search, app); });
   report.pointsRead = cloud.pointsRead;
   search.requireSense(unitsOf(cloud, inputOf(options)));
+  search.requireSeen(cloud, inputOf(options));
   {
     const bool hilbert = options.cloud.hilbert();
     if (hilbert) app.phase("Ordering");
@@ -167,7 +172,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
     for (auto const& [phase, took] : report.outcome.seconds) report.seconds.spent(phase, took);
     report.changes = takeBack(drawing[0].Puntos(), cloud.places, cloud.classes);
   }
-  if (!options.dryRun) {
+  if (!options.dryRun && !search.onlyTells()) {
     requireUnchanged(inputOf(options), before);
     report.seconds.timed("write", [&] { writeCopy(options, cloud.classes, app); });
     if (hasProfile) keepProfile(options, search, place, app);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/LoadedCloud.h"
 #include "host/classify/ParameterTable.h"
 #include "model/drawing/CDibujo.h"
 #include "model/terrain/CDataTriangulacion.h"
@@ -20,6 +21,7 @@ struct SearchOutcome {
   std::uint64_t accepted = 0;                                         ///< points that took part
   std::uint64_t found = 0;                                            ///< those that had the class before included
   nlohmann::ordered_json details = nlohmann::ordered_json::object();  ///< what it alone has to tell
+  std::vector<std::string> lines;                                     ///< the same for a person, if it is to be read
   std::vector<std::string> notes;                                     ///< what a person should know of the cloud
   std::vector<std::pair<std::string, double>> seconds;                ///< by phase, in their order
   std::optional<CResumenPlano> mesh;                                  ///< of a search on one mesh of the whole cloud
@@ -29,7 +31,7 @@ struct SearchOutcome {
 /// the others lack. The frame around it (host/classify/Classify.h) is the same for all. Most have a table of parameters
 /// and leave to it what concerns them.
 ///
-/// The frame calls in this order: addOptions, then once the command line is read settle, the two checks, run, keep.
+/// The frame calls in this order: addOptions, then once the command line is read settle, the checks, run, keep.
 class CloudSearch {
  public:
   CloudSearch() = default;
@@ -39,6 +41,8 @@ class CloudSearch {
 
   /// The word behind `classify`, and a line for --help.
   [[nodiscard]] virtual char const* name() const = 0;
+  /// Another spelling of the word; null: none.
+  [[nodiscard]] virtual char const* alias() const { return nullptr; }
   [[nodiscard]] virtual char const* purpose() const = 0;
 
   /// Adds the options that are its own, the target class among them.
@@ -60,6 +64,12 @@ class CloudSearch {
   [[nodiscard]] virtual bool needsUnits() const { return false; }
   /// Whether it draws an outline around what it finds, so that it matters where surfaces end.
   [[nodiscard]] virtual bool drawsOutline() const { return false; }
+  /// Whether it looks at the colours of points, which are not kept otherwise.
+  [[nodiscard]] virtual bool needsColour() const { return false; }
+  /// Throws Failure for a cloud that lacks what the search looks at.
+  virtual void requireSeen(LoadedCloud const& /*cloud*/, std::string const& /*input*/) const {}
+  /// Whether it only tells something of the cloud, and gives no point a class.
+  [[nodiscard]] virtual bool onlyTells() const { return false; }
   /// What it writes to the folder for temporary files at most, for so many points.
   [[nodiscard]] virtual std::uint64_t temporaryBytes(std::uint64_t points) const = 0;
 

@@ -7,9 +7,11 @@
 #include "host/FileError.h"
 #include "host/Summary.h"
 #include "host/classify/AerialSearch.h"
+#include "host/classify/ConditionSearch.h"
 #include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
 #include "host/classify/IsolatedSearch.h"
+#include "host/classify/JumpSearch.h"
 #include "host/classify/PeaksSearch.h"
 #include "host/verbs/Verbs.h"
 
@@ -17,17 +19,24 @@ namespace Meseta47::host {
 
 namespace {
 
-void tell(Summary& summary, ClassifyReport const& r, ClassifyOptions const& options, Summary::Json parameters) {
+void tellChanges(Summary& summary, ClassifyReport const& r, ClassifyOptions const& options) {
   summary.headline(
       fmt::format("{}: {} of {} points {}", options.dryRun ? options.cloud.what() : options.output,
                   withThousands(r.changes.total()), withThousands(r.pointsRead),
                   options.dryRun ? "would change their class; nothing was written" : "changed their class"));
+  for (auto const& [step, points] : r.changes.counts()) {
+    summary.line("class", fmt::format("{:>3} to {:<3} {}", step.from, step.to, withThousands(points)));
+  }
+}
+
+void tell(Summary& summary, ClassifyReport const& r, ClassifyOptions const& options, CloudSearch const& search) {
+  if (!search.onlyTells()) tellChanges(summary, r, options);
+  for (std::string const& line : r.outcome.lines) summary.line(line);
   Summary::Json changes = Summary::Json::array();
   for (auto const& [step, points] : r.changes.counts()) {
     changes.push_back({{"from", step.from}, {"to", step.to}, {"points", points}});
-    summary.line("class", fmt::format("{:>3} to {:<3} {}", step.from, step.to, withThousands(points)));
   }
-  summary.fact("parameters", std::move(parameters));
+  summary.fact("parameters", search.parameters());
   summary.readPoints(r.pointsRead);
   summary.points({{"points_accepted", r.outcome.accepted, "accepted"}, {"found", r.outcome.found, "found"}});
   summary.fact("reclassified", r.changes.total());
@@ -47,7 +56,7 @@ void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app
   Summary summary;
   const ClassifyReport report = classify(chosen.options, *chosen.search, app);
   summary.seconds = report.seconds;
-  tell(summary, report, chosen.options, chosen.search->parameters());
+  tell(summary, report, chosen.options, *chosen.search);
   summary.print(common, app);
 }
 
@@ -56,6 +65,7 @@ void addSearch(CLI::App& classify, CommonOptions const& common, Work& work) {
   auto chosen = std::make_shared<Chosen>();
   chosen->search = std::make_unique<Search>();
   CLI::App* verb = classify.add_subcommand(chosen->search->name(), chosen->search->purpose());
+  if (chosen->search->alias() != nullptr) verb->alias(chosen->search->alias());
   addClassifyOptions(*verb, chosen->options);
   if (chosen->search->drawsOutline()) addBorderOption(*verb, chosen->options.cloud);
   if (chosen->search->needsUnits()) {
@@ -75,6 +85,9 @@ void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen) {
   verb->require_subcommand(1);
   addSearch<HighSearch>(*verb, common, chosen);
   addSearch<GroundSearch>(*verb, common, chosen);
+  addSearch<ColourSearch>(*verb, common, chosen);
+  addSearch<IntensitySearch>(*verb, common, chosen);
+  addSearch<JumpSearch>(*verb, common, chosen);
   addSearch<IsolatedSearch>(*verb, common, chosen);
   addSearch<AerialSearch>(*verb, common, chosen);
   addSearch<PeaksSearch>(*verb, common, chosen);

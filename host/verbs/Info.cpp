@@ -43,6 +43,15 @@ Json toJson(CloudCounts const& counts) {
             {"duplicates", counts.planDuplicates},
             {"classes", classes},
             {"returns", returns}};
+  if (!counts.intensity.isEmpty()) {
+    json["intensity"] = {
+        {"min", counts.intensity.least}, {"max", counts.intensity.most}, {"varies", counts.intensity.varies()}};
+  }
+  if (counts.hasColour()) {
+    auto const& [r, g, b] = counts.colour;
+    json["colour"] = {
+        {"min", {r.least, g.least, b.least}}, {"max", {r.most, g.most, b.most}}, {"varies", counts.colourVaries()}};
+  }
   if (counts.extent.isEmpty()) return json;
   json["extent"] = {{"min", counts.extent.min}, {"max", counts.extent.max}};
   if (counts.system.isKnown()) {
@@ -104,6 +113,18 @@ Json toJson(CloudFileInfo const& file) {
   return json;
 }
 
+/// What searches by intensity and by colour have to go by.
+void printLooks(CloudCounts const& counts) {
+  if (!counts.intensity.isEmpty()) {
+    fmt::print("  intensity   {}{}\n", counts.intensity.least,
+               counts.intensity.varies() ? fmt::format(" to {}", counts.intensity.most) : " throughout");
+  }
+  if (!counts.hasColour()) return;
+  auto const& [r, g, b] = counts.colour;
+  fmt::print("  colour      {},{},{}{}\n", r.least, g.least, b.least,
+             counts.colourVaries() ? fmt::format(" to {},{},{} (8 bits)", r.most, g.most, b.most) : " throughout");
+}
+
 void print(CloudCounts const& counts) {
   fmt::print("  points      {}\n", withThousands(counts.points));
   fmt::print("  duplicates  {} in plan\n", withThousands(counts.planDuplicates));
@@ -115,6 +136,7 @@ void print(CloudCounts const& counts) {
                  axis < 2 && counts.system.isGeographic() ? 7 : 3, unit.empty() ? "" : " ", unit);
     }
   }
+  printLooks(counts);
   for (std::size_t c = 0; c < counts.byClass.size(); ++c) {
     if (counts.byClass[c] != 0) fmt::print("  class {:<5} {} {}\n", c, withThousands(counts.byClass[c]), className(c));
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "classification/SearchScene.h"
+#include "classification/SeenScene.h"
 #include "model/terrain/CModeloDigital.h"
 #include "planar/PhaseScenes.h"
 #include "support/ScratchFolder.h"
@@ -168,6 +169,44 @@ class HighPoints : public Road {
   }
 };
 
+/// A search of a garden by what its points look like.
+template <int (*Search)(CDibujo<int>&)>
+class Looks : public Road {
+ public:
+  int Run() override {
+    for (int i = 0; i < drawing[0].NPuntos(); ++i) drawing[0].PunteroAPunto(i)->clasificacion = kBefore;
+    return Search(drawing);
+  }
+  std::string Result() const override {
+    std::string text;
+    for (const int clase : ClassesOf(drawing)) text += ' ' + std::to_string(clase);
+    return text;
+  }
+
+ private:
+  static constexpr unsigned char kBefore = 2;
+  CDibujo<int> drawing = Seen(Garden(300), kMillimetres);
+};
+
+inline int ByColour(CDibujo<int>& drawing) {
+  ColourSearch search;
+  search.distance = 15;
+  search.when = {{60, 100, 128, 5, 2, 130}, {150, 100, 128, 6, 2, 130}};
+  return search.Run(drawing);
+}
+inline int ByIntensity(CDibujo<int>& drawing) {
+  IntensitySearch search;
+  search.distance = 15;
+  search.when = {{0, 8'000, 5, 2}, {8'001, 65'535, 6, 2}};
+  return search.Run(drawing);
+}
+inline int ByJumps(CDibujo<int>& drawing) {
+  JumpSearch search;
+  search.distance = 15;
+  search.difference = 9'000;
+  return search.Run(drawing);
+}
+
 /// A model, and a file of an earlier day where the new one goes.
 class ToFile : public Road {
  public:
@@ -230,8 +269,10 @@ inline auto EveryRoad() {
   return testing::Values(Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
                          Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
                          Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
-                         Named<Write>("Write"), Named<Read>("Read"), Named<Export<FORMATO_PLY>>("ExportPly"),
-                         Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
+                         Named<Looks<ByColour>>("RunPuntosAltosRGB"),
+                         Named<Looks<ByIntensity>>("RunPuntosAltosIntensidad"),
+                         Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<Write>("Write"), Named<Read>("Read"),
+                         Named<Export<FORMATO_PLY>>("ExportPly"), Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
 }
 
 inline std::string NameOf(testing::TestParamInfo<Kind> const& kind) { return kind.param.name; }

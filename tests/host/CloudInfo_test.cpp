@@ -33,6 +33,49 @@ TEST(CloudInfo, CountsPointsClassesReturnsAndExtent) {
   EXPECT_EQ(info.files[0].las->header.pointFormat, 6);
 }
 
+TEST(CloudInfo, TellsWhetherIntensityAndColourVary) {
+  const Folder folder;
+  const auto infoWith = [&folder](unsigned format, auto look) {
+    LasWriterOptions options;
+    options.pointFormat = format;
+    LasWriter writer(folder.file("a.las"), options);
+    for (int i = 0; i < 64; ++i) {
+      LasPoint p = somePoint(i);
+      look(p);
+      writer.add(p);
+    }
+    writer.finish();
+    return infoOf({folder.file("a.las")}).all;
+  };
+  const CloudCounts varied = infoWith(3, [](LasPoint&) {});
+  EXPECT_EQ(varied.intensity.least, 40'000);
+  EXPECT_EQ(varied.intensity.most, 40'063);
+  EXPECT_TRUE(varied.intensity.varies());
+  EXPECT_TRUE(varied.hasColour());
+  EXPECT_TRUE(varied.colourVaries());
+  EXPECT_EQ(varied.colour[1].least, 0);
+  EXPECT_EQ(varied.colour[1].most, 63);
+
+  const CloudCounts even = infoWith(3, [](LasPoint& p) { p.intensity = 9, p.red = p.green = p.blue = 0; });
+  EXPECT_FALSE(even.intensity.varies());
+  EXPECT_EQ(even.intensity.least, 9);
+  EXPECT_TRUE(even.hasColour());
+  EXPECT_FALSE(even.colourVaries());
+  EXPECT_FALSE(infoWith(1, [](LasPoint&) {}).hasColour());
+}
+
+TEST(CloudInfo, OfSeveralFilesItTellsTheLooksOfAllTogether) {
+  const Folder folder;
+  const auto dark = folder.make("dark.csv", std::string("x,y,z,intensity\n0,0,0,5\n1,0,0,5\n"));
+  const auto light = folder.make("light.csv", std::string("x,y,z,intensity\n0,1,0,9\n1,1,0,9\n"));
+  const CloudInfo info = infoOf({dark, light});
+  EXPECT_FALSE(info.files[0].intensity.varies());
+  EXPECT_FALSE(info.files[1].intensity.varies());
+  EXPECT_TRUE(info.all.intensity.varies());
+  EXPECT_EQ(info.all.intensity.least, 5);
+  EXPECT_EQ(info.all.intensity.most, 9);
+}
+
 TEST(CloudInfo, DuplicatesAreEqualPlacesInPlanWhateverTheHeight) {
   const Folder folder;
   const auto name = folder.make("a.txt", std::string("1.5 2 3\n1.50 2 9\n1.5 2.1 3\n1.5 2 3\n"));
