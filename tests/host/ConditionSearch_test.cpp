@@ -130,7 +130,7 @@ TEST(ColourSearch, EachConditionFindsItsBlockAndTheInsideOfIt) {
   const Folder folder;
   const std::string in = cloud(folder);
   for (char const* order : {"hilbert", "file"}) {  // colours go with their points
-    Given<ColourSearch> search("--when 30,140,20:10:2:5 --when 200,40,30:10:2:6 --distance 2");
+    Given<ColourSearch> search("--when 30,140,20:10:2:5 --when 200,40,30:10:2:6");
     run(search, in, folder.file("out.las"), order);
     EXPECT_EQ(classesOf(folder.file("out.las")), expectedClasses(5, 6)) << order;
   }
@@ -143,7 +143,7 @@ TEST(ColourSearch, ColoursThatAre8BitsIn16AreTakenAsTheyAre) {
     p.green >>= 8;
     p.blue >>= 8;
   });
-  Given<ColourSearch> search("--when 200,40,30:10:2:6 --distance 2");
+  Given<ColourSearch> search("--when 200,40,30:10:2:6");
   run(search, in, folder.file("out.las"));
   EXPECT_EQ(classesOf(folder.file("out.las")), expectedClasses(1, 6));
 }
@@ -151,7 +151,7 @@ TEST(ColourSearch, ColoursThatAre8BitsIn16AreTakenAsTheyAre) {
 TEST(IntensitySearch, EachConditionFindsItsBlock) {
   const Folder folder;
   const std::string in = cloud(folder, 1);
-  Given<IntensitySearch> search("--when 0:899:2:5 --when 900:65535:2:6 --distance 2");
+  Given<IntensitySearch> search("--when 0:899:2:5 --when 900:65535:2:6");
   run(search, in, folder.file("out.las"));
   EXPECT_EQ(classesOf(folder.file("out.las")), expectedClasses(5, 6));
 }
@@ -159,7 +159,7 @@ TEST(IntensitySearch, EachConditionFindsItsBlock) {
 TEST(JumpSearch, TheBrightBlockIsOutlinedAndFilled) {
   const Folder folder;
   const std::string in = cloud(folder, 1);
-  Given<JumpSearch> search("--difference 500 --distance 2 --to 11");
+  Given<JumpSearch> search("--difference 500 --to 11");
   run(search, in, folder.file("out.las"));
   EXPECT_EQ(classesOf(folder.file("out.las")), expectedClasses(1, 11));
 }
