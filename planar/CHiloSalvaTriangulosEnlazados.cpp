@@ -31,10 +31,21 @@ bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, C
   return Empieza(elIndice, elEvento, laCola);
 }
 
+bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CFile* elFichero,
+                                          CAfinidad& laAfinidad) {
+  modo = AFINIDAD;
+  fichero = elFichero;
+  afinidad = &laAfinidad;
+  return Empieza(elIndice, elEvento, laCola);
+}
+
 void CHiloSalvaTriangulosEnlazados::Trabaja(CSetTriangulos2D& set) {
   switch (modo) {
     case CURVA:
       set.Curva(*curvas, equidistancia, lado2, borde);
+      break;
+    case AFINIDAD:
+      set.ClasificaPorAfinidad(fichero, *afinidad);
       break;
     case PICOS:
       set.BuscaPicos(*alturas, lado2, pendiente, altura);

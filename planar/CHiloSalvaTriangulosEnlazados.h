@@ -6,6 +6,7 @@ class CFile;
 
 namespace Meseta47 {
 
+class CAfinidad;
 class CBordeDelMarco;
 class CSegmentos;
 class CSetTriangulos2D;
@@ -29,6 +30,9 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   /// units.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CSegmentos* lasCurvas, int laEquidistancia,
              double elLado2);
+  /// The same with the job of growing a class, by rules and over tables that outlive the thread. The file takes what
+  /// is written of the triangles, if anything is.
+  bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CFile* elFichero, CAfinidad& laAfinidad);
   /// The same with the job of gathering heights for the search of peaks, as CSetTriangulos2D::BuscaPicos takes them.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CAlturasVecinas* lasAlturas, double elLado2,
              double laPendiente, int laAltura);
@@ -47,6 +51,7 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   CAlturasVecinas* alturas = nullptr;  ///< mode 3
   double pendiente = 0;                ///< mode 3, rise over run
   int altura = 0;                      ///< mode 3, scaled units
+  CAfinidad* afinidad = nullptr;       ///< mode 2
 };
 
 }  // namespace Meseta47

@@ -18,7 +18,10 @@ namespace Meseta47 {
 class CTIN;
 template <class T>
 class CDibujo;
+class CAfinidad;
 class CBordeDelMarco;
+class CInfoClasificacion;
+class CRango;
 class CSegmentos;
 struct CAlturasVecinas;
 
@@ -132,6 +135,23 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
   /// level. `borde`, if any, remembers those that touch the frame, which give no contour.
   void Curva(CDibujo<int>& curvas, int equidistancia, double lado2);
   void Curva(CSegmentos& curvas, int equidistancia, double lado2, CBordeDelMarco* borde = nullptr);
+  /// Grows the class `tipo1` in the triangles of the set, among points whose classes and intensities stand at their
+  /// number less 1, until a sweep over its own list changes nothing: a point of neither class takes `tipo1` from a
+  /// neighbour of it, across a side that all four ranges let pass. Each sweep is followed by the same in each child, in
+  /// order. `rangoZ` and `rangoIntensidad` judge the differences along the side, `rangoDistancia` its squared length in
+  /// plan, `rangoPendiente` rise over run from the neighbour to the point; null ones let all pass, and of the last two
+  /// those without a limit. Intensities are looked at when there are both they and a range of them. Triangles at the
+  /// frame, and those whose points have all one of the two classes, are freed. With `salvar` the others are written as
+  /// by `Salva`, else they stay. Those of an open set are cut off from the living mesh before. Adds the points changed
+  /// to `cambiados`; always false.
+  bool ClasificaPorAfinidad(CFile* fichero, std::vector<CInfoClasificacion>& infos,
+                            std::vector<unsigned short>* intensidades, CInfoClasificacion const& tipo1,
+                            CInfoClasificacion const& tipo2, CRango const* rangoZ, CRango const* rangoIntensidad,
+                            CRango const* rangoDistancia, CRango const* rangoPendiente, unsigned& cambiados,
+                            bool salvar);
+  /// The same for a run, and no triangle stays: they are freed, and written before if they are asked for. False when
+  /// the disk refused any.
+  bool ClasificaPorAfinidad(CFile* fichero, CAfinidad& afinidad);
   /// Tells each vertex of the set's triangles how high its companions are, and frees the triangles; the same with the
   /// children, which stay, emptied. Triangles that touch the frame tell nothing.
   ///
@@ -161,6 +181,10 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
  private:
   template <class Destino>
   void CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde);
+  template <class T>
+  bool BarreAfines(T& tabla);
+  template <class T>
+  void AsientaAfines(T& tabla);
   // What becomes of the triangles of a set that is done with: planar/CSetTriangulos2D_Consume.h.
   template <class F>
   void ConsumeLista(F&& trabajo);

@@ -11,6 +11,7 @@
 #include "model/terrain/CDataTriangulacion.h"
 #include "model/threads/CNivelMensajes.h"
 #include "model/threads/Codigos.h"
+#include "planar/CAfinidad.h"
 #include "planar/CAlturasVecinas.h"
 #include "planar/CBordeDelMarco.h"
 #include "planar/CDivisiones2D.h"
@@ -25,6 +26,7 @@
 #include "run/CFiltroPuntos.h"
 #include "run/CPosicion.h"
 
+class CHiloPuntosPorAfinidad;
 class CStdioFile;
 
 namespace Meseta47 {
@@ -260,15 +262,39 @@ class URDIMBRE_API CTriangulacion2D {
   int BuscaPicos(CDibujo<int>& dibujo, CDataPicos const& parametros, unsigned int& cantidad,
                  std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion, int* progreso,
                  std::vector<CPosicionEntidad>* encontrados);
+  /// Grows the class `tipo1` over the mesh: a point of neither class takes it from a neighbour that has it, where the
+  /// ranges let the side between them pass; points of `tipo2` never change, and so stop it. CSetTriangulos2D::
+  /// ClasificaPorAfinidad says what each range judges; heights are in scaled units, distances in their square, and a
+  /// null range lets all pass. Classes are told apart by their number.
+  ///
+  /// Triangles are looked at once, as their cells close, so that one run takes the class forward, in the order of the
+  /// points, and back no farther than within a cell: where it ends depends on that order. Runs that are repeated until
+  /// one changes nothing reach all there is, whatever the order; RunAfinidadCompleta does so at the price of one.
+  ///
+  /// `cantidad` grows by the points that took the class, of any drawing. Of `dibujo` those whose class the parameters
+  /// include and do not exclude have it at the end; points of `otros`, which may be null, hand it on and keep theirs.
+  /// `seleccion` as in RunPuntosAltos. With `mostrar` other than 0 and an `iteracion`, the program is told both numbers
+  /// by a message, and `iteracion` grows by one; `progreso`, if given, grows by each point that goes in. Points go in
+  /// as they stand.
+  ///
+  /// kHecho, kCancelado, kPocosPuntos, kFicheroInaccesible, kFicheroInconsistente; with any but kHecho no class has
+  /// changed. No temporary file stays. Beyond a run one byte a point, three with a range of intensities.
+  int RunPuntosPorAfinidad(CDibujo<int>& dibujo, unsigned int& cantidad, CRango const* rangoZ,
+                           CRango const* rangoIntensidad, CRango const* rangoDistancia, CRango const* rangoPendiente,
+                           CInfoClasificacion const& tipo1, CInfoClasificacion const& tipo2,
+                           std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion,
+                           unsigned int* iteracion, int mostrar, int* progreso);
+  /// Grows the class until nothing changes: the points that are reached from those that have it along sides that the
+  /// rules let pass. What that is the mesh alone tells, not the order of the points. The mesh is made once; triangles
+  /// that growth may still go through wait in the temporary file, which is read again until a reading changes nothing.
+  /// `rondas` receives how often triangles were looked at, the first time while they were made. The rest as
+  /// RunPuntosPorAfinidad, with 8 bytes a point more.
+  int RunAfinidadCompleta(CDibujo<int>& dibujo, CReglasAfinidad const& reglas, unsigned& cantidad, unsigned& rondas,
+                          std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion);
 
  protected:
   // --- a run's work as values ---
   using CTolerancia = CSetTriangulos2D::CTolerancia;
-  /// What of a point is kept by its number while a run goes on that gives classes; 4 bytes.
-  struct CAtributos {
-    std::uint16_t intensidad = 0;
-    std::uint8_t clase = 0;
-  };
   /// A linking pass over drawings. The worker's jobs of classes take from here what they are asked for.
   struct CEnlace {
     unsigned modo = CHiloSalvaTriangulosEnlazados::SALVA;  ///< the worker's job
@@ -279,8 +305,8 @@ class URDIMBRE_API CTriangulacion2D {
     CRango const *alturas = nullptr, *intensidades = nullptr, *distancias = nullptr, *pendientes = nullptr;
     unsigned* cuenta = nullptr;                         ///< points found
     std::vector<CPosicionEntidad>* hallados = nullptr;  ///< and where they are
-    std::vector<CAtributos> atributos{};                ///< by point number less 1, for the job of affinity
     CAlturasVecinas alturasVecinas{};                   ///< for the job of peaks
+    bool guarda = false;  ///< triangles that growth may still go through are written, and classes wait for their reader
 
     [[nodiscard]] CTolerancia DeSemillas() const { return tolerancia.soloSuperficie ? CTolerancia{} : tolerancia; }
   };
@@ -408,12 +434,14 @@ class URDIMBRE_API CTriangulacion2D {
   double paramPicoB = 0;
   CMaximas<int> maximas;  ///< extents of the accepted points
   CDataTriangulacion datos;
+  CAfinidad afinidad;                            ///< of the job of affinity
   CColaCerrados<CSetTriangulos2D> setsCerrados;  ///< from the inserting thread to the worker
   CHiloSalvaTriangulosEnlazados hiloSalva;       ///< after what it works on
   std::int32_t reservado = 0;                    ///< 0: kept for the hosts that copy it
   std::uint32_t identificador;
 
  private:
+  friend class ::CHiloPuntosPorAfinidad;  // which reports the name of the temporary file
   /// Triangles that insertions have looked at, as `Implicados` counts them.
   struct CVisitados {
     unsigned aceptados = 0, rechazados = 0;
@@ -453,6 +481,7 @@ class URDIMBRE_API CTriangulacion2D {
                    std::vector<CPosicionEntidad> const* seleccion,
                    std::function<void(CLinea<int> const&, unsigned)> const& registra) const;
   static CPuntoTIN PuntoDeModelo(CLinea<int> const& e, unsigned k);
+  void PreparaAfinidad(CEnlace const& enlace);
   void PonClases(CFuentes const& fuentes, CEnlace const& enlace);
   void PonClasesDePicos(CFuentes const& fuentes, CEnlace const& enlace);
   void RecorreNumerados(CFuentes const& fuentes, CEnlace const& enlace,
@@ -483,6 +512,7 @@ class URDIMBRE_API CTriangulacion2D {
   template <class Forma>
   int ListaAltos(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, double alturaMin,
                  std::vector<typename Forma::CCondicion>& lista, std::vector<CPosicionEntidad> const* seleccion);
+  int TerminaAfinidad(CFuentes const& fuentes, unsigned& rondas);
   int JuntaNiveles(CRecibeNivel const& recibe, CFile const* piezas);
 
   HANDLE evento = nullptr;             ///< signalled while the worker runs

@@ -81,16 +81,35 @@ int CTriangulacion2D::ArrancaHilo(CEnlace& enlace) {
   return ArrancaTarea(enlace) ? kHecho : Abandona(kFicheroInconsistente);
 }
 
+/// Starts the worker with the job of the mode.
 bool CTriangulacion2D::ArrancaTarea(CEnlace& enlace) {
   const double lado2 = static_cast<double>(paramCurvaB) * paramCurvaB;
   switch (enlace.modo) {
     case CHiloSalvaTriangulosEnlazados::CURVA:
       return hiloSalva.Start(0, &evento, setsCerrados, &dibujoCurvas, paramCurvaA, lado2);
+    case CHiloSalvaTriangulosEnlazados::AFINIDAD:
+      PreparaAfinidad(enlace);
+      return hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), afinidad);
     case CHiloSalvaTriangulosEnlazados::PICOS:
       return hiloSalva.Start(0, &evento, setsCerrados, &enlace.alturasVecinas, lado2, paramPicoB, paramPicoA);
     default:
       return hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), enlace.modo);
   }
+}
+
+void CTriangulacion2D::PreparaAfinidad(CEnlace const& enlace) {
+  const auto numero = [](CInfoClasificacion const* tipo) {
+    return tipo != nullptr ? tipo->GetTipo() : static_cast<unsigned char>(0);
+  };
+  afinidad.reglas = {.crece = numero(enlace.tipoA),
+                     .barrera = numero(enlace.tipoB),
+                     .alturas = enlace.alturas,
+                     .intensidades = enlace.intensidades,
+                     .distancias = enlace.distancias,
+                     .pendientes = enlace.pendientes};
+  afinidad.cambiados = enlace.cuenta;
+  afinidad.guarda = enlace.guarda;
+  afinidad.Prepara(cantidadPuntos);
 }
 
 /// Stops the worker and leaves no file.
@@ -110,20 +129,15 @@ int CTriangulacion2D::ConcluyeFichero() {
 }
 
 int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
-  const bool porClases = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
+  const bool porAfinidad = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
   const bool porPicos = enlace.modo == CHiloSalvaTriangulosEnlazados::PICOS;
-  if (porClases && cantidadPuntos >= kMinimoPuntos) enlace.atributos.resize(cantidadPuntos);
   if (porPicos && cantidadPuntos >= kMinimoPuntos) enlace.alturasVecinas.Prepara(cantidadPuntos);
   CMarcha marcha(Progreso(), mensajes, cantidadPuntos,
                  enlace.contador != nullptr ? static_cast<unsigned>(*enlace.contador) : 0);
   if (const int codigo = EmpiezaEnlace(enlace, true); codigo != kHecho) return codigo;
 
   CInsercion como{.cierra = false, .tolerancia = enlace.DeSemillas(), .contador = enlace.contador};
-  if (porClases) {
-    como.anota = [&enlace](CCoor3D<int> const& p) {
-      enlace.atributos[static_cast<std::size_t>(p.num) - 1] = {p.intensidad, p.clasificacion};
-    };
-  }
+  if (porAfinidad) como.anota = [this](CCoor3D<int> const& p) { afinidad.Anota(p); };
   int codigo = InsertaSemillas(marcha, como, [&](CPosicion const& lugar) { return fuentes.Semilla(lugar); });
   como.cierra = true;
   if (codigo == kHecho) {
@@ -141,7 +155,7 @@ int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
   CTriangulo2D::EncogeReserva();
   codigo = CompletaSuperficie(enlace.modo);
   if (codigo == kHecho) codigo = ConcluyeFichero();
-  if (codigo == kHecho && porClases) PonClases(fuentes, enlace);
+  if (codigo == kHecho && porAfinidad && !enlace.guarda) PonClases(fuentes, enlace);
   if (codigo == kHecho && porPicos) PonClasesDePicos(fuentes, enlace);
   return codigo;
 }
@@ -163,8 +177,8 @@ void CTriangulacion2D::RecorreNumerados(
 
 /// Gives the points of a class run the classes found for their numbers.
 void CTriangulacion2D::PonClases(CFuentes const& fuentes, CEnlace const& enlace) {
-  RecorreNumerados(fuentes, enlace, [&](CPosicionEntidad const& lugar, CCoor3D<int> const&, std::size_t indice) {
-    const CInfoClasificacion clase(enlace.atributos[indice].clase, 0.0, CString());
+  RecorreNumerados(fuentes, enlace, [&](CPosicionEntidad const& lugar, CCoor3D<int> const& p, std::size_t) {
+    const CInfoClasificacion clase(afinidad.Clase(p), 0.0, CString());
     (*enlace.clasifica)[static_cast<unsigned>(lugar.entidad)].SetClasificacion(clase, lugar.punto);
   });
 }

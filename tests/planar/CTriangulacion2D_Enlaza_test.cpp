@@ -389,22 +389,21 @@ TEST_P(EitherForm, AFullDiskLeavesNoFileWhereverItFills) {
   t.BorraFicheroTemporal();
 }
 
-TEST(EnlazaLista, ClassesAreNotGivenWhereTheFileFailed) {
-  for (const bool fails : {false, true}) {
+TEST(EnlazaLista, ClassesAreNotGivenWhereTheRunIsCancelledAtTheLastStep) {
+  for (const bool cancels : {false, true}) {
     ListeningApp app;
     CDibujo<int> drawing = DrawingOf(Scatter(600));
     OpenTriangulation t;
     ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
     const std::size_t last = app.steps.size() + 600;
+    if (cancels) app.cancelAt = static_cast<int>(last);
     app.onStep = [&] {
       if (app.steps.size() == last) drawing[0].PunteroAPunto(0)->clasificacion = 77;  // it is in, with class 0
     };
-    FaultGuard guard;
-    if (fails) guard.Refuse(EOperacion::Escribe);
     EXPECT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 2, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
                             nullptr, nullptr, nullptr, nullptr, nullptr),
-              fails ? kFicheroInaccesible : kHecho);
-    EXPECT_EQ(drawing[0].Punto(0).clasificacion, fails ? 77 : 0);
+              cancels ? kCancelado : kHecho);
+    EXPECT_EQ(drawing[0].Punto(0).clasificacion, cancels ? 77 : 0);
     t.BorraFicheroTemporal();
   }
 }
