@@ -54,4 +54,7 @@ void paint(Cloud const& cloud, std::vector<bool> const& found, std::filesystem::
 void groundTables(std::filesystem::path const& folder, std::filesystem::path const& pictures, bool ablation,
                   host::HostApp& app);
 
+/// `bench_accuracy --affinity`: see affinity.cpp.
+void affinityTables(std::filesystem::path const& folder, std::filesystem::path const& pictures, host::HostApp& app);
+
 }  // namespace Meseta47::bench

@@ -2,11 +2,12 @@
 //
 //   bench_accuracy FOLDER [PICTURES]
 //   bench_accuracy --ground [--ablation] FOLDER [PICTURES]
+//   bench_accuracy --affinity FOLDER [PICTURES]
 //
-// The second form is for the ground search: bench/ground.cpp. FOLDER holds isprs/sampNN.las (class 2 ground, all others
-// objects) and sample_c.las. Each cloud is searched with all its points in class 1: the labels are looked at when the
-// search is over. The parameters come from one small grid; a table gives the set that does best over all samples
-// (greatest mean kappa), and another the best set of each.
+// The second form is for the ground search: bench/ground.cpp; the third for growth by affinity: bench/affinity.cpp.
+// FOLDER holds isprs/sampNN.las (class 2 ground, all others objects) and sample_c.las. Each cloud is searched with all
+// its points in class 1: the labels are looked at when the search is over. The parameters come from one small grid; a
+// table gives the set that does best over all samples (greatest mean kappa), and another the best set of each.
 //
 // type I: ground points taken as objects, of the ground points; type II: objects left as ground, of the objects; total:
 // all that are wrong, of all points; kappa: Cohen's.
@@ -215,10 +216,11 @@ void buildings(Sample const& sample, Parameters const& common) {
 int main(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   const auto given = [&words](char const* option) { return std::erase(words, option) > 0; };
-  const bool ground = given("--ground"), ablation = given("--ablation");
+  const bool ground = given("--ground"), ablation = given("--ablation"), affinity = given("--affinity");
   if (words.empty() || words.size() > 2) {
-    fmt::print(stderr,
-               "bench_accuracy [--ground [--ablation]] FOLDER [PICTURES]: FOLDER has isprs/ and sample_c.las\n");
+    fmt::print(
+        stderr,
+        "bench_accuracy [--ground [--ablation] | --affinity] FOLDER [PICTURES]: FOLDER has isprs/ and sample_c.las\n");
     return 2;
   }
   CommonOptions quiet;
@@ -228,6 +230,10 @@ int main(int argc, char** argv) {
     const std::filesystem::path folder(words[0]), pictures(words.size() == 2 ? words[1] : "");
     if (ground) {
       groundTables(folder, pictures, ablation, app);
+      return 0;
+    }
+    if (affinity) {
+      affinityTables(folder, pictures, app);
       return 0;
     }
     std::vector<Sample> samples;

@@ -45,10 +45,12 @@ unsigned long CHiloPuntosPorAfinidad::Rutina(void* yo) {
 void CHiloPuntosPorAfinidad::Run() {
   iteracion = cantidad = 0;
   progreso = 0;
+  codigo = 0;
   try {
     Corre();
-  } catch (std::exception const&) {  // no memory, or no lock: nothing has changed
-    codigo = kFicheroInconsistente;
+  } catch (std::exception const&) {
+    // No memory, or no lock: nothing has changed. What is told of a run that has answered may be lost with it.
+    if (codigo == 0) codigo = kFicheroInconsistente;
   }
   if (codigo == kCancelado) std::atomic_ref<int>(*cancelar).store(1);
   const CSingleLock cerrojo(seccion, true);

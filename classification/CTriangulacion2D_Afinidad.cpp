@@ -1,4 +1,8 @@
 // Growth of a class by affinity: while the mesh is made, and over what is left of it until nothing changes.
+#include <algorithm>
+#include <new>
+#include <vector>
+
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "model/threads/IPorcentaje.h"
@@ -25,6 +29,53 @@ CString TextoDeIteracion(unsigned iteracion, unsigned cantidad) {
   return texto;
 }
 
+/// What is left of a mesh to grow in.
+struct CRestoAfin {
+  CRestoAfin(CAfinidad& laAfinidad, CBusquedaPuntos const& losPuntos) : afinidad(laAfinidad), puntos(losPuntos) {}
+
+  CAfinidad& afinidad;
+  CBusquedaPuntos const& puntos;
+  std::vector<CTriple> vivos{};  ///< triangles in which some side lets the class pass to a point that may take it
+
+  void Lee(CTriple const& t) {
+    bool cambio = false;
+    if (Crece(t, cambio) && PuedeCrecer(t)) vivos.push_back(t);
+  }
+  /// Goes over them, each time from the other end: a class that goes against their order would gain one a sweep. False
+  /// when it was cancelled.
+  bool Barre(CMarcha& marcha, bool& cambio) {
+    bool sigue = true;
+    cambio = false;
+    std::reverse(vivos.begin(), vivos.end());
+    std::erase_if(vivos, [&](CTriple const& t) {
+      sigue = sigue && marcha.Avanza();
+      return sigue && !Crece(t, cambio);
+    });
+    return sigue;
+  }
+
+ private:
+  /// Grows within one. False when nothing can change in it any more, or the file was damaged.
+  bool Crece(CTriple const& t, bool& cambio) {
+    CCoor3D<int> const* const v[3] = {puntos.Punto(t[0]), puntos.Punto(t[1]), puntos.Punto(t[2])};
+    return v[0] != nullptr && v[1] != nullptr && v[2] != nullptr &&
+           CreceEnTriangulo(afinidad.reglas, afinidad, v, cambio);
+  }
+  [[nodiscard]] bool PuedeCrecer(CTriple const& t) const {
+    CReglasAfinidad const& reglas = afinidad.reglas;
+    for (unsigned p = 0; p < 3; ++p) {
+      CCoor3D<int> const& punto = *puntos.Punto(t[p]);
+      if (reglas.EsFija(afinidad.Clase(punto))) continue;
+      for (const unsigned n : {(p + 1) % 3, (p + 2) % 3}) {
+        CCoor3D<int> const& vecino = *puntos.Punto(t[n]);
+        const unsigned char clase = afinidad.Clase(vecino);
+        if ((clase == reglas.crece || clase != reglas.barrera) && afinidad.SonAfines(vecino, punto)) return true;
+      }
+    }
+    return false;
+  }
+};
+
 }  // namespace
 
 int CTriangulacion2D::RunPuntosPorAfinidad(CDibujo<int>& dibujo, unsigned int& cantidad, CRango const* rangoZ,
@@ -50,8 +101,12 @@ int CTriangulacion2D::RunPuntosPorAfinidad(CDibujo<int>& dibujo, unsigned int& c
     afinidad.Vacia();
     IPorcentaje* porcentaje = Progreso();
     if (porcentaje == nullptr || mostrar == 0 || iteracion == nullptr) return kHecho;
-    CString texto = TextoDeIteracion((*iteracion)++, cantidad);
-    porcentaje->Mensaje(1, &texto, 1);
+    const unsigned suya = (*iteracion)++;
+    try {
+      CString texto = TextoDeIteracion(suya, cantidad);
+      porcentaje->Mensaje(1, &texto, 1);
+    } catch (std::bad_alloc const&) {  // the classes are written: for want of a text nothing has failed
+    }
     return kHecho;
   };
   return Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
@@ -86,7 +141,7 @@ int CTriangulacion2D::RunAfinidadCompleta(CDibujo<int>& dibujo, CReglasAfinidad 
                  }}});
 }
 
-/// Reads the triangles that are left until nothing changes in them.
+/// Reads the triangles that are left, and goes over those that growth may still go through until nothing changes.
 int CTriangulacion2D::TerminaAfinidad(CFuentes const& fuentes, unsigned& rondas) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeRegistra);
@@ -102,16 +157,15 @@ int CTriangulacion2D::TerminaAfinidad(CFuentes const& fuentes, unsigned& rondas)
   if (codigo != kHecho) return codigo;
 
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeBusca);
-  CBusquedaPasadas pasadas(2, ficheroTemporal.Fichero()->GetLength(), 1);
-  pasadas.pasada = 1;  // the pass that is run again
-  codigo = RecorrePasadas(ficheroTemporal.Ruta(), pasadas, porcentaje, mensajes, [&](CTriple const& t) {
-    CCoor3D<int> const* const v[3] = {puntos.Punto(t[0]), puntos.Punto(t[1]), puntos.Punto(t[2])};
-    if (v[0] == nullptr || v[1] == nullptr || v[2] == nullptr) return;  // a damaged file
-    bool cambio = false;
-    CreceEnTriangulo(afinidad.reglas, afinidad, v, cambio);
-    if (cambio) pasadas.Halla();
-  });
-  rondas = 1 + static_cast<unsigned>(pasadas.longitud == 0 ? 0 : pasadas.acumulado / pasadas.longitud);
+  CBusquedaPasadas pasadas(1, ficheroTemporal.Fichero()->GetLength());
+  CRestoAfin resto(afinidad, puntos);
+  codigo =
+      RecorrePasadas(ficheroTemporal.Ruta(), pasadas, porcentaje, mensajes, [&](CTriple const& t) { resto.Lee(t); });
+  rondas = pasadas.longitud == 0 ? 1 : 2;
+  for (bool cambio = !resto.vivos.empty(); codigo == kHecho && cambio; ++rondas) {
+    CMarcha vuelta(porcentaje, mensajes, resto.vivos.size());
+    if (!resto.Barre(vuelta, cambio)) codigo = kCancelado;
+  }
   return codigo;
 }
 

@@ -39,15 +39,21 @@ HostApp::HostApp(CommonOptions const& options) : CWinApp(L"urdimbre"), bar_(opti
 
 int HostApp::Porcentaje(int, unsigned long long valor, unsigned long long total, bool) {
   if (Interrumpido()) return 0;
-  bar_.step(valor, total);
+  if (isMine()) bar_.step(valor, total);
   return 1;
 }
 
-void HostApp::Fase(int, unsigned mensaje) { bar_.phase(TextoMensaje(mensaje).Utf8()); }
+void HostApp::Fase(int, unsigned mensaje) {
+  if (isMine()) bar_.phase(TextoMensaje(mensaje).Utf8());
+}
 
-void HostApp::Mensaje(int, CString* texto, int) { messages_.push_back(texto->Utf8()); }
+void HostApp::Mensaje(int, CString* texto, int) {
+  const std::scoped_lock lock(messageLock_);
+  messages_.push_back(texto->Utf8());
+}
 
 void HostApp::showMessages() const {
+  const std::scoped_lock lock(messageLock_);
   for (std::string const& message : messages_) {
     static_cast<void>(std::fprintf(stderr, "urdimbre: %s\n", message.c_str()));
   }

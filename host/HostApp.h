@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <map>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "host/ProgressBar.h"
@@ -26,7 +28,8 @@ class HostApp : public CWinApp, public IPorcentaje {
  public:
   explicit HostApp(CommonOptions const& options);
 
-  // --- the library's progress ---
+  // --- the library's progress: of runs side by side on threads of their own too. The bar shows that of the thread that
+  // made this object; the others are cancelled like it, and their messages are kept. ---
   int Porcentaje(int nivel, unsigned long long valor, unsigned long long total, bool) override;
   void Fase(int nivel, unsigned mensaje) override;
   void Cierra(int, int) override {}
@@ -41,12 +44,19 @@ class HostApp : public CWinApp, public IPorcentaje {
   /// Takes the bar off the screen.
   void clearProgress() noexcept { bar_.clear(); }
   /// Keeps a line about what is done all the same, and may not be what was meant.
-  void warn(std::string const& line) { messages_.push_back("warning: " + line); }
+  void warn(std::string const& line) {
+    const std::scoped_lock lock(messageLock_);
+    messages_.push_back("warning: " + line);
+  }
   /// Writes the warnings, and what the library had to say besides its codes, a line each, to stderr.
   void showMessages() const;
 
  private:
+  [[nodiscard]] bool isMine() const { return std::this_thread::get_id() == mine_; }
+
   ProgressBar bar_;
+  std::thread::id mine_ = std::this_thread::get_id();
+  mutable std::mutex messageLock_;
   std::vector<std::string> messages_;
 };
 

@@ -182,7 +182,7 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
   template <class Destino>
   void CortaTodo(Destino& curvas, int equidistancia, double lado2, CBordeDelMarco* borde);
   template <class T>
-  bool BarreAfines(T& tabla);
+  bool BarreAfines(T& tabla, bool adelante);
   template <class T>
   void AsientaAfines(T& tabla);
   // What becomes of the triangles of a set that is done with: planar/CSetTriangulos2D_Consume.h.

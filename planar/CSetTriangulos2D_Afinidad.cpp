@@ -1,4 +1,6 @@
 // Growth of a class in the triangles of a closed set, sweep after sweep, until a sweep changes nothing.
+#include <algorithm>
+
 #include "planar/CAfinidad.h"
 #include "planar/CSetTriangulos2D_Consume.h"
 
@@ -30,22 +32,26 @@ bool EstaEntero(CTriangulo2D const& t) {
   return t.P1() != nullptr && t.P2() != nullptr && t.P3() != nullptr && t.N1() > 0 && t.N2() > 0 && t.N3() > 0;
 }
 
+/// Of four sets, or of none.
+bool NoTienenNada(CSetTriangulos2D const* hijos) {
+  return hijos == nullptr || std::all_of(hijos, hijos + CSetTriangulos2D::kHijos, [](CSetTriangulos2D const& h) {
+           return h.primero == nullptr && NoTienenNada(h.hijos);
+         });
+}
+
 }  // namespace
 
-/// One sweep over the own list. Triangles in which nothing can change any more leave it, and so do those at the frame.
-/// True when some point took the class.
+/// One sweep over the own list, from either end. Triangles in which nothing can change any more leave it, and so do
+/// those at the frame. True when some point took the class.
 template <class T>
-bool CSetTriangulos2D::BarreAfines(T& tabla) {
+bool CSetTriangulos2D::BarreAfines(T& tabla, bool adelante) {
   bool cambio = false;
-  CTriangulo2D *caidos = nullptr, *anterior = nullptr;
-  for (CTriangulo2D *t = primero, *siguiente = nullptr; t != nullptr; t = siguiente) {
-    siguiente = t->sig;
-    if (EstaEntero(*t) && CreceEnTriangulo(tabla.reglas, tabla, {t->p1, t->p2, t->p3}, cambio)) {
-      anterior = t;
-      continue;
-    }
-    (anterior != nullptr ? anterior->sig : primero) = siguiente;
-    (siguiente != nullptr ? siguiente->ant : ultimo) = anterior;
+  CTriangulo2D* caidos = nullptr;
+  for (CTriangulo2D *t = adelante ? primero : ultimo, *siguiente = nullptr; t != nullptr; t = siguiente) {
+    siguiente = adelante ? t->sig : t->ant;
+    if (EstaEntero(*t) && CreceEnTriangulo(tabla.reglas, tabla, {t->p1, t->p2, t->p3}, cambio)) continue;
+    (t->ant != nullptr ? t->ant->sig : primero) = t->sig;
+    (t->sig != nullptr ? t->sig->ant : ultimo) = t->ant;
     t->sig = caidos;
     caidos = t;
     --cantidad;
@@ -59,9 +65,12 @@ bool CSetTriangulos2D::BarreAfines(T& tabla) {
 template <class T>
 void CSetTriangulos2D::AsientaAfines(T& tabla) {
   if (!cerrado) Desengancha();
-  for (bool cambio = true; cambio;) {
-    cambio = BarreAfines(tabla);
-    for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) hijos[i].AsientaAfines(tabla);
+  // What a list by itself comes to is the same whichever way it is swept, and both ways in turn come there sooner: a
+  // class that goes against the list would gain a triangle a sweep.
+  const bool sola = NoTienenNada(hijos);
+  for (bool cambio = true, adelante = true; cambio; adelante = !sola || !adelante) {
+    cambio = BarreAfines(tabla, adelante);
+    for (unsigned i = 0; !sola && i < kHijos; ++i) hijos[i].AsientaAfines(tabla);
   }
 }
 

@@ -262,6 +262,7 @@ class URDIMBRE_API CTriangulacion2D {
   int BuscaPicos(CDibujo<int>& dibujo, CDataPicos const& parametros, unsigned int& cantidad,
                  std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion, int* progreso,
                  std::vector<CPosicionEntidad>* encontrados);
+
   /// Grows the class `tipo1` over the mesh: a point of neither class takes it from a neighbour that has it, where the
   /// ranges let the side between them pass; points of `tipo2` never change, and so stop it. CSetTriangulos2D::
   /// ClasificaPorAfinidad says what each range judges; heights are in scaled units, distances in their square, and a
@@ -286,9 +287,10 @@ class URDIMBRE_API CTriangulacion2D {
                            unsigned int* iteracion, int mostrar, int* progreso);
   /// Grows the class until nothing changes: the points that are reached from those that have it along sides that the
   /// rules let pass. What that is the mesh alone tells, not the order of the points. The mesh is made once; triangles
-  /// that growth may still go through wait in the temporary file, which is read again until a reading changes nothing.
-  /// `rondas` receives how often triangles were looked at, the first time while they were made. The rest as
-  /// RunPuntosPorAfinidad, with 8 bytes a point more.
+  /// in which something may change later wait in the temporary file, and of those the ones that growth may go through
+  /// are then gone over, there and back, until nothing changes. `rondas` receives how often: once while the mesh is
+  /// made, once while the file is read, and then. The rest as RunPuntosPorAfinidad, with 8 bytes a point more and 12
+  /// for each triangle that is gone over, two a point at most.
   int RunAfinidadCompleta(CDibujo<int>& dibujo, CReglasAfinidad const& reglas, unsigned& cantidad, unsigned& rondas,
                           std::vector<CDibujo<int>*>* otros, std::vector<CPosicionEntidad> const* seleccion);
 

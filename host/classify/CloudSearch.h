@@ -21,7 +21,8 @@ struct SearchOutcome {
   std::uint64_t accepted = 0;                                         ///< points that took part
   std::uint64_t found = 0;                                            ///< those that had the class before included
   nlohmann::ordered_json details = nlohmann::ordered_json::object();  ///< what it alone has to tell
-  std::vector<std::string> lines;                                     ///< the same for a person, if it is to be read
+  std::vector<std::pair<std::string, std::string>> lines;             ///< of that, what the summary tells: name, value
+  std::vector<std::string> list;                                      ///< what a search that only tells has to tell
   std::vector<std::string> notes;                                     ///< what a person should know of the cloud
   std::vector<std::pair<std::string, double>> seconds;                ///< by phase, in their order
   std::optional<CResumenPlano> mesh;                                  ///< of a search on one mesh of the whole cloud

@@ -151,6 +151,14 @@ void ParameterTable::addClass(ParameterNames const& names, CInfoClasificacion& f
   if (names.byDefault == nullptr) rows_.back()->wasDefault += fmt::format(", {}", className(field.GetTipo()));
 }
 
+void ParameterTable::optionalClass(ParameterNames const& names, std::optional<CInfoClasificacion>& field) {
+  add(names, {.type = "UINT",
+              .check = wholeWithin(0, 255),
+              .set = [&field](Texts const& v) { field.emplace(static_cast<unsigned char>(numberOf(v[0])), 0.0, L""); },
+              .text = [&field] { return field ? std::to_string(field->GetTipo()) : std::string(); },
+              .json = [&field] { return field ? Json(field->GetTipo()) : Json(); }});
+}
+
 void ParameterTable::sought(ParameterNames const& names, CInfoClasificacion& field) { addClass(names, field); }
 
 void ParameterTable::target(ParameterNames const& names, CInfoClasificacion& field) {

@@ -67,6 +67,8 @@ class ParameterTable {
   void target(ParameterNames const& names, CInfoClasificacion& field);
   /// A class that it looks for.
   void sought(ParameterNames const& names, CInfoClasificacion& field);
+  /// The same without a default: none is no class.
+  void optionalClass(ParameterNames const& names, std::optional<CInfoClasificacion>& field);
   /// On or off: an option without a value that makes the field `given`, 0 or 1; --option=false makes it the other.
   void flag(ParameterNames const& names, int& field, int given = 1);
   /// One of several words; the field is the index of one.

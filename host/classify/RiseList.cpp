@@ -51,15 +51,15 @@ template <std::size_t Channels, class ConditionOf>
 void tell(std::vector<Kind<Channels>> const& kinds, std::size_t told, std::size_t looks, double height,
           ConditionOf conditionOf, SearchOutcome& outcome) {
   Json all = Json::array();
-  outcome.lines.push_back(fmt::format("{} rises of more than {:g}, a point once for each of its triangles{}",
+  outcome.list.push_back(fmt::format("{} rises of more than {:g}, a point once for each of its triangles{}",
                                       withThousands(told), height, told == 0 ? "" : "; by their looks:"));
   for (auto const& kind : kinds) {
     const std::string when = fmt::format("{}:{:g}", conditionOf(kind), height);
     all.push_back({{"times", kind.times}, {"when", when}, {"lowest", kind.lowest}, {"highest", kind.highest}});
-    outcome.lines.push_back(fmt::format("{:>12}  {:.2f} to {:.2f} high  --when {}:CLASS", withThousands(kind.times),
+    outcome.list.push_back(fmt::format("{:>12}  {:.2f} to {:.2f} high  --when {}:CLASS", withThousands(kind.times),
                                         kind.lowest, kind.highest, when));
   }
-  if (looks > kinds.size()) outcome.lines.push_back(fmt::format("and {} less frequent looks", looks - kinds.size()));
+  if (looks > kinds.size()) outcome.list.push_back(fmt::format("and {} less frequent looks", looks - kinds.size()));
   outcome.details["rises_told"] = told;
   outcome.details["rises"] = std::move(all);
 }

@@ -7,6 +7,7 @@
 #include "host/FileError.h"
 #include "host/Summary.h"
 #include "host/classify/AerialSearch.h"
+#include "host/classify/AffinitySearch.h"
 #include "host/classify/ConditionSearch.h"
 #include "host/classify/GroundSearch.h"
 #include "host/classify/HighSearch.h"
@@ -31,7 +32,7 @@ void tellChanges(Summary& summary, ClassifyReport const& r, ClassifyOptions cons
 
 void tell(Summary& summary, ClassifyReport const& r, ClassifyOptions const& options, CloudSearch const& search) {
   if (!search.onlyTells()) tellChanges(summary, r, options);
-  for (std::string const& line : r.outcome.lines) summary.line(line);
+  for (std::string const& line : r.outcome.list) summary.line(line);
   Summary::Json changes = Summary::Json::array();
   for (auto const& [step, points] : r.changes.counts()) {
     changes.push_back({{"from", step.from}, {"to", step.to}, {"points", points}});
@@ -42,6 +43,7 @@ void tell(Summary& summary, ClassifyReport const& r, ClassifyOptions const& opti
   summary.fact("reclassified", r.changes.total());
   summary.fact("changes", std::move(changes));
   for (auto const& [key, value] : r.outcome.details.items()) summary.fact(key, value);
+  for (auto const& [what, value] : r.outcome.lines) summary.line(what, value);
   for (std::string const& note : r.outcome.notes) summary.line("note", note);
   summary.fact("notes", r.outcome.notes);
 }
@@ -91,6 +93,7 @@ void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addSearch<IsolatedSearch>(*verb, common, chosen);
   addSearch<AerialSearch>(*verb, common, chosen);
   addSearch<PeaksSearch>(*verb, common, chosen);
+  addSearch<AffinitySearch>(*verb, common, chosen);
 }
 
 }  // namespace Meseta47::host

@@ -6,8 +6,9 @@ class CString;
 
 namespace Meseta47 {
 
-/// Progress, as the program's application object takes it. Every call comes from the thread that called the run. The
-/// level is the message level of the object that reports. Slots stand in this order in the virtual table.
+/// Progress, as the program's application object takes it. Every call comes from the thread that called the run, and
+/// so from several threads at once where a program has runs side by side (CHiloPuntosPorAfinidad). The level is the
+/// message level of the object that reports. Slots stand in this order in the virtual table.
 class URDIMBRE_API IPorcentaje {
  public:
   /// So many steps of so many are done. An answer of 0 cancels: the run winds up and returns kCancelado. The bool is

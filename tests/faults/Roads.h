@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "classification/CHiloPuntosPorAfinidad.h"
 #include "classification/SearchScene.h"
 #include "classification/SeenScene.h"
 #include "model/terrain/CModeloDigital.h"
@@ -207,6 +208,60 @@ inline int ByJumps(CDibujo<int>& drawing) {
   return search.Run(drawing);
 }
 
+/// The ways of a growth by affinity: one run, one run on a thread of its own, and a run that goes on to the end.
+enum class Growth { Once, OnAThread, ToRest };
+
+template <Growth Way>
+class Affinity : public Road {
+ public:
+  int Run() override {
+    for (int i = 0; i < drawing[0].NPuntos(); ++i) drawing[0].PunteroAPunto(i)->clasificacion = i % 20 == 0 ? 2 : 1;
+    unsigned changed = 0, rounds = 0;
+    CTriangulacion2D t(0, kMillimetres, 7);
+    if constexpr (Way == Growth::ToRest) {
+      return t.RunAfinidadCompleta(drawing, {.crece = 2, .barrera = 6, .distancias = &near}, changed, rounds, nullptr,
+                                   nullptr);
+    } else if constexpr (Way == Growth::Once) {
+      return t.RunPuntosPorAfinidad(drawing, changed, nullptr, nullptr, &near, nullptr, grows, stops, nullptr, nullptr,
+                                    nullptr, 0, nullptr);
+    }
+    CCriticalSection section;
+    int cancel = 0;
+    unsigned finished = 0;
+    CHiloPuntosPorAfinidad thread;
+    thread.Start(3, nullptr, &drawing, nullptr, nullptr, &near, nullptr, &grows, &stops, 0, &data, &section, &cancel,
+                 &finished, nullptr, nullptr, 1);
+    thread.Stop();
+    return thread.Codigo();
+  }
+  std::string Result() const override {
+    std::string text;
+    for (const int clase : ClassesOf(drawing)) text += ' ' + std::to_string(clase);
+    return text;
+  }
+
+  std::string Kept() const override { return Result(); }
+
+ private:
+  CDibujo<int> drawing = Sown();
+  CRango near = Near();
+  CInfoClasificacion grows{2, 0.0, L""}, stops{6, 0.0, L""};
+  CDataTriangulacion data;
+
+  static CDibujo<int> Sown() {
+    CDibujo<int> sown = Cloud(Forest(300), kMillimetres);
+    for (int i = 0; i < 300; ++i) sown[0].PunteroAPunto(i)->clasificacion = i % 20 == 0 ? 2 : 1;
+    return sown;
+  }
+  /// About half of the sides.
+  static CRango Near() {
+    constexpr double kSide2 = 6e3 * 6e3;
+    CRango range(2147483647.0, 2147483647.0, -2147483648.0, 2147483647.0);
+    range.SetValorMax(kSide2);
+    return range;
+  }
+};
+
 /// A model, and a file of an earlier day where the new one goes.
 class ToFile : public Road {
  public:
@@ -266,13 +321,15 @@ Kind Named(char const* name) {
 
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {
-  return testing::Values(Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
-                         Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
-                         Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
-                         Named<Looks<ByColour>>("RunPuntosAltosRGB"),
-                         Named<Looks<ByIntensity>>("RunPuntosAltosIntensidad"),
-                         Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<Write>("Write"), Named<Read>("Read"),
-                         Named<Export<FORMATO_PLY>>("ExportPly"), Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
+  return testing::Values(
+      Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
+      Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
+      Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
+      Named<Looks<ByColour>>("RunPuntosAltosRGB"), Named<Looks<ByIntensity>>("RunPuntosAltosIntensidad"),
+      Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<Affinity<Growth::Once>>("RunPuntosPorAfinidad"),
+      Named<Affinity<Growth::OnAThread>>("CHiloPuntosPorAfinidad"),
+      Named<Affinity<Growth::ToRest>>("RunAfinidadCompleta"), Named<Write>("Write"), Named<Read>("Read"),
+      Named<Export<FORMATO_PLY>>("ExportPly"), Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
 }
 
 inline std::string NameOf(testing::TestParamInfo<Kind> const& kind) { return kind.param.name; }

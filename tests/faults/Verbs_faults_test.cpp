@@ -207,6 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
         Verb{"ClassifyJumps",
              {"classify", "jumps", "in.las", "-o", "out.las", "--difference", "10", "--to", "9"},
              {"out.las"}},
+        Verb{"ClassifyAffinity", {"classify", "affinity", "in.las", "-o", "out.las", "--side", "4"}, {"out.las"}},
         Verb{"RenderCloud", {"render", "in.las", "-o", "out.png", "--size", "60"}, {"out.png"}},
         Verb{"RenderModel", {"render", "in.ply", "-o", "out.png", "--size", "60"}, {"out.png"}},
         Verb{"CheckPly", {"check", "in.ply"}, {}}, Verb{"CheckNative", {"check", "in.urd"}, {}},

@@ -259,8 +259,8 @@ TEST(ColourSearch, AListTellsLooksAndHeightsAsConditionsAndWritesNothing) {
   std::uint64_t told = 0;
   for (auto const& rise : rises) told += rise["times"].get<std::uint64_t>();
   EXPECT_EQ(told, report.outcome.details["rises_told"]);
-  EXPECT_THAT(report.outcome.lines, SizeIs(rises.size() + 1));
-  EXPECT_THAT(report.outcome.lines[0], HasSubstr("rises of more than 2"));
+  EXPECT_THAT(report.outcome.list, SizeIs(rises.size() + 1));
+  EXPECT_THAT(report.outcome.list[0], HasSubstr("rises of more than 2"));
   const std::string both = rises.dump();
   EXPECT_THAT(both, HasSubstr("200,40,30:1:2")) << "a condition that takes them";
 }
@@ -298,7 +298,7 @@ TEST(RiseList, NothingThatRisesIsTold) {
   SearchOutcome outcome;
   tellIntensities({}, 2, outcome);
   EXPECT_THAT(outcome.details["rises"], IsEmpty());
-  EXPECT_THAT(outcome.lines, ElementsAre(HasSubstr("0 rises of more than 2")));
+  EXPECT_THAT(outcome.list, ElementsAre(HasSubstr("0 rises of more than 2")));
 }
 
 TEST(RiseList, TheMostFrequentKindsStandFirstAndTheRestIsCounted) {
@@ -314,5 +314,5 @@ TEST(RiseList, TheMostFrequentKindsStandFirstAndTheRestIsCounted) {
   ASSERT_THAT(outcome.details["rises"], SizeIs(20));
   EXPECT_EQ(outcome.details["rises"][0]["times"], 30);
   EXPECT_EQ(outcome.details["rises"][19]["times"], 11);
-  EXPECT_THAT(outcome.lines.back(), HasSubstr("10 less frequent looks"));
+  EXPECT_THAT(outcome.list.back(), HasSubstr("10 less frequent looks"));
 }

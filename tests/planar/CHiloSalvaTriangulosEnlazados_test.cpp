@@ -1,6 +1,7 @@
 // The jobs of the worker of a linking pass, on sets fed by hand.
 #include <gmock/gmock.h>
 
+#include "planar/CAfinidad.h"
 #include "planar/CAlturasVecinas.h"
 #include "planar/CSetTriangulos2D.h"
 #include "planar/PhaseScenes.h"
@@ -107,6 +108,36 @@ TEST_F(SalvaEnlazados, TheJobOfPeaksGathersHeightsAndWritesNothing) {
   EXPECT_EQ(heights.vecinos[0], 0);
   EXPECT_EQ(own[4]->cantidad, 0U);
   EXPECT_THAT(Records(), IsEmpty());
+}
+
+TEST_F(SalvaEnlazados, TheJobOfGrowingChangesClassesFreesAllAndWritesWhatIsAskedFor) {
+  for (const bool keeps : {false, true}) {
+    CSetTriangulos2D set(1);
+    set.EstableceDivisiones(test::Box(-10'000, -10'000, 10'000, 10'000), false);
+    for (const std::size_t i : {0U, 1U}) {
+      set.InsertaOrdenado(CTriangulo2D(&points[3 * i], &points[3 * i + 1], &points[3 * i + 2]), set.maximas);
+    }
+    set.QuitaTrianguloActual();
+    unsigned changed = 0;
+    CAfinidad affinity;
+    affinity.reglas = {.crece = 2, .barrera = 6};
+    affinity.cambiados = &changed;
+    affinity.guarda = keeps;
+    affinity.Prepara(points.size());
+    points[0].clasificacion = 2;
+    for (CCoor3D<int> const& p : points) affinity.Anota(p);
+    Worker grower;
+    Worker::CCola sets;
+    sets.Anade(&set, set.cantidad);
+    ASSERT_TRUE(grower.Start(0, &event, sets, &file, affinity));
+    ASSERT_TRUE(sets.EsperaTodo([] { return true; }));
+    grower.Stop();
+    EXPECT_EQ(changed, 2U);
+    EXPECT_EQ(affinity.Clase(points[2]), 2);
+    EXPECT_EQ(affinity.Clase(points[3]), 0);
+    EXPECT_EQ(set.cantidad, 0U);
+    EXPECT_EQ(Records().size(), keeps ? 1U : 0U) << "no point of the second triangle has the class";
+  }
 }
 
 }  // namespace
