@@ -52,12 +52,12 @@ void tell(std::vector<Kind<Channels>> const& kinds, std::size_t told, std::size_
           ConditionOf conditionOf, SearchOutcome& outcome) {
   Json all = Json::array();
   outcome.list.push_back(fmt::format("{} rises of more than {:g}, a point once for each of its triangles{}",
-                                      withThousands(told), height, told == 0 ? "" : "; by their looks:"));
+                                     withThousands(told), height, told == 0 ? "" : "; by their looks:"));
   for (auto const& kind : kinds) {
     const std::string when = fmt::format("{}:{:g}", conditionOf(kind), height);
     all.push_back({{"times", kind.times}, {"when", when}, {"lowest", kind.lowest}, {"highest", kind.highest}});
     outcome.list.push_back(fmt::format("{:>12}  {:.2f} to {:.2f} high  --when {}:CLASS", withThousands(kind.times),
-                                        kind.lowest, kind.highest, when));
+                                       kind.lowest, kind.highest, when));
   }
   if (looks > kinds.size()) outcome.list.push_back(fmt::format("and {} less frequent looks", looks - kinds.size()));
   outcome.details["rises_told"] = told;
