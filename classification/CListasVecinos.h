@@ -21,8 +21,9 @@ class CListasVecinos {
   /// Tells the point of that number of a neighbour. Throws std::bad_alloc.
   void Anade(int numero, int vecino);
 
-  /// Whether the point has fewer different neighbours than are asked for, of those kept. Throws std::bad_alloc.
-  [[nodiscard]] bool EsAislado(int numero);
+  /// By number less 1: whether the point has fewer different neighbours than are asked for, of those kept. Throws
+  /// std::bad_alloc.
+  [[nodiscard]] std::vector<bool> Aislados() const;
 
  private:
   /// A piece of a list; 0 stands for no neighbour, and behind it there is none.
@@ -32,11 +33,12 @@ class CListasVecinos {
   };
   static_assert(sizeof(CTrozo) == 32);
 
+  [[nodiscard]] bool EsAislado(CTrozo const& lista, std::vector<std::int32_t>& distintos) const;
+
   unsigned minimo;
   std::uint64_t tope;
   std::vector<CTrozo> primeros;
   std::deque<CTrozo> otros;
-  std::vector<std::int32_t> distintos;  ///< of the point that was asked for last
 };
 
 }  // namespace Meseta47

@@ -64,10 +64,12 @@ int CTriangulacion2D::BuscaPuntosAislados(CDibujo<int>& dibujo, std::vector<CDib
   });
   if (codigo != kHecho) return codigo;
 
+  const std::vector<bool> aislados = vecinos.Aislados();  // before the first class is written: memory may give out
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeClases);
   const CMarcha marcha(porcentaje, mensajes, cantidadPuntos);
   return EscribeHallados(dibujo, clases, info, marcha, cantidad, [&](CCoor3D<int> const& p) {
-    return busqueda.Punto(p.num) == &p && vecinos.EsAislado(p.num);  // a point with a number may not be registered
+    // A point with a number may not be registered.
+    return busqueda.Punto(p.num) == &p && aislados[static_cast<std::size_t>(p.num) - 1];
   });
 }
 

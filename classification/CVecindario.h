@@ -54,7 +54,7 @@ class CVecindario {
   /// are taken as floats, as the searches that this serves were tuned with. Valid until the next call of this or the
   /// next.
   [[nodiscard]] std::span<std::int32_t const> Alturas(CIndice i);
-  /// The same in ascending order of the positions, four times as slow.
+  /// The same in ascending order of the positions, several times as slow.
   [[nodiscard]] std::span<std::int32_t const> AlturasEnOrden(CIndice i);
 
  private:

@@ -111,7 +111,7 @@ TEST(RunPuntosAislados, ADistanceBelow0IsAsGoodAsItsSquare) {
 TEST(CListasVecinos, KeepTwiceAsManyAsAskedForAndOne) {
   CListasVecinos lists(1, 3);
   for (const int neighbour : {5, 6, 5, 6, 5, 6, 5, 9}) lists.Anade(1, neighbour);
-  EXPECT_TRUE(lists.EsAislado(1)) << "seven are kept, of two points: the eighth came too late";
+  EXPECT_TRUE(lists.Aislados()[0]) << "seven are kept, of two points: the eighth came too late";
 }
 
 TEST(CListasVecinos, APointWithAsManyAsAskedForIsNotIsolated) {
@@ -121,10 +121,10 @@ TEST(CListasVecinos, APointWithAsManyAsAskedForIsNotIsolated) {
       lists.Anade(2, static_cast<int>(10 + i));
       lists.Anade(2, static_cast<int>(10 + i));
     }
-    EXPECT_TRUE(lists.EsAislado(2)) << asked;
+    EXPECT_TRUE(lists.Aislados()[1]) << asked;
     lists.Anade(2, 9);
-    EXPECT_FALSE(lists.EsAislado(2)) << asked;
-    EXPECT_TRUE(lists.EsAislado(1)) << "the other knows of nobody";
+    EXPECT_FALSE(lists.Aislados()[1]) << asked;
+    EXPECT_TRUE(lists.Aislados()[0]) << "the other knows of nobody";
   }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "classification/CHiloPuntosPorAfinidad.h"
+#include "classification/NoiseScene.h"
 #include "classification/SearchScene.h"
 #include "classification/SeenScene.h"
 #include "model/terrain/CModeloDigital.h"
@@ -170,6 +171,50 @@ class HighPoints : public Road {
   }
 };
 
+/// A search for noise in a forest; classes change when all that may fail is over.
+template <class Search>
+class Noise : public Road {
+ public:
+  int Run() override {
+    for (int i = 0; i < drawing[0].NPuntos(); ++i) {
+      drawing[0].PunteroAPunto(i)->clasificacion = 2;
+      drawing[0].PunteroAPunto(i)->num = 0;
+    }
+    return Search(search).Run(drawing);
+  }
+  std::string Result() const override {
+    std::string text;
+    for (const int clase : ClassesOf(drawing)) text += ' ' + std::to_string(clase);
+    return text;
+  }
+  std::string Kept() const override { return Result(); }
+
+ protected:
+  Noise() {
+    search.seed = kMillimetres;
+    for (int i = 0; i < drawing[0].NPuntos(); ++i) drawing[0].PunteroAPunto(i)->clasificacion = 2;
+  }
+  Search search;
+
+ private:
+  CDibujo<int> drawing = Cloud(Forest(300), kMillimetres);
+};
+
+class IsolatedPoints : public Noise<Isolated> {
+ public:
+  IsolatedPoints() {
+    search.distance = 5;
+    search.neighbours = 5;  // more than a first piece of a list holds
+  }
+};
+
+class AerialPoints : public Noise<Aerial> {
+ public:
+  AerialPoints() { search.factor = 1; }
+};
+
+class PeaksAndPits : public Noise<Peaks> {};
+
 /// A search of a garden by what its points look like.
 template <int (*Search)(CDibujo<int>&)>
 class Looks : public Road {
@@ -326,7 +371,9 @@ inline auto EveryRoad() {
       Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
       Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
       Named<Looks<ByColour>>("RunPuntosAltosRGB"), Named<Looks<ByIntensity>>("RunPuntosAltosIntensidad"),
-      Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<Affinity<Growth::Once>>("RunPuntosPorAfinidad"),
+      Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<IsolatedPoints>("RunPuntosAislados"),
+      Named<AerialPoints>("RunPuntosAereos"), Named<PeaksAndPits>("BuscaPicos"),
+      Named<Affinity<Growth::Once>>("RunPuntosPorAfinidad"),
       Named<Affinity<Growth::OnAThread>>("CHiloPuntosPorAfinidad"),
       Named<Affinity<Growth::ToRest>>("RunAfinidadCompleta"), Named<Write>("Write"), Named<Read>("Read"),
       Named<Export<FORMATO_PLY>>("ExportPly"), Named<Export<FORMATO_LANDXML>>("ExportLandXml"));
