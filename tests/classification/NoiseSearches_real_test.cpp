@@ -76,7 +76,7 @@ TEST_P(NoiseOfReal, CloudsIsThatOfThePlainRules) {
 
 std::vector<std::string> Clouds() {
   std::vector<std::string> clouds{"isprs/samp12.las", "isprs/samp31.las", "sample_c.las", "4_6_crop.las"};
-  if (test::kFullSize) clouds.insert(clouds.end(), {"isprs/samp53.las", "autzen_trim.las", "Topography.las"});
+  if (test::kFullSize) clouds.insert(clouds.end(), {"isprs/samp53.las", "autzen_trim.las"});
   return clouds;
 }
 INSTANTIATE_TEST_SUITE_P(Of, NoiseOfReal, testing::ValuesIn(Clouds()), [](auto const& cloud) {
