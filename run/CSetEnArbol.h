@@ -71,6 +71,10 @@ class CSetEnArbol {
   /// The centre, and where a box that is not rounded lies low and high of it.
   void PonCentro() {
     centro = CCuentas::Centro(maximas);
+    PonCortes();
+  }
+  /// For a centre that is given.
+  void PonCortes() {
     const int medio[] = {centro.x, centro.y, centro.z};
     for (unsigned eje = 0; eje < kEjes; ++eje) cortes[eje] = CCorte::En(medio[eje]);
   }

@@ -17,6 +17,10 @@ namespace Meseta47 {
 template <class T>
 class CDibujo;
 class CEstrella;
+class CMarcha;
+class CPuntoTIN;
+class CSetPuntosMdt;
+class CTIN;
 
 /// A cell of the octree of tetrahedron lists. A tetrahedron sits in the deepest set whose octant wholly holds the box
 /// of its sphere, so what a set and its subtree hold can only be disturbed by a new point inside that octant: once the
@@ -27,6 +31,8 @@ class CEstrella;
 /// not closed; a closed set belongs to the worker that empties it.
 class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedro, 3> {
  public:
+  static constexpr unsigned kBytesCabecera = 48;  ///< of a node in a file, before its tetrahedra
+
   /// Tetrahedra that insertions made and destroyed, and what it took.
   struct CBalance {
     std::uint64_t creados = 0, condenados = 0;
@@ -142,6 +148,35 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   /// frees them and the children. False when the disk refused any of it: the rest is freed all the same.
   bool Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades);
 
+  // --- file (docs/formats.md) ---
+  /// Writes the node and its subtree; the root numbers the tetrahedra first, in the order of the file, and writes how
+  /// many there are. `valor` of `total` is reported before each record. kHecho, kCancelado or kFicheroInaccesible.
+  int Write(CFile* fichero, unsigned& valor, unsigned total);
+  /// Reads an empty node and its subtree, and appends the tetrahedra to `leidos`. Codes as those of CTriangulacion3D's
+  /// `Read`; after a failure the set is to be emptied.
+  int Read(CFile* fichero, std::vector<CTetraedro*>& leidos, unsigned& valor, unsigned total);
+  /// Reads the head and the tetrahedra of one node and does not go down. From any thread, a node each.
+  int Read(CFile* fichero);
+  /// Makes the tree of an empty node from the heads alone, and notes of each set where its head stands. No more memory
+  /// is taken than the file is long, ten times over.
+  int ReadCabeceras(CFile* fichero, std::vector<CSetTetraedros*>& sets, std::vector<unsigned long long>& lugares);
+  /// Makes points and neighbours of the numbers that all tetrahedra of a file, in its order, were read with. `marco` are
+  /// the eight corners of the frame. The sphere is that of the points, no edge is known and no face written. On all
+  /// processors. kHecho, kCancelado, or kFicheroInconsistente for a mesh that contradicts itself; after a failure the
+  /// set is to be emptied.
+  int AsignarVecinos(std::vector<CTetraedro*> const& todos, CSetPuntosMdt& puntos, CPuntoTIN* marco, unsigned& valor,
+                     unsigned total);
+
+  // --- the end of a run ---
+  /// Exchanges every vertex with a number above 0 for the point `mapa[number - 1] - 1` of the set, and sorts the
+  /// vertices again. With both counters each tetrahedron is reported. kHecho, or kCancelado for a set whose own list
+  /// was cut short; its children's answers are not looked at.
+  int CambiaPunteros(CSetPuntosMdt& puntos, std::vector<int> const& mapa, int* hechos, int* total);
+  /// Gives the model, which has the points of this mesh in their places, the faces of three edges shorter than `limite`
+  /// (scaled units) of all tetrahedra that also have a longer edge. A face of two such tetrahedra is given twice: the
+  /// model keeps one. kHecho or kCancelado.
+  int GenerarMDT(CTIN& tin, int limite, int& contador, int total);
+
   // --- diagnostics ---
   /// Stamps every tetrahedron of the subtree with the point's number.
   void ComprobarPuntoNuevo(CCoor3D<int> const& p);
@@ -169,8 +204,17 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
 
  private:
   friend class CEstrella;
+  friend class CTriangulacion3D;
   class CBorrador;
 
+  int LlevaCaras(CTIN& tin, int limite, CMarcha& marcha);
+  int EscribeNodo(CFile& fichero, CMarcha& marcha) const;
+  int LeeCabecera(CFile& fichero, unsigned& cuantos, bool& conHijos);
+  int LeeTetraedros(CFile& fichero, unsigned cuantos, CMarcha* marcha);
+  int LeeNodo(CFile& fichero, std::vector<CTetraedro*>& leidos, CMarcha& marcha, std::uint64_t fin);
+  int LeeCabeceras(CFile& fichero, std::uint64_t fin, std::vector<CSetTetraedros*>& sets,
+                   std::vector<unsigned long long>& lugares, std::uint64_t& total);
+  static int Resuelve(std::vector<CTetraedro*> const& todos, CSetPuntosMdt& puntos, CPuntoTIN* marco, CMarcha& marcha);
   void Divide();
   void Quita(CTetraedro* t, CSetTetraedros& raiz);
   void EnlazaPorPuntos(CTetraedro* t, bool const (&busca)[4], bool buscaLista);

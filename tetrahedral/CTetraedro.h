@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -16,9 +17,12 @@ class CFile;
 
 namespace Meseta47 {
 
+class CPuntoTIN;
+class CSetPuntosMdt;
 class CSetTetraedros;
 template <class TSet, class TElemento, unsigned kEjes>
 class CSetEnArbol;
+class CTIN;
 
 /// Element of the spatial triangulation: four borrowed points in ascending order of number, their circumsphere, the
 /// links of its set's list, the neighbours across its faces, and what the spill knows of its edges and faces. A face is
@@ -35,6 +39,7 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   /// Faces, in the order of every list of them; and the edges P1P2, P1P3, P1P4, P2P3, P2P4, P3P4 of each.
   static constexpr unsigned kVertice[4][3] = {{0, 1, 2}, {0, 1, 3}, {0, 2, 3}, {1, 2, 3}};
   static constexpr unsigned kArista[4][3] = {{0, 1, 3}, {0, 2, 4}, {1, 2, 5}, {3, 4, 5}};
+  static constexpr unsigned kBytes = 47;  ///< of a tetrahedron in a file
 
   // --- life ---
   CTetraedro() = default;
@@ -177,6 +182,14 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   void Salva(std::vector<std::int32_t>& registros, double limite, bool todas,
              std::vector<unsigned short> const* intensidades);
 
+  // --- file (docs/formats.md)
+  /// Writes the numbers of its points, and of the neighbours the mark, which must be their place in the file. False
+  /// when the disk refuses.
+  bool Write(CFile* fichero) const;
+  /// Reads them; until a set resolves them, points and neighbours are those numbers and no addresses. Always 1: a
+  /// record that is cut short counts as zeros from there on.
+  int Read(CFile* fichero);
+
  protected:
   /// Raise `a`, `b`, `c` to what is known here of the edges of the face shared with `otro`: a 1 stays a 1. Nothing
   /// happens when no face is shared.
@@ -216,6 +229,19 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   [[nodiscard]] std::uint32_t NumeroPropio();
   void OlvidaNumero() noexcept;
   static void Deja(CTetraedro* t, CReserva::CLote& lote) noexcept;
+  static constexpr unsigned kBytesMarcas = 3;
+  static constexpr std::intptr_t kEsquinas = 8;
+  void PonRegistro(char (&registro)[kBytes]) const;
+  void TomaRegistro(char const* registro);
+  void OlvidaEstados();
+  bool ResuelvePuntos(CSetPuntosMdt& deLaMalla, CPuntoTIN* marco);
+  /// Numbers of points become points, in ascending order; those of neighbours are compared with how many there are.
+  bool ResuelvePrimero(CSetPuntosMdt& deLaMalla, CPuntoTIN* marco, std::size_t total);
+  /// Whether each neighbour has the face, and points back to this place.
+  [[nodiscard]] bool ConcuerdaConVecinos(std::span<CTetraedro* const> todos, std::size_t lugar) const;
+  void EnlazaPorLugar(std::span<CTetraedro* const> todos);
+  void CambiaPuntos(CSetPuntosMdt& nuevos, std::vector<int> const& mapa);
+  void LlevaCaras(CTIN& tin, int limite) const;
   [[nodiscard]] static CTetraedro* PideSitio();
   void Copia(CTetraedro const& o);
 

@@ -18,11 +18,15 @@
 #include "tetrahedral/CResumenEspacial.h"
 #include "tetrahedral/CSetTetraedros.h"
 
+class CFile;
 class CStdioFile;
 
 namespace Meseta47 {
 
+class CDataExportarMDT;
 class CMarcha;
+class CPosicionEntidad;
+class CTIN;
 class IPorcentaje;
 
 /// Delaunay tetrahedralisation of the points of a drawing.
@@ -89,6 +93,16 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   void SetFinura(unsigned veces) { finura = veces; }
 
   // --- runs ---
+  /// Triangulates `dibujo` and keeps all tetrahedra in memory, over copies of its points in the order of models: the
+  /// number of each is its place, from 1. The drawing may then go; `vaciar` has it emptied. The codes of runs.
+  int Run(CDibujo<int>& dibujo, bool vaciar);
+  /// Triangulates `dibujo` and makes `tin` of the faces none of whose edges is longer than `longitudMaxima` metres, in
+  /// space (0 and less: none is too long), and whose tetrahedra are not wholly made of such edges, unless `todas` is
+  /// set; those towards the frame always count as long. Tetrahedra leave memory as the run goes on. `posiciones`, when
+  /// given, tells of each point of the model which point of the drawing it was. The codes of runs.
+  int Run(CDibujo<int>& dibujo, CTIN& tin, double longitudMaxima, bool vaciar,
+          std::vector<CPosicionEntidad>* posiciones, bool todas);
+
   /// Triangulates `dibujo` and writes all tetrahedra, in the order in which they are finished, to the temporary file:
   /// four numbers of 32 bits each, ascending, those of its points as the run leaves them in the drawing, below 0 a
   /// corner of the frame. Each leaves memory as soon as no point to come can lie in its sphere, whatever the cells.
@@ -102,6 +116,29 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   /// of the points alone, exactly. `dibujo` is the run's, unchanged. kHecho, kCancelado, or kFicheroInaccesible when
   /// the file cannot be read, or is not there.
   int RecorreTetraedros(CDibujo<int> const& dibujo, bool completa, CRecibeTetraedro const& recibe);
+
+  // --- surface of a mesh that is kept ---
+  /// Fills `tin`, by the points of this mesh in their places, with the faces whose three edges are all shorter than
+  /// `limite` scaled units, of tetrahedra that also have a longer one. kHecho or kCancelado.
+  int GenerarMDT(CTIN& tin, int limite);
+  /// Writes that surface, for the limit that the object has of its file, as CModeloDigital does. Codes as there.
+  int Exportar(CString const& ruta, CDataExportarMDT const& como);
+
+  // --- file (docs/formats.md) ---
+  /// Write the finished mesh, in version 1 (bare points, no seed) or 2 (all that the points carry). By path it takes
+  /// its name when it is whole. kHecho, kCancelado or kFicheroInaccesible.
+  int Write(CFile* elFichero, int version);
+  int Write(CString const& ruta, int version);
+  /// Read either version, with one reader a processor, each by a handle of its own on the path of the file. What was in
+  /// the object goes. The bool selects nothing. kHecho; kCancelado; kFicheroInaccesible when the file cannot be opened,
+  /// its extents are cut short or the mark of a node is neither 0 nor 1; kFicheroCortado when it ends before what it
+  /// announces; kFicheroInconsistente when it is no such file or contradicts itself. After any but kHecho the object
+  /// has neither points nor tetrahedra. No more memory is taken than ten times what the file holds.
+  int Read(CFile* elFichero, bool);
+  int Read(CString const& ruta, bool todo);
+  /// Which version a file is, 0 for none. Leaves the file behind the 16 bytes that tell.
+  [[nodiscard]] static int VersionMDT(CFile* elFichero);
+  [[nodiscard]] static bool EsFormatoMDT3D(CFile* elFichero);
 
   /// Adds a point to a finished mesh that is in memory. False when it lies outside the frame or at the place of another
   /// point, or when the set of points has no room left: meshes point at its points, so it does not move them.
@@ -136,6 +173,9 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   /// all of them are kept, and no file is. After anything but kHecho there is no file either. `todas` is handed to the
   /// spill. `progresoInicial` is where the bar begins.
   int EnlazaLista(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas);
+  /// What closes a run that kept its mesh, and one that spilled it.
+  int GenerarMDT(CDibujo<int> const& dibujo);
+  int GenerarMDT(CDibujo<int> const& dibujo, CTIN& tin, std::vector<CPosicionEntidad>* posiciones);
   /// Closes the set of a cell and queues it.
   void Salva(CDivisiones* celda);
 
@@ -163,6 +203,20 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   [[nodiscard]] IPorcentaje* Progreso() const;
   void PreparaEnlace();
   [[nodiscard]] std::vector<CTetraedro> Marco();
+  void SueltaMalla();
+  void RegistraPuntos(CDibujo<int> const& dibujo, CSetPuntosMdt& destino, std::vector<int>& mapa,
+                      std::vector<CPosicionEntidad>* posiciones);
+  [[nodiscard]] static bool TieneInfos(CDibujo<int> const& dibujo);
+  int LlevaCaras(CTIN& tin, std::vector<int> const& mapa);
+  [[nodiscard]] bool EscribeCabecera(CFile& elFichero, int version) const;
+  int EscribePuntos(CFile& elFichero, int version);
+  int Lee(CFile& elFichero);
+  int LeeCabecera(CFile& elFichero, int version);
+  int LeePuntos(CFile& elFichero);
+  int LeeBloquePuntos(CFile& elFichero);
+  int LeeArbol(CFile& elFichero);
+  int LeeTetraedros(CString const& ruta, std::vector<CSetTetraedros*>& sets, std::vector<unsigned long long>& lugares,
+                    std::uint64_t total);
   void ConstruyeMarco();
   int Enlaza(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas);
   int EnlazaEnFlujo(CDibujo<int>& dibujo);

@@ -1,4 +1,6 @@
 // How one point enters the mesh.
+#include <algorithm>
+
 #include "platform/CStdioFile.h"
 #include "tetrahedral/CTriangulacion3D.h"
 
@@ -95,7 +97,9 @@ bool CTriangulacion3D::PuntoNuevo(CCoor3D<int> const& p, CStdioFile* registro) {
   if (puntos.size() == puntos.capacity()) return false;
   puntos.push_back(CPuntoTIN(p), true);
   CPuntoTIN& nuevo = *(puntos.end() - 1);
-  nuevo.num = static_cast<int>(cantidadPuntos + 1);
+  // A place is a number: one that was not let in keeps both.
+  cantidadPuntos = std::max(cantidadPuntos + 1, static_cast<std::uint32_t>(puntos.size()));
+  nuevo.num = static_cast<int>(cantidadPuntos);
   unsigned a = 0, b = 0, c = 0;
   return TriangulaPunto(&nuevo, a, b, c, registro) == HECHA;
 }
