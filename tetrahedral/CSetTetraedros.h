@@ -160,8 +160,8 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   /// Makes the tree of an empty node from the heads alone, and notes of each set where its head stands. No more memory
   /// is taken than the file is long, ten times over.
   int ReadCabeceras(CFile* fichero, std::vector<CSetTetraedros*>& sets, std::vector<unsigned long long>& lugares);
-  /// Makes points and neighbours of the numbers that all tetrahedra of a file, in its order, were read with. `marco` are
-  /// the eight corners of the frame. The sphere is that of the points, no edge is known and no face written. On all
+  /// Makes points and neighbours of the numbers that all tetrahedra of a file, in its order, were read with. `marco`
+  /// are the eight corners of the frame. The sphere is that of the points, no edge is known and no face written. On all
   /// processors. kHecho, kCancelado, or kFicheroInconsistente for a mesh that contradicts itself; after a failure the
   /// set is to be emptied.
   int AsignarVecinos(std::vector<CTetraedro*> const& todos, CSetPuntosMdt& puntos, CPuntoTIN* marco, unsigned& valor,

@@ -18,8 +18,8 @@ namespace Meseta47 {
 namespace {
 
 constexpr unsigned kMensajeEscribe = 19022;
-constexpr int kNivelPropio = 1;            // of a set that is asked without its owner
-constexpr unsigned kPorBloque = 1024;      // records taken from the file at a time: 47 KB
+constexpr int kNivelPropio = 1;             // of a set that is asked without its owner
+constexpr unsigned kPorBloque = 1024;       // records taken from the file at a time: 47 KB
 constexpr std::size_t kPorTanda = 1 << 13;  // tetrahedra that a thread takes at a time
 
 /// What stands before the tetrahedra of a node.

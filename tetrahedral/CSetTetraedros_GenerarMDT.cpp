@@ -13,9 +13,8 @@ namespace Meseta47 {
 int CSetTetraedros::CambiaPunteros(CSetPuntosMdt& puntos, std::vector<int> const& mapa, int* hechos, int* total) {
   IPorcentaje* porcentaje = hechos != nullptr && total != nullptr ? BuscaPorcentaje() : nullptr;
   for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) {
-    if (porcentaje != nullptr &&
-        porcentaje->Porcentaje(MENSAJES_DETALLE, static_cast<unsigned>(++*hechos), static_cast<unsigned>(*total),
-                               false) == 0) {
+    if (porcentaje != nullptr && porcentaje->Porcentaje(MENSAJES_DETALLE, static_cast<unsigned>(++*hechos),
+                                                        static_cast<unsigned>(*total), false) == 0) {
       return kCancelado;
     }
     t->CambiaPuntos(puntos, mapa);

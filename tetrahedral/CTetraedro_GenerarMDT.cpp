@@ -27,7 +27,8 @@ void CTetraedro::LlevaCaras(CTIN& tin, int limite) const {
     unsigned const *a = kArista[cara], *v = kVertice[cara];
     if (!corta[a[0]] || !corta[a[1]] || !corta[a[2]]) continue;
     // A corner of the frame has a number below 0 and is no point of the model.
-    CTriangulo triangulo(tin.Punto(static_cast<unsigned>(Num(v[0])) - 1), tin.Punto(static_cast<unsigned>(Num(v[1])) - 1),
+    CTriangulo triangulo(tin.Punto(static_cast<unsigned>(Num(v[0])) - 1),
+                         tin.Punto(static_cast<unsigned>(Num(v[1])) - 1),
                          tin.Punto(static_cast<unsigned>(Num(v[2])) - 1), -1, -1, -1);
     if (!triangulo.EsValido()) continue;
     triangulo.ColocaPuntos(false);

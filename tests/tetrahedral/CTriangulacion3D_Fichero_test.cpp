@@ -1,10 +1,9 @@
 // The TIN3D file: bytes, threads, what is refused.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <map>
 #include <numeric>
 #include <set>
@@ -100,7 +99,7 @@ std::string With(std::string bytes, std::size_t at, T value) {
   return bytes;
 }
 
-const std::vector<Point> kFew{{0, 0, 0},     {900, 10, 20},  {30, 800, 5},   {700, 750, 15}, {10, 25, 850},
+const std::vector<Point> kFew{{0, 0, 0},     {900, 10, 20},  {30, 800, 5},    {700, 750, 15},  {10, 25, 850},
                               {920, 5, 900}, {40, 810, 870}, {680, 690, 940}, {430, 380, 510}, {430, 380, 510}};
 
 /// Where the count of tetrahedra stands.
@@ -152,10 +151,10 @@ TEST_P(BothVersions, EveryByteStandsWhereTheDescriptionPutsIt) {
     EXPECT_EQ(At<double>(bytes, 17), 1000.0);
     EXPECT_EQ(At<double>(bytes, 33), 30.0);
   }
-  EXPECT_EQ(At<std::int32_t>(bytes, head), 920);       // greatest x
-  EXPECT_EQ(At<std::int32_t>(bytes, head + 8), 940);   // greatest z
-  EXPECT_EQ(At<std::int32_t>(bytes, head + 12), 0);    // least x
-  EXPECT_EQ(At<std::int32_t>(bytes, head + 24), 0);    // limit
+  EXPECT_EQ(At<std::int32_t>(bytes, head), 920);      // greatest x
+  EXPECT_EQ(At<std::int32_t>(bytes, head + 8), 940);  // greatest z
+  EXPECT_EQ(At<std::int32_t>(bytes, head + 12), 0);   // least x
+  EXPECT_EQ(At<std::int32_t>(bytes, head + 24), 0);   // limit
   const std::size_t tree = TreeOf(bytes), root = tree + 4;
   const auto tetrahedra = At<std::uint32_t>(bytes, tree);
   EXPECT_EQ(At<std::uint32_t>(bytes, root), 0U);  // no children
@@ -255,8 +254,8 @@ TEST(Tin3d, AVersionBelowOneNamesTheSecondFormAndHasNoSeed) {
 
 TEST(Tin3d, WhatIsNoSuchFileIsToldByItsBeginning) {
   const QuietApp app;
-  for (std::string const& bytes : {std::string(), std::string("Ondara-TIN3D-01"), std::string("Ondara-TIN3D-03\0", 16),
-                                   std::string(100, 'x')}) {
+  for (std::string const& bytes :
+       {std::string(), std::string("Ondara-TIN3D-01"), std::string("Ondara-TIN3D-03\0", 16), std::string(100, 'x')}) {
     EXPECT_EQ(CodeOf(bytes), kFicheroInconsistente);
     const FileOf file(app.folder, bytes);
     CFile open(file.path, CFile::modeRead);
@@ -301,7 +300,7 @@ TEST(Tin3d, AFileCutShortAnywhereIsRefusedWithItsCode) {
     for (int i = 0; i < 1000; ++i) lengths.push_back(random.bits() % bytes.size());
     std::sort(lengths.rbegin(), lengths.rend());
     for (const std::size_t length : lengths) {
-      const int expected = length < 16 ? kFicheroInconsistente
+      const int expected = length < 16                            ? kFicheroInconsistente
                            : length >= head && length < head + 24 ? kFicheroInaccesible
                                                                   : kFicheroCortado;
       EXPECT_EQ(codeOf.cutAt(length), expected) << version << ": " << length;
