@@ -19,6 +19,7 @@ struct CResumenEspacial {
   std::uint64_t esferas = 0;      ///< spheres that a point was tested against
   std::uint64_t exactas = 0;      ///< of those tests, the ones that doubles could not decide
   std::uint64_t porBusqueda = 0;  ///< points whose cavity did not close by itself
+  std::uint64_t huecos = 0;       ///< removals of points whose small run failed: each left a room without tetrahedra
   double segundosRellena = 0, segundosEnlaza = 0;
 };
 

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <cmath>
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include "model/geometry/CMaximas.h"
@@ -148,6 +150,17 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   /// frees them and the children. False when the disk refused any of it: the rest is freed all the same.
   bool Salva(CFile* fichero, double limite, bool todas, std::vector<unsigned short>* intensidades);
 
+  // --- another part for a part ---
+  /// Appends the tetrahedra whose spheres hold the point, those that have it on them included: what inserting it would
+  /// condemn. Called on the root. `desde` is where to begin, as in `Implicados`. False when there is none.
+  bool BuscaEsferas(CCoor3D<int> const& p, CTetraedro* desde, std::vector<CTetraedro*>& salida, unsigned& visitados,
+                    CBalance& balance);
+  /// Whether both have the same faces of one tetrahedron alone, and no face of three. O(n log n).
+  [[nodiscard]] static bool LlenanLoMismo(std::vector<CTetraedro*> const& unos, std::vector<CTetraedro*> const& otros);
+  /// Destroys tetrahedra of the tree and files and links others in their place, which are in no set and fill the same
+  /// room, or are none: then the room stays empty. Called on the root, which owns them from then on. O(n log n).
+  void Sustituye(std::vector<CTetraedro*> const& viejos, std::vector<CTetraedro*> const& nuevos);
+
   // --- file (docs/formats.md) ---
   /// Writes the node and its subtree; the root numbers the tetrahedra first, in the order of the file, and writes how
   /// many there are. `valor` of `total` is reported before each record. kHecho, kCancelado or kFicheroInaccesible.
@@ -206,6 +219,27 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
   friend class CEstrella;
   friend class CTriangulacion3D;
   class CBorrador;
+
+  using CNumeros3 = std::array<int, 3>;
+  /// A face of some tetrahedron, by the numbers of its points, which ascend in both of those that share it.
+  struct CFaz {
+    CNumeros3 numeros;
+    CTetraedro* tetraedro;
+    unsigned cara;
+
+    bool operator<(CFaz const& o) const { return numeros < o.numeros; }
+  };
+  /// All faces, ascending; and of ascending ones those of one tetrahedron alone: false when some face has three.
+  [[nodiscard]] static std::vector<CFaz> Fazes(std::vector<CTetraedro*> const& tetraedros);
+  [[nodiscard]] static bool Borde(std::vector<CFaz> const& fazes, std::vector<CFaz>& borde);
+  [[nodiscard]] static bool EstaEn(std::vector<CFaz> const& fazes, CNumeros3 const& numeros);
+  /// Adds to tetrahedra what can be reached from them without crossing a face of `borde`, where `numero` tells what
+  /// number a vertex has there.
+  static void Inunda(std::vector<CTetraedro*>& tetraedros, std::vector<CFaz> const& borde,
+                     std::function<int(CTetraedro const&, unsigned)> const& numero);
+  /// Adds the tetrahedron across a face, and those of the same sphere around it.
+  static void AnadeEsfera(CFaz const& desde, std::unordered_set<CTetraedro const*>& vistos,
+                          std::vector<CTetraedro*>& salida);
 
   int LlevaCaras(CTIN& tin, int limite, CMarcha& marcha);
   int EscribeNodo(CFile& fichero, CMarcha& marcha) const;

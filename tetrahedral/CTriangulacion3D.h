@@ -140,6 +140,17 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   [[nodiscard]] static int VersionMDT(CFile* elFichero);
   [[nodiscard]] static bool EsFormatoMDT3D(CFile* elFichero);
 
+  // --- changes of a mesh that is kept ---
+  /// Take points out, by their indices: one that is in no tetrahedron (it repeats another, or was taken out before), or
+  /// is not there, ends it with false and nothing changed; a list passes over indices that are not there. What is left
+  /// is a Delaunay mesh of the other points; where no five lie on a sphere, the one that they would have had alone.
+  /// Points keep their indices; the number of one that is taken out becomes negative. O(k log k) on the k tetrahedra
+  /// around all of them, and a small run with a thread and a temporary file of its own: take many at once.
+  ///
+  /// Should that run fail, or be cancelled, their place stays without tetrahedra, and the answer is true all the same:
+  /// `Resumen().huecos` tells.
+  bool BorraPunto(unsigned indice);
+  bool BorraPunto(std::vector<unsigned>& indices);
   /// Adds a point to a finished mesh that is in memory. False when it lies outside the frame or at the place of another
   /// point, or when the set of points has no room left: meshes point at its points, so it does not move them.
   bool PuntoNuevo(CCoor3D<int> const& p, CStdioFile* registro);
@@ -173,6 +184,9 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   /// all of them are kept, and no file is. After anything but kHecho there is no file either. `todas` is handed to the
   /// spill. `progresoInicial` is where the bar begins.
   int EnlazaLista(CDibujo<int>& dibujo, int progresoInicial, bool salvar, bool todas);
+  /// What both ways of taking points out come to. Those that come twice are dropped from the list; the others become
+  /// how many tetrahedra went, how many were looked at, and 0.
+  bool BorraPunto(std::vector<CPuntoTIN*>& quitados, unsigned& implicados, unsigned& visitados, unsigned& rechazados);
   /// What closes a run that kept its mesh, and one that spilled it.
   int GenerarMDT(CDibujo<int> const& dibujo);
   int GenerarMDT(CDibujo<int> const& dibujo, CTIN& tin, std::vector<CPosicionEntidad>* posiciones);
@@ -228,6 +242,15 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   void ResumeBalance();
   void Apunta(int respuesta, CCoor3D<int> const& p, unsigned visitados, CStdioFile* registro);
   [[nodiscard]] CSetTetraedros& SetCercano(CCoor3D<int> const& p, CDivisiones const* celda);
+  bool BuscaCavidad(std::vector<CPuntoTIN*> const& quitados, std::vector<CTetraedro*>& cavidad, unsigned& visitados);
+  /// `faltan` takes the faces of the cavity's border that the small run has not.
+  int RellenaCavidad(std::vector<CPuntoTIN*> const& quitados, std::vector<CTetraedro*> const& cavidad,
+                     std::vector<CTetraedro*>& nuevos, std::vector<CSetTetraedros::CFaz>& faltan, unsigned& visitados);
+  [[nodiscard]] static std::vector<CPuntoTIN*> PuntosAlrededor(std::vector<CTetraedro*> const& cavidad,
+                                                               std::vector<CPuntoTIN*> const& quitados);
+  static bool EnsanchaCavidad(std::vector<CSetTetraedros::CFaz> const& faltan, std::vector<CTetraedro*>& cavidad);
+  int Cavidad(CDibujo<int>& dibujo, CTriangulacion3D const& madre);
+  [[nodiscard]] CTetraedro* Inicial(CCoor3D<int> const& p);
   [[nodiscard]] CTetraedro* TetraedroInicial(CSetTetraedros& cerca) const;
 
   HANDLE evento = nullptr;  ///< signalled while the worker lives

@@ -16,7 +16,6 @@
 #include "run/Fases.h"
 #include "tetrahedral/CHiloLeerTetraedros.h"
 #include "tetrahedral/CTriangulacion3D.h"
-#include "tetrahedral/CTriangulacion3D_Guarda.h"
 
 namespace Meseta47 {
 
@@ -222,9 +221,8 @@ int CTriangulacion3D::LeePuntos(CFile& elFichero) {
   if (!sigue) return kCancelado;
   const bool enteros = std::all_of(equipo.begin(), equipo.end(), [](auto const& h) { return h.EsCompleto(); });
   if (!enteros) return kFicheroInaccesible;
-  return elFichero.Seek(static_cast<long long>(desde + std::uint64_t{cuantos} * kBytesPunto), CFile::begin) >= 0
-             ? kHecho
-             : kFicheroInaccesible;
+  const std::uint64_t detras = desde + std::uint64_t{cuantos} * kBytesPunto;
+  return elFichero.Seek(static_cast<long long>(detras), CFile::begin) >= 0 ? kHecho : kFicheroInaccesible;
 }
 
 int CTriangulacion3D::LeeBloquePuntos(CFile& elFichero) {

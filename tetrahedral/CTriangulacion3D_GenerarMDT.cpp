@@ -10,7 +10,6 @@
 #include "run/Fases.h"
 #include "run/Recorrido.h"
 #include "tetrahedral/CTriangulacion3D.h"
-#include "tetrahedral/CTriangulacion3D_Guarda.h"
 
 namespace Meseta47 {
 
@@ -26,7 +25,7 @@ using CCara3 = std::array<std::int32_t, 3>;
 // --- runs
 
 int CTriangulacion3D::Run(CDibujo<int>& dibujo, bool vaciar) {
-  const CGuarda guarda(*this);
+  const CSiSeRompe guarda([this] { Abandona(kCancelado); });
   dibujo.PonNumerosACero();
   int codigo = Cronometra(resumen.segundosRellena, [&] { return Rellena(dibujo); });
   if (codigo == kHecho) codigo = EnlazaLista(dibujo, 0, false, false);
@@ -39,7 +38,7 @@ int CTriangulacion3D::Run(CDibujo<int>& dibujo, bool vaciar) {
 
 int CTriangulacion3D::Run(CDibujo<int>& dibujo, CTIN& tin, double longitudMaxima, bool vaciar,
                           std::vector<CPosicionEntidad>* posiciones, bool todas) {
-  const CGuarda guarda(*this);
+  const CSiSeRompe guarda([this] { Abandona(kCancelado); });
   dibujo.PonNumerosACero();
   const double longitud = longitudMaxima * Precision();
   longitudLimite2 = Signo(longitudMaxima) > 0 ? longitud * longitud : kSinLimite2;
