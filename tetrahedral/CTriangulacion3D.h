@@ -78,6 +78,10 @@ class URDIMBRE_API CTriangulacion3D : public CObjetoFichero {
   /// Of the point set; the first point for an index out of range, null when the set is empty.
   [[nodiscard]] CPuntoTIN* Punto(unsigned i);
   [[nodiscard]] CTetraedro* Tetraedro(unsigned i) const { return setRaiz.Tetraedro(i); }
+  /// Calls `recibe` with each tetrahedron in memory, those with corners of the frame too, in the order of files.
+  void RecorreMalla(CRecibeTetraedro const& recibe) const;
+  /// Corner -1 to -8 of the frame, from 0.
+  [[nodiscard]] CPuntoTIN const& Esquina(unsigned i) const { return esquinas[i]; }
   void CopiaTetraedros(std::vector<CTetraedro>& salida, std::vector<CCoor3D<int>*> const& losPuntos) const {
     setRaiz.CopiaTetraedros(salida, losPuntos);
   }

@@ -56,4 +56,10 @@ int CTriangulacion3D::RecorreTetraedros(CDibujo<int> const& dibujo, bool complet
   return kHecho;
 }
 
+void CTriangulacion3D::RecorreMalla(CRecibeTetraedro const& recibe) const {
+  std::vector<CTetraedro*> todos;
+  setRaiz.RellenaVectorPunteros(todos);
+  for (CTetraedro const* t : todos) recibe({t->N1(), t->N2(), t->N3(), t->N4()});
+}
+
 }  // namespace Meseta47
