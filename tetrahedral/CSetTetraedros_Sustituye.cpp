@@ -15,7 +15,7 @@ bool CSetTetraedros::BuscaEsferas(CCoor3D<int> const& p, CTetraedro* desde, std:
   if (borrador == nullptr) borrador = std::make_unique<CBorrador>();
   CTetraedro* semilla = nullptr;
   if (BuscaSemilla(p, desde, semilla, visitados, balance) != 0) return false;
-  const std::int32_t marca = Marca(borrador->inserciones) + 1;
+  const std::int32_t marca = CEstrella::Marca(borrador->inserciones) + 1;
   semilla->identificador = marca;
   std::size_t i = salida.size();
   salida.push_back(semilla);
