@@ -81,7 +81,7 @@ void include(std::array<ValueRange, 3>& all, std::array<ValueRange, 3> const& mo
 class Gatherer {
  public:
   Gatherer(InfoProgress const& progress, TextColumns const& columns, bool partial)
-      : progress_(progress), columns_(columns), reading_{.fields = LasFields::surface, .partial = partial} {}
+      : progress_(progress), columns_(columns), reading_{.partial = partial} {}
 
   CloudInfo gather(std::span<std::string const> names) {
     CloudInfo info;
@@ -190,7 +190,9 @@ class Gatherer {
   template <typename Action>
   void forEachPlace(CloudFileInfo const& file, Action action) {
     if (!file.vector) {
-      CloudReader reader(file.name, columns_, reading_);
+      LasReading places = reading_;
+      places.fields = LasFields::surface;
+      CloudReader reader(file.name, columns_, places);
       return forEachPoint(reader, [&action](CloudPoint const& p) { action(p.x, p.y); });
     }
     const VectorContent content = readVectorFile(file.name, kAllVectors);

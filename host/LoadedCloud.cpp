@@ -43,8 +43,9 @@ struct Survey {
 
 /// What of a cloud is read. A way back needs every record of the file.
 LasReading readingOf(LoadOptions const& options) {
-  if (options.wayBack) return {};
-  return {.partial = options.partial, .box = options.bounds, .resolution = options.resolution};
+  const LasFields fields = options.colours ? LasFields::all : LasFields::surface;
+  if (options.wayBack) return {.fields = fields};
+  return {.fields = fields, .partial = options.partial, .box = options.bounds, .resolution = options.resolution};
 }
 
 void include(Survey& result, Input& input, bool believe, LoadOptions const& options) {
@@ -341,7 +342,7 @@ Groups inputsOf(std::vector<std::vector<std::string>> const& names, LoadOptions 
 /// What a cloud says of where it lies. Where that is given, what cannot be understood is no fault.
 ReferenceSystem systemOf(Input const& input, LoadOptions const& options, bool isGiven) {
   if (input.vector) return input.vector->system;
-  const PointStream stream(input.name, options.columns, {.partial = options.partial});
+  const PointStream stream(input.name, options.columns, {.fields = LasFields::surface, .partial = options.partial});
   try {
     return systemOf(stream.las());
   } catch (FileError const&) {

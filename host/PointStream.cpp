@@ -34,11 +34,6 @@ class AxisMap {
   std::int64_t wholeFactor_, wholeShift_;
 };
 
-LasReading forSurface(LasReading reading) {
-  reading.fields = LasFields::surface;
-  return reading;
-}
-
 }  // namespace
 
 WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
@@ -48,7 +43,7 @@ WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
 }
 
 PointStream::PointStream(std::string const& file, TextColumns const& columns, LasReading const& reading)
-    : reader_(file, columns, forSurface(reading)) {}
+    : reader_(file, columns, reading) {}
 
 Extent const& PointStream::measure() {
   if (found_) return *found_;

@@ -26,7 +26,7 @@ struct WidePoint {
 /// scale and offset have no more decimals than the seed, that is exact integer arithmetic.
 class PointStream {
  public:
-  /// Throws FileError. Of LAS files the fields of a surface are read.
+  /// Throws FileError. Without all fields of a LAS file the points have no colour.
   explicit PointStream(std::string const& file, TextColumns const& columns = {}, LasReading const& reading = {});
 
   /// The LAS file behind it; null for text.

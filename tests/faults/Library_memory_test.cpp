@@ -361,6 +361,7 @@ TEST(EachRequestRefused, SortingAndCleaningLeaveNoNullEntity) {
 /// Mode 2 gives the points the classes that they had when they went in. Here one gets another class after that.
 TEST(EachRequestRefused, ClassesAreNotGivenByALinkingThatFailed) {
   constexpr int kPoints = 600, kOwn = 3, kLater = 77;
+  const CInfoClasificacion grows(5, 0.0, L""), stops(6, 0.0, L"");  // of which there are none
   int failedLate = 0;
   for (long nth = 1;; ++nth) {
     SCOPED_TRACE("request " + std::to_string(nth));
@@ -378,8 +379,8 @@ TEST(EachRequestRefused, ClassesAreNotGivenByALinkingThatFailed) {
     int code = 0;
     failing_heap::RefuseAt(nth, Refusal::Once);
     try {
-      code = t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 2, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                           nullptr, nullptr, nullptr, nullptr, nullptr);
+      code = t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 2, nullptr, &grows, &stops, nullptr, nullptr, 0, nullptr,
+                           nullptr, nullptr, nullptr, nullptr);
     } catch (std::bad_alloc const&) {
     }
     const bool fired = failing_heap::Stop() >= nth;

@@ -37,6 +37,12 @@ high=(--quiet classify high --distance 5 --height 2 --to 6)
 "$urdimbre" "${high[@]}" scan.las -o packed.laz
 cmp high.las unpacked.las || fail "classify from LAZ to LAS"
 cmp high.laz packed.laz || fail "classify from LAS to LAZ"
+colour=(--quiet classify colour --distance 5 --when 128,128,128:255:2:6)
+"$urdimbre" "${colour[@]}" scan.las -o colour.las
+"$urdimbre" "${colour[@]}" scan.laz -o unpacked.las
+cmp colour.las unpacked.las || fail "classify by colour from LAZ to LAS"
+! cmp -s scan.las colour.las || fail "no colour is found"
+pass
 cp scan.laz again.laz
 "$urdimbre" "${high[@]}" again.laz -o again.laz
 cmp high.laz again.laz || fail "classify onto itself"
