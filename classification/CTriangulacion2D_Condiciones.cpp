@@ -198,9 +198,9 @@ std::vector<CClaseHallada> RecogeTomados(CDibujo<int> const& dibujo, CListasClas
                                    [&p](auto const& c) { return int{c.tipo} == int{p.clasificacion}; });
     if (suya != condiciones.end()) tomados[static_cast<std::size_t>(suya - condiciones.begin())].push_back(p);
     if (!elegible || p.num >= 0) return;
-    const int toma = atributos.De(p.num).tipo;
+    const signed char toma = atributos.De(p.num).tipo;
     if (toma < 0) return;  // a condition whose place does not fit the byte
-    hallados.push_back({lugar, static_cast<std::uint8_t>(condiciones[static_cast<std::size_t>(toma)].tipo)});
+    hallados.push_back({lugar, static_cast<std::uint8_t>(condiciones[static_cast<unsigned char>(toma)].tipo)});
   });
   return hallados;
 }

@@ -9,7 +9,7 @@ namespace Meseta47 {
 
 CSetTriangulos2D::CSetTriangulos2D(unsigned nivelInicial) { nivel = nivelInicial; }
 
-CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) : CSetEnArbol() { *this = o; }
+CSetTriangulos2D::CSetTriangulos2D(CSetTriangulos2D const& o) : CSetTriangulos2D(o.nivel) { *this = o; }
 
 CSetTriangulos2D& CSetTriangulos2D::operator=(CSetTriangulos2D const& o) {
   CSetEnArbol::operator=(o);

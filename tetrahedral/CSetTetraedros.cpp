@@ -8,7 +8,7 @@ namespace Meseta47 {
 
 CSetTetraedros::CSetTetraedros(unsigned nivelInicial) { nivel = nivelInicial; }
 
-CSetTetraedros::CSetTetraedros(CSetTetraedros const& o) : CSetEnArbol() { *this = o; }
+CSetTetraedros::CSetTetraedros(CSetTetraedros const& o) : CSetTetraedros(o.nivel) { *this = o; }
 
 CSetTetraedros& CSetTetraedros::operator=(CSetTetraedros const& o) {
   if (this == &o) return *this;

@@ -17,8 +17,8 @@ class Entero128 {
   Entero128 operator*(Entero128 o) const { return De(valor * o.valor); }
 
  private:
-  __extension__ typedef unsigned __int128 Palabra;
-  __extension__ typedef __int128 PalabraConSigno;
+  __extension__ using Palabra = unsigned __int128;
+  __extension__ using PalabraConSigno = __int128;
   static Entero128 De(Palabra v) {
     Entero128 r(0);
     r.valor = v;
