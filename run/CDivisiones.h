@@ -242,7 +242,7 @@ CListaPuntos* CCeldaDivision<TRasgos>::SiguienteLista(std::vector<int>& camino) 
   int& turno = camino[nivel + 1];
   if (turno < 0) {
     turno = 0;
-  } else if (hijos[turno].hijos == nullptr) {
+  } else if (turno < static_cast<int>(kHijos) && hijos[turno].hijos == nullptr) {
     ++turno;
   }
   for (; turno < static_cast<int>(kHijos); ++turno) {

@@ -76,7 +76,7 @@ int CSetTetraedros::LeeCabecera(CFile& fichero, unsigned& cuantos, bool& conHijo
   if (cabecera.conHijos > 1) return kFicheroInaccesible;
   const unsigned esperado = padre != nullptr ? padre->nivel + 1 : 0;
   if (cabecera.nivel != esperado || cabecera.nivel > kNivelMaximo) return kFicheroInconsistente;
-  nivel = cabecera.nivel;
+  if (nivel != esperado) nivel = esperado;  // not again where it stands: the threads of the children look at it
   maximas.Maximo = Punto(cabecera.maximo);
   maximas.Minimo = Punto(cabecera.minimo);
   centro = Punto(cabecera.centro);
