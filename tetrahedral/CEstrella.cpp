@@ -321,6 +321,7 @@ void CEstrella::PideSitios() {
   std::size_t i = propios;
   try {
     for (; i < cantidad; ++i) sitios[i] = CTetraedro::PideSitio();
+    for (std::size_t k = propios; k < cantidad; ++k) (void)sitios[k]->Numero();  // without a pool it takes memory too
   } catch (...) {
     while (i-- > propios) delete sitios[i];
     throw;

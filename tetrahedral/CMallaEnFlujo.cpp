@@ -1,6 +1,7 @@
 #include "tetrahedral/CMallaEnFlujo.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Anticipa.h"
 #include "platform/CFile.h"
@@ -167,10 +168,10 @@ void CMallaEnFlujo::Tacha(CTetraedro const* t) {
 }
 
 void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
-  std::vector<std::uint32_t> lista = std::move(listas[hoja]);
-  listas[hoja] = {};
   movidos.clear();
+  movidos.reserve(listas[hoja].size());
   vecindad.Pon(porVenir, hoja);
+  std::vector<std::uint32_t> lista = std::exchange(listas[hoja], {});
   const std::size_t n = lista.size();
   for (std::size_t i = 0; i < n; ++i) {
     if (i + kPorDelante < n) {

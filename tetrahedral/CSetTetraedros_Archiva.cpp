@@ -1,6 +1,7 @@
 // Filing: where in the tree a tetrahedron goes, how a full leaf splits, how a new tetrahedron finds its neighbours, how
 // a set is closed.
 #include <algorithm>
+#include <memory>
 
 #include "tetrahedral/CSetTetraedros.h"
 #include "tetrahedral/CSetTetraedros_Borrador.h"
@@ -52,7 +53,7 @@ void CSetTetraedros::Divide() {
 
 void CSetTetraedros::InsertaOrdenado(CTetraedro const& t, CMaximas<int> const& caja, bool busca123, bool busca124,
                                      bool busca134, bool busca234, bool buscaLista) {
-  CTetraedro* copia = CTetraedro::Nuevo(t);
+  std::unique_ptr<CTetraedro> copia(CTetraedro::Nuevo(t));
   const bool busca[4] = {busca123, busca124, busca134, busca234};
   for (unsigned cara = 0; cara < 4; ++cara) {
     CTetraedro* vecino = copia->Vecino(cara);
@@ -60,11 +61,12 @@ void CSetTetraedros::InsertaOrdenado(CTetraedro const& t, CMaximas<int> const& c
     unsigned const* v = CTetraedro::kVertice[cara];
     const int suya = vecino->ContieneCara(copia->Num(v[0]), copia->Num(v[1]), copia->Num(v[2]));
     if (suya != 0) {
-      vecino->SetVecino(static_cast<unsigned>(suya - 1), copia, CTetraedro::DESCONOCIDO, CTetraedro::DESCONOCIDO,
+      vecino->SetVecino(static_cast<unsigned>(suya - 1), copia.get(), CTetraedro::DESCONOCIDO, CTetraedro::DESCONOCIDO,
                         CTetraedro::DESCONOCIDO, false);
     }
   }
-  InsertaOrdenado(copia, caja, busca123, busca124, busca134, busca234, buscaLista);
+  InsertaOrdenado(copia.get(), caja, busca123, busca124, busca134, busca234, buscaLista);
+  copia.release();  // the list has it
 }
 
 void CSetTetraedros::InsertaOrdenado(CTetraedro* t, CMaximas<int> const&, bool busca123, bool busca124, bool busca134,

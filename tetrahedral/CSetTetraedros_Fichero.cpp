@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "model/storage/Binario.h"
@@ -93,9 +94,10 @@ int CSetTetraedros::LeeTetraedros(CFile& fichero, unsigned cuantos, CMarcha* mar
     if (fichero.Read(bloque.data(), van * CTetraedro::kBytes) != van * CTetraedro::kBytes) return kFicheroCortado;
     for (unsigned i = 0; i < van; ++i) {
       if (marcha != nullptr && !marcha->Avanza()) return kCancelado;
-      CTetraedro* t = CTetraedro::PideSitio();
+      std::unique_ptr<CTetraedro> t(CTetraedro::PideSitio());
       t->TomaRegistro(bloque.data() + std::size_t{i} * CTetraedro::kBytes);
-      AnexaALista(t);
+      AnexaALista(t.get());
+      t.release();
     }
     quedan -= van;
   }
