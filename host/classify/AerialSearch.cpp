@@ -1,6 +1,7 @@
 #include "host/classify/AerialSearch.h"
 
 #include "host/NumberCheck.h"
+#include "host/Parsing.h"
 #include "planar/CTriangulacion2D.h"
 #include "platform/CWinApp.h"
 
@@ -47,8 +48,8 @@ bool AerialSearch::keep(ProfilePlace const& profile) const {
 
 int AerialSearch::search(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found,
                          SearchOutcome& /*outcome*/) {
-  return triangulation.RunPuntosAereos(drawing, data_.DistanciaMax, data_.DifCotaAereos, data_.Tipo1, found, nullptr,
-                                       nullptr);
+  return triangulation.RunPuntosAereos(drawing, asMost(data_.DistanciaMax), data_.DifCotaAereos, data_.Tipo1, found,
+                                       nullptr, nullptr);
 }
 
 }  // namespace Meseta47::host

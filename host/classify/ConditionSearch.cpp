@@ -8,6 +8,7 @@
 
 #include "host/Failure.h"
 #include "host/NumberCheck.h"
+#include "host/Parsing.h"
 #include "host/classify/RiseList.h"
 #include "planar/CTriangulacion2D.h"
 
@@ -125,12 +126,12 @@ void ColourSearch::take(std::vector<std::string> const& fields, Tail const& tail
 }
 
 int ColourSearch::classify(CTriangulacion2D& triangulation, CDibujo<int>& drawing, double distance, unsigned& found) {
-  return triangulation.RunPuntosAltosRGB(drawing, distance, conditions_, found, nullptr, nullptr);
+  return triangulation.RunPuntosAltosRGB(drawing, asMost(distance), conditions_, found, nullptr, nullptr);
 }
 
 int ColourSearch::list(CTriangulacion2D& triangulation, CDibujo<int>& drawing, double height, SearchOutcome& outcome) {
   std::vector<CCondicionHRGB> rises;
-  const int code = triangulation.RunListarPuntosAltosRGB(drawing, height, rises, nullptr, nullptr);
+  const int code = triangulation.RunListarPuntosAltosRGB(drawing, asMost(height), rises, nullptr, nullptr);
   tellColours(rises, height, outcome);
   return code;
 }
@@ -159,13 +160,13 @@ void IntensitySearch::take(std::vector<std::string> const& fields, Tail const& t
 
 int IntensitySearch::classify(CTriangulacion2D& triangulation, CDibujo<int>& drawing, double distance,
                               unsigned& found) {
-  return triangulation.RunPuntosAltosIntensidad(drawing, distance, conditions_, found, nullptr, nullptr);
+  return triangulation.RunPuntosAltosIntensidad(drawing, asMost(distance), conditions_, found, nullptr, nullptr);
 }
 
 int IntensitySearch::list(CTriangulacion2D& triangulation, CDibujo<int>& drawing, double height,
                           SearchOutcome& outcome) {
   std::vector<CCondicionHIntensidad> rises;
-  const int code = triangulation.RunListarPuntosAltosIntensidad(drawing, height, rises, nullptr, nullptr);
+  const int code = triangulation.RunListarPuntosAltosIntensidad(drawing, asMost(height), rises, nullptr, nullptr);
   tellIntensities(rises, height, outcome);
   return code;
 }

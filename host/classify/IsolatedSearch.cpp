@@ -1,5 +1,6 @@
 #include "host/classify/IsolatedSearch.h"
 
+#include "host/Parsing.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
@@ -26,8 +27,9 @@ IsolatedSearch::IsolatedSearch() {
 
 int IsolatedSearch::search(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found,
                            SearchOutcome& /*outcome*/) {
-  return triangulation.RunPuntosAislados(drawing, data_.DistanciaMax, static_cast<unsigned>(data_.VecinosAislados),
-                                         data_.Tipo1, found, nullptr, nullptr);
+  return triangulation.RunPuntosAislados(drawing, asMost(data_.DistanciaMax),
+                                         static_cast<unsigned>(data_.VecinosAislados), data_.Tipo1, found, nullptr,
+                                         nullptr);
 }
 
 }  // namespace Meseta47::host

@@ -1,6 +1,7 @@
 #include "host/classify/JumpSearch.h"
 
 #include "host/Failure.h"
+#include "host/Parsing.h"
 #include "host/classify/ConditionSearch.h"
 #include "planar/CTriangulacion2D.h"
 
@@ -39,8 +40,8 @@ void JumpSearch::requireSeen(LoadedCloud const& cloud, std::string const& input)
 
 int JumpSearch::search(CTriangulacion2D& triangulation, CDibujo<int>& drawing, unsigned& found,
                        SearchOutcome& /*outcome*/) {
-  return triangulation.RunPuntosDifIntensidad(drawing, data_.DistanciaMax, difference_, data_.Tipo1, found, nullptr,
-                                              nullptr);
+  return triangulation.RunPuntosDifIntensidad(drawing, asMost(data_.DistanciaMax), difference_, data_.Tipo1, found,
+                                              nullptr, nullptr);
 }
 
 }  // namespace Meseta47::host

@@ -1,4 +1,5 @@
 // The searches for noise as verbs: parameters, profiles, limits, and what becomes of a file.
+#include <array>
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -122,7 +123,44 @@ std::vector<int> found(std::string const& arguments, unsigned wanted, ClassifyRe
   return places;
 }
 
+/// How many of a few points in hundredths a search finds.
+template <class Search>
+std::size_t foundOf(std::vector<std::array<int, 3>> const& places, std::string const& arguments) {
+  const Folder folder;
+  Session session(folder);
+  LasWriterOptions hundredths;
+  hundredths.scale = {0.01, 0.01, 0.01};
+  LasWriter writer(folder.file("in.las"), hundredths);
+  for (auto const& [x, y, z] : places) {
+    LasPoint p = somePoint(0);
+    p.x = x, p.y = y, p.z = z;
+    p.classification = 2;
+    writer.add(p);
+  }
+  writer.finish();
+  ClassifyOptions options;
+  options.cloud.inputs = {folder.file("in.las")};
+  options.output = folder.file("out.las");
+  Given<Search> search(arguments);
+  return classify(options, search, session.app()).outcome.found;
+}
+
 }  // namespace
+
+// 0.29 times 100 is 28.999999999999996 in binary.
+TEST(PeaksSearch, AHeightIsNotCutBelowWhatWasMeant) {
+  for (const int height : {29, 30}) {
+    const std::vector<std::array<int, 3>> tent{{0, 0, 0}, {80, 3, 0}, {2, 90, 0}, {77, 95, 0}, {40, 45, height}};
+    EXPECT_EQ(foundOf<PeaksSearch>(tent, "--height 0.29 --distance 0"), height == 30 ? 1U : 0U);
+  }
+}
+
+TEST(IsolatedSearch, ADistanceIsNotCutBelowWhatWasMeant) {
+  // The square of the distance from the first to the second is 840, below that of 29.
+  const std::vector<std::array<int, 3>> pair{{0, 0, 0}, {26, 10, 8}, {9000, 100, 0}, {50, 7000, 0}};
+  EXPECT_EQ(foundOf<IsolatedSearch>(pair, "--distance 0.29"), 2U);
+  EXPECT_EQ(foundOf<IsolatedSearch>(pair, "--distance 0.28"), 4U);
+}
 
 TEST(IsolatedSearch, HasDefaultsAndTakesOptions) {
   EXPECT_EQ(settled<IsolatedSearch>(""), (Json{{"distance", 5.0}, {"neighbours", 1}, {"to", 7}}));
