@@ -91,6 +91,7 @@ class CCandidatos {
       CVecindario::CIndice indice;
     };
     std::vector<CElegido> elegidos;
+    elegidos.reserve(Cuantos() + 1);  // with the one that may be left over: growing would take half as much again
     std::vector<CVecindario::CPunto> const& puntos = vecindario.Puntos();
     for (CVecindario::CIndice i = 0; i < puntos.size(); ++i) {
       if (marcas[static_cast<std::size_t>(puntos[i].num) - 1]) elegidos.push_back({puntos[i].clave, i});
