@@ -7,10 +7,7 @@
 #include "platform/Ficheros.h"
 #include "platform/Inicializacion.h"
 #include "platform/Sistema.h"
-
-CObject::~CObject() = default;
-
-CCmdTarget::~CCmdTarget() = default;
+#include "platform/Ventanas.h"
 
 CWinThread::~CWinThread() = default;
 
@@ -74,6 +71,10 @@ CWinApp::~CWinApp() {
 bool CWinApp::InitInstance() { return true; }
 
 int CWinApp::DoMessageBox(wchar_t const*, unsigned, unsigned) { return 1; }
+
+bool CWinApp::HtmlHelp(std::uintptr_t dato, unsigned orden) {
+  return !m_pszHelpFilePath.IsEmpty() && sistema::AbreAyuda(m_pszHelpFilePath, dato, orden);
+}
 
 CString CWinApp::TextoMensaje(unsigned id) const {
   return anterior_ == nullptr ? CString() : anterior_->TextoMensaje(id);

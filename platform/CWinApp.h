@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "platform/CString.h"
 #include "platform/CWinThread.h"
 
@@ -20,6 +22,10 @@ class URDIMBRE_API CWinApp : public CWinThread {
 
   /// Shows a text and returns the answer. This one drops the text and answers 1 (accepted); programs override it.
   virtual int DoMessageBox(wchar_t const* texto, unsigned tipo, unsigned id);
+
+  /// Shows the program's help: at a place with the number `dato` for the command 15. This one opens the file
+  /// m_pszHelpFilePath, and answers false where that is empty or the system has nothing that shows such files.
+  virtual bool HtmlHelp(std::uintptr_t dato, unsigned orden = 0x000F);
 
   /// Text of a message. This one asks the application that it replaced; empty when there is none.
   [[nodiscard]] virtual CString TextoMensaje(unsigned id) const;
@@ -51,7 +57,8 @@ class URDIMBRE_API CWinApp : public CWinThread {
   void PonProcesadores(unsigned cuantos) { procesadores_ = cuantos; }
   [[nodiscard]] unsigned Procesadores() const;
 
-  CString m_pszAppName;  ///< Name of the program, and of its profile.
+  CString m_pszAppName;       ///< Name of the program, and of its profile.
+  CString m_pszHelpFilePath;  ///< The help file (.chm); empty, as at first, for none.
 
  private:
   CWinApp* anterior_;
