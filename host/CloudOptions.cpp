@@ -78,9 +78,9 @@ void addBorderOption(CLI::App& verb, CloudOptions& o) {
 
 void requireNoCloudOptions(CLI::App const& verb, CloudOptions const& options, std::string const& kind,
                            std::initializer_list<std::string_view> allowed) {
-  for (char const* name : {"--z", "--class", "--exclude-class", "--bounds", "--precision", "--order", "--border",
-                           "--columns", "--resolution", "--partial", "--code-field", "--code", "--without-z",
-                           "--a-srs"}) {
+  for (char const* name :
+       {"--z", "--class", "--exclude-class", "--bounds", "--precision", "--order", "--border", "--columns",
+        "--resolution", "--partial", "--code-field", "--code", "--without-z", "--a-srs"}) {
     if (std::find(allowed.begin(), allowed.end(), name) != allowed.end()) continue;
     CLI::Option const* option = verb.get_option_no_throw(name);
     if (option != nullptr && option->count() != 0) {

@@ -61,7 +61,8 @@ void requireNoCloudOptions(CLI::App const& verb, CloudOptions const& options, st
 /// The table of the classes whose answer is true.
 [[nodiscard]] CDigiTab classTable(std::array<bool, 256> const& classes);
 
-/// What a drawing keeps beside its points: their colours; nothing where all are black, as they are where a file has none.
+/// What a drawing keeps beside its points: their colours; nothing where all are black, as they are where a file has
+/// none.
 [[nodiscard]] std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours);
 
 /// What was loaded as a drawing: lines and points of vector files as they came, and behind them the cloud as one point

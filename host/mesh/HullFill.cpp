@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/mesh/BareDelaunay.h"
+#include "host/mesh/FanOrder.h"
 #include "host/mesh/SpaceGeometry.h"
 
 namespace Meseta47::host {
@@ -46,12 +47,25 @@ bool HullFill::isWall(Face face) const {
   return std::binary_search(walls_.begin(), walls_.end(), face);
 }
 
+void HullFill::orderByWalls(std::vector<CCoor3D<int>> const& points) {
+  std::vector<std::array<std::uint32_t, 3>> walls(walls_.size());
+  const auto placeOf = [this](std::int32_t n) {
+    return static_cast<std::uint32_t>(std::lower_bound(numbers_.begin(), numbers_.end(), n) - numbers_.begin());
+  };
+  for (std::size_t i = 0; i < walls.size(); ++i) {
+    std::transform(walls_[i].begin(), walls_[i].end(), walls[i].begin(), placeOf);
+  }
+  std::vector<std::int32_t> turns;
+  turns.reserve(numbers_.size());
+  for (const std::uint32_t place : fanOrder(points, walls)) turns.push_back(numbers_[place]);
+  numbers_ = std::move(turns);
+}
+
 //      hull  ___________        From each endless cell inward, through every face that is no wall: what is met lies
 //           \  missing /        between the hull and the mesh.
 //     walls  \__/\____/
 //             kept
 void HullFill::fill(std::vector<CCoor3D<int>> points) {
-  dropInnerWalls();
   const BareDelaunay mesh(std::move(points));
   auto const& at = mesh.points();
   auto const& cells = mesh.cells();

@@ -26,10 +26,18 @@ class HullFill {
   template <class VertexOf>
   void fill(VertexOf const& vertexOf) {
     sortNumbers();
-    std::vector<CCoor3D<int>> points;
-    points.reserve(numbers_.size());
-    for (const std::int32_t n : numbers_) points.push_back(vertexOf(n));
-    fill(std::move(points));
+    dropInnerWalls();
+    fill(pointsOf(vertexOf));
+  }
+  /// The same where numbers tell nothing of turns, as in a mesh that is kept: an order is found in which the points
+  /// would have cut the figures on circles between the mesh and the frame as they are cut. There is one for what a run
+  /// made. Where points have been taken out since, there may be none, and the gap is then not filled to the last unit.
+  template <class VertexOf>
+  void fillInAnyOrder(VertexOf const& vertexOf) {
+    sortNumbers();
+    dropInnerWalls();
+    orderByWalls(pointsOf(vertexOf));
+    fill(pointsOf(vertexOf));
   }
 
   /// The missing tetrahedra and the faces of the convex hull, by the numbers of their points, the right way round.
@@ -42,12 +50,20 @@ class HullFill {
  private:
   using Face = std::array<std::int32_t, 3>;
 
+  template <class VertexOf>
+  [[nodiscard]] std::vector<CCoor3D<int>> pointsOf(VertexOf const& vertexOf) const {
+    std::vector<CCoor3D<int>> points;
+    points.reserve(numbers_.size());
+    for (const std::int32_t n : numbers_) points.push_back(vertexOf(n));
+    return points;
+  }
   void sortNumbers();
+  void orderByWalls(std::vector<CCoor3D<int>> const& points);
   void fill(std::vector<CCoor3D<int>> points);
   void dropInnerWalls();
   [[nodiscard]] bool isWall(Face face) const;
 
-  std::vector<std::int32_t> numbers_;  // of points that see the frame, ascending in the end
+  std::vector<std::int32_t> numbers_;  // of points that see the frame, in the end by their turns
   std::vector<Face> walls_;            // of the mesh towards the frame, ascending, each with ascending numbers
   std::vector<std::array<std::int32_t, 4>> tetrahedra_;
   std::vector<Face> hull_;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <utility>
+
+#include "host/mesh/Pieces.h"
 
 namespace Meseta47::host {
 
@@ -40,20 +42,6 @@ void forEachSide(std::vector<Side> const& sides, F const& f) {
     f(sides.begin() + static_cast<std::ptrdiff_t>(i), sides.begin() + static_cast<std::ptrdiff_t>(j));
   }
 }
-
-/// Sets of things that hang together.
-class Pieces {
- public:
-  explicit Pieces(std::size_t count) : above_(count) { std::iota(above_.begin(), above_.end(), 0U); }
-  std::uint32_t of(std::uint32_t i) {
-    while (above_[i] != i) i = above_[i] = above_[above_[i]];
-    return i;
-  }
-  void join(std::uint32_t a, std::uint32_t b) { above_[of(a)] = of(b); }
-
- private:
-  std::vector<std::uint32_t> above_;
-};
 
 struct Vector {
   double x, y, z;
@@ -129,32 +117,82 @@ class Turning {
   std::vector<bool> seen_;
 };
 
-}  // namespace
-
-SpaceSurface surfaceInSpace(CTIN const& tin) {
+/// Vertices that faces use come together in their order, and the faces are turned. `pointAt` gives the point at a place
+/// that `faces` name.
+template <class PointAt>
+SpaceSurface surfaceOf(CDataSemilla const& seed, std::size_t places, std::vector<Face> faces, PointAt const& pointAt) {
   SpaceSurface surface;
-  surface.seed = tin.semilla;
-  std::vector<std::uint32_t> placeOf(tin.puntos.size(), 0);
-  const auto count = static_cast<std::uint32_t>(tin.Cantidad());
-  for (std::uint32_t i = 0; i < count; ++i) {
-    for (const std::uint32_t v : tin.Vertices(i)) placeOf[v] = 1;
+  surface.seed = seed;
+  std::vector<std::uint32_t> placeOf(places, 0);
+  for (Face const& f : faces) {
+    for (const std::uint32_t v : f) placeOf[v] = 1;
   }
   bool coloured = false;
-  for (std::uint32_t i = 0; i < placeOf.size(); ++i) {
+  for (std::uint32_t i = 0; i < places; ++i) {
     if (placeOf[i] == 0) continue;
-    CPuntoTIN const& p = *tin.Punto(i);
+    CPuntoTIN const& p = pointAt(i);
     placeOf[i] = static_cast<std::uint32_t>(surface.vertices.size());
     surface.vertices.emplace_back(p);
     surface.colours.push_back({p.aero.rojo, p.aero.verde, p.aero.azul});
     coloured = coloured || (p.aero.rojo | p.aero.verde | p.aero.azul) != 0;
   }
   if (!coloured) surface.colours.clear();
-  for (std::uint32_t i = 0; i < count; ++i) {
-    auto const& t = tin.Vertices(i);
-    surface.faces.push_back({placeOf[t[0]], placeOf[t[1]], placeOf[t[2]]});
+  for (Face& f : faces) {
+    for (std::uint32_t& v : f) v = placeOf[v];
+    std::sort(f.begin(), f.end());
   }
+  std::sort(faces.begin(), faces.end());
+  surface.faces = std::move(faces);
   Turning(surface).run();
   return surface;
+}
+
+/// Which sides of a tetrahedron are long, in the order 12, 13, 14, 23, 24, 34 of its four numbers.
+std::array<bool, 6> longSides(CTriangulacion3D& mesh, CTriangulacion3D::CCuatro const& t, double limit2) {
+  std::array<bool, 6> isLong{};
+  for (unsigned i = 0, side = 0; i < 4; ++i) {
+    for (unsigned j = i + 1; j < 4; ++j, ++side) {
+      isLong[side] = t[i] < 0 || t[j] < 0;
+      if (isLong[side]) continue;
+      const Vector d =
+          between(*mesh.Punto(static_cast<unsigned>(t[i] - 1)), *mesh.Punto(static_cast<unsigned>(t[j] - 1)));
+      isLong[side] = d.x * d.x + d.y * d.y + d.z * d.z > limit2;
+    }
+  }
+  return isLong;
+}
+
+}  // namespace
+
+SpaceSurface surfaceInSpace(CTIN const& tin) {
+  std::vector<Face> faces(tin.Cantidad());
+  for (std::uint32_t i = 0; i < faces.size(); ++i) faces[i] = tin.Vertices(i);
+  return surfaceOf(tin.semilla, tin.puntos.size(), std::move(faces),
+                   [&tin](std::uint32_t i) -> CPuntoTIN const& { return *tin.Punto(i); });
+}
+
+SpaceSurface surfaceInSpace(CTriangulacion3D& mesh, double maxSide, Steps const& step) {
+  constexpr unsigned kCorner[4][3] = {{0, 1, 2}, {0, 1, 3}, {0, 2, 3}, {1, 2, 3}};
+  constexpr unsigned kSide[4][3] = {{0, 1, 3}, {0, 2, 4}, {1, 2, 5}, {3, 4, 5}};
+  constexpr std::uint64_t kPerStep = 1 << 16;
+  const double limit = maxSide * mesh.Precision();
+  std::vector<Face> faces;
+  std::uint64_t seen = 0;
+  mesh.RecorreMalla([&](CTriangulacion3D::CCuatro const& t) {
+    if (seen++ % kPerStep == 0) step(seen, mesh.CantidadTetraedros());
+    if (std::count_if(t.begin(), t.end(), [](std::int32_t n) { return n < 0; }) > 1) return;
+    const std::array<bool, 6> isLong = longSides(mesh, t, limit * limit);
+    if (std::none_of(isLong.begin(), isLong.end(), [](bool l) { return l; })) return;
+    for (unsigned f = 0; f < 4; ++f) {
+      if (isLong[kSide[f][0]] || isLong[kSide[f][1]] || isLong[kSide[f][2]]) continue;
+      const auto vertex = [&](unsigned i) { return static_cast<std::uint32_t>(t[kCorner[f][i]] - 1); };
+      faces.push_back({vertex(0), vertex(1), vertex(2)});
+    }
+  });
+  std::sort(faces.begin(), faces.end());
+  faces.erase(std::unique(faces.begin(), faces.end()), faces.end());
+  return surfaceOf(mesh.Semilla(), mesh.CantidadPuntos(), std::move(faces),
+                   [&mesh](std::uint32_t i) -> CPuntoTIN const& { return *mesh.Punto(i); });
 }
 
 SurfaceCounts countsOf(SpaceSurface const& surface) {

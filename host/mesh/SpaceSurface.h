@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "host/OutputFile.h"
+#include "host/Steps.h"
 #include "model/terrain/CTIN.h"
+#include "tetrahedral/CTriangulacion3D.h"
 
 namespace Meseta47::host {
 
@@ -40,6 +42,10 @@ struct SurfaceCounts {
 /// The faces of a sorted model, over the vertices that they use. They come to run alike wherever two meet: a closed
 /// piece is seen counter-clockwise from outside, another one from above.
 [[nodiscard]] SpaceSurface surfaceInSpace(CTIN const& tin);
+/// The same of a kept mesh: the faces that a run with this longest side, in units of the input, gives of its points. A
+/// tetrahedron gives those of its faces that no longer side bounds, if it has a longer side elsewhere; sides to the
+/// frame count as longer. Throws Cancelled.
+[[nodiscard]] SpaceSurface surfaceInSpace(CTriangulacion3D& mesh, double maxSide, Steps const& step);
 [[nodiscard]] SurfaceCounts countsOf(SpaceSurface const& surface);
 
 /// Writes .ply, .obj, .stl or .gltf; what stands in them is told in docs/formats.md. The first throws UsageError for

@@ -37,7 +37,8 @@ void walk(CFile& file, std::function<void(std::array<std::int32_t, 4> const&)> c
 
 SpilledMesh::SpilledMesh(CFile& file, CDibujo<int>& drawing, std::uint32_t numbers, HostApp& app)
     : forEachRecord_([&file](Take const& take) { walk(file, take); }),
-      amiss_("this is a fault of the program; please report it with the input") {
+      amiss_("this is a fault of the program; please report it with the input"),
+      inTurn_(true) {
   mesh_.seed = drawing.semilla;
   takePoints(drawing, numbers);
   build(file.GetLength() / sizeof(Record), app);
@@ -54,7 +55,12 @@ SpilledMesh::SpilledMesh(CTriangulacion3D& kept, std::string const& name, HostAp
 
 void SpilledMesh::build(std::uint64_t records, HostApp& app) {
   readOnce(records, app);
-  fill_.fill([this](std::int32_t number) { return pointOf(number); });
+  const auto point = [this](std::int32_t number) { return pointOf(number); };
+  if (inTurn_) {
+    fill_.fill(point);
+  } else {
+    fill_.fillInAnyOrder(point);
+  }
   requireFullHull();
   numberVertices();
   mesh_.tetrahedra = kept_ + filled();

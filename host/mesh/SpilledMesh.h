@@ -53,7 +53,8 @@ class SpilledMesh {
   [[nodiscard]] Tetrahedron upright(Record const& record) const;
 
   std::function<void(Take const&)> forEachRecord_;
-  std::string amiss_;  // what it means that the hull is not filled
+  std::string amiss_;    // what it means that the hull is not filled
+  bool inTurn_ = false;  // numbers tell the order in which points went in
   SpaceMesh mesh_;
   std::vector<std::uint32_t> vertexOf_;  // of each number: its place in mesh_.vertices
   std::vector<bool> used_;               // numbers that are in the mesh

@@ -1,5 +1,4 @@
 // urdimbre surface: clouds in, their surface in space out.
-#include <cmath>
 #include <fmt/format.h>
 
 #include "host/Failure.h"
@@ -11,7 +10,6 @@
 #include "host/mesh/SpaceSurface.h"
 #include "host/mesh/Tin3d.h"
 #include "host/verbs/Verbs.h"
-#include "model/geometry/Redondeo.h"
 #include "platform/Proceso.h"
 #include "tetrahedral/CMedidasDeRun3D.h"
 
@@ -30,9 +28,9 @@ void tell(Summary& summary, SurfaceCounts const& c, bool coloured, std::string c
   const auto n = [](std::uint64_t value) { return withThousands(value); };
   summary.headline(fmt::format("{}: {} faces over {} vertices{}, an area of {:.6g}", output, n(c.faces), n(c.vertices),
                                coloured ? ", in colour" : "", c.area));
-  summary.line("pieces", fmt::format("{}, with {} {} of {} sides; at {} sides three faces and more meet",
-                                     n(c.components), n(c.borders), c.borders == 1 ? "border" : "borders",
-                                     n(c.borderSides), n(c.branchSides)));
+  summary.line("pieces",
+               fmt::format("{}, with {} {} of {} sides; at {} sides three faces and more meet", n(c.components),
+                           n(c.borders), c.borders == 1 ? "border" : "borders", n(c.borderSides), n(c.branchSides)));
   summary.fact("faces", c.faces);
   summary.fact("vertices", c.vertices);
   summary.fact("components", c.components);
@@ -46,15 +44,12 @@ void tell(Summary& summary, SurfaceCounts const& c, bool coloured, std::string c
 /// Of a mesh that was made before.
 SpaceSurface surfaceOfMesh(SurfaceOptions const& options, Summary& summary, HostApp& app) {
   requireNoCloudOptions(*options.verb, options.cloud, "mesh", {"--precision"});
-  const Tin3d read = summary.seconds.timed(
-      "read", [&] { return readTin3d(options.cloud.inputs[0], options.cloud.precision, app); });
+  const Tin3d read =
+      summary.seconds.timed("read", [&] { return readTin3d(options.cloud.inputs[0], options.cloud.precision, app); });
   summary.readPoints(read.mesh->CantidadPuntos());
-  CTIN tin(0, 0, read.mesh->Semilla());
-  // The library counts sides of that very length as long; here they are short, as in a run.
-  const double limit = std::floor(options.maxSide * read.mesh->Precision()) + 1;
+  app.phase("Choosing faces");
   return summary.seconds.timed("surface", [&] {
-    requireDone(read.mesh->GenerarMDT(tin, Trunca(limit)), options.cloud.what());
-    return surfaceInSpace(tin);
+    return surfaceInSpace(*read.mesh, options.maxSide, [&app](auto done, auto all) { app.step(done, all); });
   });
 }
 
@@ -85,8 +80,8 @@ void runSurface(SurfaceOptions const& options, CommonOptions const& common, Host
   GuardaMemoriaLibre();
   requireSurfaceFormat(options.output);
   requireOutputs({options.output}, options.cloud.inputs);
-  const SpaceSurface surface = isMeshAlone(options.cloud.inputs) ? surfaceOfMesh(options, summary, app)
-                                                                 : surfaceOfClouds(options, summary, app);
+  const SpaceSurface surface =
+      isMeshAlone(options.cloud.inputs) ? surfaceOfMesh(options, summary, app) : surfaceOfClouds(options, summary, app);
   if (surface.faces.empty()) {
     throw Failure(fmt::format(
         "{}: with --max-side {:g} nothing is surface: every side is longer, give more; or every side is shorter and "

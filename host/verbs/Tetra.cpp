@@ -162,8 +162,8 @@ void meshClouds(TetraOptions const& options, Summary& summary, HostApp& app) {
 /// A mesh that was made before, into another form.
 void convertMesh(TetraOptions const& options, Summary& summary, HostApp& app) {
   requireNoCloudOptions(*options.verb, options.cloud, "mesh", {"--precision"});
-  const Tin3d tin3d = summary.seconds.timed(
-      "read", [&] { return readTin3d(options.cloud.inputs[0], options.cloud.precision, app); });
+  const Tin3d tin3d =
+      summary.seconds.timed("read", [&] { return readTin3d(options.cloud.inputs[0], options.cloud.precision, app); });
   std::uint64_t removed = 0;
   if (options.removes()) {
     removed = summary.seconds.timed("remove", [&] { return removeAsked(*tin3d.mesh, options, summary, app); });

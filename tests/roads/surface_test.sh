@@ -29,12 +29,16 @@ pass
 "$urdimbre" --quiet tetra boxes.txt -o boxes.tin3d
 "$urdimbre" --json surface boxes.tin3d -o mesh.ply --max-side 3 >mesh.json 2>/dev/null
 expect "components of the mesh's" "$(number components mesh.json)" 2
+expect "the mesh's bytes" "$(cmp mesh.ply boxes.ply && echo same)" same
 
 # colours
 "$urdimbre" --quiet generate scan.las --points 20000 --seed 3
 "$urdimbre" --json surface scan.las -o scan.ply --max-side 6 >scan.json 2>/dev/null
 expect "colours" "$(grep -c '"coloured": true' scan.json)" 1
 expect "colours in PLY" "$(grep -ac '^property uchar red$' scan.ply)" 1
+"$urdimbre" --quiet tetra scan.las -o scan.tin3d
+"$urdimbre" --quiet surface scan.tin3d -o again.ply --max-side 6
+expect "bytes and colours of the mesh's" "$(cmp scan.ply again.ply && echo same)" same
 "$urdimbre" --quiet surface scan.las -o scan.gltf --max-side 6
 expect "colours in glTF" "$(grep -c COLOR_0 scan.gltf)" 1
 

@@ -40,14 +40,14 @@ expect "warnings" "$(grep -c warning stderr)" 0
 pass
 
 # points taken out: what is left proves, and is the mesh of the other points
-"$urdimbre" --json tetra m.tin3d --remove-class 5 -o without.tin3d >without.json 2>/dev/null
+"$urdimbre" --json tetra m.tin3d --remove-class 6 -o without.tin3d >without.json 2>/dev/null
 [ "$(number removed without.json)" -gt 100 ] || fail "without.json: $(cat without.json)"
 "$urdimbre" --quiet check without.tin3d
 expect "vertices left" "$(number vertices without.json)" "$(($(number vertices m.json) - $(number removed without.json)))"
 "$urdimbre" --quiet tetra without.tin3d -o without.vtu
 "$urdimbre" --quiet check --whole without.vtu
 "$urdimbre" --json check without.vtu 2>/dev/null | sed 2d >left.json
-"$urdimbre" --quiet tetra scan.las --remove-class 5 -o direct.vtu
+"$urdimbre" --quiet tetra scan.las --remove-class 6 -o direct.vtu
 expect "without a file between" "$("$urdimbre" --json check direct.vtu 2>/dev/null | sed 2d)" "$(cat left.json)"
 printf '0 0 0\n10 0 0\n0 10 0\n0 0 10\n9 9 9\n4 4 3\n' >six.txt
 printf '4 4 3\n' >one.txt
