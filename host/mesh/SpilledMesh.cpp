@@ -21,6 +21,11 @@ constexpr std::size_t kBlock = 4096;  // records read and handed out at a time
                             file.Error(L"what the run wrote to the temporary folder").Utf8()));
 }
 
+/// Whether a tetrahedron has no corner of the frame.
+bool isInside(std::array<std::int32_t, 4> const& record) {
+  return std::all_of(record.begin(), record.end(), [](std::int32_t n) { return n > 0; });
+}
+
 void walk(CFile& file, std::function<void(std::array<std::int32_t, 4> const&)> const& take) {
   file.Seek(0, CFile::begin);
   std::vector<std::array<std::int32_t, 4>> block(kBlock);
@@ -55,13 +60,7 @@ SpilledMesh::SpilledMesh(CTriangulacion3D& kept, std::string const& name, HostAp
 
 void SpilledMesh::build(std::uint64_t records, HostApp& app) {
   readOnce(records, app);
-  const auto point = [this](std::int32_t number) { return pointOf(number); };
-  if (inTurn_) {
-    fill_.fill(point);
-  } else {
-    fill_.fillInAnyOrder(point);
-  }
-  requireFullHull();
+  fillHull();
   numberVertices();
   mesh_.tetrahedra = kept_ + filled();
   mesh_.forEachBlock = [this](SpaceMesh::Blocks const& take) {
@@ -74,8 +73,10 @@ void SpilledMesh::build(std::uint64_t records, HostApp& app) {
       block.push_back(upright(record));
       if (block.size() == kBlock) handOut();
     };
+    std::uint64_t at = 0;
     forEachRecord_([&](Record const& record) {
-      if (std::all_of(record.begin(), record.end(), [](std::int32_t n) { return n > 0; })) add(record);
+      if (isInside(record) && !taken_[at]) add(record);
+      ++at;
     });
     for (Record const& record : fill_.tetrahedra()) add(record);
     if (!block.empty()) handOut();
@@ -101,6 +102,13 @@ void SpilledMesh::take(CCoor3D<int> const& p) {
   mesh_.vertices.at(static_cast<std::size_t>(p.num)) = {p.x, p.y, p.z, p.intensidad, p.clasificacion};
 }
 
+/// Six times the volume, above 0.
+Entero128 SpilledMesh::volumeOf(Record const& record) const {
+  const auto at = [&](std::size_t i) { return pointOf(record[i]); };
+  const Entero128 volume = sixVolumes(at(0), at(1), at(2), at(3));
+  return volume.Signo() < 0 ? Entero128(0) - volume : volume;
+}
+
 CCoor3D<int> SpilledMesh::pointOf(std::int32_t number) const {
   ScaledPoint const& p = mesh_.vertices[static_cast<std::size_t>(number)];
   return {p.x, p.y, p.z, number};
@@ -108,6 +116,7 @@ CCoor3D<int> SpilledMesh::pointOf(std::int32_t number) const {
 
 void SpilledMesh::readOnce(std::uint64_t all, HostApp& app) {
   used_.resize(mesh_.vertices.size());
+  taken_.resize(all);
   std::uint64_t done = 0;
   forEachRecord_([&](Record const& record) {
     bool framed = false;
@@ -118,21 +127,51 @@ void SpilledMesh::readOnce(std::uint64_t all, HostApp& app) {
     if (framed) {
       fill_.addFramed(record);
     } else {
-      const auto at = [&](std::size_t i) { return pointOf(record[i]); };
-      const Entero128 volume = sixVolumes(at(0), at(1), at(2), at(3));
-      keptVolume_ = volume.Signo() < 0 ? keptVolume_ - volume : keptVolume_ + volume;
+      keptVolume_ = keptVolume_ + volumeOf(record);
       ++kept_;
     }
     if (++done % kBlock == 0) app.step(done, all);
   });
 }
 
+Entero128 SpilledMesh::missingVolume() const { return fill_.hullVolume() - keptVolume_ - fill_.filledVolume(); }
+
 /// Tetrahedra that fill the hull to the last unit, all of them upright, are its mesh.
-void SpilledMesh::requireFullHull() const {
-  const Entero128 missing = fill_.hullVolume() - keptVolume_ - fill_.filledVolume();
-  if (missing.Signo() == 0) return;
-  throw Failure(fmt::format("the tetrahedra miss the convex hull by {:.3g} % of its volume: {}",
-                            100 * missing.Valor() / fill_.hullVolume().Valor(), amiss_));
+void SpilledMesh::fillHull() {
+  const auto point = [this](std::int32_t number) { return pointOf(number); };
+  for (;;) {
+    if (inTurn_) {
+      fill_.fill(point);
+    } else {
+      fill_.fillInAnyOrder(point);
+    }
+    if (missingVolume().Signo() == 0) return;
+    if (!inTurn_ && takeBack(fill_.unmetWalls())) continue;
+    throw Failure(fmt::format("the tetrahedra miss the convex hull by {:.3g} % of its volume: {}",
+                              100 * missingVolume().Valor() / fill_.hullVolume().Valor(), amiss_));
+  }
+}
+
+/// Leaves what stands behind these faces to the filling. False when nothing does.
+bool SpilledMesh::takeBack(std::vector<std::array<std::int32_t, 3>> const& walls) {
+  if (walls.empty()) return false;
+  bool any = false;
+  std::uint64_t at = 0;
+  forEachRecord_([&](Record const& record) {
+    const std::uint64_t place = at++;
+    if (!isInside(record) || taken_[place]) return;
+    auto const& [a, b, c, d] = record;
+    const std::array<std::array<std::int32_t, 3>, 4> faces{{{a, b, c}, {a, b, d}, {a, c, d}, {b, c, d}}};
+    if (std::none_of(faces.begin(), faces.end(),
+                     [&](auto const& face) { return std::binary_search(walls.begin(), walls.end(), face); })) {
+      return;
+    }
+    taken_[place] = any = true;
+    keptVolume_ = keptVolume_ - volumeOf(record);
+    --kept_;
+    fill_.addKept(record);
+  });
+  return any;
 }
 
 /// Brings the vertices together that are in the mesh, in the order of their numbers.

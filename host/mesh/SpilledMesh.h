@@ -48,7 +48,10 @@ class SpilledMesh {
   void build(std::uint64_t records, HostApp& app);
   void readOnce(std::uint64_t records, HostApp& app);
   void numberVertices();
-  void requireFullHull() const;
+  [[nodiscard]] Entero128 missingVolume() const;
+  [[nodiscard]] bool takeBack(std::vector<std::array<std::int32_t, 3>> const& walls);
+  void fillHull();
+  [[nodiscard]] Entero128 volumeOf(Record const& record) const;
   [[nodiscard]] CCoor3D<int> pointOf(std::int32_t number) const;
   [[nodiscard]] Tetrahedron upright(Record const& record) const;
 
@@ -58,6 +61,7 @@ class SpilledMesh {
   SpaceMesh mesh_;
   std::vector<std::uint32_t> vertexOf_;  // of each number: its place in mesh_.vertices
   std::vector<bool> used_;               // numbers that are in the mesh
+  std::vector<bool> taken_;              // records that were there and are filled anew
   std::uint64_t kept_ = 0;
   Entero128 keptVolume_{0};
   HullFill fill_;
