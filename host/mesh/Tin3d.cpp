@@ -73,8 +73,9 @@ void writeTin3d(CTriangulacion3D& mesh, std::string const& output, int version) 
 
 ExactSpaceMesh framedMesh(CTriangulacion3D& kept) {
   ExactSpaceMesh mesh;
-  mesh.precision = kept.Semilla().precision;
-  std::copy(std::begin(kept.Semilla().origen), std::end(kept.Semilla().origen), mesh.origin.begin());
+  CDataSemilla const& seed = kept.Semilla();
+  mesh.precision = static_cast<int>(seed.precision);
+  std::copy(std::begin(seed.origen), std::end(seed.origen), mesh.origin.begin());
   constexpr std::int32_t kCorners = 8;
   constexpr std::uint32_t kUnused = ~0U;
   std::vector<std::uint32_t> vertexOf(kCorners + std::size_t{kept.CantidadPuntos()}, kUnused);
