@@ -1,9 +1,11 @@
 #include "host/CloudOptions.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <limits>
 #include <utility>
 
+#include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/Inputs.h"
 
@@ -74,6 +76,19 @@ void addBorderOption(CLI::App& verb, CloudOptions& o) {
       ->check(CLI::IsMember({"hull", "frame"}));
 }
 
+void requireNoCloudOptions(CLI::App const& verb, CloudOptions const& options, std::string const& kind,
+                           std::initializer_list<std::string_view> allowed) {
+  for (char const* name :
+       {"--z", "--class", "--exclude-class", "--bounds", "--precision", "--order", "--border", "--columns",
+        "--resolution", "--partial", "--code-field", "--code", "--without-z", "--a-srs"}) {
+    if (std::find(allowed.begin(), allowed.end(), name) != allowed.end()) continue;
+    CLI::Option const* option = verb.get_option_no_throw(name);
+    if (option != nullptr && option->count() != 0) {
+      throw UsageError(fmt::format("{}: {} is for clouds, and this is a {}", options.inputs[0], name, kind));
+    }
+  }
+}
+
 namespace {
 
 /// Vertices of survey lines are wanted whatever classes of the cloud are: they get the first that is let in.
@@ -134,10 +149,8 @@ CDigiTab classTable(std::array<bool, 256> const& classes) {
   return table;
 }
 
-namespace {
-
-/// What a drawing keeps beside the points: colours, or nothing at all.
 std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours) {
+  if (std::all_of(colours.begin(), colours.end(), [](Rgb8 const& c) { return c == Rgb8{}; })) return {};
   std::vector<tipoAero3> data(colours.size());
   for (std::size_t i = 0; i < colours.size(); ++i) {
     data[i].rojo = colours[i][0];
@@ -146,8 +159,6 @@ std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours) {
   }
   return data;
 }
-
-}  // namespace
 
 CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app) {
   CSetPuntos<int> set(L"CLOUD");

@@ -2,13 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/LoadedCloud.h"
 #include "model/drawing/CDibujo.h"
 #include "model/drawing/CDigiTab.h"
+#include "model/drawing/tipoAero3.h"
 #include "model/terrain/CDataTriangulacion.h"
 
 namespace Meseta47::host {
@@ -46,12 +49,21 @@ void addBorderOption(CLI::App& verb, CloudOptions& options);
 /// Adds the option that says what the columns of text are.
 void addColumnsOption(CLI::App& verb, std::vector<std::string>& columns);
 
+/// Refuses what chooses among the points of a cloud, says how they are read or linked, beside a model or mesh (`kind`
+/// says which), which comes as it is; all but the options named. Throws UsageError.
+void requireNoCloudOptions(CLI::App const& verb, CloudOptions const& options, std::string const& kind,
+                           std::initializer_list<std::string_view> allowed);
+
 /// Throw UsageError for what can't be understood.
 [[nodiscard]] LoadOptions loadOptionsOf(CloudOptions const& options);
 [[nodiscard]] CDataTriangulacion filtersOf(CloudOptions const& options);
 
 /// The table of the classes whose answer is true.
 [[nodiscard]] CDigiTab classTable(std::array<bool, 256> const& classes);
+
+/// What a drawing keeps beside its points: their colours; nothing where all are black, as they are where a file has
+/// none.
+[[nodiscard]] std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours);
 
 /// What was loaded as a drawing: lines and points of vector files as they came, and behind them the cloud as one point
 /// set, along the Hilbert curve or in the order of the files. The loaded cloud is left without points and lines; its

@@ -93,6 +93,7 @@ void addOptions(CLI::App& program, CommonOptions& common) {
 void addVerbs(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addTin(program, common, chosen);
   addTetra(program, common, chosen);
+  addSurface(program, common, chosen);
   addRender(program, common, chosen);
   addClassify(program, common, chosen);
   addContour(program, common, chosen);

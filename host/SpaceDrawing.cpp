@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fmt/format.h>
 #include <limits>
+#include <utility>
 
 #include "host/Failure.h"
 #include "host/FileError.h"
@@ -51,6 +52,28 @@ void requireFrame(CDibujo<int> const& drawing, std::string const& what) {
                   what, drawing.semilla.precision, drawing.semilla.precision - fewer));
 }
 
+void add(CDibujo<int>& drawing, std::vector<CCoor3D<int>> points, std::vector<Rgb8> const& colours) {
+  if (points.empty()) return;
+  CSetPuntos<int> set(L"CLOUD");
+  set.Asigna(std::move(points), surveyData(colours));
+  drawing.Inserta(std::move(set));
+}
+
+/// The points that the filter lets through; their colours, where there are any, stay with them.
+std::vector<ScaledPoint> admitted(std::vector<ScaledPoint> points, std::vector<Rgb8>& colours,
+                                  CFiltroPuntos const& filter) {
+  const auto isOut = [&filter](ScaledPoint const& p) { return !filter.AdmitePunto(static_cast<CCoor3D<int>>(p)); };
+  if (!colours.empty()) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      if (!isOut(points[i])) colours[kept++] = colours[i];
+    }
+    colours.resize(kept);
+  }
+  std::erase_if(points, isOut);
+  return points;
+}
+
 }  // namespace
 
 CDibujo<int> spaceDrawingOf(LoadedCloud& cloud, CloudOptions const& options, HostApp& app) {
@@ -58,25 +81,23 @@ CDibujo<int> spaceDrawingOf(LoadedCloud& cloud, CloudOptions const& options, Hos
   drawing.tipoNube = 1;  // filters look at the class of each point
   const CDataTriangulacion filters = filtersOf(options);
   const CFiltroPuntos filter(filters, cloud.seed.Precision(), drawing);
-  const auto add = [&drawing](std::vector<CCoor3D<int>> points) {
-    if (points.empty()) return;
-    CSetPuntos<int> set(L"CLOUD");
-    set.CLinea<int>::Asigna(std::move(points));
-    drawing.Inserta(std::move(set));
-  };
   if (options.hilbert()) cloud.lines.Sort(7, true, -1);
   for (unsigned e = 0; e < cloud.lines.Cantidad(); ++e) {
     std::vector<CCoor3D<int>> points = cloud.lines[e].Puntos();
     std::erase_if(points, [&filter](CCoor3D<int> const& p) { return !filter.AdmitePunto(p); });
-    add(std::move(points));
+    add(drawing, std::move(points), {});
   }
   cloud.lines.Clear();
-  std::vector<ScaledPoint> points = std::move(cloud.points);
-  cloud.points = {};
-  std::erase_if(points, [&filter](ScaledPoint const& p) { return !filter.AdmitePunto(static_cast<CCoor3D<int>>(p)); });
+  std::vector<Rgb8> colours = std::exchange(cloud.colours, {});
+  const std::vector<ScaledPoint> points = admitted(std::exchange(cloud.points, {}), colours, filter);
   app.step(0, 1);
-  add(options.hilbert() ? inOrder<CCoor3D<int>>(points, spaceOrder(points))
-                        : std::vector<CCoor3D<int>>(points.begin(), points.end()));
+  if (options.hilbert()) {
+    const std::vector<std::uint32_t> order = spaceOrder(points);
+    if (!colours.empty()) applyOrder(colours, order);
+    add(drawing, inOrder<CCoor3D<int>>(points, order), colours);
+  } else {
+    add(drawing, {points.begin(), points.end()}, colours);
+  }
   app.step(1, 1);
   requireSpace(drawing, options.what());
   requireFrame(drawing, options.what());

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/mesh/BareDelaunay.h"
+#include "host/mesh/FanOrder.h"
 #include "host/mesh/SpaceGeometry.h"
 
 namespace Meseta47::host {
@@ -24,6 +25,11 @@ void HullFill::addFramed(std::array<std::int32_t, 4> const& t) {
   if (numbers_.size() > kEnough && numbers_.size() == numbers_.capacity()) sortNumbers();
 }
 
+void HullFill::addKept(std::array<std::int32_t, 4> const& t) {
+  numbers_.insert(numbers_.end(), t.begin(), t.end());
+  walls_.insert(walls_.end(), {{t[0], t[1], t[2]}, {t[0], t[1], t[3]}, {t[0], t[2], t[3]}, {t[1], t[2], t[3]}});
+}
+
 void HullFill::sortNumbers() {
   std::sort(numbers_.begin(), numbers_.end());
   numbers_.erase(std::unique(numbers_.begin(), numbers_.end()), numbers_.end());
@@ -41,9 +47,34 @@ void HullFill::dropInnerWalls() {
   walls_.erase(to, walls_.end());
 }
 
-bool HullFill::isWall(Face face) const {
+bool HullFill::meetsWall(Face face) {
   std::sort(face.begin(), face.end());
-  return std::binary_search(walls_.begin(), walls_.end(), face);
+  const auto wall = std::lower_bound(walls_.begin(), walls_.end(), face);
+  if (wall == walls_.end() || *wall != face) return false;
+  met_[static_cast<std::size_t>(wall - walls_.begin())] = true;
+  return true;
+}
+
+std::vector<std::array<std::int32_t, 3>> HullFill::unmetWalls() const {
+  std::vector<Face> unmet;
+  for (std::size_t i = 0; i < walls_.size(); ++i) {
+    if (!met_[i]) unmet.push_back(walls_[i]);
+  }
+  return unmet;
+}
+
+void HullFill::orderByWalls(std::vector<CCoor3D<int>> const& points) {
+  std::vector<std::array<std::uint32_t, 3>> walls(walls_.size());
+  const auto placeOf = [this](std::int32_t n) {
+    return static_cast<std::uint32_t>(std::lower_bound(numbers_.begin(), numbers_.end(), n) - numbers_.begin());
+  };
+  for (std::size_t i = 0; i < walls.size(); ++i) {
+    std::transform(walls_[i].begin(), walls_[i].end(), walls[i].begin(), placeOf);
+  }
+  std::vector<std::int32_t> turns;
+  turns.reserve(numbers_.size());
+  for (const std::uint32_t place : fanOrder(points, walls)) turns.push_back(numbers_[place]);
+  numbers_ = std::move(turns);
 }
 
 //      hull  ___________        From each endless cell inward, through every face that is no wall: what is met lies
@@ -51,7 +82,10 @@ bool HullFill::isWall(Face face) const {
 //     walls  \__/\____/
 //             kept
 void HullFill::fill(std::vector<CCoor3D<int>> points) {
-  dropInnerWalls();
+  met_.assign(walls_.size(), false);
+  tetrahedra_.clear();
+  hull_.clear();
+  hullVolume_ = filledVolume_ = Entero128(0);
   const BareDelaunay mesh(std::move(points));
   auto const& at = mesh.points();
   auto const& cells = mesh.cells();
@@ -71,7 +105,7 @@ void HullFill::fill(std::vector<CCoor3D<int>> points) {
   std::vector<std::uint32_t> ahead;
   const auto enter = [&](BareDelaunay::Cell const& from, unsigned corner) {
     const std::uint32_t to = from.n[corner];
-    if (met[to] || BareDelaunay::endlessCorner(cells[to]) < 4 || isWall(faceOf(from, corner))) return;
+    if (meetsWall(faceOf(from, corner)) || met[to] || BareDelaunay::endlessCorner(cells[to]) < 4) return;
     met[to] = true;
     ahead.push_back(to);
   };

@@ -21,20 +21,34 @@ class HullFill {
   /// 0. All of them are wanted.
   void addFramed(std::array<std::int32_t, 4> const& t);
 
+  /// A tetrahedron of the mesh that is to be filled anew: four numbers from 1, ascending.
+  void addKept(std::array<std::int32_t, 4> const& t);
+
   /// Fills the gap. `vertexOf` gives the point with a number; points that came later in the run have greater ones. Of
   /// the cost of linking the points that see the frame.
   template <class VertexOf>
   void fill(VertexOf const& vertexOf) {
     sortNumbers();
-    std::vector<CCoor3D<int>> points;
-    points.reserve(numbers_.size());
-    for (const std::int32_t n : numbers_) points.push_back(vertexOf(n));
-    fill(std::move(points));
+    dropInnerWalls();
+    fill(pointsOf(vertexOf));
+  }
+  /// The same where numbers tell nothing of turns, as in a mesh that is kept: an order is found in which the points
+  /// would have cut the figures on circles between the mesh and the frame as they are cut. Where there is none, or a
+  /// corner of the frame lies on a sphere of points, the filling may disagree with the mesh: `unmetWalls`. May be done
+  /// again once tetrahedra behind those have been added.
+  template <class VertexOf>
+  void fillInAnyOrder(VertexOf const& vertexOf) {
+    sortNumbers();
+    dropInnerWalls();
+    orderByWalls(pointsOf(vertexOf));
+    fill(pointsOf(vertexOf));
   }
 
   /// The missing tetrahedra and the faces of the convex hull, by the numbers of their points, the right way round.
   [[nodiscard]] std::vector<std::array<std::int32_t, 4>> const& tetrahedra() const { return tetrahedra_; }
   [[nodiscard]] std::vector<std::array<std::int32_t, 3>> const& hull() const { return hull_; }
+  /// Faces of the mesh towards the frame that the filling has not, ascending. None where it fits.
+  [[nodiscard]] std::vector<std::array<std::int32_t, 3>> unmetWalls() const;
   /// Six times the volumes of the convex hull and of the missing tetrahedra.
   [[nodiscard]] Entero128 hullVolume() const { return hullVolume_; }
   [[nodiscard]] Entero128 filledVolume() const { return filledVolume_; }
@@ -42,13 +56,22 @@ class HullFill {
  private:
   using Face = std::array<std::int32_t, 3>;
 
+  template <class VertexOf>
+  [[nodiscard]] std::vector<CCoor3D<int>> pointsOf(VertexOf const& vertexOf) const {
+    std::vector<CCoor3D<int>> points;
+    points.reserve(numbers_.size());
+    for (const std::int32_t n : numbers_) points.push_back(vertexOf(n));
+    return points;
+  }
   void sortNumbers();
+  void orderByWalls(std::vector<CCoor3D<int>> const& points);
   void fill(std::vector<CCoor3D<int>> points);
   void dropInnerWalls();
-  [[nodiscard]] bool isWall(Face face) const;
+  [[nodiscard]] bool meetsWall(Face face);
 
-  std::vector<std::int32_t> numbers_;  // of points that see the frame, ascending in the end
+  std::vector<std::int32_t> numbers_;  // of points that see the frame, in the end by their turns
   std::vector<Face> walls_;            // of the mesh towards the frame, ascending, each with ascending numbers
+  std::vector<bool> met_;              // of each wall
   std::vector<std::array<std::int32_t, 4>> tetrahedra_;
   std::vector<Face> hull_;
   Entero128 hullVolume_{0}, filledVolume_{0};

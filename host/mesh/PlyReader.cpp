@@ -194,35 +194,48 @@ class Elements {
     for (double i = 0; i < values; ++i) values_.next(property.type);
   }
 
+  /// Which number of a vertex a property is: 0 to 2 a coordinate, 3 to 5 a colour, 6 nothing of ours.
+  static std::size_t roleOf(PlyProperty const& property) {
+    constexpr std::string_view kNames[] = {"x", "y", "z", "red", "green", "blue"};
+    const auto role =
+        static_cast<std::size_t>(std::find(std::begin(kNames), std::end(kNames), property.name) - std::begin(kNames));
+    const bool fits = !property.countType && (role < 3 || property.type == PlyType::uint8);
+    return fits ? role : std::size(kNames);
+  }
+
   void readVertices(PlyElement const& element) {
-    constexpr std::size_t kElsewhere = 3;
-    std::vector<std::size_t> axes;
-    for (PlyProperty const& property : element.properties) {
-      const std::size_t axis =
-          property.name.size() == 1 && !property.countType ? std::string("xyz").find(property.name) : std::string::npos;
-      axes.push_back(std::min(axis, kElsewhere));
-    }
+    std::vector<std::size_t> roles;
+    for (PlyProperty const& property : element.properties) roles.push_back(roleOf(property));
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      if (std::count(axes.begin(), axes.end(), axis) != 1) {
+      if (std::count(roles.begin(), roles.end(), axis) != 1) {
         throw FileError(file_, fmt::format("its vertices have no {}: a surface needs x, y and z", "xyz"[axis]));
       }
     }
+    bool coloured = true;
+    for (std::size_t role = 3; role < 6; ++role) {
+      coloured = coloured && std::count(roles.begin(), roles.end(), role) == 1;
+    }
     surface_.vertices.reserve(surface_.vertices.size() + element.count);
     for (; index_ < element.count; ++index_) {
-      Surface::Vertex vertex{};
-      for (std::size_t i = 0; i < axes.size(); ++i) {
-        if (axes[i] == kElsewhere) {
-          skip(element.properties[i]);
+      std::array<double, 6> values{};
+      for (std::size_t i = 0; i < roles.size(); ++i) {
+        if (roles[i] < values.size()) {
+          values[roles[i]] = values_.next(element.properties[i].type);
         } else {
-          vertex[axes[i]] = values_.next(element.properties[i].type);
+          skip(element.properties[i]);
         }
       }
-      for (const double value : vertex) {
-        if (!(std::abs(value) <= kFarthestPlace)) {
-          fail(element, fmt::format("has the coordinate {:g}, which no place has: {}", value, kDamaged));
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        if (!(std::abs(values[axis]) <= kFarthestPlace)) {
+          fail(element, fmt::format("has the coordinate {:g}, which no place has: {}", values[axis], kDamaged));
         }
       }
-      surface_.vertices.push_back(vertex);
+      surface_.vertices.push_back({values[0], values[1], values[2]});
+      if (!coloured) continue;
+      const auto byte = [&](std::size_t role) {
+        return static_cast<std::uint8_t>(std::clamp(values[role], 0.0, 255.0));
+      };
+      surface_.colours.push_back({byte(3), byte(4), byte(5)});
     }
   }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,10 +13,14 @@
 
 class CFile;
 
+namespace Meseta47 {
+class CTriangulacion3D;
+}
+
 namespace Meseta47::host {
 
 /// The mesh of a run in space without the frame, up to the convex hull of the points: the tetrahedra that the run
-/// spilled, without those that touch the frame, and behind them what a frame so near kept from the mesh.
+/// spilled or kept, without those that touch the frame, and behind them what a frame so near kept from the mesh.
 class SpilledMesh {
  public:
   /// `file` holds records of four numbers of 32 bits, as a run in space leaves it; `drawing` the points with the
@@ -24,6 +29,8 @@ class SpilledMesh {
   /// Throws Failure when the disk fails or when the volumes of the tetrahedra are not, to the last unit, that of the
   /// convex hull; and Cancelled. Reads the file once; 21 bytes a point, and the cost of HullFill.
   SpilledMesh(CFile& file, CDibujo<int>& drawing, std::uint32_t numbers, HostApp& app);
+  /// The same of a mesh that is kept, or was read from the file `name`, which messages tell of. Must stay as well.
+  SpilledMesh(CTriangulacion3D& kept, std::string const& name, HostApp& app);
   SpilledMesh(SpilledMesh const&) = delete;
   SpilledMesh& operator=(SpilledMesh const&) = delete;
 
@@ -35,19 +42,26 @@ class SpilledMesh {
 
  private:
   using Record = std::array<std::int32_t, 4>;
-  template <class F>
-  void forEachRecord(F const& f) const;
+  using Take = std::function<void(Record const&)>;
   void takePoints(CDibujo<int>& drawing, std::uint32_t numbers);
-  void readOnce(HostApp& app);
+  void take(CCoor3D<int> const& point);
+  void build(std::uint64_t records, HostApp& app);
+  void readOnce(std::uint64_t records, HostApp& app);
   void numberVertices();
-  void requireFullHull() const;
+  [[nodiscard]] Entero128 missingVolume() const;
+  [[nodiscard]] bool takeBack(std::vector<std::array<std::int32_t, 3>> const& walls);
+  void fillHull();
+  [[nodiscard]] Entero128 volumeOf(Record const& record) const;
   [[nodiscard]] CCoor3D<int> pointOf(std::int32_t number) const;
   [[nodiscard]] Tetrahedron upright(Record const& record) const;
 
-  CFile& file_;
+  std::function<void(Take const&)> forEachRecord_;
+  std::string amiss_;    // what it means that the hull is not filled
+  bool inTurn_ = false;  // numbers tell the order in which points went in
   SpaceMesh mesh_;
   std::vector<std::uint32_t> vertexOf_;  // of each number: its place in mesh_.vertices
   std::vector<bool> used_;               // numbers that are in the mesh
+  std::vector<bool> taken_;              // records that were there and are filled anew
   std::uint64_t kept_ = 0;
   Entero128 keptVolume_{0};
   HullFill fill_;

@@ -102,8 +102,8 @@ SpaceWriter spaceWriterFor(std::string const& output) {
   if (extension == ".msh") return writeGmsh;
   if (extension == ".ply") return writeHullPly;
   throw UsageError(
-      fmt::format("{}: no format has the extension \"{}\": use .vtu (ParaView), .mesh (Medit), .msh (Gmsh 2.2) or .ply "
-                  "(the hull alone)",
+      fmt::format("{}: no format has the extension \"{}\": use .vtu (ParaView), .mesh (Medit), .msh (Gmsh 2.2), "
+                  ".tin3d (to be read again) or .ply (the hull alone)",
                   output, extension));
 }
 

@@ -8,6 +8,7 @@
 #include "host/mesh/ModelCheck.h"
 #include "host/mesh/SpaceCheck.h"
 #include "host/mesh/SurfaceSource.h"
+#include "host/mesh/Tin3d.h"
 #include "host/verbs/Verbs.h"
 
 namespace Meseta47::host {
@@ -90,12 +91,23 @@ void runSpaceCheck(CheckOptions const& options, CommonOptions const& common, Hos
   tell(options.file, report, mesh.precision, common);
 }
 
+/// With its frame, which a mesh of this kind always fills.
+void runFramedCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
+  const ExactSpaceMesh mesh = framedMesh(*readTin3d(options.file, std::nullopt, app).mesh);
+  if (mesh.tetrahedra.empty()) throw FileError(options.file, "it holds no tetrahedra: there is nothing to prove");
+  app.phase("Checking");
+  const SpaceReport report = checkSpaceMesh(mesh, true, stepsOf(app));
+  app.clearProgress();
+  tell(options.file, report, mesh.precision, common);
+}
+
 void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
+  if (isTin3d(options.file)) return runFramedCheck(options, common, app);
   if (isSpaceMesh(options.file)) return runSpaceCheck(options, common, app);
   if (modelKindOf(options.file) == ModelKind::none) {
     throw Failure(
-        fmt::format("{}: it is neither a PLY nor the native model nor a mesh in space (.vtu, .mesh, .msh): "
-                    "only those can be proved",
+        fmt::format("{}: it is neither a PLY nor the native model nor a mesh in space (.tin3d, .vtu, .mesh, "
+                    ".msh): only those can be proved",
                     options.file));
   }
   const ExactModel model = readExactModel(options.file, app);
@@ -110,8 +122,10 @@ void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp&
 void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<CheckOptions>();
   CLI::App* verb = program.add_subcommand("check", "Prove a model: orientation, sides, Delaunay, Euler, outline");
-  verb->add_option("FILE", options->file,
-                   "The model: PLY, or .urd as urdimbre tin writes it; or a mesh in space: .vtu, .mesh or .msh")
+  verb->add_option(
+          "FILE", options->file,
+          "The model: PLY, or .urd as urdimbre tin writes it; or a mesh in space: .vtu, .mesh or .msh, or .tin3d, "
+          "which is proved with the frame that it was grown in")
       ->required();
   verb->add_flag(
       "--whole", options->whole,

@@ -1,4 +1,6 @@
 // urdimbre info: what is in the files.
+#include <array>
+#include <cmath>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -9,6 +11,8 @@
 #include "host/FileError.h"
 #include "host/Inputs.h"
 #include "host/JsonOutput.h"
+#include "host/mesh/SpilledMesh.h"
+#include "host/mesh/Tin3d.h"
 #include "host/verbs/Verbs.h"
 
 namespace Meseta47::host {
@@ -210,6 +214,83 @@ void print(CloudFileInfo const& file) {
   print(static_cast<CloudCounts const&>(file));
 }
 
+/// A mesh in space: what its tetrahedra fill.
+struct MeshFacts {
+  std::string name;
+  int version = 0, precision = 0;
+  std::uint64_t points = 0, vertices = 0, tetrahedra = 0, framed = 0, hullFaces = 0;
+  double volume = 0, area = 0;
+  std::array<double, 3> least{}, greatest{};
+};
+
+double areaOf(SpaceMesh const& mesh) {
+  double sum = 0;
+  for (HullFace const& f : mesh.hull) {
+    const auto a = mesh.place(mesh.vertices[f[0]]), b = mesh.place(mesh.vertices[f[1]]),
+               c = mesh.place(mesh.vertices[f[2]]);
+    const double u[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]}, v[3] = {c[0] - a[0], c[1] - a[1], c[2] - a[2]};
+    sum += std::hypot(u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]) / 2;
+  }
+  return sum;
+}
+
+MeshFacts meshFactsOf(std::string const& path, HostApp& app) {
+  Tin3d tin3d = readTin3d(path, std::nullopt, app);
+  CTriangulacion3D& mesh = *tin3d.mesh;
+  MeshFacts facts{path, tin3d.version, mesh.Semilla().precision, mesh.CantidadPuntos()};
+  const CMaximas<double> box = mesh.GetMaximasDouble();
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const auto at = [axis](CCoor3D<double> const& p) { return axis == 0 ? p.x : (axis == 1 ? p.y : p.z); };
+    facts.least[axis] = at(box.Minimo) + mesh.Semilla().origen[axis];
+    facts.greatest[axis] = at(box.Maximo) + mesh.Semilla().origen[axis];
+  }
+  if (mesh.CantidadTetraedros() == 0) return facts;
+  const SpilledMesh whole(mesh, path, app);
+  facts.vertices = whole.mesh().vertices.size();
+  facts.tetrahedra = whole.mesh().tetrahedra;
+  facts.framed = mesh.CantidadTetraedros();
+  facts.hullFaces = whole.mesh().hull.size();
+  facts.volume = whole.volume();
+  facts.area = areaOf(whole.mesh());
+  return facts;
+}
+
+Json toJson(MeshFacts const& m) {
+  return {{"file", m.name},
+          {"format", "TIN3D"},
+          {"version", m.version},
+          {"precision", m.precision},
+          {"points", m.points},
+          {"vertices", m.vertices},
+          {"tetrahedra", m.tetrahedra},
+          {"tetrahedra_with_frame", m.framed},
+          {"hull_faces", m.hullFaces},
+          {"volume", m.volume},
+          {"area", m.area},
+          {"extent", {{"min", m.least}, {"max", m.greatest}}}};
+}
+
+void print(MeshFacts const& m) {
+  fmt::print("{}\n  format      TIN3D, version {}\n  precision   {} decimals\n", m.name, m.version, m.precision);
+  fmt::print("  points      {}, {} of them vertices\n", withThousands(m.points), withThousands(m.vertices));
+  fmt::print("  tetrahedra  {}, in the file {} with those of the frame\n", withThousands(m.tetrahedra),
+             withThousands(m.framed));
+  fmt::print("  hull        volume {:.6g}, area {:.6g}, {} faces\n", m.volume, m.area, withThousands(m.hullFaces));
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    fmt::print("  {}           {:.3f} to {:.3f}\n", "xyz"[axis], m.least[axis], m.greatest[axis]);
+  }
+}
+
+/// Meshes apart from clouds: they are not added up.
+std::vector<MeshFacts> takeMeshes(std::vector<std::string>& files, HostApp& app) {
+  std::vector<MeshFacts> meshes;
+  for (std::string const& file : files) {
+    if (isTin3d(file)) meshes.push_back(meshFactsOf(file, app));
+  }
+  std::erase_if(files, isTin3d);
+  return meshes;
+}
+
 void runInfo(InfoOptions const& options, CommonOptions const& common, HostApp& app) {
   app.phase("Reading");
   std::uint64_t seen = 0;
@@ -217,16 +298,21 @@ void runInfo(InfoOptions const& options, CommonOptions const& common, HostApp& a
     app.step(seen = points, 0);
     return true;
   };
-  const auto info = gatherInfo(expandInputs(options.files), step, {options.columns}, options.partial);
+  std::vector<std::string> files = expandInputs(options.files);
+  const std::vector<MeshFacts> meshes = takeMeshes(files, app);
+  const auto info = gatherInfo(files, step, {options.columns}, options.partial);
   if (!info) throw Cancelled();
   app.clearProgress();
   if (common.json) {
-    Json json{{"files", Json::array()}, {"all", toJson(info->all)}};
+    Json json{{"files", Json::array()}};
+    if (meshes.empty() || !info->files.empty()) json["all"] = toJson(info->all);
+    for (MeshFacts const& mesh : meshes) json["files"].push_back(toJson(mesh));
     if (!info->systemProblem.empty()) json["all"]["system_problem"] = info->systemProblem;
     for (CloudFileInfo const& file : info->files) json["files"].push_back(toJson(file));
     printJson(json);
     return;
   }
+  for (MeshFacts const& mesh : meshes) print(mesh);
   for (CloudFileInfo const& file : info->files) print(file);
   if (info->files.size() > 1) {
     fmt::print("all {} files\n", info->files.size());
@@ -242,7 +328,8 @@ void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen) {
   CLI::App* verb = program.add_subcommand(
       "info", "Tell what is in the files: format, reference system, extent, classes, duplicates");
   verb->add_option("IN", options->files,
-                   "LAS, LAZ or text files, native models (.urd), vector files; a folder stands for the clouds in it, "
+                   "LAS, LAZ or text files, native models (.urd), meshes in space (.tin3d), vector files; a folder "
+                   "stands for the clouds in it, "
                    "a pattern such as \"tiles/*.laz\" for the files that match")
       ->required();
   verb->add_flag("--partial", options->partial,

@@ -12,6 +12,7 @@
 #include "host/Summary.h"
 #include "host/mesh/SurfaceSource.h"
 #include "host/render/Picture.h"
+#include "host/render/SpaceView.h"
 #include "host/verbs/Verbs.h"
 
 namespace Meseta47::host {
@@ -20,7 +21,7 @@ namespace {
 
 struct RenderOptions {
   CloudOptions cloud;
-  std::string output, size = "1600";
+  std::string output, size = "1600", view;
   double maxSide = 0, contours = 0;
   bool classes = false;
   CLI::App const* verb = nullptr;
@@ -30,16 +31,6 @@ void requirePng(std::string const& output) {
   const std::string extension = extensionOf(output);
   if (extension != ".png" && extension != ".PNG") {
     throw UsageError(fmt::format("{}: a picture has the extension .png, not \"{}\"", output, extension));
-  }
-}
-
-/// Models come as they are: what chooses among the points of a cloud says nothing of them.
-void requireNoCloudOptions(RenderOptions const& options) {
-  for (char const* name : {"--z", "--class", "--exclude-class", "--precision", "--order", "--border", "--columns",
-                           "--resolution", "--partial", "--code-field", "--code", "--without-z"}) {
-    if (options.verb->get_option(name)->count() != 0) {
-      throw UsageError(fmt::format("{}: {} is for clouds, and this is a model", options.cloud.inputs[0], name));
-    }
   }
 }
 
@@ -57,7 +48,7 @@ MappedSurface load(RenderOptions const& options, HostApp& app) {
       std::find_if(inputs.begin(), inputs.end(), [](auto& path) { return modelKindOf(path) != ModelKind::none; });
   if (model == inputs.end()) return triangulateCloud(options.cloud, app);
   if (inputs.size() > 1) throw UsageError(fmt::format("{}: a model is shown alone: give one model, or clouds", *model));
-  requireNoCloudOptions(options);
+  requireNoCloudOptions(*options.verb, options.cloud, "model", {"--bounds", "--a-srs"});
   Surface surface = readModel(*model, app);
   if (options.classes && surface.classes.empty()) {
     throw Failure(fmt::format("{}: a PLY holds no classes: give the cloud, or the model as .urd", *model));
@@ -81,9 +72,56 @@ void tell(Summary& summary, PictureFacts const& f, std::size_t triangles, std::s
   summary.fact("contour_lines", f.contourLines);
 }
 
+/// A map has what a view has not, and the other way round.
+void requireViewAlone(RenderOptions const& options) {
+  for (char const* name : {"--contours", "--bounds"}) {
+    if (options.verb->get_option(name)->count() != 0) {
+      throw UsageError(fmt::format("{} is for maps, and --view paints none", name));
+    }
+  }
+}
+
+void write(Canvas& picture, std::string const& output) {
+  OutputFile file(output);
+  picture.writePng(file);
+  file.commit();
+}
+
+void runView(RenderOptions const& options, CommonOptions const& common, HostApp& app) {
+  Summary summary;
+  const Direction from = parseDirection(options.view);
+  const PictureSize size = parseSize(options.size);
+  requireViewAlone(options);
+  requireOutputs({options.output}, options.cloud.inputs);
+  Surface surface = summary.seconds.timed("load", [&] { return load(options, app); }).surface;
+  if (options.maxSide > 0) dropLongTriangles(surface, options.maxSide);
+  if (surface.triangles.empty()) {
+    throw Failure(
+        fmt::format("{}: --max-side {:g} leaves no triangle: give more", options.cloud.what(), options.maxSide));
+  }
+  app.phase("Painting");
+  double unitsPerPixel = 0;
+  Canvas picture = summary.seconds.timed("paint", [&] {
+    return paintFrom(
+        surface, from, size, options.classes, [&app](auto done, auto all) { app.step(done, all); }, unitsPerPixel);
+  });
+  app.phase("Writing");
+  summary.seconds.timed("write", [&] { write(picture, options.output); });
+  summary.headline(fmt::format("{}: {} by {} pixels, {:.4g} units a pixel, {} triangles", options.output,
+                               picture.width(), picture.height(), unitsPerPixel,
+                               withThousands(surface.triangles.size())));
+  summary.fact("width", picture.width());
+  summary.fact("height", picture.height());
+  summary.fact("units_per_pixel", unitsPerPixel);
+  summary.fact("view", {from.azimuth, from.elevation});
+  summary.fact("triangles", surface.triangles.size());
+  summary.print(common, app);
+}
+
 void runRender(RenderOptions const& options, CommonOptions const& common, HostApp& app) {
   Summary summary;
   requirePng(options.output);
+  if (!options.view.empty()) return runView(options, common, app);
   PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, {}, {}};
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
   requireOutputs({options.output}, options.cloud.inputs);
@@ -105,11 +143,7 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
         surface, how, [&app](auto done, auto all) { app.step(done, all); }, facts);
   });
   app.phase("Writing");
-  summary.seconds.timed("write", [&] {
-    OutputFile file(options.output);
-    picture.writePng(file);
-    file.commit();
-  });
+  summary.seconds.timed("write", [&] { write(picture, options.output); });
   tell(summary, facts, surface.triangles.size(), options.output);
   summary.print(common, app);
 }
@@ -133,6 +167,9 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
                    "Draw contours at this interval, in units of the input's heights, every fifth of them thicker")
       ->check(aboveZero());
   verb->add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
+  verb->add_option("--view", o.view,
+                   "AZIMUTH,ELEVATION in degrees: paint no map but the surface in space as it is seen from there, lit, "
+                   "such as 210,30 from the south-south-west and above");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(fromZeroUp());

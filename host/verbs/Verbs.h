@@ -13,6 +13,7 @@ using Work = std::function<void(HostApp&)>;
 /// Each adds its verb to the program. When the command line chooses the verb, `chosen` receives its work.
 void addTin(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addTetra(CLI::App& program, CommonOptions const& common, Work& chosen);
+void addSurface(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addRender(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addClassify(CLI::App& program, CommonOptions const& common, Work& chosen);
 void addContour(CLI::App& program, CommonOptions const& common, Work& chosen);

@@ -163,6 +163,41 @@ TEST(BorraPunto, NeighboursTogetherAndAWholeClusterGo) {
   }
 }
 
+TEST(BorraPunto, ACrowdOfPointsInOneSpotGoesAsAWhole) {
+  const QuietApp app;
+  std::vector<Point> points = Framed(spaceFamily(SpaceFamily::Random, 1500, 12));
+  for (Point const& p : spaceFamily(SpaceFamily::Random, 400, 13)) {
+    points.push_back({p.x / 500 + 300'000, p.y / 500 - 200'000, p.z / 500 + 100'000});
+  }
+  Kept mesh(points);
+  Indices out = Inner(mesh, 1);
+  std::erase_if(out, [&](unsigned i) {
+    const Point p = mesh.at(i);
+    return std::hypot(p.x - 300'000.0, p.y + 200'000.0, p.z - 100'000.0) > 5000;
+  });
+  ASSERT_GE(out.size(), 400U);
+  ASSERT_TRUE(mesh.t.BorraPunto(out));
+  EXPECT_EQ(mesh.faults(), "");
+  EXPECT_TRUE(mesh.shape() == ShapeWithout(mesh));
+}
+
+TEST(BorraPunto, WithoutPointsThatSeeTheFrameTheMeshIsThatOfTheOthers) {
+  const QuietApp app;
+  Kept mesh(Framed(spaceFamily(SpaceFamily::Random, 1500, 14)));
+  std::set<unsigned> seeing;
+  mesh.t.RecorreMalla([&](CTriangulacion3D::CCuatro const& four) {
+    if (four[0] > 0) return;  // numbers ascend
+    for (const std::int32_t n : four) {
+      if (n > 0 && !IsFar(mesh.at(static_cast<unsigned>(n) - 1))) seeing.insert(static_cast<unsigned>(n) - 1);
+    }
+  });
+  ASSERT_GT(seeing.size(), 30U);
+  Indices out(seeing.begin(), seeing.end());
+  ASSERT_TRUE(mesh.t.BorraPunto(out));
+  EXPECT_EQ(mesh.faults(), "");
+  EXPECT_TRUE(mesh.shape() == ShapeWithout(mesh));
+}
+
 TEST(BorraPunto, PointsOfTheHullGoAndAtLastAllOfThem) {
   const QuietApp app;
   Kept mesh(spaceFamily(SpaceFamily::Random, 400, 8));
