@@ -58,7 +58,8 @@ std::vector<Variant> variants() {
       {"band without roughness", [](K& k, D&) { k.bandaRugosidad = 0; }},
       {"slope of the planes alone", [](K& k, D&) { k.parteFaceta = 0; }},
       {"slope of the facets alone", [](K& k, D&) { k.parteFaceta = 1; }},
-      {"tight band", [](K&, D& d) { d.Banda = 1; }},
+      {"rough band", [](K&, D& d) { d.Banda = D::kBandaAncha; }},
+      {"tight band", [](K&, D& d) { d.Banda = D::kBandaEstrecha; }},
   };
 }
 

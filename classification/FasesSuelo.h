@@ -10,6 +10,7 @@ namespace Meseta47 {
 
 class CAvance;
 class CPuntosSuelo;
+class CSuperficieSuelo;
 class CTinSuelo;
 
 // The phases of the ground search, in the order in which CBusquedaSuelo calls them. Each reads the states of all minima
@@ -29,6 +30,9 @@ unsigned Aberturas(CMallaSuelo const& malla, CDataSuelo const& data);
 /// Openings by growing discs, up to the window of `data`: minima above one become objects, all others ground; noise
 /// stays noise.
 bool SeparaPorAberturas(CMallaSuelo& malla, CConstantesSuelo const& k, CDataSuelo const& data, CAvance& avance);
+
+/// Whether the triangulation of the ground can hold a pit at all, told without it. False is certain.
+bool PuedeHaberPozos(CMallaSuelo const& malla, CConstantesSuelo const& k);
 
 /// Marks basins of few vertices of the triangulated ground as noise. Returns how many minima that were.
 unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin);
@@ -54,8 +58,9 @@ bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance);
 bool RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::uint8_t> const& crecidos,
                         CAvance& avance);
 
-/// Gives the points their classes by their height about the surface of `tin`, and counts them. kHecho, kCancelado.
+/// Gives the points their classes by their height about the surface, whose vertices are measured, and counts them.
+/// kHecho, kCancelado.
 int ClasificaPuntos(CPuntosSuelo const& puntos, CMallaSuelo const& malla, CConstantesSuelo const& k,
-                    CTinSuelo const& tin, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen);
+                    CSuperficieSuelo& superficie, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen);
 
 }  // namespace Meseta47

@@ -1,9 +1,12 @@
 // Pits: echoes from below the ground, seen as small basins of the triangulation of the ground.
 #include <algorithm>
+#include <atomic>
+#include <limits>
 #include <tuple>
 
 #include "classification/CTinSuelo.h"
 #include "classification/FasesSuelo.h"
+#include "model/threads/Reparto.h"
 
 namespace Meseta47 {
 
@@ -100,7 +103,43 @@ class CPozos {
   std::vector<std::uint32_t> cuenca;
 };
 
+constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+
+/// Whether a ground minimum may be the bottom of a small basin. In a Delaunay triangulation every vertex but `i` has a
+/// neighbour nearer to `i` than itself (P. Bose and P. Morin, "Online routing in triangulations", 1999). So the nearest
+/// minimum is joined to `i`, and water from `i` reaches all minima that are nearer than the first one above its level:
+/// where these are more than a basin holds, there is none.
+bool PuedeSerFondo(CMallaSuelo const& malla, CConstantesSuelo const& k, std::size_t i, double espacios) {
+  constexpr double kLejos = std::numeric_limits<double>::infinity();
+  double cerca = kLejos, cercaZ = 0, dique = kLejos;
+  malla.Vecinos(i, espacios, [&](std::size_t j, double, double, double dz, double d2) {
+    if (!malla.EsSuelo(j)) return;
+    if (d2 < cerca || (d2 == cerca && dz < cercaZ)) {
+      cerca = d2;
+      cercaZ = dz;
+    }
+    if (dz >= k.alturaPozo - malla.metroZ) dique = std::min(dique, d2);  // a unit less: levels are whole units
+  });
+  if (cerca < kLejos && cercaZ < 0) return false;
+  unsigned bajos = 1;
+  malla.Vecinos(i, espacios, [&](std::size_t j, double, double, double, double d2) {
+    bajos += malla.EsSuelo(j) && d2 < dique ? 1U : 0U;
+  });
+  return bajos <= k.verticesPozo;
+}
+
 }  // namespace
+
+bool PuedeHaberPozos(CMallaSuelo const& malla, CConstantesSuelo const& k) {
+  constexpr double kCerca = 2.5, kLejos = 6;  // spacings: the first holds some twenty minima, where they are complete
+  std::atomic<bool> puede{false};
+  Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta && !puede.load(std::memory_order_relaxed); ++i) {
+      if (malla.EsSuelo(i) && PuedeSerFondo(malla, k, i, kCerca) && PuedeSerFondo(malla, k, i, kLejos)) puede = true;
+    }
+  });
+  return puede;
+}
 
 unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin) {
   return tin.tin.Cantidad() == 0 ? 0 : CPozos(malla, k, tin).Quita();

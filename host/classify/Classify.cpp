@@ -165,7 +165,7 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
   search.requireSense(unitsOf(cloud, inputOf(options)));
   search.requireSeen(cloud, inputOf(options));
   {
-    const bool hilbert = options.cloud.hilbert();
+    const bool hilbert = options.cloud.hilbert() && (search.links() || jumpsAbout(cloud.points));
     if (hilbert) app.phase("Ordering");
     CDibujo<int> drawing = report.seconds.timed("order", [&] { return drawingOf(cloud, hilbert, app); });
     runSearch(drawing, filters, options.cloud, search, report.outcome);

@@ -35,8 +35,8 @@ GroundSearch::GroundSearch() {
                 data_.Pendiente, fromZeroUp());
   table_.choice({"--band", "Banda",
                  "What counts as ground about the surface: rough takes in low growth, tight is for dense and precise "
-                 "clouds"},
-                data_.Banda, {"rough", "tight"});
+                 "clouds, auto goes from one to the other by how rough the ground is at each place"},
+                data_.Banda, {"rough", "tight", "auto"});
 }
 
 void GroundSearch::settle(ProfilePlace const* profile) {

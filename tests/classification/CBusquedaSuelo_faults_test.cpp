@@ -66,6 +66,34 @@ TEST(CBusquedaSuelo, CancelledAtAnyStepItChangesNothing) {
   }
 }
 
+TEST(CBusquedaSuelo, CancelledBesideAThreadThatTriangulatesItChangesNothing) {
+  for (int at = 1; at <= 40; at += 3) {
+    ListeningApp app(2);
+    app.cancelAt = at;
+    CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
+    if (GroundSearch().Run(drawing) == kHecho) continue;  // two threads take fewer steps
+    ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "at step " << at;
+    ASSERT_EQ(app.TemporaryFiles(), 0U);
+  }
+}
+
+TEST(CBusquedaSuelo, IsAskedWhetherToGoOnWhileItTriangulates) {
+  Land land(2);
+  land.Fly(0, 0, 150, 150, 2, [](double x, double y) { return 100 + 0.1 * x + 2 * std::sin(y / 9); });
+  const auto steps = [&](CBusquedaSuelo& search) {
+    const ListeningApp app(1);
+    CDibujo<int> drawing = Cloud(land.points, test::kCentimetres);
+    EXPECT_EQ(search.Busca(drawing, CDataSuelo()), kHecho);
+    return app.steps.size();
+  };
+  CBusquedaSuelo once(test::kCentimetres, CDataTriangulacion());
+  const std::size_t withOne = steps(once);
+  land.Put(75, 75, 80).Put(75.8, 75.3, 80);  // a pit: its land is triangulated again and again
+  CBusquedaSuelo more(test::kCentimetres, CDataTriangulacion());
+  EXPECT_GT(steps(more), withOne);
+  EXPECT_GT(more.Resumen().ruido, 0U);
+}
+
 TEST(CBusquedaSuelo, WhatTheSystemRefusesChangesNothingOrNothingAtAll) {
   const QuietApp app;
   const std::vector<int> right = GroundSearch().Classes(Meadow());

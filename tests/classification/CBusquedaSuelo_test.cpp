@@ -142,6 +142,31 @@ TEST(CBusquedaSuelo, ATightBandTakesInLess) {
   EXPECT_LT(tight.summary.suelo, rough.summary.suelo);
 }
 
+TEST(CBusquedaSuelo, BetweenTheBandsTheGroundItselfDecides) {
+  const QuietApp app;
+  Land land(11);
+  const Land::Height smooth = [](double, double) { return 100.0; };
+  const Land::Height rough = [&](double, double) { return 100 + 0.4 * land.random.unit(); };
+  land.Fly(0, 0, 60, 60, 8, smooth).Fly(60, 0, 120, 60, 8, rough);
+  const std::size_t soil = land.points.size();
+  const Land::Height herbs = [](double, double) { return 100.22; };
+  land.Fly(5, 5, 55, 55, 1, herbs);
+  const auto found = [&](int band) {
+    GroundSearch search;
+    search.how.Banda = band;
+    return search.Classes(land.points);
+  };
+  const auto herbsIn = [&](std::vector<int> const& classes) {
+    return std::count(classes.begin() + static_cast<std::ptrdiff_t>(soil), classes.end(), kGroundClass);
+  };
+  const std::vector<int> wide = found(CDataSuelo::kBandaAncha), tight = found(CDataSuelo::kBandaEstrecha),
+                         local = found(CDataSuelo::kBandaDelLugar);
+  const auto isRough = [](ClassedPoint const& p) { return p.x > 6300; };
+  EXPECT_EQ(Share(land.points, local, kGroundClass, isRough), Share(land.points, wide, kGroundClass, isRough));
+  EXPECT_GT(Share(land.points, local, kGroundClass, isRough), Share(land.points, tight, kGroundClass, isRough));
+  EXPECT_LT(herbsIn(local) * 5, herbsIn(wide)) << "on smooth ground what stands a hand above it is told from it";
+}
+
 TEST(CBusquedaSuelo, AWiderWindowFindsAWiderHall) {
   const QuietApp app;
   Land land(11);
