@@ -35,40 +35,31 @@ class CFases {
         resumen(elResumen) {}
 
   int Busca() {
-    if (const int codigo = Separa(); codigo != kHecho) return codigo;
-    if (const int codigo = Crece(); codigo != kHecho) return codigo;
-    return Cronometra(resumen.segundosPozos, [&] {
-      // The surface of the last look for pits is the final one where there were none.
-      if (const int codigo = MideYTriangula(); codigo != kHecho || !k.pozos || !PuedeHaberPozos(malla, k))
-        return codigo;
-      return QuitaPozos(malla, k, tin) == 0 ? kHecho : MideYTriangula();
-    });
+    if (!Separa() || !Crece() || !QuitaPozos()) return kCancelado;
+    return Cronometra(resumen.segundosSuperficie, [&] { return MideYTriangula(); });
   }
 
  private:
-  int Separa() {
-    const auto abre = [this] { return SeparaPorAberturas(malla, k, data, avance) ? kHecho : kCancelado; };
+  bool Separa() {
+    const auto abre = [this] {
+      return Cronometra(resumen.segundosAberturas, [&] { return SeparaPorAberturas(malla, k, data, avance); });
+    };
     QuitaRuidoBajo(malla, k);
-    if (const int codigo = Cronometra(resumen.segundosAberturas, abre); codigo != kHecho || !k.pozos) return codigo;
-    unsigned pozos = 0;
-    const int codigo = Cronometra(resumen.segundosPozos, [&] {
-      if (!PuedeHaberPozos(malla, k)) return kHecho;
-      const int suyo = tin.Construye(malla, [this] { return avance.Sigue(); });
-      if (suyo == kHecho) pozos = QuitaPozos(malla, k, tin);
-      return suyo;
-    });
-    // What stood beside a pit looked like an object.
-    return codigo != kHecho || pozos == 0 ? codigo : Cronometra(resumen.segundosAberturas, abre);
+    if (!abre() || !QuitaPozos()) return false;
+    return !hayPozos || abre();  // what stood beside a pit looked like an object
   }
 
-  int Crece() {
+  bool Crece() {
     return Cronometra(resumen.segundosCrece, [&] {
       std::vector<std::uint8_t> crecidos;
-      if (!CreceSuelo(malla, k, crecidos, avance)) return kCancelado;
-      if (k.poda && !PodaSuelo(malla, k, avance)) return kCancelado;
-      if (k.componentes && !RechazaComponentes(malla, k, crecidos, avance)) return kCancelado;
-      return kHecho;
+      return CreceSuelo(malla, k, crecidos, avance) && (!k.poda || PodaSuelo(malla, k, avance)) &&
+             (!k.componentes || RechazaComponentes(malla, k, crecidos, avance));
     });
+  }
+
+  bool QuitaPozos() {
+    const auto quita = [this] { return Meseta47::QuitaPozos(malla, k, avance, hayPozos); };
+    return !k.pozos || Cronometra(resumen.segundosPozos, quita);
   }
 
   /// Triangulates the ground on one processor while the others measure its vertices, or afterwards where there is but
@@ -94,6 +85,7 @@ class CFases {
   CTinSuelo& tin;
   CSuperficieSuelo& superficie;
   CResumenSuelo& resumen;
+  bool hayPozos = false;
 };
 
 }  // namespace
@@ -133,9 +125,9 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
 
   CTinSuelo tin(semilla);
   CSuperficieSuelo superficie(malla, constantes, tin);
-  // Openings once or twice, planes, rounds of growth; planes and a look each for pruning and components; the final
-  // planes once or twice.
-  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 1 + constantes.rondas + 4 + 2);
+  // Openings once or twice, pits twice, planes, rounds of growth; planes and a look each for pruning and components;
+  // the final planes.
+  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 2 + 1 + constantes.rondas + 4 + 1);
   codigo = CFases(malla, constantes, data, busca, tin, superficie, resumen).Busca();
   if (codigo != kHecho) return codigo;
   CAvance clasifica = fase(kMensajeClases, 1);

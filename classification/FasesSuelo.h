@@ -11,7 +11,6 @@ namespace Meseta47 {
 class CAvance;
 class CPuntosSuelo;
 class CSuperficieSuelo;
-class CTinSuelo;
 
 // The phases of the ground search, in the order in which CBusquedaSuelo calls them. Each reads the states of all minima
 // as they were and writes what it finds at its end, or at the end of a round, so that the outcome depends neither on
@@ -31,11 +30,8 @@ unsigned Aberturas(CMallaSuelo const& malla, CDataSuelo const& data);
 /// stays noise.
 bool SeparaPorAberturas(CMallaSuelo& malla, CConstantesSuelo const& k, CDataSuelo const& data, CAvance& avance);
 
-/// Whether the triangulation of the ground can hold a pit at all, told without it. False is certain.
-bool PuedeHaberPozos(CMallaSuelo const& malla, CConstantesSuelo const& k);
-
-/// Marks basins of few vertices of the triangulated ground as noise. Returns how many minima that were.
-unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin);
+/// Marks basins of few vertices of the triangulated ground as noise. `hay`: whether there were any.
+bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, bool& hay);
 
 /// Slopes of the planes through ground minima, as rise over run; 0 for other minima.
 struct CPlanosSuelo {
