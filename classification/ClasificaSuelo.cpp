@@ -22,7 +22,8 @@ class CBanda {
       : k(lasK),
         data(losDatos),
         ancha{k.bandaBase, k.bandaPendiente, k.bandaRugosidad},
-        estrecha{k.estrechaBase, k.estrechaPendiente, k.estrechaRugosidad} {}
+        estrecha{k.estrechaBase, k.estrechaPendiente, k.estrechaRugosidad},
+        delLugar{k.lugarBase, 0, k.lugarRugosidad} {}
 
   /// The class of a point `altura` metres above the surface that had the class `antes`.
   [[nodiscard]] unsigned char Clase(CSuperficieSuelo::CLugar const& lugar, double altura, unsigned char antes) const {
@@ -45,13 +46,12 @@ class CBanda {
   [[nodiscard]] double Techo(CSuperficieSuelo::CLugar const& lugar) const {
     if (data.Banda == CDataSuelo::kBandaAncha) return ancha.En(lugar);
     if (data.Banda == CDataSuelo::kBandaEstrecha) return estrecha.En(lugar);
-    const double parte = std::clamp((lugar.rugosidad - k.lisa) / (k.aspera - k.lisa), 0.0, 1.0);
-    return (1 - parte) * estrecha.En(lugar) + parte * ancha.En(lugar);
+    return std::min(ancha.En(lugar), delLugar.En(lugar));
   }
 
   CConstantesSuelo const& k;
   CDataSuelo const& data;
-  CAncho ancha, estrecha;
+  CAncho ancha, estrecha, delLugar;
 };
 
 }  // namespace

@@ -34,8 +34,8 @@ GroundSearch::GroundSearch() {
                  "later as far as it is even"},
                 data_.Pendiente, fromZeroUp());
   table_.choice({"--band", "Banda",
-                 "What counts as ground about the surface: rough takes in low growth, tight is for dense and precise "
-                 "clouds, auto goes from one to the other by how rough the ground is at each place"},
+                 "How far above the surface is still ground: as the lowest points around each place are scattered "
+                 "(auto), a quarter of a metre and more, low growth included (rough), or a decimetre and more (tight)"},
                 data_.Banda, {"rough", "tight", "auto"});
 }
 
@@ -83,6 +83,7 @@ int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, 
                      {"openings", r.segundosAberturas},
                      {"pits", r.segundosPozos},
                      {"growth", r.segundosCrece},
+                     {"surface", r.segundosSuperficie},
                      {"points", r.segundosClasifica}};
   return code;
 }
