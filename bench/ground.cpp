@@ -73,6 +73,7 @@ std::vector<std::uint8_t> search(Cloud const& cloud, Variant const& variant) {
   variant.change(ground.constantes, data);
   requireDone(ground.Busca(drawing, data), cloud.name);
   std::vector<std::uint8_t> classes;
+  classes.reserve(cloud.points.size());
   for (CCoor3D<int> const& p : drawing[0].Puntos()) classes.push_back(p.clasificacion);
   return classes;
 }

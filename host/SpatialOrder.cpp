@@ -135,7 +135,7 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points) {
 
 bool jumpsAbout(std::vector<ScaledPoint> const& points) {
   constexpr std::size_t kEvery = 37;  // a prime: no pattern of a scanner has its period
-  constexpr double kFar = 0.01;
+  constexpr double kFar = 0.05;
   CMaximas<int> box;
   double way = 0;
   std::size_t steps = 0;

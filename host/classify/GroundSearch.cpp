@@ -79,12 +79,8 @@ int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, 
   }
   outcome.details = {
       {"low_noise_found", r.ruido}, {"minima", r.minimos}, {"cell_metres", r.celda}, {"spacing_metres", r.espaciado}};
-  outcome.seconds = {{"minima", r.segundosMinimos},
-                     {"openings", r.segundosAberturas},
-                     {"pits", r.segundosPozos},
-                     {"growth", r.segundosCrece},
-                     {"surface", r.segundosSuperficie},
-                     {"points", r.segundosClasifica}};
+  outcome.seconds = {{"minima", r.segundosMinimos}, {"openings", r.segundosAberturas}, {"pits", r.segundosPozos},
+                     {"growth", r.segundosCrece},   {"surface", r.segundosSuperficie}, {"points", r.segundosClasifica}};
   return code;
 }
 
