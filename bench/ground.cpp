@@ -5,7 +5,8 @@
 // FOLDER/isprs holds clouds whose every point was labelled by hand: one table, with the defaults for all, and with
 // --ablation a line for each step left out or constant changed. The clouds of FOLDER itself carry the classes of
 // vendors, who mark a thinned lower envelope; of these the table gives the share of their ground that is found, and the
-// difference of the two terrain models in the middles of cells of a metre: median and root mean square.
+// difference of the two terrain models in the middles of cells of a metre: median and root mean square. Made-up scans
+// follow, whose classes are the truth: bare earth, roads and water against all else.
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
@@ -14,6 +15,7 @@
 #include "bench/Labelled.h"
 #include "classification/CBusquedaSuelo.h"
 #include "host/HostApp.h"
+#include "host/generate/Scan.h"
 #include "model/terrain/CTIN.h"
 #include "planar/CTriangulacion2D.h"
 
@@ -54,11 +56,12 @@ std::vector<Variant> variants() {
       {"slope 0.12", [](K&, D& d) { d.Pendiente = 0.12; }},
       {"window 20 m, not 25", [](K&, D& d) { d.Ventana = 20; }},
       {"window 33 m", [](K&, D& d) { d.Ventana = 33; }},
-      {"band without slope", [](K& k, D&) { k.bandaPendiente = 0; }},
-      {"band without roughness", [](K& k, D&) { k.bandaRugosidad = 0; }},
-      {"slope of the planes alone", [](K& k, D&) { k.parteFaceta = 0; }},
-      {"slope of the facets alone", [](K& k, D&) { k.parteFaceta = 1; }},
-      {"tight band", [](K&, D& d) { d.Banda = 1; }},
+      {"band of 0.08 m and the roughness", [](K& k, D&) { k.lugarBase = 0.08; }},
+      {"band of 0.12 m", [](K& k, D&) { k.lugarBase = 0.12; }},
+      {"roughness 1.5 times, not 2", [](K& k, D&) { k.lugarRugosidad = 1.5; }},
+      {"roughness 2.5 times", [](K& k, D&) { k.lugarRugosidad = 2.5; }},
+      {"rough band", [](K&, D& d) { d.Banda = D::kBandaAncha; }},
+      {"tight band", [](K&, D& d) { d.Banda = D::kBandaEstrecha; }},
   };
 }
 
@@ -70,6 +73,7 @@ std::vector<std::uint8_t> search(Cloud const& cloud, Variant const& variant) {
   variant.change(ground.constantes, data);
   requireDone(ground.Busca(drawing, data), cloud.name);
   std::vector<std::uint8_t> classes;
+  classes.reserve(cloud.points.size());
   for (CCoor3D<int> const& p : drawing[0].Puntos()) classes.push_back(p.clasificacion);
   return classes;
 }
@@ -94,6 +98,25 @@ struct Means {
                100 * kappa);
   }
 };
+
+/// The scan that `urdimbre generate --seed 7 --land LAND` makes, of so many points.
+Cloud madeUp(std::string const& land, double density) {
+  constexpr std::uint64_t kPoints = 600000, kSeed = 7;
+  constexpr std::uint8_t kWater = 9, kRoad = 11;
+  Scan scan({kPoints, kSeed, density, *landStyle(land)});
+  Cloud cloud{
+      fmt::format("{}, {:g} a m2", land, density), CDataSemilla{2, scan.offset()[0], scan.offset()[1], 0}, 1, {}, {}};
+  std::vector<LasPoint> batch;
+  while (scan.next(batch)) {
+    for (LasPoint const& p : batch) {
+      cloud.points.emplace_back(p.x, p.y, p.z, 0);
+      cloud.points.back().clasificacion = kUnclassified;
+      const bool ground = p.classification == kGround || p.classification == kWater || p.classification == kRoad;
+      cloud.truth.push_back(ground ? kGround : kUnclassified);
+    }
+  }
+  return cloud;
+}
 
 Means measure(std::vector<Cloud> const& clouds, Variant const& variant, bool tell,
               std::filesystem::path const& pictures) {
@@ -194,6 +217,11 @@ void groundTables(std::filesystem::path const& folder, std::filesystem::path con
     const Cloud cloud = load(file, std::nullopt, app);
     if (std::count(cloud.truth.begin(), cloud.truth.end(), kGround) > 3) printVendor(cloud);
   }
+  std::vector<Cloud> scans;
+  for (char const* land : {"mixed", "forest", "town", "river", "steep"}) scans.push_back(madeUp(land, 8));
+  for (const double density : {2.0, 30.0}) scans.push_back(madeUp("mixed", density));
+  fmt::print("\n{:<34} {:>7} {:>7} {:>7} {:>7}\n", "made up", "type I", "type II", "total", "kappa");
+  measure(scans, all.front(), true, pictures);
 }
 
 }  // namespace Meseta47::bench

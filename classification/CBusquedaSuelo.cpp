@@ -1,12 +1,18 @@
 #include "classification/CBusquedaSuelo.h"
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <future>
+#include <thread>
 
 #include "classification/CPuntosSuelo.h"
+#include "classification/CSuperficieSuelo.h"
 #include "classification/CTinSuelo.h"
 #include "classification/FasesSuelo.h"
 #include "model/threads/CAvance.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/Procesadores.h"
 #include "run/Fases.h"
 
 namespace Meseta47 {
@@ -19,42 +25,57 @@ constexpr unsigned kMensajeRellena = 19020, kMensajeBusca = 19045, kMensajeClase
 class CFases {
  public:
   CFases(CMallaSuelo& laMalla, CConstantesSuelo const& lasK, CDataSuelo const& losDatos, CAvance& elAvance,
-         CTinSuelo& elTin, CResumenSuelo& elResumen)
-      : malla(laMalla), k(lasK), data(losDatos), avance(elAvance), tin(elTin), resumen(elResumen) {}
+         CTinSuelo& elTin, CSuperficieSuelo& laSuperficie, CResumenSuelo& elResumen)
+      : malla(laMalla),
+        k(lasK),
+        data(losDatos),
+        avance(elAvance),
+        tin(elTin),
+        superficie(laSuperficie),
+        resumen(elResumen) {}
 
   int Busca() {
-    if (const int codigo = Separa(); codigo != kHecho) return codigo;
-    if (const int codigo = Crece(); codigo != kHecho) return codigo;
-    return Cronometra(resumen.segundosPozos, [&] {
-      // The surface of the last look for pits is the final one where there were none.
-      if (const int codigo = tin.Construye(malla); codigo != kHecho || !k.pozos) return codigo;
-      return QuitaPozos(malla, k, tin) == 0 ? kHecho : tin.Construye(malla);
-    });
+    if (!Separa() || !Crece() || !QuitaPozos()) return kCancelado;
+    return Cronometra(resumen.segundosSuperficie, [&] { return MideYTriangula(); });
   }
 
  private:
-  int Separa() {
-    const auto abre = [this] { return SeparaPorAberturas(malla, k, data, avance) ? kHecho : kCancelado; };
+  bool Separa() {
+    const auto abre = [this] {
+      return Cronometra(resumen.segundosAberturas, [&] { return SeparaPorAberturas(malla, k, data, avance); });
+    };
     QuitaRuidoBajo(malla, k);
-    if (const int codigo = Cronometra(resumen.segundosAberturas, abre); codigo != kHecho || !k.pozos) return codigo;
-    unsigned pozos = 0;
-    const int codigo = Cronometra(resumen.segundosPozos, [&] {
-      const int suyo = tin.Construye(malla);
-      if (suyo == kHecho) pozos = QuitaPozos(malla, k, tin);
-      return suyo;
-    });
-    // What stood beside a pit looked like an object.
-    return codigo != kHecho || pozos == 0 ? codigo : Cronometra(resumen.segundosAberturas, abre);
+    if (!abre() || !QuitaPozos()) return false;
+    return !hayPozos || abre();  // what stood beside a pit looked like an object
   }
 
-  int Crece() {
+  bool Crece() {
     return Cronometra(resumen.segundosCrece, [&] {
       std::vector<std::uint8_t> crecidos;
-      if (!CreceSuelo(malla, k, crecidos, avance)) return kCancelado;
-      if (k.poda && !PodaSuelo(malla, k, avance)) return kCancelado;
-      if (k.componentes && !RechazaComponentes(malla, k, crecidos, avance)) return kCancelado;
-      return kHecho;
+      return CreceSuelo(malla, k, crecidos, avance) && (!k.poda || PodaSuelo(malla, k, avance)) &&
+             (!k.componentes || RechazaComponentes(malla, k, crecidos, avance));
     });
+  }
+
+  bool QuitaPozos() {
+    const auto quita = [this] { return Meseta47::QuitaPozos(malla, k, avance, hayPozos); };
+    return !k.pozos || Cronometra(resumen.segundosPozos, quita);
+  }
+
+  /// Triangulates the ground on one processor while the others measure its vertices, or afterwards where there is but
+  /// one.
+  int MideYTriangula() {
+    constexpr auto kEspera = std::chrono::milliseconds(20);
+    std::atomic<bool> sigue{true};
+    const auto pregunta = [this, &sigue, mio = std::this_thread::get_id()] {
+      return sigue && (std::this_thread::get_id() != mio || avance.Sigue());  // progress is told by the caller's thread
+    };
+    const auto modo = NumeroProcesadores() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
+    auto triangulos = std::async(modo, [&] { return tin.Construye(malla, pregunta); });
+    sigue = superficie.MideVertices(avance);
+    while (triangulos.wait_for(kEspera) == std::future_status::timeout) sigue = sigue && avance.Sigue();
+    const int codigo = triangulos.get();
+    return sigue ? codigo : kCancelado;
   }
 
   CMallaSuelo& malla;
@@ -62,7 +83,9 @@ class CFases {
   CDataSuelo const& data;
   CAvance& avance;
   CTinSuelo& tin;
+  CSuperficieSuelo& superficie;
   CResumenSuelo& resumen;
+  bool hayPozos = false;
 };
 
 }  // namespace
@@ -101,13 +124,15 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
   resumen.espaciado = malla.espaciado;
 
   CTinSuelo tin(semilla);
-  // Openings once or twice, planes, rounds of growth; planes and a look each for pruning and components.
-  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 1 + constantes.rondas + 4);
-  codigo = CFases(malla, constantes, data, busca, tin, resumen).Busca();
+  CSuperficieSuelo superficie(malla, constantes, tin);
+  // Openings once or twice, pits twice, planes, rounds of growth; planes and a look each for pruning and components;
+  // the final planes.
+  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 2 + 1 + constantes.rondas + 4 + 1);
+  codigo = CFases(malla, constantes, data, busca, tin, superficie, resumen).Busca();
   if (codigo != kHecho) return codigo;
-  CAvance clasifica = fase(kMensajeClases, 2);
+  CAvance clasifica = fase(kMensajeClases, 1);
   return Cronometra(resumen.segundosClasifica,
-                    [&] { return ClasificaPuntos(puntos, malla, constantes, tin, data, clasifica, resumen); });
+                    [&] { return ClasificaPuntos(puntos, malla, constantes, superficie, data, clasifica, resumen); });
 }
 
 }  // namespace Meseta47

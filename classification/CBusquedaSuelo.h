@@ -20,7 +20,8 @@ struct CResumenSuelo {
   std::uint64_t suelo = 0, ruido = 0;
   std::uint64_t minimos = 0;
   double celda = 0, espaciado = 0;  ///< metres: side of a cell, spacing of the minima
-  double segundosMinimos = 0, segundosAberturas = 0, segundosPozos = 0, segundosCrece = 0, segundosClasifica = 0;
+  double segundosMinimos = 0, segundosAberturas = 0, segundosPozos = 0, segundosCrece = 0;
+  double segundosSuperficie = 0, segundosClasifica = 0;
 };
 
 /// Finds the ground of an airborne cloud.

@@ -50,10 +50,12 @@ struct CConstantesSuelo {
   double escalonBase = 0.30, escalonPendiente = 0.25;
   double parteEscalones = 0.75;  ///< of the pairs across its rim: more steps down than this make a roof of it
 
-  // --- the final band, and its tight form for dense clouds
+  // --- the final band: its wide form, its tight one, and the one of the place, which is never wider than the wide one
   double bandaBase = 0.25, bandaPendiente = 1.0, bandaRugosidad = 0.3;
   double estrechaBase = 0.10, estrechaPendiente = 0.3, estrechaRugosidad = 0.5;
-  double parteFaceta = 0.5;                            ///< of the slope that the facet has; the rest: its corners'
+  double lugarBase = 0.10;      ///< five standard deviations of a scanner's range: the lowest of a cell and the highest
+  double lugarRugosidad = 2.0;  ///< 1.6 standard deviations, where minima are scattered normally about their planes
+  double parteFaceta = 0.5;     ///< of the slope that the facet has; the rest: its corners'
   double bandaAbajo = 5.0, bandaAbajoPendiente = 1.2;  ///< farther below than this is noise
   double mayorRadio = 50;  ///< of the circle of a triangle: beyond it the nearest plane takes its place
   double mayorPendiente = 2.0, mayorRugosidad = 1.5;  ///< neither widens the band beyond these

@@ -9,9 +9,14 @@ namespace Meseta47 {
 /// not checked. The defaults serve any airborne cloud. Lengths are metres, whatever the unit of the drawing.
 class URDIMBRE_API CDataSuelo {
  public:
+  static constexpr int kBandaAncha = 0;     ///< for rough or rounded clouds: takes in low growth
+  static constexpr int kBandaEstrecha = 1;  ///< for dense and precise clouds
+  static constexpr int kBandaDelLugar =
+      2;  ///< by how far the minima around a point are scattered; at most the wide one
+
   double Ventana = 25.0;    ///< metres: radius of the largest disc, half the width of a building that is found
   double Pendiente = 0.10;  ///< rise over run that the openings let pass for terrain
-  int Banda = 0;            ///< 0: rough or rounded clouds; 1: a tight band, for dense and precise ones
+  int Banda = kBandaDelLugar;
   CInfoClasificacion Tipo{2, 0.0, L""};   ///< class given to the ground
   CInfoClasificacion Ruido{7, 0.0, L""};  ///< class given to pits and to what lies far below the ground
 

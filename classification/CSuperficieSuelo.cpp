@@ -23,7 +23,7 @@ double Derecha(A const& a, B const& b, P const& p) {
 
 }  // namespace
 
-bool CSuperficieSuelo::Prepara(CAvance& avance) {
+bool CSuperficieSuelo::MideVertices(CAvance& avance) {
   CPlanosSuelo planos;
   if (!CalculaPlanos(malla, k, avance, planos)) return false;
   vertices.assign(malla.Minimos(), {});
@@ -34,6 +34,10 @@ bool CSuperficieSuelo::Prepara(CAvance& avance) {
       if (malla.EsSuelo(i)) Mide(i);
     }
   });
+  return true;
+}
+
+void CSuperficieSuelo::MideFacetas() {
   facetas.resize(tin.tin.Cantidad());
   Reparte(facetas.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t t = desde; t < hasta; ++t) facetas[t] = Faceta(static_cast<std::uint32_t>(t));
@@ -42,7 +46,6 @@ bool CSuperficieSuelo::Prepara(CAvance& avance) {
   for (auto t = static_cast<std::uint32_t>(tin.tin.Cantidad()); t-- > 0;) {
     for (const std::uint32_t v : tin.tin.Vertices(t)) primero[tin.vertices[v]] = t;
   }
-  return true;
 }
 
 void CSuperficieSuelo::Mide(std::size_t i) {
@@ -85,21 +88,22 @@ CSuperficieSuelo::CFaceta CSuperficieSuelo::Faceta(std::uint32_t triangulo) cons
   const double bx = Resta(b.x, a.x), by = Resta(b.y, a.y), bz = Resta(b.z, a.z);
   const double cx = Resta(c.x, a.x), cy = Resta(c.y, a.y), cz = Resta(c.z, a.z);
   const double area = bx * cy - by * cx;
-  CFaceta f{a.x, a.y, a.z, 0, 0, (bz * cy - by * cz) / area, (bx * cz - bz * cx) / area};
+  const double dx = (bz * cy - by * cz) / area, dy = (bx * cz - bz * cx) / area;
+  CFaceta f{0, 0, static_cast<float>(dx), static_cast<float>(dy)};
   // The product of the sides by four times the area.
   const double radio = std::sqrt(bx * bx + by * by) * std::sqrt(cx * cx + cy * cy) *
                        std::sqrt((bx - cx) * (bx - cx) + (by - cy) * (by - cy)) / (2 * std::abs(area));
-  f.hay = radio * malla.metro <= k.mayorRadio;
   double pendiente = 0, rugosidad = 0;
   for (const std::uint32_t i : v) {
     CVertice const& vertice = vertices[tin.vertices[i]];
     pendiente += static_cast<double>(vertice.pendiente) / 3;
     rugosidad += static_cast<double>(vertice.rugosidad) / 3;
   }
-  const double empinada = std::sqrt(f.dx * f.dx + f.dy * f.dy) * malla.metroZ / malla.metro;
+  const double empinada = std::sqrt(dx * dx + dy * dy) * malla.metroZ / malla.metro;
   f.pendiente =
       static_cast<float>((1 - k.parteFaceta) * pendiente + k.parteFaceta * std::min(k.mayorPendiente, empinada));
   f.rugosidad = static_cast<float>(rugosidad);
+  if (radio * malla.metro > k.mayorRadio) f.pendiente = CFaceta::kNoHay;
   return f;
 }
 
@@ -146,9 +150,10 @@ CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p, std::uint32
   }
   if (pista >= facetas.size() || !Busca(p, pista)) return Fuera(p);
   CFaceta const& f = facetas[pista];
-  if (!f.hay) return Fuera(p);
-  return {f.z + f.dx * Resta(p.x, f.x) + f.dy * Resta(p.y, f.y), static_cast<double>(f.pendiente),
-          static_cast<double>(f.rugosidad), true};
+  if (f.pendiente == CFaceta::kNoHay) return Fuera(p);
+  CPuntoTIN const& a = tin.tin.puntos[tin.tin.Vertices(pista)[0]];
+  const double z = a.z + static_cast<double>(f.dx) * Resta(p.x, a.x) + static_cast<double>(f.dy) * Resta(p.y, a.y);
+  return {z, static_cast<double>(f.pendiente), static_cast<double>(f.rugosidad), true};
 }
 
 }  // namespace Meseta47

@@ -27,8 +27,10 @@ class CSuperficieSuelo {
   CSuperficieSuelo(CMallaSuelo const& laMalla, CConstantesSuelo const& lasK, CTinSuelo const& elTin)
       : malla(laMalla), k(lasK), tin(elTin) {}
 
-  /// Measures the vertices. False when cancelled.
-  bool Prepara(CAvance& avance);
+  /// Measures the vertices, for which the triangles need not be there yet. False when cancelled.
+  bool MideVertices(CAvance& avance);
+  /// Measures the triangles.
+  void MideFacetas();
 
   /// `pista` is any triangle, to begin at, and takes the one that was found; what is found does not depend on it.
   [[nodiscard]] CLugar En(CCoor3D<int> const& p, std::uint32_t& pista) const;
@@ -39,12 +41,14 @@ class CSuperficieSuelo {
     float pendiente = 0, rugosidad = 0;
   };
 
-  /// A triangle as the points above it need it: its plane, from its first corner on.
+  /// A triangle as the points above it need it: its plane, from its first corner on. Single precision tells heights
+  /// within a triangle to a hundredth of a millimetre.
   struct CFaceta {
-    int x = 0, y = 0, z = 0;
+    static constexpr float kNoHay = -1;  ///< as a slope: too large a circle, as at a rim, where triangles depend on
+                                         ///< what lies far away
+
     float pendiente = 0, rugosidad = 0;
-    double dx = 0, dy = 0;  ///< rise over run, scaled units
-    bool hay = true;        ///< false: too large a circle, as at a rim, where triangles depend on what lies far away
+    float dx = 0, dy = 0;  ///< rise over run, scaled units
   };
 
   void Mide(std::size_t i);

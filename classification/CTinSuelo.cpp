@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "model/geometry/Hilbert.h"
+#include "model/threads/IPorcentaje.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47 {
@@ -36,9 +37,25 @@ std::vector<CCoor3D<int>> EnOrden(CMallaSuelo const& malla, std::vector<std::uin
   return puntos;
 }
 
+/// Asks a function whether to go on. The phases of the run would interrupt those of the search, and are not told.
+class CPregunta final : public IPorcentaje {
+ public:
+  explicit CPregunta(std::function<bool()> const& laPregunta) : pregunta(laPregunta) {}
+
+  int Porcentaje(int, unsigned long long, unsigned long long, bool) override { return pregunta() ? 1 : 0; }
+  void Fase(int, unsigned) override {}
+  void Cierra(int, int) override {}
+  void Amplia(int, int) override {}
+  void Abre(int, int, int) override {}
+  void Mensaje(int, CString*, int) override {}
+
+ private:
+  std::function<bool()> const& pregunta;
+};
+
 }  // namespace
 
-int CTinSuelo::Construye(CMallaSuelo const& malla) {
+int CTinSuelo::Construye(CMallaSuelo const& malla, std::function<bool()> const& sigue) {
   tin.Clear();
   vertices.clear();
   for (std::uint32_t i = 0; i < malla.Minimos(); ++i) {
@@ -55,7 +72,8 @@ int CTinSuelo::Construye(CMallaSuelo const& malla) {
   CDibujo<int> dibujo(tin.semilla);
   dibujo.Inserta(std::move(puntos));
   CTriangulacion2D triangulacion(0, tin.semilla, kIdentificador);
-  triangulacion.Mensajes(MENSAJES_NINGUNO);  // its phases would interrupt those of the search
+  CPregunta pregunta(sigue);
+  triangulacion.Avisa(&pregunta);
   return triangulacion.Run({.dibujo = dibujo, .ladoMaximo = kSinLimite / tin.semilla.Precision(), .vaciar = true}, tin);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "classification/CMallaSuelo.h"
@@ -14,8 +15,9 @@ class CTinSuelo {
  public:
   explicit CTinSuelo(CDataSemilla const& semilla) : tin(0, 0, semilla) {}
 
-  /// A run's code. kHecho and no triangle where fewer than three minima are ground, or all in line.
-  int Construye(CMallaSuelo const& malla);
+  /// A run's code. kHecho and no triangle where fewer than three minima are ground, or all in line. `sigue` is asked
+  /// now and then, on the calling thread, and cancels when it answers false.
+  int Construye(CMallaSuelo const& malla, std::function<bool()> const& sigue);
 
   CTIN tin;
   std::vector<std::uint32_t> vertices;  ///< of each vertex of `tin`, its minimum

@@ -1,4 +1,5 @@
 // The classes of the points, by their height about the surface.
+#include <algorithm>
 #include <atomic>
 
 #include "classification/CPuntosSuelo.h"
@@ -20,33 +21,44 @@ class CBanda {
   CBanda(CConstantesSuelo const& lasK, CDataSuelo const& losDatos)
       : k(lasK),
         data(losDatos),
-        base(data.Banda == 0 ? k.bandaBase : k.estrechaBase),
-        pendiente(data.Banda == 0 ? k.bandaPendiente : k.estrechaPendiente),
-        rugosidad(data.Banda == 0 ? k.bandaRugosidad : k.estrechaRugosidad) {}
+        ancha{k.bandaBase, k.bandaPendiente, k.bandaRugosidad},
+        estrecha{k.estrechaBase, k.estrechaPendiente, k.estrechaRugosidad},
+        delLugar{k.lugarBase, 0, k.lugarRugosidad} {}
 
   /// The class of a point `altura` metres above the surface that had the class `antes`.
   [[nodiscard]] unsigned char Clase(CSuperficieSuelo::CLugar const& lugar, double altura, unsigned char antes) const {
     if (lugar.hay && altura < -k.bandaAbajo * (k.bandaBase + k.bandaAbajoPendiente * lugar.pendiente)) {
       return data.Ruido.GetTipo();
     }
-    if (lugar.hay && altura <= base + pendiente * lugar.pendiente + rugosidad * lugar.rugosidad) {
-      return data.Tipo.GetTipo();
-    }
+    if (lugar.hay && altura <= Techo(lugar)) return data.Tipo.GetTipo();
     return antes == data.Tipo.GetTipo() ? kSinClasificar : antes;
   }
 
  private:
+  struct CAncho {
+    double base, pendiente, rugosidad;
+    [[nodiscard]] double En(CSuperficieSuelo::CLugar const& lugar) const {
+      return base + pendiente * lugar.pendiente + rugosidad * lugar.rugosidad;
+    }
+  };
+
+  /// How far above the surface is ground.
+  [[nodiscard]] double Techo(CSuperficieSuelo::CLugar const& lugar) const {
+    if (data.Banda == CDataSuelo::kBandaAncha) return ancha.En(lugar);
+    if (data.Banda == CDataSuelo::kBandaEstrecha) return estrecha.En(lugar);
+    return std::min(ancha.En(lugar), delLugar.En(lugar));
+  }
+
   CConstantesSuelo const& k;
   CDataSuelo const& data;
-  double base, pendiente, rugosidad;
+  CAncho ancha, estrecha, delLugar;
 };
 
 }  // namespace
 
 int ClasificaPuntos(CPuntosSuelo const& puntos, CMallaSuelo const& malla, CConstantesSuelo const& k,
-                    CTinSuelo const& tin, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen) {
-  CSuperficieSuelo superficie(malla, k, tin);
-  if (!superficie.Prepara(avance)) return kCancelado;
+                    CSuperficieSuelo& superficie, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen) {
+  superficie.MideFacetas();
   const CBanda banda(k, data);
   // Classes are kept aside until all are known: a cancelled search changes none.
   VectorCrudo<unsigned char> clases(puntos.Total());

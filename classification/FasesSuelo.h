@@ -10,7 +10,7 @@ namespace Meseta47 {
 
 class CAvance;
 class CPuntosSuelo;
-class CTinSuelo;
+class CSuperficieSuelo;
 
 // The phases of the ground search, in the order in which CBusquedaSuelo calls them. Each reads the states of all minima
 // as they were and writes what it finds at its end, or at the end of a round, so that the outcome depends neither on
@@ -30,8 +30,8 @@ unsigned Aberturas(CMallaSuelo const& malla, CDataSuelo const& data);
 /// stays noise.
 bool SeparaPorAberturas(CMallaSuelo& malla, CConstantesSuelo const& k, CDataSuelo const& data, CAvance& avance);
 
-/// Marks basins of few vertices of the triangulated ground as noise. Returns how many minima that were.
-unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin);
+/// Marks basins of few vertices of the triangulated ground as noise. `hay`: whether there were any.
+bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, bool& hay);
 
 /// Slopes of the planes through ground minima, as rise over run; 0 for other minima.
 struct CPlanosSuelo {
@@ -54,8 +54,9 @@ bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance);
 bool RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::uint8_t> const& crecidos,
                         CAvance& avance);
 
-/// Gives the points their classes by their height about the surface of `tin`, and counts them. kHecho, kCancelado.
+/// Gives the points their classes by their height about the surface, whose vertices are measured, and counts them.
+/// kHecho, kCancelado.
 int ClasificaPuntos(CPuntosSuelo const& puntos, CMallaSuelo const& malla, CConstantesSuelo const& k,
-                    CTinSuelo const& tin, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen);
+                    CSuperficieSuelo& superficie, CDataSuelo const& data, CAvance& avance, CResumenSuelo& resumen);
 
 }  // namespace Meseta47

@@ -1,109 +1,98 @@
-// Pits: echoes from below the ground, seen as small basins of the triangulation of the ground.
+// Pits: echoes from below the ground, seen as small basins of the Delaunay triangulation of the ground minima.
 #include <algorithm>
-#include <tuple>
+#include <limits>
+#include <mutex>
+#include <vector>
 
-#include "classification/CTinSuelo.h"
+#include "classification/CEstrellaSuelo.h"
 #include "classification/FasesSuelo.h"
+#include "model/threads/CAvance.h"
+#include "model/threads/Reparto.h"
 
 namespace Meseta47 {
 
 namespace {
 
-/// Vertices joined by a side to each vertex, all vertices' after another.
-struct CVecindad {
-  std::vector<std::uint32_t> desde, otros;
-};
+constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+constexpr double kCerca = 2.5;         // spacings: within them lie some twenty minima, where they are complete
 
-CVecindad VecindadDe(CTIN const& tin, std::size_t vertices) {
-  CVecindad v;
-  v.desde.assign(vertices + 2, 0);
-  const auto cantidad = static_cast<std::uint32_t>(tin.Cantidad());
-  for (std::uint32_t t = 0; t < cantidad; ++t) {
-    for (const std::uint32_t a : tin.Vertices(t)) v.desde[a + 2] += 2;
-  }
-  for (std::size_t i = 2; i < v.desde.size(); ++i) v.desde[i] += v.desde[i - 1];
-  v.otros.resize(v.desde.back());
-  for (std::uint32_t t = 0; t < cantidad; ++t) {
-    auto const& [a, b, c] = tin.Vertices(t);
-    for (auto const& [p, q, r] : {std::tuple(a, b, c), std::tuple(b, c, a), std::tuple(c, a, b)}) {
-      v.otros[v.desde[p + 1]++] = q;
-      v.otros[v.desde[p + 1]++] = r;
-    }
-  }
-  return v;
-}
-
-/// Finds the basins of a surface, one flood at a time.
-class CPozos {
+/// Looks for the basin of one minimum at a time.
+class CCuenca {
  public:
-  CPozos(CMallaSuelo& laMalla, CConstantesSuelo const& lasK, CTinSuelo const& elTin)
-      : malla(laMalla),
-        k(lasK),
-        tin(elTin),
-        vecindad(VecindadDe(elTin.tin, elTin.vertices.size())),
-        orilla(elTin.vertices.size()) {
-    for (std::uint32_t t = 0; t < static_cast<std::uint32_t>(tin.tin.Cantidad()); ++t) {
-      for (unsigned lado = 0; lado < 3; ++lado) {
-        if (tin.tin.Vecinos(t)[lado] != kSinTriangulo) continue;
-        orilla[tin.tin.Vertices(t)[lado]] = orilla[tin.tin.Vertices(t)[(lado + 1) % 3]] = true;
+  CCuenca(CMallaSuelo const& laMalla, CConstantesSuelo const& lasK)
+      : malla(laMalla), k(lasK), estrella(laMalla), hondo(static_cast<std::int64_t>(k.alturaPozo / malla.metroZ)) {}
+
+  /// Whether the water that rises from `i` stays within few minima, and off the rim of the ground, beyond which nobody
+  /// knows.
+  bool EsPozo(std::size_t i) {
+    // Of equally low ones each is looked at: the floods agree.
+    if (!PuedeSerFondo(i) || !estrella.Halla(i, [&](std::size_t o) { return Z(o) >= Z(i); })) return false;
+    const std::int64_t nivel = Z(i) + hondo;
+    minimos.assign(1, i);
+    for (std::size_t n = 0; n < minimos.size(); ++n) {
+      if (n > 0 && !estrella.Halla(minimos[n], [](std::size_t) { return true; })) return false;
+      for (const std::size_t o : estrella.Vecinos()) {
+        if (Z(o) >= nivel || std::find(minimos.begin(), minimos.end(), o) != minimos.end()) continue;
+        minimos.push_back(o);
       }
+      if (minimos.size() > k.verticesPozo) return false;
     }
+    return true;
   }
 
-  unsigned Quita() {
-    std::vector<std::uint32_t> pozos;
-    const auto hondo = static_cast<std::int64_t>(k.alturaPozo / malla.metroZ);
-    for (std::uint32_t v = 0; v < tin.vertices.size(); ++v) {
-      if (EsMinimo(v) && Inunda(v, Z(v) + hondo)) pozos.insert(pozos.end(), cuenca.begin(), cuenca.end());
-    }
-    for (const std::uint32_t v : pozos) malla.estados[tin.vertices[v]] = CEstadoSuelo::Ruido;
-    return static_cast<unsigned>(pozos.size());
-  }
+  /// Of the last pit.
+  [[nodiscard]] std::vector<std::size_t> const& Minimos() const { return minimos; }
 
  private:
-  [[nodiscard]] std::int64_t Z(std::uint32_t v) const { return malla.minimos[tin.vertices[v]].z; }
+  [[nodiscard]] std::int64_t Z(std::size_t i) const { return malla.minimos[i].z; }
 
-  template <class F>
-  bool Ninguno(std::uint32_t v, F const& f) const {
-    for (std::uint32_t i = vecindad.desde[v]; i < vecindad.desde[v + 1]; ++i) {
-      if (f(vecindad.otros[i])) return false;
-    }
-    return true;
+  /// False for nearly all, at little cost. In a Delaunay triangulation every vertex but `i` has a neighbour nearer to
+  /// `i` than itself (P. Bose and P. Morin, "Online routing in triangulations", 1999). So the nearest minimum is joined
+  /// to `i`, and water from `i` reaches all minima that are nearer than the first one above its level.
+  [[nodiscard]] bool PuedeSerFondo(std::size_t i) const {
+    constexpr double kLejos = std::numeric_limits<double>::infinity();
+    double cerca = kLejos, cercaZ = 0, dique = kLejos;
+    malla.Vecinos(i, kCerca, [&](std::size_t j, double, double, double dz, double d2) {
+      if (!malla.EsSuelo(j)) return;
+      if (d2 < cerca || (d2 == cerca && dz < cercaZ)) {
+        cerca = d2;
+        cercaZ = dz;
+      }
+      if (dz >= k.alturaPozo - malla.metroZ) dique = std::min(dique, d2);  // a unit less: levels are whole units
+    });
+    if (cercaZ < 0) return false;
+    unsigned bajos = 1;
+    malla.Vecinos(i, kCerca, [&](std::size_t j, double, double, double, double d2) {
+      bajos += malla.EsSuelo(j) && d2 < dique ? 1U : 0U;
+    });
+    return bajos <= k.verticesPozo;
   }
 
-  /// No neighbour is lower. Of equal ones each is looked at: the floods agree.
-  [[nodiscard]] bool EsMinimo(std::uint32_t v) const {
-    return vecindad.desde[v] < vecindad.desde[v + 1] && Ninguno(v, [&](std::uint32_t o) { return Z(o) < Z(v); });
-  }
-
-  /// Whether the water that rises to `nivel` from `v` stays within few vertices, and off the rim of the surface, beyond
-  /// which nobody knows.
-  bool Inunda(std::uint32_t v, std::int64_t nivel) {
-    cuenca.assign(1, v);
-    for (std::size_t i = 0; i < cuenca.size(); ++i) {
-      if (orilla[cuenca[i]]) return false;
-      const bool cabe = Ninguno(cuenca[i], [&](std::uint32_t o) {
-        if (Z(o) >= nivel || std::find(cuenca.begin(), cuenca.end(), o) != cuenca.end()) return false;
-        cuenca.push_back(o);
-        return cuenca.size() > k.verticesPozo;
-      });
-      if (!cabe) return false;
-    }
-    return true;
-  }
-
-  CMallaSuelo& malla;
+  CMallaSuelo const& malla;
   CConstantesSuelo const& k;
-  CTinSuelo const& tin;
-  CVecindad vecindad;
-  std::vector<bool> orilla;  ///< of each vertex, whether it lies on the rim
-  std::vector<std::uint32_t> cuenca;
+  CEstrellaSuelo estrella;
+  std::int64_t hondo;  ///< scaled units
+  std::vector<std::size_t> minimos;
 };
 
 }  // namespace
 
-unsigned QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CTinSuelo const& tin) {
-  return tin.tin.Cantidad() == 0 ? 0 : CPozos(malla, k, tin).Quita();
+bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, bool& hay) {
+  std::mutex cerrojo;
+  std::vector<std::size_t> pozos;
+  const auto busca = [&](std::size_t desde, std::size_t hasta) {
+    CCuenca cuenca(malla, k);
+    for (std::size_t i = desde; i < hasta; ++i) {
+      if (!malla.EsSuelo(i) || !cuenca.EsPozo(i)) continue;
+      const std::lock_guard guarda(cerrojo);
+      pozos.insert(pozos.end(), cuenca.Minimos().begin(), cuenca.Minimos().end());
+    }
+  };
+  avance.Pasada(malla.Minimos());
+  if (!Reparte(malla.Minimos(), kBloque, busca, [&](std::size_t hechos) { return avance(hechos); })) return false;
+  for (const std::size_t i : pozos) malla.estados[i] = CEstadoSuelo::Ruido;
+  hay = !pozos.empty();
+  return true;
 }
 
 }  // namespace Meseta47

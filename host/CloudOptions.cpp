@@ -64,6 +64,7 @@ void addPointOptions(CLI::App& verb, CloudOptions& o) {
       ->check(CLI::Range(kFewestDecimals, kMostDecimals));
   verb.add_option("--order", o.order, "Order in which points are linked: hilbert (fast) or file")
       ->capture_default_str()
+      ->each([&o](std::string const&) { o.orderGiven = true; })
       ->check(CLI::IsMember({"hilbert", "file"}));
 }
 

@@ -26,6 +26,7 @@ struct CloudOptions {
   bool partial = false;
   double resolution = 0;  ///< 0 for all levels
   std::string order = "hilbert";
+  bool orderGiven = false;  ///< the order was asked for: what could do without it has it too
   std::string border = "hull";
   bool takesVectors = false;  ///< addCloudOptions was called: the following count
   std::string codeField, withoutZ = "refuse", system;

@@ -2,12 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
+
+#include "host/las/LasCodec.h"
+#include "model/threads/Reparto.h"
 
 namespace Meseta47::host {
 
 namespace {
 
-constexpr double kFarthest = 9e15;  // beyond it a scaled coordinate is no whole number in a double any more
+constexpr std::size_t kBlock = 8192;  // points that a thread takes at a time
+constexpr double kFarthest = 9e15;    // beyond it a scaled coordinate is no whole number in a double any more
 
 std::int64_t toWhole(double v) { return std::llround(std::clamp(v, -kFarthest, kFarthest)); }
 
@@ -73,15 +78,24 @@ bool PointStream::next(CDataSemilla const& seed, std::vector<WidePoint>& points)
   points.clear();
   const double units = seed.Precision();
   if (LasReader* las = reader_.las(); las != nullptr) {
-    if (las->readBatch(las_) == 0) return false;
+    const std::size_t count = las->readRecords();
+    if (count == 0) return false;
     const auto map = [&](std::size_t axis) {
       return AxisMap(las->header().scale[axis], las->header().offset[axis], seed.origen[axis], units);
     };
     const AxisMap x = map(0), y = map(1), z = map(2);
-    points.reserve(las_.size());
-    for (LasPoint const& p : las_) {
-      points.push_back({{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification, reader_.colourOf(p)});
-    }
+    const unsigned format = las->header().pointFormat;
+    const std::size_t length = las->header().recordLength;
+    las_.resize(count);
+    points.resize(count);
+    Reparte(count, kBlock, [&](std::size_t from, std::size_t to) {
+      const std::span part = std::span(las_).subspan(from, to - from);
+      decodeLasPoints(format, las->rawRecords().data() + from * length, length, part);
+      for (std::size_t i = from; i < to; ++i) {
+        LasPoint const& p = las_[i];
+        points[i] = {{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification, reader_.colourOf(p)};
+      }
+    });
     return true;
   }
   if (reader_.readBatch(text_) == 0) return false;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <span>
 #include <system_error>
 #include <thread>
@@ -130,6 +131,20 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points) {
   }
   std::transform(items.begin(), items.end(), order.begin(), [](Item const& item) { return item.index; });
   return order;
+}
+
+bool jumpsAbout(std::vector<ScaledPoint> const& points) {
+  constexpr std::size_t kEvery = 37;  // a prime: no pattern of a scanner has its period
+  constexpr double kFar = 0.05;
+  CMaximas<int> box;
+  double way = 0;
+  std::size_t steps = 0;
+  for (std::size_t i = 0; i + 1 < points.size(); i += kEvery, ++steps) {
+    ScaledPoint const &a = points[i], &b = points[i + 1];
+    box.Nuevo(CCoor3D<int>(a.x, a.y, 0, 0));
+    way += std::hypot(static_cast<double>(b.x) - a.x, static_cast<double>(b.y) - a.y);
+  }
+  return steps > 0 && way > kFar * static_cast<double>(steps) * std::max(box.Ancho(), box.Alto());
 }
 
 template <class To, class From>

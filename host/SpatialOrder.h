@@ -29,6 +29,10 @@ struct ScaledPoint {
 template <class Point>
 std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points);
 
+/// Whether points that follow each other lie far apart, as they don't in the order of a flight: farther than a
+/// twentieth of the longer side of their box on average, of a sample.
+[[nodiscard]] bool jumpsAbout(std::vector<ScaledPoint> const& points);
+
 /// The points, or what is kept beside them, in that order: element i is the one that stands at `order[i]`, made a `To`.
 template <class To, class From>
 std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_t> const& order);

@@ -52,7 +52,10 @@ CNivelMensajes CTriangulacion2D::Mensajes(CNivelMensajes nivel) {
   return anterior;
 }
 
-IPorcentaje* CTriangulacion2D::Progreso() const { return mensajes >= 1 ? BuscaPorcentaje() : nullptr; }
+IPorcentaje* CTriangulacion2D::Progreso() const {
+  if (mensajes < 1) return nullptr;
+  return aviso != nullptr ? aviso : BuscaPorcentaje();
+}
 
 void CTriangulacion2D::BorraFicheroTemporal() { ficheroTemporal.Borra(); }
 

@@ -90,6 +90,9 @@ class URDIMBRE_API CTriangulacion2D {
   /// Sets the message level and returns the old one; 4 and above are stored as 0. At 0 a run asks for no progress
   /// interface and cannot be cancelled.
   CNivelMensajes Mensajes(CNivelMensajes nivel);
+  /// From now on runs report to `otro`, from their own thread, and ask it whether to go on; null: to the application's
+  /// interface, as at first. It must outlive the runs. For runs that are a step of something larger.
+  void Avisa(IPorcentaje* otro) { aviso = otro; }
 
   /// Whether the surfaces of this object's runs are those of the points alone, as if the four corners of the frame had
   /// been taken out of the finished mesh. By default they are not: the frame stands a tenth of the extent off the data,
@@ -424,6 +427,7 @@ class URDIMBRE_API CTriangulacion2D {
 
   CArbolDivisiones2D divisiones;
   CNivelMensajes mensajes = MENSAJES_NORMALES;  ///< progress is reported from 1 up
+  IPorcentaje* aviso = nullptr;                 ///< in place of the application's
   std::uint32_t cantidadPuntos = 0;  ///< points accepted by the filling; while linking, the last number given
   std::uint32_t duplicados = 0;      ///< points that fell exactly on a vertex in plan
   CDataSemilla semilla;

@@ -165,7 +165,8 @@ ClassifyReport classify(ClassifyOptions const& options, CloudSearch& search, Hos
   search.requireSense(unitsOf(cloud, inputOf(options)));
   search.requireSeen(cloud, inputOf(options));
   {
-    const bool hilbert = options.cloud.hilbert();
+    const bool wanted = search.links() || options.cloud.orderGiven || jumpsAbout(cloud.points);
+    const bool hilbert = options.cloud.hilbert() && wanted;
     if (hilbert) app.phase("Ordering");
     CDibujo<int> drawing = report.seconds.timed("order", [&] { return drawingOf(cloud, hilbert, app); });
     runSearch(drawing, filters, options.cloud, search, report.outcome);

@@ -71,6 +71,9 @@ class CloudSearch {
   virtual void requireSeen(LoadedCloud const& /*cloud*/, std::string const& /*input*/) const {}
   /// Whether it only tells something of the cloud, and gives no point a class.
   [[nodiscard]] virtual bool onlyTells() const { return false; }
+  /// Whether it links points, and needs those that follow each other to be near each other. One that looks each up by
+  /// itself only wants them not to jump about.
+  [[nodiscard]] virtual bool links() const { return true; }
   /// What it writes to the folder for temporary files at most, for so many points.
   [[nodiscard]] virtual std::uint64_t temporaryBytes(std::uint64_t points) const = 0;
 

@@ -34,9 +34,9 @@ GroundSearch::GroundSearch() {
                  "later as far as it is even"},
                 data_.Pendiente, fromZeroUp());
   table_.choice({"--band", "Banda",
-                 "What counts as ground about the surface: rough takes in low growth, tight is for dense and precise "
-                 "clouds"},
-                data_.Banda, {"rough", "tight"});
+                 "How far above the surface is still ground: as the lowest points around each place are scattered "
+                 "(auto), a quarter of a metre and more, low growth included (rough), or a decimetre and more (tight)"},
+                data_.Banda, {"rough", "tight", "auto"});
 }
 
 void GroundSearch::settle(ProfilePlace const* profile) {
@@ -79,11 +79,8 @@ int GroundSearch::run(CDibujo<int>& drawing, CDataTriangulacion const& filters, 
   }
   outcome.details = {
       {"low_noise_found", r.ruido}, {"minima", r.minimos}, {"cell_metres", r.celda}, {"spacing_metres", r.espaciado}};
-  outcome.seconds = {{"minima", r.segundosMinimos},
-                     {"openings", r.segundosAberturas},
-                     {"pits", r.segundosPozos},
-                     {"growth", r.segundosCrece},
-                     {"points", r.segundosClasifica}};
+  outcome.seconds = {{"minima", r.segundosMinimos}, {"openings", r.segundosAberturas}, {"pits", r.segundosPozos},
+                     {"growth", r.segundosCrece},   {"surface", r.segundosSuperficie}, {"points", r.segundosClasifica}};
   return code;
 }
 

@@ -18,6 +18,7 @@ class GroundSearch : public CloudSearch {
   void requireSense(CloudUnits const& units) override;
   [[nodiscard]] nlohmann::ordered_json parameters() const override;
   [[nodiscard]] bool needsUnits() const override { return true; }
+  [[nodiscard]] bool links() const override { return false; }
   [[nodiscard]] std::uint64_t temporaryBytes(std::uint64_t points) const override;
   int run(CDibujo<int>& drawing, CDataTriangulacion const& filters, bool fillsHull, SearchOutcome& outcome) override;
 

@@ -27,6 +27,8 @@ class CAvance {
            porcentaje->Porcentaje(nivel, anteriores + (cosas == 0 ? kPasos : hechas * kPasos / cosas), total, false) !=
                0;
   }
+  /// The pass goes on, with nothing new to tell. False cancels.
+  [[nodiscard]] bool Sigue() const { return (*this)(cosas); }
 
  private:
   static constexpr unsigned kPasos = 1000;

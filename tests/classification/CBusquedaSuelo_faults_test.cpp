@@ -66,6 +66,28 @@ TEST(CBusquedaSuelo, CancelledAtAnyStepItChangesNothing) {
   }
 }
 
+TEST(CBusquedaSuelo, CancelledBesideAThreadThatTriangulatesItChangesNothing) {
+  for (int at = 1; at <= 40; at += 3) {
+    ListeningApp app(2);
+    app.cancelAt = at;
+    CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
+    if (GroundSearch().Run(drawing) == kHecho) continue;  // two threads take fewer steps
+    ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "at step " << at;
+    ASSERT_EQ(app.TemporaryFiles(), 0U);
+  }
+}
+
+TEST(CBusquedaSuelo, IsAskedWhetherToGoOnWhileItTriangulates) {
+  const ListeningApp app(1);
+  Land land(2);
+  land.Fly(0, 0, 150, 150, 2, [](double x, double y) { return 100 + 0.1 * x + 2 * std::sin(y / 9); });
+  CDibujo<int> drawing = Cloud(land.points, test::kCentimetres);
+  CBusquedaSuelo search(test::kCentimetres, CDataTriangulacion());
+  ASSERT_EQ(search.Busca(drawing, CDataSuelo()), kHecho);
+  ASSERT_GT(search.Resumen().minimos, 15000U);
+  EXPECT_GT(app.steps.size(), 15000U) << "passes over points and cells take a few hundred; a run asks at each point";
+}
+
 TEST(CBusquedaSuelo, WhatTheSystemRefusesChangesNothingOrNothingAtAll) {
   const QuietApp app;
   const std::vector<int> right = GroundSearch().Classes(Meadow());

@@ -136,10 +136,37 @@ TEST(CBusquedaSuelo, ATightBandTakesInLess) {
   Land land(10);
   land.Fly(0, 0, 60, 60, 4, [&](double, double) { return 100 + 0.4 * land.random.unit(); });
   GroundSearch rough, tight;
-  tight.how.Banda = 1;
+  rough.how.Banda = CDataSuelo::kBandaAncha;
+  tight.how.Banda = CDataSuelo::kBandaEstrecha;
   rough.Classes(land.points);
   tight.Classes(land.points);
   EXPECT_LT(tight.summary.suelo, rough.summary.suelo);
+}
+
+TEST(CBusquedaSuelo, TheBandIsAsWideAsTheGroundIsRough) {
+  const QuietApp app;
+  Land land(11);
+  const Land::Height smooth = [](double, double) { return 100.0; };
+  const Land::Height rough = [&](double, double) { return 100 + 0.8 * land.random.unit(); };
+  land.Fly(0, 0, 60, 60, 8, smooth).Fly(60, 0, 120, 60, 2, rough);
+  const std::size_t soil = land.points.size();
+  const Land::Height herbs = [](double, double) { return 100.22; };
+  land.Fly(5, 5, 55, 55, 1, herbs);
+  const auto found = [&](int band) {
+    GroundSearch search;
+    search.how.Banda = band;
+    return search.Classes(land.points);
+  };
+  const auto herbsIn = [&](std::vector<int> const& classes) {
+    return std::count(classes.begin() + static_cast<std::ptrdiff_t>(soil), classes.end(), kGroundClass);
+  };
+  const std::vector<int> wide = found(CDataSuelo::kBandaAncha), tight = found(CDataSuelo::kBandaEstrecha),
+                         local = found(CDataSuelo::kBandaDelLugar);
+  const auto isRough = [](ClassedPoint const& p) { return p.x > 6300; };
+  const double rough90 = 0.9 * Share(land.points, wide, kGroundClass, isRough);
+  EXPECT_GT(Share(land.points, local, kGroundClass, isRough), rough90);
+  EXPECT_LT(Share(land.points, tight, kGroundClass, isRough), rough90);
+  EXPECT_LT(herbsIn(local) * 20, herbsIn(wide)) << "on smooth ground what stands a hand above it is told from it";
 }
 
 TEST(CBusquedaSuelo, AWiderWindowFindsAWiderHall) {

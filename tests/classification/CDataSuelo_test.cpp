@@ -31,7 +31,7 @@ TEST(CDataSuelo, StartsWithWhatServesAnyCloud) {
   const CDataSuelo data;
   EXPECT_EQ(data.Ventana, 25.0);
   EXPECT_EQ(data.Pendiente, 0.10);
-  EXPECT_EQ(data.Banda, 0);
+  EXPECT_EQ(data.Banda, CDataSuelo::kBandaDelLugar);
   EXPECT_EQ(data.Tipo, CInfoClasificacion(2, 0.0, L""));
   EXPECT_EQ(data.Ruido, CInfoClasificacion(7, 0.0, L""));
 }

@@ -102,7 +102,7 @@ TEST(GroundSearch, WithoutOptionsAndProfileItHasTheDefaults) {
   EXPECT_EQ(defaults["low_noise"], 7);
   EXPECT_EQ(defaults["window_metres"], 25.0);
   EXPECT_EQ(defaults["slope"], 0.1);
-  EXPECT_EQ(defaults["band"], "rough");
+  EXPECT_EQ(defaults["band"], "auto");
 }
 
 TEST(GroundSearch, TheWindowIsInUnitsOfTheInput) {

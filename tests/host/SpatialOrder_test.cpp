@@ -66,6 +66,18 @@ INSTANTIATE_TEST_SUITE_P(OfAnyWidth, Boxes,
                                          Box{-50001, 50002, -99999, 3}, Box{0, 1 << 20, 0, (1 << 22) - 1},
                                          Box{kMin, kMax, kMin, kMax}, Box{kMin, kMin + 70000, kMax - 70001, kMax}));
 
+TEST(SpatialOrder, ThePointsOfAFlightDoNotJumpAboutAndShuffledOnesDo) {
+  std::vector<ScaledPoint> points;
+  for (int line = 0; line < 100; ++line) {
+    for (int i = 0; i < 100; ++i) points.push_back({10 * (line % 2 == 0 ? i : 99 - i), 10 * line, 0, 0, 0});
+  }
+  EXPECT_FALSE(jumpsAbout(points));
+  std::shuffle(points.begin(), points.end(), std::mt19937(5));
+  EXPECT_TRUE(jumpsAbout(points));
+  EXPECT_FALSE(jumpsAbout({}));
+  EXPECT_FALSE(jumpsAbout({{7, 7, 7, 0, 0}}));
+}
+
 TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder(std::vector<ScaledPoint>()).empty()); }
 
 TEST(SpatialOrder, IsAppliedToWhatIsKeptBesideThePoints) {
