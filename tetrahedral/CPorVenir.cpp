@@ -19,21 +19,24 @@ unsigned Octante(CPunto const& p, std::array<std::int32_t, 3> const& corte) {
          4 * static_cast<unsigned>(p.eje[2] >= corte[2]);
 }
 
-/// Which of the boxes with points to come the sphere may hold a point of; of the others it holds none, for certain. The
-/// squared distance to a box is rounded in the same steps as that to a point, and each step keeps the order of what it
-/// is given: it is never more than that to a point of the box, rounding included. So it is with the distance to a
-/// plane.
+/// How much the squared distance to a box exceeds the squared radius. It is rounded in the same steps as that to a
+/// point, and each step keeps the order of what it is given: it is never more than that to a point of the box, rounding
+/// included. So it is with the distance to a plane. Beyond the margin the sphere holds no point of the box, for
+/// certain.
+inline double Sobra(CPorVenir::CCajas const& cajas, unsigned i, CPorVenir::CBola const& b) {
+  const auto hasta = [&](unsigned eje, double centro) {
+    const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
+    const double mayor = bajo > 0 ? bajo : 0;
+    return mayor > alto ? mayor : alto;
+  };
+  const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
+  return dx * dx + dy * dy + dz * dz - b.radio2;
+}
+
+/// Those of the boxes with points to come that the sphere may hold a point of, a bit each.
 inline unsigned AlcanzadasDe(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
   double sobra[8];
-  for (unsigned i = 0; i < 8; ++i) {
-    const auto hasta = [&](unsigned eje, double centro) {
-      const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
-      const double mayor = bajo > 0 ? bajo : 0;
-      return mayor > alto ? mayor : alto;
-    };
-    const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
-    sobra[i] = dx * dx + dy * dy + dz * dz - b.radio2;
-  }
+  for (unsigned i = 0; i < 8; ++i) sobra[i] = Sobra(cajas, i, b);
   unsigned cuales = 0;
   for (unsigned i = 0; i < 8; ++i) cuales |= static_cast<unsigned>(!(sobra[i] > b.margen)) << i;
   return cuales & cajas.abiertas;
@@ -190,7 +193,8 @@ bool CPorVenir::EsAlcanzado(std::uint32_t nodo, CBola const& bola, double fino2)
   CNodo const& padre = nodos[nodos[nodo].padre];
   CHijos const& hijos = tablas[padre.tabla];
   const std::uint32_t i = nodo - padre.hijos;
-  return hijos.lado2[i] < fino2 && (Alcanzadas(hijos.cajas, bola) >> i & 1U) != 0;
+  return (hijos.cajas.abiertas >> i & 1U) != 0 && hijos.lado2[i] < fino2 &&
+         !(Sobra(hijos.cajas, i, bola) > bola.margen);
 }
 
 /// A large sphere grazes many small boxes: from a certain size on what it reaches is taken for reached by its points.
