@@ -20,10 +20,11 @@ inline std::unique_ptr<host::ByteSource> sourceOf(std::uint8_t const* data, std:
   return std::make_unique<host::MemorySource>("fuzz", std::vector<std::uint8_t>(data, data + size));
 }
 
-/// The same as a file, for readers that open their own. One name a process.
-inline std::string fileOf(std::uint8_t const* data, std::size_t size) {
-  static const std::string path =
+/// The same as a file, for readers that open their own. One name a process and extension.
+inline std::string fileOf(std::uint8_t const* data, std::size_t size, std::string const& extension = "") {
+  static const std::string name =
       (std::filesystem::temp_directory_path() / ("urdimbre_fuzz_" + std::to_string(std::random_device()()))).string();
+  const std::string path = name + extension;
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<char const*>(data), static_cast<std::streamsize>(size));
   return path;
 }

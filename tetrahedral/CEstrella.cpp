@@ -1,6 +1,7 @@
 #include "tetrahedral/CEstrella.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 
 #include "platform/Anticipa.h"
@@ -13,6 +14,8 @@ namespace {
 constexpr std::size_t kComparados = 64;        // up to here all are compared with all, in loops without a jump
 constexpr std::size_t kVerticesEnTabla = 256;  // a table of all pairs takes 128 KB then
 constexpr std::size_t kCarasEnTabla = 0x3FFF;  // whose edges count to 16 bits
+
+constexpr std::size_t kCasillasPorCara = 4;  // an eighth in use
 
 constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};  // the edges of a face, by its vertices
 
@@ -37,7 +40,7 @@ void CEstrella::Amplia() {
   const std::size_t n = std::max<std::size_t>(kComparados, 2 * bordes.size());
   bordes.resize(n);
   vertice.resize(3 * n + 1);  // a closed surface has fewer by far; one that is not is refused later
-  casillas.resize(8 * n);
+  casillas.resize(std::bit_ceil(kCasillasPorCara * n));
   claves.resize(3 * n);
   orden.resize(n);
   for (auto* columna : {&vx, &vy, &vz}) columna->resize(3 * n);
@@ -144,7 +147,6 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
 /// Whether a vertex has been met before is as good as random: its entry is written in any case.
 inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
   constexpr std::uint64_t kReparto = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
-  const std::size_t mascara = casillas.size() - 1;
   std::size_t i = (reinterpret_cast<std::uintptr_t>(punto) >> 4) * kReparto >> 40 & mascara;
   while (casillas[i].vez == vez && casillas[i].punto != punto) [[unlikely]] {
       i = (i + 1) & mascara;
@@ -159,6 +161,8 @@ inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
 
 bool CEstrella::Dispone(CCoor3D<int> const& p) {
   vertices = 0;
+  // A large star leaves a large table, which would fill the nearest cache: a small one takes its beginning alone.
+  mascara = std::bit_ceil(kCasillasPorCara * cantidad) - 1;
   if (++vez == 0) {
     std::fill(casillas.begin(), casillas.end(), CCasilla{});
     vez = 1;

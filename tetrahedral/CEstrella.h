@@ -107,6 +107,7 @@ class CEstrella {
   std::vector<CBorde> bordes;
   std::vector<CVertice> vertice;
   std::vector<CCasilla> casillas;  ///< hash of the vertices, emptied by counting
+  std::size_t mascara = 0;         ///< what of it the star uses, less one
   std::uint32_t vez = 0;
   // An edge of a face: four times the face, plus 1 to 3 for its edges 12, 13, 23.
   std::vector<std::uint16_t> aristas;  ///< by two local numbers: the edge that was last there, 0 for none

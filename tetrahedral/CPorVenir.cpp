@@ -1,9 +1,12 @@
 #include "tetrahedral/CPorVenir.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <utility>
+
+#include "platform/Vectores.h"
 
 namespace Meseta47 {
 
@@ -16,37 +19,76 @@ unsigned Octante(CPunto const& p, std::array<std::int32_t, 3> const& corte) {
          4 * static_cast<unsigned>(p.eje[2] >= corte[2]);
 }
 
-/// Whether the sphere holds no point of the box, for certain. The squared distance to the box is rounded in the same
-/// steps as that to a point, and each step keeps the order of what it is given: it is never more than that to a point
-/// of the box, rounding included. So it is with the distance to a plane.
-bool QuedaFuera(CPorVenir::CBola const& b, double const (&minimo)[3], double const (&maximo)[3]) {
-  const double c[3] = {b.x, b.y, b.z};
-  double d[3];
-  for (unsigned eje = 0; eje < 3; ++eje) {
-    const double bajo = minimo[eje] - c[eje], alto = c[eje] - maximo[eje];
-    const double mayor = bajo > alto ? bajo : alto;
-    d[eje] = mayor > 0 ? mayor : 0;
-  }
-  return d[0] * d[0] + d[1] * d[1] + d[2] * d[2] - b.radio2 > b.margen;
+/// How much the squared distance to a box exceeds the squared radius. It is rounded in the same steps as that to a
+/// point, and each step keeps the order of what it is given: it is never more than that to a point of the box, rounding
+/// included. So it is with the distance to a plane. Beyond the margin the sphere holds no point of the box, for
+/// certain.
+inline double Sobra(CPorVenir::CCajas const& cajas, unsigned i, CPorVenir::CBola const& b) {
+  const auto hasta = [&](unsigned eje, double centro) {
+    const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
+    const double mayor = bajo > 0 ? bajo : 0;
+    return mayor > alto ? mayor : alto;
+  };
+  const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
+  return dx * dx + dy * dy + dz * dz - b.radio2;
 }
 
-struct CGrupo {
+/// Those of the boxes with points to come that the sphere may hold a point of, a bit each.
+inline unsigned AlcanzadasDe(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
+  double sobra[8];
+  for (unsigned i = 0; i < 8; ++i) sobra[i] = Sobra(cajas, i, b);
+  unsigned cuales = 0;
+  for (unsigned i = 0; i < 8; ++i) cuales |= static_cast<unsigned>(!(sobra[i] > b.margen)) << i;
+  return cuales & cajas.abiertas;
+}
+
+URDIMBRE_DE_UNA_PIEZA unsigned AlcanzadasEstrecho(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
+  return AlcanzadasDe(cajas, b);
+}
+URDIMBRE_ANCHO unsigned AlcanzadasAncho(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
+  return AlcanzadasDe(cajas, b);
+}
+
+unsigned Alcanzadas(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
+  static const bool ancho = HayVectoresAnchos();
+  return ancho ? AlcanzadasAncho(cajas, b) : AlcanzadasEstrecho(cajas, b);
+}
+
+}  // namespace
+
+/// Points of a node.
+struct CPorVenir::CGrupo {
   CPunto *desde = nullptr, *hasta = nullptr;
-  std::uint32_t turno = 0;  // the last of its points
   unsigned octante = 0;
+  std::uint32_t turno = 0;  // the last of its points
+  std::int32_t minimo[3] = {}, maximo[3] = {};
+
+  void Mide() {
+    for (unsigned eje = 0; eje < 3; ++eje) minimo[eje] = maximo[eje] = desde->eje[eje];
+    for (CPunto const* p = desde; p != hasta; ++p) {
+      turno = std::max(turno, p->turno);
+      for (unsigned eje = 0; eje < 3; ++eje) {
+        minimo[eje] = std::min(minimo[eje], p->eje[eje]);
+        maximo[eje] = std::max(maximo[eje], p->eje[eje]);
+      }
+    }
+  }
+  [[nodiscard]] double Lado2() const {
+    double mayor = 0;
+    for (unsigned eje = 0; eje < 3; ++eje) mayor = std::max(mayor, double{1} * maximo[eje] - minimo[eje]);
+    return mayor * mayor;
+  }
+  /// Whether it is not to be divided.
+  [[nodiscard]] bool EsHoja() const { return static_cast<std::size_t>(hasta - desde) <= kPorHoja || Lado2() == 0; }
 };
 
 /// Gathers the points octant by octant, in place: each goes to the next free place of its own until its place holds one
 /// of its own.
-std::array<CGrupo, 8> Reparte(CPunto* desde, CPunto* hasta, std::array<std::int32_t, 3> const& corte) {
+std::array<CPorVenir::CGrupo, 8> CPorVenir::Reparte(CGrupo const& grupo, std::array<std::int32_t, 3> const& corte) {
   std::array<CGrupo, 8> grupos;
   std::array<std::size_t, 8> cuenta{};
-  for (CPunto const* p = desde; p != hasta; ++p) {
-    const unsigned octante = Octante(*p, corte);
-    ++cuenta[octante];
-    grupos[octante].turno = std::max(grupos[octante].turno, p->turno);
-  }
-  CPunto* libre[8];
+  for (CPunto const* p = grupo.desde; p != grupo.hasta; ++p) ++cuenta[Octante(*p, corte)];
+  CPunto *libre[8], *desde = grupo.desde;
   for (unsigned i = 0; i < 8; ++i) {
     grupos[i].octante = i;
     grupos[i].desde = libre[i] = desde;
@@ -62,59 +104,60 @@ std::array<CGrupo, 8> Reparte(CPunto* desde, CPunto* hasta, std::array<std::int3
         std::swap(*libre[i], *libre[octante]++);
       }
     }
+    if (grupos[i].desde != grupos[i].hasta) grupos[i].Mide();
   }
   return grupos;
 }
 
-}  // namespace
-
 void CPorVenir::Prepara(std::vector<CPunto> puntos) {
   nodos.clear();
+  tablas.clear();
   nodoDeHoja.clear();
   hojas = 0;
   if (puntos.empty()) return;
   nodos.reserve(puntos.size() / 16 + 64);
   nodos.emplace_back();
-  Divide(0, puntos.data(), puntos.data() + puntos.size());
+  CGrupo todos{.desde = puntos.data(), .hasta = puntos.data() + puntos.size()};
+  todos.Mide();
+  constexpr double kParte2 = 1.0 / 64;
+  mayor2 = kParte2 * todos.Lado2();
+  Divide(0, todos);
   nodos.shrink_to_fit();
+  tablas.shrink_to_fit();
 }
 
-void CPorVenir::Divide(std::uint32_t nodo, CPunto* desde, CPunto* hasta) {
+void CPorVenir::Divide(std::uint32_t nodo, CGrupo const& grupo) {
   CNodo n = nodos[nodo];
-  bool junto = true;
-  for (unsigned eje = 0; eje < 3; ++eje) {
-    std::int32_t menor = desde->eje[eje], mayor = menor;
-    for (CPunto const* p = desde; p != hasta; ++p) {
-      menor = std::min(menor, p->eje[eje]);
-      mayor = std::max(mayor, p->eje[eje]);
-    }
-    n.minimo[eje] = menor;
-    n.maximo[eje] = mayor;
-    // Above the least of them, or nothing would be divided.
-    n.corte[eje] = static_cast<std::int32_t>((std::int64_t{menor} + mayor + 1) >> 1);
-    junto = junto && menor == mayor;
-    const double lado = double{1} * mayor - menor;
-    n.lado2 = std::max(n.lado2, lado * lado);
-  }
-  const auto cuantos = static_cast<std::size_t>(hasta - desde);
-  if (junto || cuantos <= kPorHoja) {
-    n.abiertos = static_cast<std::uint32_t>(cuantos);
+  if (grupo.EsHoja()) {
+    n.abiertos = static_cast<std::uint32_t>(grupo.hasta - grupo.desde);
     n.cuantos = hojas++;
     nodos[nodo] = n;
     nodoDeHoja.push_back(nodo);
     return;
   }
-  std::array<CGrupo, 8> grupos = Reparte(desde, hasta, n.corte);
+  // Above the least of them, or nothing would be divided.
+  for (unsigned eje = 0; eje < 3; ++eje) {
+    n.corte[eje] = static_cast<std::int32_t>((std::int64_t{grupo.minimo[eje]} + grupo.maximo[eje] + 1) >> 1);
+  }
+  std::array<CGrupo, 8> grupos = Reparte(grupo, n.corte);
   auto* fin = std::remove_if(grupos.begin(), grupos.end(), [](CGrupo const& g) { return g.desde == g.hasta; });
   std::stable_sort(grupos.begin(), fin, [](CGrupo const& a, CGrupo const& b) { return a.turno > b.turno; });
   n.hijos = static_cast<std::uint32_t>(nodos.size());
-  n.cuantos = n.abiertos = static_cast<std::uint32_t>(fin - grupos.begin());
-  for (std::uint32_t i = 0; i < n.cuantos; ++i) n.cual[grupos[i].octante] = static_cast<std::uint8_t>(i);
+  n.cuantos = static_cast<std::uint32_t>(fin - grupos.begin());
+  n.tabla = static_cast<std::uint32_t>(tablas.size());
+  CHijos& tabla = tablas.emplace_back();
+  tabla.cajas.abiertas = (1U << n.cuantos) - 1;
+  for (std::uint32_t i = 0; i < n.cuantos; ++i) {
+    CGrupo const& g = grupos[i];
+    n.cual[g.octante] = static_cast<std::uint8_t>(i);
+    tabla.cajas.Pon(i, g.minimo, g.maximo);
+    tabla.lado2[i] = g.EsHoja() ? -1 : g.Lado2();
+  }
   nodos[nodo] = n;
   nodos.resize(nodos.size() + n.cuantos);
   for (std::uint32_t i = 0; i < n.cuantos; ++i) {
     nodos[n.hijos + i].padre = nodo;
-    Divide(n.hijos + i, grupos[i].desde, grupos[i].hasta);
+    Divide(n.hijos + i, grupos[i]);
   }
 }
 
@@ -126,45 +169,42 @@ std::uint32_t CPorVenir::Hoja(CCoor3D<int> const& p) const {
 }
 
 bool CPorVenir::Llega(std::uint32_t hoja) {
-  CNodo* n = &nodos[nodoDeHoja[hoja]];
-  if (--n->abiertos != 0) return false;
-  while (n->padre != kNinguna) {
-    n = &nodos[n->padre];
-    if (--n->abiertos != 0) break;
+  std::uint32_t nodo = nodoDeHoja[hoja];
+  if (--nodos[nodo].abiertos != 0) return false;
+  for (; nodos[nodo].padre != kNinguna; nodo = nodos[nodo].padre) {
+    CNodo const& padre = nodos[nodos[nodo].padre];
+    unsigned& abiertas = tablas[padre.tabla].cajas.abiertas;
+    abiertas &= ~(1U << (nodo - padre.hijos));
+    if (abiertas != 0) break;
   }
   return true;
 }
 
 std::uint32_t CPorVenir::UltimaAbierta(std::uint32_t nodo) const {
   while (nodos[nodo].hijos != 0) {
-    nodo = nodos[nodo].hijos;
-    while (nodos[nodo].abiertos == 0) ++nodo;
+    nodo = nodos[nodo].hijos + static_cast<unsigned>(std::countr_zero(tablas[nodos[nodo].tabla].cajas.abiertas));
   }
   return nodos[nodo].cuantos;
 }
 
-bool CPorVenir::Toca(CNodo const& nodo, CBola const& bola) const {
-  if (nodo.abiertos == 0) return false;
-  double bajo[3], alto[3];
-  for (unsigned eje = 0; eje < 3; ++eje) {
-    bajo[eje] = nodo.minimo[eje];
-    alto[eje] = nodo.maximo[eje];
-  }
-  return !QuedaFuera(bola, bajo, alto);
+/// Whether a node below the root is fine enough for a sphere that reaches it.
+bool CPorVenir::EsAlcanzado(std::uint32_t nodo, CBola const& bola, double fino2) const {
+  if (nodo == 0) return false;
+  CNodo const& padre = nodos[nodos[nodo].padre];
+  CHijos const& hijos = tablas[padre.tabla];
+  const std::uint32_t i = nodo - padre.hijos;
+  return (hijos.cajas.abiertas >> i & 1U) != 0 && hijos.lado2[i] < fino2 &&
+         !(Sobra(hijos.cajas, i, bola) > bola.margen);
 }
 
 /// A large sphere grazes many small boxes: from a certain size on what it reaches is taken for reached by its points.
-bool CPorVenir::EsFino(CNodo const& nodo, CBola const& bola) const {
-  constexpr double kParte2 = 1.0 / 64;  // a box of an eighth of all is small enough beside any sphere
-  return nodo.hijos == 0 || nodo.lado2 < std::min(bola.radio2, kParte2 * nodos[0].lado2);
-}
-
-std::uint32_t CPorVenir::Alcanza(std::uint32_t nodo, CBola const& bola) const {
+std::uint32_t CPorVenir::Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const {
   CNodo const& n = nodos[nodo];
-  if (!Toca(n, bola)) return kNinguna;
-  if (EsFino(n, bola)) return nodo;
-  for (std::uint32_t i = 0; i < n.cuantos; ++i) {
-    const std::uint32_t hallado = Alcanza(n.hijos + i, bola);
+  if (n.hijos == 0) return kNinguna;  // the only leaf, which has ended
+  CHijos const& hijos = tablas[n.tabla];
+  for (unsigned quedan = Alcanzadas(hijos.cajas, bola); quedan != 0; quedan &= quedan - 1) {
+    const auto i = static_cast<unsigned>(std::countr_zero(quedan));
+    const std::uint32_t hallado = hijos.lado2[i] < fino2 ? n.hijos + i : Alcanza(n.hijos + i, bola, fino2);
     if (hallado != kNinguna) return hallado;
   }
   return kNinguna;
@@ -172,16 +212,13 @@ std::uint32_t CPorVenir::Alcanza(std::uint32_t nodo, CBola const& bola) const {
 
 void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
   arbol = &elArbol;
-  std::fill(std::begin(celdaBaja), std::end(celdaBaja), -HUGE_VAL);
-  std::fill(std::begin(celdaAlta), std::end(celdaAlta), HUGE_VAL);
+  for (auto* limite : {&celdaBaja, &cercaBaja}) std::fill(std::begin(*limite), std::end(*limite), -HUGE_VAL);
+  for (auto* limite : {&celdaAlta, &cercaAlta}) std::fill(std::begin(*limite), std::end(*limite), HUGE_VAL);
+  abiertas.clear();
+  hechas = 0;
   std::uint32_t nodo = arbol->nodoDeHoja[hoja];
-  CNodo const& suyo = arbol->nodos[nodo];
-  double lado = 0;
-  for (unsigned eje = 0; eje < 3; ++eje) lado = std::max(lado, double{1} * suyo.maximo[eje] - suyo.minimo[eje]);
-  for (unsigned eje = 0; eje < 3; ++eje) {
-    cercaBaja[eje] = suyo.minimo[eje] - lado;
-    cercaAlta[eje] = suyo.maximo[eje] + lado;
-  }
+  if (nodo == 0) return;
+  Acota(nodo);
   for (; arbol->nodos[nodo].padre != kNinguna; nodo = arbol->nodos[nodo].padre) {
     CNodo const& padre = arbol->nodos[arbol->nodos[nodo].padre];
     const auto octante = static_cast<unsigned>(
@@ -196,27 +233,68 @@ void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
       }
     }
   }
-  abiertas.clear();
   Reune(0);
+}
+
+/// What is near: as far from the leaf's points as they reach.
+void CPorVenir::CVecindad::Acota(std::uint32_t nodo) {
+  CNodo const& padre = arbol->nodos[arbol->nodos[nodo].padre];
+  CCajas const& cajas = arbol->tablas[padre.tabla].cajas;
+  const std::uint32_t i = nodo - padre.hijos;
+  double lado = 0;
+  for (unsigned eje = 0; eje < 3; ++eje) {
+    lado = std::max(lado, double{1} * cajas.maximo[eje][i] - cajas.minimo[eje][i]);
+  }
+  for (unsigned eje = 0; eje < 3; ++eje) {
+    cercaBaja[eje] = cajas.minimo[eje][i] - lado;
+    cercaAlta[eje] = cajas.maximo[eje][i] + lado;
+  }
 }
 
 void CPorVenir::CVecindad::Reune(std::uint32_t nodo) {
   CNodo const& n = arbol->nodos[nodo];
-  if (n.abiertos == 0) return;
-  CCaja caja;
-  caja.tras = 0;
-  for (unsigned eje = 0; eje < 3; ++eje) {
-    caja.minimo[eje] = n.minimo[eje];
-    caja.maximo[eje] = n.maximo[eje];
-    if (caja.maximo[eje] < cercaBaja[eje] || caja.minimo[eje] > cercaAlta[eje]) return;
-    caja.tras |= static_cast<unsigned>(caja.maximo[eje] <= celdaBaja[eje]) << eje;
-    caja.tras |= static_cast<unsigned>(caja.minimo[eje] >= celdaAlta[eje]) << (eje + 3);
+  CHijos const& hijos = arbol->tablas[n.tabla];
+  for (unsigned quedan = hijos.cajas.abiertas; quedan != 0; quedan &= quedan - 1) {
+    const auto i = static_cast<unsigned>(std::countr_zero(quedan));
+    CCaja caja;
+    bool cerca = true;
+    for (unsigned eje = 0; eje < 3; ++eje) {
+      const std::int32_t minimo = hijos.cajas.minimo[eje][i], maximo = hijos.cajas.maximo[eje][i];
+      caja.minimo[eje] = minimo;
+      caja.maximo[eje] = maximo;
+      cerca = cerca && maximo >= cercaBaja[eje] && minimo <= cercaAlta[eje];
+      caja.tras |= static_cast<unsigned>(maximo <= celdaBaja[eje]) << eje;
+      caja.tras |= static_cast<unsigned>(minimo >= celdaAlta[eje]) << (eje + 3);
+    }
+    if (!cerca) continue;
+    CNodo const& hijo = arbol->nodos[n.hijos + i];
+    if (hijo.hijos != 0) {
+      Reune(n.hijos + i);
+    } else {
+      caja.hoja = hijo.cuantos;
+      abiertas.push_back(caja);
+    }
   }
-  if (n.hijos == 0) {
-    caja.hoja = n.cuantos;
-    abiertas.push_back(caja);
+}
+
+/// Those that a sphere can reach which crosses these limits alone.
+std::vector<CPorVenir::CVecindad::CTanda> const& CPorVenir::CVecindad::Tras(unsigned cruza) {
+  std::vector<CTanda>& tandas = porCruce[cruza];
+  if ((hechas >> cruza & 1U) != 0) return tandas;
+  hechas |= std::uint64_t{1} << cruza;
+  tandas.clear();
+  unsigned i = 8;
+  for (CCaja const& caja : abiertas) {
+    if ((caja.tras & ~cruza) != 0) continue;
+    if (i == 8) {
+      tandas.emplace_back();
+      i = 0;
+    }
+    tandas.back().cajas.Pon(i, caja.minimo, caja.maximo);
+    tandas.back().cajas.abiertas |= 1U << i;
+    tandas.back().hojas[i++] = caja.hoja;
   }
-  for (std::uint32_t i = 0; n.hijos != 0 && i < n.cuantos; ++i) Reune(n.hijos + i);
+  return tandas;
 }
 
 /// Which of six planes the sphere may reach: those of the lower limits, then of the upper ones.
@@ -236,16 +314,17 @@ std::uint32_t CPorVenir::CVecindad::Alcanza(CBola const& bola) {
   const unsigned cruza = Cruza(bola, celdaBaja, celdaAlta);
   if (cruza == 0) return kNinguna;  // within the cell, all points of which have come
   if (Cruza(bola, cercaBaja, cercaAlta) != 0) {
-    CNodo const& antes = arbol->nodos[hallado];
-    if (!arbol->EsFino(antes, bola) || !arbol->Toca(antes, bola)) {
-      const std::uint32_t nodo = arbol->Alcanza(0, bola);
+    const double fino2 = std::min(bola.radio2, arbol->mayor2);
+    if (!arbol->EsAlcanzado(hallado, bola, fino2)) {
+      const std::uint32_t nodo = arbol->Alcanza(0, bola, fino2);
       if (nodo == kNinguna) return kNinguna;
       hallado = nodo;
     }
     return arbol->UltimaAbierta(hallado);
   }
-  for (CCaja const& caja : abiertas) {
-    if ((caja.tras & ~cruza) == 0 && !QuedaFuera(bola, caja.minimo, caja.maximo)) return caja.hoja;
+  for (CTanda const& tanda : Tras(cruza)) {
+    const unsigned alcanzadas = Alcanzadas(tanda.cajas, bola);
+    if (alcanzadas != 0) return tanda.hojas[std::countr_zero(alcanzadas)];
   }
   return kNinguna;
 }

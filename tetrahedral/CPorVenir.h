@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <vector>
 
@@ -34,6 +35,18 @@ class CPorVenir {
   /// A point of the leaf has come. True when it was the last.
   bool Llega(std::uint32_t hoja);
 
+  /// Eight boxes at most, in columns: one loop compares a sphere with all of them.
+  struct CCajas {
+    std::int32_t minimo[3][8] = {}, maximo[3][8] = {};
+    unsigned abiertas = 0;  ///< a bit for each that has points to come
+
+    void Pon(unsigned i, std::int32_t const (&menor)[3], std::int32_t const (&mayor)[3]) {
+      for (unsigned eje = 0; eje < 3; ++eje) {
+        minimo[eje][i] = menor[eje];
+        maximo[eje][i] = mayor[eje];
+      }
+    }
+  };
   /// A sphere, and how far outside it a point must lie, in squares, to do so for certain.
   struct CBola {
     double x, y, z, radio2, margen;
@@ -48,55 +61,70 @@ class CPorVenir {
     [[nodiscard]] std::uint32_t Alcanza(CBola const& bola);
 
    private:
+    /// A leaf that reaches into the vicinity.
     struct CCaja {
-      double minimo[3], maximo[3];
-      unsigned tras;  ///< limits of the cell that it lies beyond
+      std::int32_t minimo[3], maximo[3];
+      unsigned tras = 0;  ///< limits of the cell that it lies beyond
       std::uint32_t hoja;
     };
+    struct CTanda {
+      CCajas cajas;
+      std::uint32_t hojas[8];
+    };
+    void Acota(std::uint32_t nodo);
     void Reune(std::uint32_t nodo);
+    [[nodiscard]] std::vector<CTanda> const& Tras(unsigned cruza);
     [[nodiscard]] static unsigned Cruza(CBola const& bola, double const (&bajo)[3], double const (&alto)[3]);
 
     CPorVenir const* arbol = nullptr;
     double celdaBaja[3], celdaAlta[3];  ///< where only points of the leaf lie: from the one, below the other
     double cercaBaja[3], cercaAlta[3];  ///< of all leaves that reach into this box the list tells
     std::vector<CCaja> abiertas;
+    std::array<std::vector<CTanda>, 64> porCruce;  ///< those behind no other limits than a sphere crosses
+    std::uint64_t hechas = 0;                      ///< which of them have been made
     std::uint32_t hallado = 0;  ///< node that the last large sphere has reached: the next one is near as a rule
   };
 
  private:
-  /// Children with points stand together, the one that ends last first.
+  /// Children with points stand together, the one that ends last first. Their boxes stand with their parent.
   struct CNodo {
-    std::array<std::int32_t, 3> minimo, maximo;
-    std::array<std::int32_t, 3> corte;   ///< what of the points is high on each axis begins here
-    std::array<std::uint8_t, 8> cual{};  ///< which child an octant is
-    std::uint32_t hijos = 0;             ///< the first of them, 0 on a leaf
-    std::uint32_t cuantos = 0;           ///< children; on a leaf, its number
-    std::uint32_t abiertos = 0;          ///< children, or points of a leaf, that are to come
+    std::array<std::int32_t, 3> corte{};  ///< what of the points is high on each axis begins here
+    std::array<std::uint8_t, 8> cual{};   ///< which child an octant is
+    std::uint32_t hijos = 0;              ///< the first of them, 0 on a leaf
+    std::uint32_t cuantos = 0;            ///< children; on a leaf, its number
+    std::uint32_t abiertos = 0;           ///< points of a leaf that are to come
     std::uint32_t padre = kNinguna;
-    double lado2 = 0;  ///< square of the greatest extent
+    std::uint32_t tabla = 0;  ///< where the boxes of the children stand
+  };
+  struct CHijos {
+    CCajas cajas;
+    double lado2[8] = {};  ///< squares of the greatest extents; below 0 of a leaf
   };
 
-  void Divide(std::uint32_t nodo, CPunto* desde, CPunto* hasta);
-  /// The first node that a sphere reaches, from `nodo` on, and that is fine enough for it; kNinguna without one.
-  [[nodiscard]] std::uint32_t Alcanza(std::uint32_t nodo, CBola const& bola) const;
-  [[nodiscard]] bool EsFino(CNodo const& nodo, CBola const& bola) const;
-  [[nodiscard]] bool Toca(CNodo const& nodo, CBola const& bola) const;
+  struct CGrupo;
+  [[nodiscard]] static std::array<CGrupo, 8> Reparte(CGrupo const& grupo, std::array<std::int32_t, 3> const& corte);
+  void Divide(std::uint32_t nodo, CGrupo const& grupo);
+  /// The first node below `nodo` that a sphere reaches and that is fine enough for it; kNinguna without one.
+  [[nodiscard]] std::uint32_t Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const;
+  [[nodiscard]] bool EsAlcanzado(std::uint32_t nodo, CBola const& bola, double fino2) const;
   [[nodiscard]] std::uint32_t UltimaAbierta(std::uint32_t nodo) const;
   template <class F>
   bool Visita(std::uint32_t nodo, std::uint32_t menos, F const& f) const;
 
   std::vector<CNodo> nodos;
+  std::vector<CHijos> tablas;
   std::vector<std::uint32_t> nodoDeHoja;
   std::uint32_t hojas = 0;
+  double mayor2 = 0;  ///< the greatest square extent of a box that is fine beside any sphere
 };
 
 template <class F>
 bool CPorVenir::Visita(std::uint32_t nodo, std::uint32_t menos, F const& f) const {
   CNodo const& n = nodos[nodo];
-  if (n.abiertos == 0 || nodo == menos) return false;
-  if (n.hijos == 0) return f(n.cuantos);
-  for (std::uint32_t i = 0; i < n.cuantos; ++i) {
-    if (Visita(n.hijos + i, menos, f)) return true;
+  if (nodo == menos) return false;
+  if (n.hijos == 0) return n.abiertos != 0 && f(n.cuantos);
+  for (unsigned quedan = tablas[n.tabla].cajas.abiertas; quedan != 0; quedan &= quedan - 1) {
+    if (Visita(n.hijos + static_cast<unsigned>(std::countr_zero(quedan)), menos, f)) return true;
   }
   return false;
 }

@@ -104,14 +104,16 @@ RawMesh readMedit(Content& in) {
   in.expect("Dimension");
   in.expect("3");
   for (std::string_view word = in.word(); !word.empty() && word != "End"; word = in.word()) {
-    if (word == "Vertices") {
+    if (word == "Vertices" && mesh.places.empty()) {
       readPlaces(in, mesh, in.count(8), false);
-    } else if (word == "Tetrahedra") {
+    } else if (word == "Tetrahedra" && mesh.tetrahedra.empty()) {
       mesh.tetrahedra.resize(in.count(10));
       for (Tetrahedron& t : mesh.tetrahedra) {
         t = cornersOf(in, mesh.places.size());
         in.word();
       }
+    } else if (word == "Vertices" || word == "Tetrahedra") {
+      in.fail(fmt::format("it has {} twice", word));  // tetrahedra would name vertices of the wrong one
     } else {
       throw FileError(in.file(),
                       fmt::format("it holds {}: only vertices and tetrahedra can be proved", word.substr(0, 40)));
@@ -277,8 +279,7 @@ bool isSpaceMesh(std::string const& path) {
   return extension == ".vtu" || extension == ".mesh" || extension == ".msh";
 }
 
-ExactSpaceMesh readSpaceMesh(std::string const& path, HostApp& app) {
-  app.phase("Reading");
+ExactSpaceMesh readSpaceMesh(std::string const& path) {
   RawMesh raw = readRaw(path);
   const SharedPrecision precision(raw.places, 3, path);
   ExactSpaceMesh mesh;

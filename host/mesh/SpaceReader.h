@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "host/HostApp.h"
 #include "host/mesh/SpaceMesh.h"
 #include "model/geometry/CCoor3D.h"
 
@@ -27,6 +26,6 @@ struct ExactSpaceMesh {
 /// Reads a file as `urdimbre tetra` writes it; of meshes by others, VTU with raw appended arrays, Medit's text with
 /// vertices and tetrahedra, and Gmsh's text of version 2, whose nodes are numbered from 1 up, are understood. Throws
 /// FileError with the cause when it is damaged, cut, or holds other cells.
-[[nodiscard]] ExactSpaceMesh readSpaceMesh(std::string const& path, HostApp& app);
+[[nodiscard]] ExactSpaceMesh readSpaceMesh(std::string const& path);
 
 }  // namespace Meseta47::host

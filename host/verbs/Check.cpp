@@ -84,7 +84,8 @@ Steps stepsOf(HostApp& app) {
 }
 
 void runSpaceCheck(CheckOptions const& options, CommonOptions const& common, HostApp& app) {
-  const ExactSpaceMesh mesh = readSpaceMesh(options.file, app);
+  app.phase("Reading");
+  const ExactSpaceMesh mesh = readSpaceMesh(options.file);
   app.phase("Checking");
   const SpaceReport report = checkSpaceMesh(mesh, options.whole, stepsOf(app));
   app.clearProgress();

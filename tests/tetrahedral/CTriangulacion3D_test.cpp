@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "model/terrain/CTIN.h"
 #include "support/FaultGuard.h"
 #include "support/SpaceFamilies.h"
 #include "support/SpaceRun.h"
@@ -137,6 +138,35 @@ TEST(CTriangulacion3D, WithoutALongEdgeTheSpillIsEmptyAndWithTodasItIsNot) {
   far.longitudLimite2 = 1;  // every edge is long
   EXPECT_EQ(far.Link(drawing, true, false), kHecho);
   EXPECT_EQ(far.SpilledBytes(), "");
+}
+
+TEST(CTriangulacion3D, ALongestEdgeOfZeroOrLessIsNoLimit) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(kCube);
+  OpenTriangulation3D t(EverythingIn(), CDataSemilla(1, 0, 0, 0));
+  for (const auto& [metres, expected] : {std::pair(12.5, 125.0 * 125.0), std::pair(0.0, 2147483647.0),
+                                         std::pair(12.5, 125.0 * 125.0), std::pair(-3.0, 2147483647.0)}) {
+    CTIN tin(0, 0, t.Semilla());
+    EXPECT_EQ(t.Run(drawing, tin, metres, false, nullptr, true), kHecho);
+    EXPECT_EQ(t.longitudLimite2, expected) << metres;
+  }
+}
+
+TEST(CTriangulacion3D, ADrawingIsEmptiedByARunOnlyWhenAsked) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(Cloud(300));
+  const std::vector<CCoor3D<int>> before = drawing[0].Puntos();
+  OpenTriangulation3D t;
+  CTIN tin(0, 0, t.Semilla());
+  EXPECT_EQ(t.Run(drawing, false), kHecho);
+  EXPECT_EQ(t.Run(drawing, tin, 0, false, nullptr, false), kHecho);
+  ASSERT_EQ(drawing.Cantidad(), 1U);
+  EXPECT_TRUE(drawing[0].Puntos() == before);
+  EXPECT_EQ(t.Run(drawing, tin, 0, true, nullptr, false), kHecho);
+  EXPECT_EQ(drawing.Cantidad(), 0U);
+  drawing = DrawingOf(kCube);
+  EXPECT_EQ(t.Run(drawing, true), kHecho);
+  EXPECT_EQ(drawing.Cantidad(), 0U);
 }
 
 TEST(CTriangulacion3D, TheOrderOfTheSpillDependsNeitherOnThreadsNorOnTheRun) {
