@@ -74,7 +74,7 @@ void writeTin3d(CTriangulacion3D& mesh, std::string const& output, int version) 
 ExactSpaceMesh framedMesh(CTriangulacion3D& kept) {
   ExactSpaceMesh mesh;
   CDataSemilla const& seed = kept.Semilla();
-  mesh.precision = static_cast<int>(seed.precision);
+  mesh.precision = +seed.precision;  // a small number, not a character
   std::copy(std::begin(seed.origen), std::end(seed.origen), mesh.origin.begin());
   constexpr std::int32_t kCorners = 8;
   constexpr std::uint32_t kUnused = ~0U;
