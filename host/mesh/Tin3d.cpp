@@ -10,6 +10,7 @@
 #include "host/SpaceDrawing.h"
 #include "host/las/ByteSource.h"
 #include "model/geometry/CEsfera.h"
+#include "platform/CFicheroParcial.h"
 #include "platform/CFile.h"
 
 namespace Meseta47::host {
@@ -66,15 +67,19 @@ Tin3d readTin3d(std::string const& path, std::optional<int> precision, HostApp& 
 }
 
 void writeTin3d(CTriangulacion3D& mesh, std::string const& output, int version) {
-  const int code = mesh.Write(CString::DesdeUtf8(output), version);
+  CFicheroParcial partial(CString::DesdeUtf8(output));
+  const int code = partial.EstaAbierto() ? mesh.Write(&partial.Fichero(), version) : kFicheroInaccesible;
   if (code == kCancelado) throw Cancelled();
-  if (code != kHecho) throw FileError(output, "it cannot be written: take a folder that exists, is yours and has room");
+  if (code == kHecho && partial.Confirma()) return;
+  throw FileError(output, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
+                                      "for the file",
+                                      partial.Causa().Utf8()));
 }
 
 ExactSpaceMesh framedMesh(CTriangulacion3D& kept) {
   ExactSpaceMesh mesh;
   CDataSemilla const& seed = kept.Semilla();
-  mesh.precision = static_cast<int>(seed.precision);
+  mesh.precision = +seed.precision;  // a small number, not a character
   std::copy(std::begin(seed.origen), std::end(seed.origen), mesh.origin.begin());
   constexpr std::int32_t kCorners = 8;
   constexpr std::uint32_t kUnused = ~0U;

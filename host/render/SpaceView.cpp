@@ -17,8 +17,9 @@ namespace {
 constexpr int kFine = 2;          // samples a pixel on each axis
 constexpr double kMargin = 0.03;  // of the picture, on each side
 constexpr Colour kStone{0.80F, 0.77F, 0.71F}, kSky{0.97F, 0.98F, 1.0F};
-constexpr double kAmbient = 0.32;  // what a side away from the light still gets
-constexpr double kHaze = 0.25;     // how far the farthest fade into the ground of the picture
+constexpr double kLeast =
+    0.25;                       // the light of a face turned away from it; between that and all of it goes by the angle
+constexpr double kHaze = 0.25;  // how far the farthest fade into the ground of the picture
 constexpr std::size_t kPerStep = 1 << 16;
 
 using Vector = std::array<double, 3>;
@@ -141,7 +142,8 @@ class Painter {
     Vector const &a = surface_.vertices[t[0]], &b = surface_.vertices[t[1]], &c = surface_.vertices[t[2]];
     Vector normal = unit(cross({b[0] - a[0], b[1] - a[1], b[2] - a[2]}, {c[0] - a[0], c[1] - a[1], c[2] - a[2]}));
     if (dot(normal, axes_.near) < 0) normal = {-normal[0], -normal[1], -normal[2]};
-    const auto light = static_cast<float>(kAmbient + (1 - kAmbient) * std::max(0.0, dot(normal, light_)));
+    // By half of the cosine and more, so that faces in the shade differ too: a ceiling seen from below is all in it.
+    const auto light = static_cast<float>(kLeast + (1 - kLeast) * (1 + dot(normal, light_)) / 2);
     Placed const &p = placed_[t[0]], &q = placed_[t[1]], &r = placed_[t[2]];
     const double area = (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x);
     if (area == 0) return;  // seen edge on

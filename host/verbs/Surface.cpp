@@ -100,7 +100,7 @@ void runSurface(SurfaceOptions const& options, CommonOptions const& common, Host
 void addSurface(CLI::App& program, CommonOptions const& common, Work& chosen) {
   auto options = std::make_shared<SurfaceOptions>();
   CLI::App* verb =
-      program.add_subcommand("surface", "Make the surface in space of clouds: walls, overhangs, rooms, heaps");
+      program.add_subcommand("surface", "Make the surface in space of clouds: quarry faces, stockpiles, caves, rooms");
   options->verb = verb;
   addCloudOptions(*verb, options->cloud);
   verb->get_option("IN")->description("LAS, LAZ, text and vector files, together one cloud; or one mesh (.tin3d)");
@@ -108,7 +108,7 @@ void addSurface(CLI::App& program, CommonOptions const& common, Work& chosen) {
                    "The surface: .ply, .obj, .stl or .gltf; colours of the points go into all but .stl")
       ->required();
   verb->add_option("--max-side", options->maxSide,
-                   "Longest side of a face, in units of the input: about three times the distance between points")
+                   "Longest side of a face, in units of the input: three to five times the distance between points")
       ->required()
       ->check(aboveZero());
   verb->callback([options, &common, &chosen] {

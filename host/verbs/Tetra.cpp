@@ -95,6 +95,9 @@ std::uint64_t writeKept(CTriangulacion3D& kept, TetraOptions const& options, Sum
   app.phase("Completing the hull");
   const SpilledMesh spilled =
       summary.seconds.timed("hull", [&] { return SpilledMesh(kept, options.cloud.what(), app); });
+  if (spilled.mesh().tetrahedra == 0) {
+    throw Failure(fmt::format("{}: the points that are left span no tetrahedron", options.cloud.what()));
+  }
   tell(summary, spilled, options.output);
   app.phase("Writing");
   summary.seconds.timed("write", [&] {

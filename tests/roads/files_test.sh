@@ -40,6 +40,8 @@ for format in gpkg shp geojson fgb dxf; do
   meets "two.$format" "$contour scan.las --interval 2 -o" "$contour other.las --interval 1 -o"
 done
 meets two.png "$urdimbre --quiet render scan.las --size 200 -o" "$urdimbre --quiet render other.las --size 200 -o"
+meets two.tin3d "$urdimbre --quiet tetra other.las -o" "$urdimbre --quiet tetra other.las --remove-class 3 -o"
+meets two.gltf "$urdimbre --quiet surface other.las --max-side 6 -o" "$urdimbre --quiet surface other.las --max-side 4 -o"
 meets two.las "$urdimbre --quiet generate --points 30000 --seed 1" "$urdimbre --quiet generate --points 9000 --seed 2"
 # Six runs that keep parameters in one file of profiles keep all of them, also where that file is a link.
 export XDG_CONFIG_HOME=$work/settings
@@ -138,13 +140,14 @@ same base.ply "$long"
 
 # A file keeps its permissions.
 for mode in 600 640 444; do
-  for output in k.ply k.gpkg k.las k.png k.xml; do
+  for output in k.ply k.gpkg k.las k.png k.xml k.tin3d; do
     rm -f "$output"
     echo old >"$output"
     chmod "$mode" "$output"
     case "$output" in
       *.gpkg) $contour scan.las --interval 5 -o "$output" ;;
       *.las) "$urdimbre" --quiet classify high scan.las -o "$output" ;;
+      *.tin3d) "$urdimbre" --quiet tetra other.las -o "$output" ;;
       *.png) "$urdimbre" --quiet render scan.las --size 100 -o "$output" ;;
       *) $tin scan.las -o "$output" ;;
     esac
@@ -156,7 +159,7 @@ done
 # output goes with the next run.
 for pause in 0.05 0.15 0.25 0.35 0.5 0.8; do
   for verb in "tin large.las -o killed.ply" "contour large.las --interval 1 -o killed.gpkg" \
-    "classify high large.las -o killed.las --distance 2 --height 2"; do
+    "classify high large.las -o killed.las --distance 2 --height 2" "surface large.las -o killed.stl --max-side 4"; do
     # shellcheck disable=SC2086
     "$urdimbre" --quiet $verb &
     run=$!

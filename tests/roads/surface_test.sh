@@ -54,6 +54,26 @@ refuses 2 "AZIMUTH,ELEVATION" "$urdimbre" render boxes.ply -o o.png --view 30
 refuses 2 "AZIMUTH,ELEVATION" "$urdimbre" render boxes.ply -o o.png --view 30,91
 refuses 2 "for maps" "$urdimbre" render boxes.ply -o o.png --view 30,20 --contours 5
 
+# real scans, where they are there: as many pieces and faces as when somebody last looked at the pictures
+if [ -d "$data/space" ]; then
+  "$urdimbre" --json surface "$data/space/milk.las" -o milk.ply --max-side 0.02 >milk.json 2>/dev/null
+  expect "pieces on a table" "$(number components milk.json)" 7
+  expect "colours on a table" "$(grep -c '"coloured": true' milk.json)" 1
+  "$urdimbre" --json surface "$data/space/room_scan1.las" -o room.ply --max-side 0.2 >room.json 2>/dev/null
+  expect "faces of a room" "$(number faces room.json)" 62511
+  # A wall: an upright strip, which has no area in plan. No surface over the plan has any.
+  "$urdimbre" --quiet surface "$data/sample_c.las" -o wall.obj --max-side 5
+  awk '$1 == "v" { ++n; x[n] = $2; y[n] = $3; z[n] = $4 }
+    $1 == "f" { ux = x[$3] - x[$2]; uy = y[$3] - y[$2]; uz = z[$3] - z[$2]; vx = x[$4] - x[$2]; vy = y[$4] - y[$2]; vz = z[$4] - z[$2]
+      a = uy * vz - uz * vy; b = uz * vx - ux * vz; c = ux * vy - uy * vx; all = sqrt(a * a + b * b + c * c) / 2
+      if (c * c < 0.03 * (a * a + b * b + c * c)) upright += all }
+    END { print int(upright) }' wall.obj >upright
+  [ "$(cat upright)" -gt 300 ] || fail "square metres of upright faces of sample_c: $(cat upright)"
+  pass
+else
+  echo "real scans are not there: passed over"
+fi
+
 # what cannot be
 refuses 2 "max-side" "$urdimbre" surface boxes.txt -o o.ply
 refuses 2 "max-side" "$urdimbre" surface boxes.txt -o o.ply --max-side 0
@@ -63,6 +83,25 @@ refuses 1 "nothing is surface" "$urdimbre" surface boxes.txt -o o.ply --max-side
 refuses 1 "nowhere.las" "$urdimbre" surface nowhere.las -o o.ply --max-side 3
 printf '0 0 0\n9 0 0\n0 9 0\n9 9 0\n' >plane.txt
 refuses 1 "in one plane" "$urdimbre" surface plane.txt -o o.ply --max-side 30
+for n in 1 2 3; do
+  head -n "$n" plane.txt >few.txt
+  refuses 1 "a tetrahedron needs 4" "$urdimbre" surface few.txt -o o.ply --max-side 30
+done
+printf '0 0 0\n9 0 0\n0 9 0\n0 0 9\n' >four.txt
+"$urdimbre" --json surface four.txt -o four.stl --max-side 30 >four.json 2>/dev/null
+expect "faces of four points" "$(number faces four.json)" 4
+: >empty.txt
+refuses 1 "empty.txt" "$urdimbre" surface empty.txt -o o.ply --max-side 30
+head -c 20000 scan.las >cut.las
+refuses 1 "cut.las" "$urdimbre" surface cut.las -o o.ply --max-side 6
+for format in ply obj stl gltf; do
+  "$urdimbre" --quiet surface scan.las -o "whole.$format" --max-side 6
+  room=$(($(stat -c %s "whole.$format") / 1024 - 8))  # less than the file, more than the temporary one
+  refuses 1 "o.$format: cannot be written: .*File too large" \
+    bash -c "ulimit -f $room; exec \"$urdimbre\" surface scan.las -o o.$format --max-side 6"
+  refuses 1 "nowhere/o.$format" "$urdimbre" surface scan.las -o "nowhere/o.$format" --max-side 6
+done
+refuses 1 "temporary folder" bash -c "ulimit -f 50; exec \"$urdimbre\" surface scan.las -o o.ply --max-side 6"
 "$urdimbre" --quiet generate bigger.las --points 100000 --seed 5
 for phase in Reading Linking; do
   cancels "$phase" 1 o.ply "$urdimbre" surface bigger.las -o o.ply --max-side 6

@@ -81,8 +81,31 @@ for verb in info check "tetra -o o.vtu"; do
 done
 [ ! -e o.vtu ] || rm o.vtu
 refuses 1 "nowhere" "$urdimbre" tetra m.tin3d -o nowhere/o.tin3d
+refuses 1 "o.tin3d: cannot be written: .*File too large" bash -c "ulimit -f 200; exec \"$urdimbre\" tetra scan.las -o o.tin3d"
+ln -s /dev/full full.tin3d
+refuses 1 "not an ordinary file" "$urdimbre" tetra scan.las -o full.tin3d
+echo precious >kept.tin3d
+refuses 1 "ends too early" "$urdimbre" tetra cut.tin3d -o kept.tin3d
+expect "an existing output" "$(cat kept.tin3d)" precious
+: >empty.txt
+refuses 1 "empty.txt" "$urdimbre" tetra empty.txt -o o.tin3d
+for n in 1 2 3; do
+  head -n "$n" six.txt >few.txt
+  refuses 1 "a tetrahedron needs 4" "$urdimbre" tetra few.txt -o o.tin3d
+done
+for n in 4 5; do
+  head -n "$n" six.txt >few.txt
+  "$urdimbre" --quiet tetra few.txt -o few.tin3d
+  "$urdimbre" --json info few.tin3d >few.json 2>/dev/null
+  expect "vertices" "$(number vertices few.json)" "$n"
+  "$urdimbre" --quiet check few.tin3d 2>/dev/null
+done
+printf '0 0 10\n9 9 9\n' >two-of-few.txt
+refuses 1 "few.tin3d: the points that are left span no tetrahedron" \
+  "$urdimbre" tetra few.tin3d --remove two-of-few.txt -o o.tin3d
+refuses 1 "nowhere.txt" "$urdimbre" tetra few.tin3d --remove nowhere.txt -o o.tin3d
+"$urdimbre" --quiet generate bigger.las --points 100000 --seed 5
 for phase in Reading Ordering Linking Writing; do
-  "$urdimbre" --quiet generate bigger.las --points 100000 --seed 5
   cancels "$phase" 1 o.tin3d "$urdimbre" tetra bigger.las -o o.tin3d
 done
 done_with

@@ -63,7 +63,7 @@ TEST(Run3D, AKeptMeshStandsOnPointsOfItsOwnInAscendingOrder) {
   }
 }
 
-TEST(Run3D, OfTwoPointsAtOnePlaceBothAreInTheSetAndOneHoldsTetrahedra) {
+TEST(Run3D, OfTwoPointsAtOnePlaceBothAreInTheSetAndTheFirstHoldsTetrahedra) {
   const QuietApp app;
   std::vector<Point> points = Cloud(100);
   points.push_back(points[40]);
@@ -74,6 +74,15 @@ TEST(Run3D, OfTwoPointsAtOnePlaceBothAreInTheSetAndOneHoldsTetrahedra) {
   std::set<std::int32_t> used;
   t.RecorreMalla([&](CTriangulacion3D::CCuatro const& four) { used.insert(four.begin(), four.end()); });
   EXPECT_EQ(used.size(), 100U + 8);
+  int twins = 0;
+  for (unsigned i = 1; i < 101; ++i) {
+    if (!(*t.Punto(i) == *t.Punto(i - 1))) continue;
+    ++twins;
+    EXPECT_EQ(t.Punto(i)->num, t.Punto(i - 1)->num + 1);
+    EXPECT_TRUE(used.contains(t.Punto(i - 1)->num));
+    EXPECT_FALSE(used.contains(t.Punto(i)->num));
+  }
+  EXPECT_EQ(twins, 1);
 }
 
 TEST(Run3D, ASurfaceIsTheHullWhereNoSideIsTooLongAndTheModelKnowsItsPoints) {
@@ -130,21 +139,107 @@ TEST(Run3D, FacesWithALongSideAreLeftOutAndThoseInsideUnlessAllAreAskedFor) {
   EXPECT_EQ(tin.Cantidad(), 0U);
 }
 
-TEST(Run3D, OfAKeptMeshASurfaceIsTakenForAnyLimit) {
+TEST(Run3D, PositionsTellOfEachPointOfTheModelWhereItCameFrom) {
   const QuietApp app;
+  const std::vector<Point> points = Cloud(300);
+  CDibujo<int> drawing{CDataSemilla()};
+  for (const auto& [from, to] : {std::pair{0, 120}, {120, 121}, {121, 300}}) {
+    CSetPuntos<int> set(L"part");
+    for (int i = from; i < to; ++i) {
+      Point const& p = points[static_cast<std::size_t>(i)];
+      set.Inserta(CCoor3D<int>(p.x, p.y, p.z, 0), tipoAero3{.rojo = static_cast<std::uint8_t>(i)});
+    }
+    drawing.Inserta(std::move(set));
+  }
+  OpenTriangulation3D t;
+  CTIN tin(0, 0, drawing.semilla);
+  std::vector<CPosicionEntidad> positions;
+  ASSERT_EQ(t.Run(drawing, tin, 0, false, &positions, false), kHecho);
+  ASSERT_EQ(positions.size(), 300U);
+  std::set<std::pair<int, int>> all;
+  for (unsigned i = 0; i < 300; ++i) {
+    CLinea<int> const& entity = drawing[static_cast<unsigned>(positions[i].entidad)];
+    EXPECT_EQ(*entity.PunteroAPunto(positions[i].punto), *tin.Punto(i));
+    EXPECT_EQ(CSetPuntos<int>::De(entity)->Info(static_cast<unsigned>(positions[i].punto)), tin.Punto(i)->aero);
+    all.emplace(positions[i].entidad, positions[i].punto);
+  }
+  EXPECT_EQ(all.size(), 300U);
+}
+
+/// A kept mesh, and the surfaces of it.
+class KeptMesh {
+ public:
+  explicit KeptMesh(std::vector<Point> const& points) {
+    CDibujo<int> drawing = DrawingOf(points);
+    EXPECT_EQ(t.Run(drawing, true), kHecho);
+  }
+  CTIN surface(int limit) {
+    CTIN tin(0, 0, t.Semilla());
+    EXPECT_EQ(t.GenerarMDT(tin, limit), kHecho);
+    EXPECT_EQ(tin.estado, 1);
+    EXPECT_EQ(tin.puntos.size(), t.CantidadPuntos());
+    return tin;
+  }
+  QuietApp app;
+  OpenTriangulation3D t;
+};
+
+TEST(Run3D, OfAKeptMeshASurfaceHasEachSharedFaceOnce) { EXPECT_EQ(KeptMesh(TwoCubes()).surface(200).Cantidad(), 24U); }
+
+TEST(Run3D, ALimitAboveEveryEdgeLeavesNoSurfaceOfAKeptMesh) {
+  EXPECT_EQ(KeptMesh(TwoCubes()).surface(100'000).Cantidad(), 0U);  // those to the frame are short too: all is inside
+}
+
+TEST(Run3D, ALimitBelowEveryEdgeLeavesNoSurfaceOfAKeptMesh) {
+  EXPECT_EQ(KeptMesh(TwoCubes()).surface(50).Cantidad(), 0U);
+}
+
+TEST(Run3D, AnEdgeOfTheVeryLimitIsLongInAKeptMesh) {
+  KeptMesh mesh(TwoCubes());
+  EXPECT_EQ(mesh.surface(141).Cantidad(), 0U);   // the diagonals of the sides have 141.4
+  EXPECT_GT(mesh.surface(142).Cantidad(), 23U);  // and are short from there on
+  KeptMesh straight({{0, 0, 0}, {30, 0, 0}, {0, 40, 0}, {0, 0, 900}});
+  EXPECT_EQ(straight.surface(50).Cantidad(), 0U);  // the side of 3, 4 and 5
+  EXPECT_EQ(straight.surface(51).Cantidad(), 1U);
+}
+
+TEST(Run3D, AFaceWithACornerOfTheFrameIsNoFaceOfAModel) {
+  KeptMesh mesh(kCube);
+  constexpr int kLimit = 150;
+  int shortFaces = 0;
+  mesh.t.RecorreMalla([&](CTriangulacion3D::CCuatro const& four) {
+    if (four[0] > 0 || four[1] < 0) return;
+    const CPuntoTIN corner = mesh.t.Esquina(static_cast<unsigned>(-1 - four[0]));
+    CPuntoTIN const &a = *mesh.t.Punto(static_cast<unsigned>(four[1] - 1)),
+                    &b = *mesh.t.Punto(static_cast<unsigned>(four[2] - 1));
+    const bool isShort =
+        corner.Distancia(a, 1) < kLimit && corner.Distancia(b, 1) < kLimit && a.Distancia(b, 1) < kLimit;
+    shortFaces += isShort ? 1 : 0;
+  });
+  EXPECT_GT(shortFaces, 0);
+  const CTIN tin = mesh.surface(kLimit);
+  for (std::uint32_t i = 0; i < tin.Cantidad(); ++i) {
+    for (const std::uint32_t v : tin.Vertices(i)) EXPECT_LT(v, 8U);
+  }
+}
+
+TEST(Run3D, ASurfaceOfAKeptMeshCanBeCancelledAndNothingIsExportedThen) {
+  ListeningApp app;
   CDibujo<int> drawing = DrawingOf(TwoCubes());
   OpenTriangulation3D t;
   ASSERT_EQ(t.Run(drawing, false), kHecho);
-  const auto faces = [&](int limit) {
+  const CString ply = app.folder.Path() + L"/m.ply";
+  for (const int at : {1, 2, 40}) {
+    app.steps.clear();
+    app.cancelAt = at;
     CTIN tin(0, 0, drawing.semilla);
-    EXPECT_EQ(t.GenerarMDT(tin, limit), kHecho);
-    EXPECT_EQ(tin.estado, 1);
-    EXPECT_EQ(tin.puntos.size(), 16U);
-    return tin.Cantidad();
-  };
-  EXPECT_EQ(faces(50), 0U);       // below every edge between points; those to the frame bring no face of the model
-  EXPECT_EQ(faces(200), 24U);     // each shared face once
-  EXPECT_EQ(faces(100'000), 0U);  // all edges, those of the frame too, are short: all is inside
+    EXPECT_EQ(t.GenerarMDT(tin, 200), kCancelado) << at;
+    app.steps.clear();
+    app.closed.clear();
+    EXPECT_EQ(t.Exportar(ply, CDataExportarMDT(FORMATO_PLY)), kCancelado);
+    EXPECT_TRUE(app.closed.empty());
+    EXPECT_EQ(BytesOf(ply), "");
+  }
 }
 
 TEST(Run3D, ASurfaceIsExportedForTheLimitOfTheObject) {

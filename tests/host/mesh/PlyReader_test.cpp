@@ -71,6 +71,27 @@ void expectSquare(Surface const& s) {
   EXPECT_TRUE(s.classes.empty());
 }
 
+TEST(PlyReader, ColoursComeWhereAVertexHasAllThreeAsBytes) {
+  const auto coloured = [](std::string const& type, std::string const& names) {
+    std::string text = "ply\nformat ascii 1.0\nelement vertex 3\n";
+    for (char const* axis : {"x", "y", "z"}) text += std::string("property float ") + axis + "\n";
+    std::string values;
+    for (const char name : names) {
+      text += "property " + type + (name == 'r' ? " red" : name == 'g' ? " green" : " blue") + "\n";
+      values += name == 'r' ? " 10" : name == 'g' ? " 20" : " 255";
+    }
+    text += "element face 1\nproperty list uchar int vertex_indices\nend_header\n";
+    for (char const* place : {"0 0 0", "1 0 0", "0 1 0"}) text += place + values + "\n";
+    return readText(text + "3 0 1 2\n").colours;
+  };
+  using Colours = std::vector<std::array<std::uint8_t, 3>>;
+  EXPECT_EQ(coloured("uchar", "rgb"), Colours(3, {10, 20, 255}));
+  EXPECT_EQ(coloured("uchar", "bgr"), Colours(3, {10, 20, 255}));
+  EXPECT_EQ(coloured("uchar", "rg"), Colours());
+  EXPECT_EQ(coloured("float", "rgb"), Colours());
+  EXPECT_EQ(coloured("uchar", ""), Colours());
+}
+
 TEST(PlyReader, TextAndBinaryFormsOfOneMeshAreOneMesh) {
   expectSquare(readText(asciiSquare()));
   expectSquare(readText(binarySquare()));
