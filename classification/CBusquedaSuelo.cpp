@@ -130,6 +130,7 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
   CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 2 + 1 + constantes.rondas + 4 + 1);
   codigo = CFases(malla, constantes, data, busca, tin, superficie, resumen).Busca();
   if (codigo != kHecho) return codigo;
+  malla.SueltaEntorno();
   CAvance clasifica = fase(kMensajeClases, 1);
   return Cronometra(resumen.segundosClasifica,
                     [&] { return ClasificaPuntos(puntos, malla, constantes, superficie, data, clasifica, resumen); });

@@ -50,7 +50,7 @@ class URDIMBRE_API CBusquedaSuelo {
   ///
   /// kHecho; otherwise no class has changed: kCancelado, kPocosPuntos (fewer than three take part), kNubeDispersa (so
   /// few points over so wide an extent that most of them must lie astray), and what a triangulation may answer. Beyond
-  /// the drawing it takes 1 byte a point, 16 bytes a cell and 200 a minimum, of which there is one a square metre at
+  /// the drawing it takes 1 byte a point, 16 bytes a cell and 150 a minimum, of which there is one a square metre at
   /// most; time grows with the points and the cells.
   int Busca(CDibujo<int>& dibujo, CDataSuelo const& data);
 

@@ -52,6 +52,12 @@ class CMallaSuelo {
   [[nodiscard]] std::size_t CeldaDe(CCoor3D<int> const& p) const { return Celda((p.x - x0) / lado, (p.y - y0) / lado); }
   [[nodiscard]] bool EsSuelo(std::size_t i) const { return estados[i] == CEstadoSuelo::Suelo; }
 
+  /// Lets go of what tells neighbours. Vecinos() is over.
+  void SueltaEntorno() {
+    std::vector<std::uint32_t>().swap(celdas);
+    std::vector<float>().swap(sp);
+  }
+
   /// f(j, dx, dy, dz, d2) for the minima j within `espacios` times the spacing around minimum i, but itself, in their
   /// order: from i to j, in metres, and the square of the distance in plan. O(cells within the radius).
   template <class F>

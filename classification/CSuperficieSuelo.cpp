@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "classification/FasesSuelo.h"
 #include "model/threads/CAvance.h"
 #include "model/threads/Reparto.h"
 
@@ -24,14 +23,11 @@ double Derecha(A const& a, B const& b, P const& p) {
 }  // namespace
 
 bool CSuperficieSuelo::MideVertices(CAvance& avance) {
-  CPlanosSuelo planos;
   if (!CalculaPlanos(malla, k, avance, planos)) return false;
-  vertices.assign(malla.Minimos(), {});
+  rugosidad.assign(malla.Minimos(), 0);
   Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t i = desde; i < hasta; ++i) {
-      vertices[i].gx = planos.gx[i];
-      vertices[i].gy = planos.gy[i];
-      if (malla.EsSuelo(i)) Mide(i);
+      if (malla.EsSuelo(i)) rugosidad[i] = static_cast<float>(Rugosidad(i));
     }
   });
   return true;
@@ -48,18 +44,20 @@ void CSuperficieSuelo::MideFacetas() {
   }
 }
 
-void CSuperficieSuelo::Mide(std::size_t i) {
-  CVertice& v = vertices[i];
-  const double gx = static_cast<double>(v.gx), gy = static_cast<double>(v.gy);
+double CSuperficieSuelo::Rugosidad(std::size_t i) const {
   double suma = 0;
   unsigned n = 0;
   malla.Vecinos(i, k.radioPlano, [&](std::size_t j, double dx, double dy, double dz, double) {
     if (!malla.EsSuelo(j)) return;
-    suma += std::abs(dz - gx * dx - gy * dy);
+    suma += std::abs(dz - planos.Sobre(i, dx, dy));
     ++n;
   });
-  v.pendiente = static_cast<float>(std::min(k.mayorPendiente, std::sqrt(gx * gx + gy * gy)));
-  v.rugosidad = n == 0 ? 0 : static_cast<float>(std::min(k.mayorRugosidad, suma / n));
+  return n == 0 ? 0 : std::min(k.mayorRugosidad, suma / n);
+}
+
+double CSuperficieSuelo::Pendiente(std::size_t i) const {
+  const double gx = static_cast<double>(planos.gx[i]), gy = static_cast<double>(planos.gy[i]);
+  return std::min(k.mayorPendiente, std::sqrt(gx * gx + gy * gy));
 }
 
 /// Walks over the sides that have the point on their outer side. False at the rim of the surface.
@@ -93,16 +91,16 @@ CSuperficieSuelo::CFaceta CSuperficieSuelo::Faceta(std::uint32_t triangulo) cons
   // The product of the sides by four times the area.
   const double radio = std::sqrt(bx * bx + by * by) * std::sqrt(cx * cx + cy * cy) *
                        std::sqrt((bx - cx) * (bx - cx) + (by - cy) * (by - cy)) / (2 * std::abs(area));
-  double pendiente = 0, rugosidad = 0;
+  double pendiente = 0, rugosa = 0;
   for (const std::uint32_t i : v) {
-    CVertice const& vertice = vertices[tin.vertices[i]];
-    pendiente += static_cast<double>(vertice.pendiente) / 3;
-    rugosidad += static_cast<double>(vertice.rugosidad) / 3;
+    const std::uint32_t minimo = tin.vertices[i];
+    pendiente += Pendiente(minimo) / 3;
+    rugosa += static_cast<double>(rugosidad[minimo]) / 3;
   }
   const double empinada = std::sqrt(dx * dx + dy * dy) * malla.metroZ / malla.metro;
   f.pendiente =
       static_cast<float>((1 - k.parteFaceta) * pendiente + k.parteFaceta * std::min(k.mayorPendiente, empinada));
-  f.rugosidad = static_cast<float>(rugosidad);
+  f.rugosidad = static_cast<float>(rugosa);
   if (radio * malla.metro > k.mayorRadio) f.pendiente = CFaceta::kNoHay;
   return f;
 }
@@ -131,20 +129,17 @@ CSuperficieSuelo::CLugar CSuperficieSuelo::Fuera(CCoor3D<int> const& p) const {
   }
   if (cerca < 0) return {};
   CMinimoSuelo const& m = malla.minimos[minimo];
-  CVertice const& v = vertices[minimo];
-  const double sube = static_cast<double>(v.gx) * Resta(p.x, m.x) + static_cast<double>(v.gy) * Resta(p.y, m.y);
-  return {m.z + sube * malla.metro / malla.metroZ, static_cast<double>(v.pendiente), static_cast<double>(v.rugosidad),
-          true};
+  const double sube = planos.Sobre(minimo, Resta(p.x, m.x), Resta(p.y, m.y));
+  return {m.z + sube * malla.metro / malla.metroZ, Pendiente(minimo), static_cast<double>(rugosidad[minimo]), true};
 }
 
 CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p, std::uint32_t& pista) const {
   const std::uint32_t i = malla.indice[malla.CeldaDe(p)];
   if (i != CMallaSuelo::kNinguno && malla.EsSuelo(i)) {
     CMinimoSuelo const& m = malla.minimos[i];
-    CVertice const& v = vertices[i];
     // Several triangles hold a vertex; what is asked of it must not depend on which of them is found.
     if (m.x == p.x && m.y == p.y) {
-      return {static_cast<double>(m.z), static_cast<double>(v.pendiente), static_cast<double>(v.rugosidad), true};
+      return {static_cast<double>(m.z), Pendiente(i), static_cast<double>(rugosidad[i]), true};
     }
     if (primero[i] != kSinTriangulo) pista = primero[i];
   }

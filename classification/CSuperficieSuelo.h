@@ -6,6 +6,7 @@
 #include "classification/CConstantesSuelo.h"
 #include "classification/CMallaSuelo.h"
 #include "classification/CTinSuelo.h"
+#include "classification/FasesSuelo.h"
 
 namespace Meseta47 {
 
@@ -36,11 +37,6 @@ class CSuperficieSuelo {
   [[nodiscard]] CLugar En(CCoor3D<int> const& p, std::uint32_t& pista) const;
 
  private:
-  struct CVertice {
-    float gx = 0, gy = 0;  ///< of its plane
-    float pendiente = 0, rugosidad = 0;
-  };
-
   /// A triangle as the points above it need it: its plane, from its first corner on. Single precision tells heights
   /// within a triangle to a hundredth of a millimetre.
   struct CFaceta {
@@ -51,7 +47,8 @@ class CSuperficieSuelo {
     float dx = 0, dy = 0;  ///< rise over run, scaled units
   };
 
-  void Mide(std::size_t i);
+  [[nodiscard]] double Rugosidad(std::size_t i) const;
+  [[nodiscard]] double Pendiente(std::size_t i) const;
   [[nodiscard]] CFaceta Faceta(std::uint32_t triangulo) const;
   [[nodiscard]] bool Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const;
   [[nodiscard]] CLugar Fuera(CCoor3D<int> const& p) const;
@@ -59,7 +56,8 @@ class CSuperficieSuelo {
   CMallaSuelo const& malla;
   CConstantesSuelo const& k;
   CTinSuelo const& tin;
-  std::vector<CVertice> vertices;      ///< of each minimum
+  CPlanosSuelo planos;                 ///< of each minimum
+  std::vector<float> rugosidad;        ///< of each minimum, metres
   std::vector<CFaceta> facetas;        ///< of each triangle
   std::vector<std::uint32_t> primero;  ///< of each minimum, a triangle at it
 };

@@ -37,6 +37,17 @@ std::vector<CCoor3D<int>> EnOrden(CMallaSuelo const& malla, std::vector<std::uin
   return puntos;
 }
 
+/// A drawing that a run deletes as soon as its points are in the model: as long as one that is the run's own, it would
+/// stand beside the triangles.
+struct CDibujoPrestado {
+  explicit CDibujoPrestado(CDataSemilla const& semilla) : otros{new CDibujo<int>(semilla)} {}
+  CDibujoPrestado(CDibujoPrestado const&) = delete;
+  CDibujoPrestado& operator=(CDibujoPrestado const&) = delete;
+  ~CDibujoPrestado() { delete otros[0]; }
+
+  std::vector<CDibujo<int>*> otros;
+};
+
 /// Asks a function whether to go on. The phases of the run would interrupt those of the search, and are not told.
 class CPregunta final : public IPorcentaje {
  public:
@@ -69,12 +80,14 @@ int CTinSuelo::Construye(CMallaSuelo const& malla, std::function<bool()> const& 
     CMinimoSuelo const &p = malla.minimos[a], &q = malla.minimos[b];
     return std::tie(p.x, p.y) < std::tie(q.x, q.y);
   });
-  CDibujo<int> dibujo(tin.semilla);
-  dibujo.Inserta(std::move(puntos));
+  CDibujo<int> nada(tin.semilla);
+  CDibujoPrestado prestado(tin.semilla);
+  prestado.otros[0]->Inserta(std::move(puntos));
   CTriangulacion2D triangulacion(0, tin.semilla, kIdentificador);
   CPregunta pregunta(sigue);
   triangulacion.Avisa(&pregunta);
-  return triangulacion.Run({.dibujo = dibujo, .ladoMaximo = kSinLimite / tin.semilla.Precision(), .vaciar = true}, tin);
+  const double lado = kSinLimite / tin.semilla.Precision();
+  return triangulacion.Run({.dibujo = nada, .otros = &prestado.otros, .ladoMaximo = lado, .vaciar = true}, tin);
 }
 
 }  // namespace Meseta47

@@ -14,7 +14,8 @@ namespace Meseta47 {
 namespace {
 
 constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
-constexpr double kCerca = 2.5;         // spacings: within them lie some twenty minima, where they are complete
+constexpr double kJunto = 1.5;         // spacings: within them lies the nearest minimum nearly always ...
+constexpr double kCerca = 2.5;         // ... and within these some twenty, where they are complete
 
 /// Looks for the basin of one minimum at a time.
 class CCuenca {
@@ -49,23 +50,23 @@ class CCuenca {
   /// False for nearly all, at little cost. In a Delaunay triangulation every vertex but `i` has a neighbour nearer to
   /// `i` than itself (P. Bose and P. Morin, "Online routing in triangulations", 1999). So the nearest minimum is joined
   /// to `i`, and water from `i` reaches all minima that are nearer than the first one above its level.
-  [[nodiscard]] bool PuedeSerFondo(std::size_t i) const {
+  [[nodiscard]] bool PuedeSerFondo(std::size_t i) {
     constexpr double kLejos = std::numeric_limits<double>::infinity();
     double cerca = kLejos, cercaZ = 0, dique = kLejos;
-    malla.Vecinos(i, kCerca, [&](std::size_t j, double, double, double dz, double d2) {
-      if (!malla.EsSuelo(j)) return;
-      if (d2 < cerca || (d2 == cerca && dz < cercaZ)) {
-        cerca = d2;
-        cercaZ = dz;
-      }
-      if (dz >= k.alturaPozo - malla.metroZ) dique = std::min(dique, d2);  // a unit less: levels are whole units
+    malla.Vecinos(i, kJunto, [&](std::size_t j, double, double, double dz, double d2) {
+      if (!malla.EsSuelo(j) || d2 > cerca || (d2 == cerca && dz > cercaZ)) return;
+      cerca = d2;
+      cercaZ = dz;
     });
     if (cercaZ < 0) return false;
-    unsigned bajos = 1;
-    malla.Vecinos(i, kCerca, [&](std::size_t j, double, double, double, double d2) {
-      bajos += malla.EsSuelo(j) && d2 < dique ? 1U : 0U;
+    distancias.clear();
+    malla.Vecinos(i, kCerca, [&](std::size_t j, double, double, double dz, double d2) {
+      if (!malla.EsSuelo(j)) return;
+      distancias.push_back(d2);
+      if (dz >= k.alturaPozo - malla.metroZ) dique = std::min(dique, d2);  // a unit less: levels are whole units
     });
-    return bajos <= k.verticesPozo;
+    const auto bajos = std::count_if(distancias.begin(), distancias.end(), [dique](double d2) { return d2 < dique; });
+    return bajos < k.verticesPozo;
   }
 
   CMallaSuelo const& malla;
@@ -73,6 +74,7 @@ class CCuenca {
   CEstrellaSuelo estrella;
   std::int64_t hondo;  ///< scaled units
   std::vector<std::size_t> minimos;
+  std::vector<double> distancias;  ///< squared
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "host/LoadedCloud.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <fmt/format.h>
 #include <future>
@@ -11,6 +12,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/PointStream.h"
+#include "model/threads/Reparto.h"
 #include "planar/CMedidasDeRun.h"
 
 namespace Meseta47::host {
@@ -191,22 +193,50 @@ struct Reading {
   HostApp& app;
 };
 
-void append(LoadedCloud& cloud, WidePoint const& wide, Reading const& reading) {
-  const std::uint64_t place = cloud.pointsRead++;
-  if (reading.options.wayBack) cloud.classes.push_back(wide.classification);
-  if (!reading.bounds.admits(wide)) return;
-  if (!fits(wide)) throw OutOfRange{};
-  cloud.points.push_back({static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]),
-                          static_cast<int>(wide.position[2]), wide.intensity, wide.classification});
-  if (reading.options.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
-  if (reading.options.colours) cloud.colours.push_back(wide.colour);
+ScaledPoint narrowed(WidePoint const& wide) {
+  return {static_cast<int>(wide.position[0]), static_cast<int>(wide.position[1]), static_cast<int>(wide.position[2]),
+          wide.intensity, wide.classification};
+}
+
+/// Adds those of a batch that lie within the bounds.
+void appendWithin(LoadedCloud& cloud, std::vector<WidePoint> const& batch, Reading const& reading) {
+  for (WidePoint const& wide : batch) {
+    const std::uint64_t place = cloud.pointsRead++;
+    if (reading.options.wayBack) cloud.classes.push_back(wide.classification);
+    if (!reading.bounds.admits(wide)) continue;
+    if (!fits(wide)) throw OutOfRange{};
+    cloud.points.push_back(narrowed(wide));
+    if (reading.options.wayBack) cloud.places.push_back(static_cast<std::uint32_t>(place));
+    if (reading.options.colours) cloud.colours.push_back(wide.colour);
+  }
+}
+
+/// Adds a whole batch, on all processors.
+void append(LoadedCloud& cloud, std::vector<WidePoint> const& batch, Reading const& reading) {
+  constexpr std::size_t kPart = 8192;  // points that a thread takes at a time
+  LoadOptions const& options = reading.options;
+  const std::size_t first = cloud.points.size(), firstClass = cloud.classes.size();
+  cloud.points.resize(first + batch.size());
+  if (options.wayBack) cloud.classes.resize(firstClass + batch.size());
+  if (options.colours) cloud.colours.resize(first + batch.size());
+  std::atomic<bool> fitting{true};
+  Reparte(batch.size(), kPart, [&](std::size_t from, std::size_t to) {
+    for (std::size_t i = from; i < to; ++i) {
+      if (!fits(batch[i])) fitting = false;
+      cloud.points[first + i] = narrowed(batch[i]);
+      if (options.wayBack) cloud.classes[firstClass + i] = batch[i].classification;
+      if (options.colours) cloud.colours[first + i] = batch[i].colour;
+    }
+  });
+  if (!fitting) throw OutOfRange{};
+  cloud.pointsRead += batch.size();
 }
 
 void reserve(LoadedCloud& cloud, std::uint64_t more, Reading const& reading) {
   cloud.points.reserve(cloud.points.size() + more);
   if (reading.options.colours) cloud.colours.reserve(cloud.colours.size() + more);
   if (!reading.options.wayBack) return;
-  cloud.places.reserve(cloud.places.size() + more);
+  if (reading.options.bounds) cloud.places.reserve(cloud.places.size() + more);
   cloud.classes.reserve(cloud.classes.size() + more);
 }
 
@@ -222,7 +252,7 @@ void readCloud(LoadedCloud& cloud, std::string const& file, Reading& reading) {
   PointStream stream(file, reading.options.columns, readingOf(reading.options));
   if (reading.options.bounds) reserve(cloud, stream.count(), reading);  // of many files few points may be within
   while (stream.next(reading.seed, batch)) {
-    for (WidePoint const& wide : batch) append(cloud, wide, reading);
+    reading.options.bounds ? appendWithin(cloud, batch, reading) : append(cloud, batch, reading);
     reading.done += batch.size();
     reading.app.step(reading.done, std::max(reading.total, reading.done));
     if (reading.options.wayBack) requireCountable(cloud, file);
@@ -422,10 +452,12 @@ void warnOfZeroHeights(Groups const& groups, HostApp& app) {
 std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert) {
   const std::vector<ScaledPoint> points = std::exchange(cloud.points, {});
   if (!hilbert) return {points.begin(), points.end()};
-  const std::vector<std::uint32_t> order = hilbertOrder(points);
+  std::vector<std::uint32_t> order = hilbertOrder(points);
   if (!cloud.places.empty()) applyOrder(cloud.places, order);
   if (!cloud.colours.empty()) applyOrder(cloud.colours, order);
-  return inOrder<CCoor3D<int>>(points, order);
+  std::vector<CCoor3D<int>> taken = inOrder<CCoor3D<int>>(points, order);
+  if (cloud.places.empty() && !cloud.classes.empty()) cloud.places = std::move(order);
+  return taken;
 }
 
 std::vector<LoadedCloud> loadClouds(std::vector<std::vector<std::string>> const& groups, LoadOptions const& options,

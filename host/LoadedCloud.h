@@ -48,7 +48,7 @@ struct LoadedCloud {
   std::uint64_t pointsRead = 0;     ///< in the files, before the bounds; those of vector files too
 
   // With a way back alone:
-  std::vector<std::uint32_t> places;  ///< of each point, its place among those read
+  std::vector<std::uint32_t> places;  ///< of each point, its place among those read; none where it is the point's own
   std::vector<std::uint8_t> classes;  ///< of every point read, those out of bounds too
 
   std::vector<Rgb8> colours{};  ///< of each point, with colours alone

@@ -18,7 +18,8 @@ class ClassChanges {
     auto operator<=>(Step const&) const = default;
   };
 
-  void add(std::uint8_t from, std::uint8_t to) { ++counts_[{from, to}]; }
+  void add(Step step, std::uint64_t count) { counts_[step] += count; }
+  void add(ClassChanges const& others);
 
   [[nodiscard]] std::uint64_t total() const;
   /// In ascending order of the classes.
@@ -28,8 +29,8 @@ class ClassChanges {
   std::map<Step, std::uint64_t> counts_;
 };
 
-/// Carries the classes of points back to the places they came from: `classes[places[i]]` becomes that of `points[i]`.
-/// Returns what has changed.
+/// Carries the classes of points back to the places they came from: `classes[places[i]]` becomes that of `points[i]`,
+/// or `classes[i]` where there are no places. Returns what has changed.
 ClassChanges takeBack(std::vector<CCoor3D<int>> const& points, std::span<std::uint32_t const> places,
                       std::span<std::uint8_t> classes);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <future>
 #include <optional>
 #include <vector>
 
@@ -62,14 +63,20 @@ bool copyWithClasses(std::string const& from, std::string const& to, std::span<s
   surroundings.writeBefore(output);
   std::optional<LazRecordWriter> compressed;
   if (scheme) compressed.emplace(output, *scheme);
-  std::vector<std::uint8_t> block;
+  // One block is written while the next one is read.
+  std::vector<std::uint8_t> block, ready;
+  const auto write = [&] { compressed ? compressed->add(ready) : output.write(ready.data(), ready.size()); };
+  std::future<void> writing;
   for (std::uint64_t done = 0; done < header.pointCount; done = reader.position()) {
     if (progress && !progress(done, header.pointCount)) return false;
     const std::size_t count = reader.readRecords();
     block.assign(reader.rawRecords().begin(), reader.rawRecords().end());
     putClasses(block, header, classes.subspan(static_cast<std::size_t>(done), count));
-    compressed ? compressed->add(block) : output.write(block.data(), block.size());
+    if (writing.valid()) writing.get();
+    block.swap(ready);
+    writing = std::async(std::launch::async | std::launch::deferred, write);
   }
+  if (writing.valid()) writing.get();
   if (compressed) compressed->finish();
   surroundings.writeAfter(output);
   output.commit();

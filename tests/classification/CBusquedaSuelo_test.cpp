@@ -275,6 +275,19 @@ TEST(CBusquedaSuelo, OrderAndRepetitionOfPointsDoNotMatter) {
   }
 }
 
+TEST(CBusquedaSuelo, PointsThatStandTwiceChangeNothing) {
+  const QuietApp app;
+  std::vector<ClassedPoint> points = Village(26);
+  const std::vector<int> once = GroundSearch().Classes(points);
+  const std::size_t n = points.size();
+  // A few, scattered, so that the side of the cells stays what it was.
+  for (std::size_t i = 0; i < n; i += 50) points.push_back(points[i]);
+  const std::vector<int> again = GroundSearch().Classes(points);
+  ASSERT_EQ(again.size(), points.size());
+  EXPECT_EQ(std::vector<int>(again.begin(), again.begin() + static_cast<std::ptrdiff_t>(n)), once);
+  for (std::size_t i = n; i < again.size(); ++i) ASSERT_EQ(again[i], once[50 * (i - n)]) << "copy " << i - n;
+}
+
 TEST(CBusquedaSuelo, EntitiesOfOneDrawingAreOneCloud) {
   const QuietApp app;
   const std::vector<ClassedPoint> points = Village(23);

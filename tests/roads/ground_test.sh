@@ -42,6 +42,10 @@ for threads in 1 2 4; do
 done
 "$urdimbre" --quiet $ground --order file -o other.las
 expect "the order of the file" "$(cmp out.las other.las && echo same)" same
+! grep -q '^Ordering' progress || fail "a flight was ordered, which is in order"
+"$urdimbre" --json $ground --order hilbert -o other.las >/dev/null 2>progress
+grep -q '^Ordering' progress || fail "an order that was asked for was not made"
+expect "the order along the curve" "$(cmp out.las other.las && echo same)" same
 
 # --- options ---
 "$urdimbre" --json $ground --dry-run -o dry.las >dry.json 2>/dev/null
