@@ -31,7 +31,7 @@ CLectorPerfil::CLectorPerfil(CString const& laSeccion, CString const& elPrefijo)
 
 void CLectorPerfil::operator()(wchar_t const* clave, double& campo) const {
   if (aplicacion == nullptr) return;
-  campo = _wtof(aplicacion->GetProfileString(seccion, prefijo + clave, Texto(campo)));
+  campo = RealDe(aplicacion->GetProfileString(seccion, prefijo + clave, Texto(campo)));
 }
 
 void CLectorPerfil::operator()(wchar_t const* clave, int& campo) const {
@@ -67,12 +67,12 @@ CString CLectorFichero::Valor(wchar_t const* clave) const {
 
 void CLectorFichero::operator()(wchar_t const* clave, double& campo) const {
   const CString valor = Valor(clave);
-  if (!valor.IsEmpty()) campo = _wtof(valor);
+  if (!valor.IsEmpty()) campo = RealDe(valor);
 }
 
 void CLectorFichero::operator()(wchar_t const* clave, int& campo) const {
   const CString valor = Valor(clave);
-  if (!valor.IsEmpty()) campo = _wtoi(valor);
+  if (!valor.IsEmpty()) campo = EnteroDe(valor);
 }
 
 void CLectorFichero::operator()(wchar_t const* clave, CInfoClasificacion& campo) const {

@@ -7,6 +7,9 @@ function(urdimbre_public_headers out)
   file(GLOB_RECURSE all RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
     platform/*.h model/*.h run/*.h planar/*.h classification/*.h tetrahedral/*.h shell/*.h)
   list(FILTER all EXCLUDE REGEX "/(posix|windows)/")
+  if(WIN32)  # what stands in for windows and resources where there are none
+    list(FILTER all EXCLUDE REGEX "/C(Pantalla|Recursos)Texto\\.h$")
+  endif()
   set(public)
   set(waiting)
   foreach(header ${all})

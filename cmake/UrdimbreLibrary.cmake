@@ -4,6 +4,10 @@ add_library(urdimbre_objects OBJECT)
 target_link_libraries(urdimbre_objects PRIVATE urdimbre_options PUBLIC Threads::Threads)
 target_include_directories(urdimbre_objects PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 target_compile_definitions(urdimbre_objects PRIVATE URDIMBRE_BUILDING)
+if(WIN32)  # what links the objects themselves imports nothing
+  target_compile_definitions(urdimbre_objects INTERFACE URDIMBRE_OBJETOS PUBLIC UNICODE _UNICODE)
+  target_link_libraries(urdimbre_objects PUBLIC advapi32 psapi)
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")  # what the library exports its own loops call too: directly, and inlined where it pays
   target_compile_options(urdimbre_objects PRIVATE -fno-semantic-interposition)
 endif()
@@ -14,6 +18,9 @@ target_include_directories(urdimbre PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/urdimbre>)
 target_compile_features(urdimbre PUBLIC cxx_std_20)
 set_target_properties(urdimbre PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+if(WIN32)
+  set_target_properties(urdimbre PROPERTIES PREFIX "")
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   target_link_options(urdimbre PRIVATE
     LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/urdimbre.map LINKER:-Bsymbolic-functions)

@@ -1,6 +1,10 @@
 #pragma once
 
+#if defined(_WIN32)
+#include <cstddef>
+#else
 #include <mutex>
+#endif
 
 #include "platform/CSyncObject.h"
 
@@ -18,5 +22,12 @@ class URDIMBRE_API CCriticalSection : public CSyncObject {
   bool Unlock() override;
 
  private:
+  void Toma();
+  bool Intenta();
+
+#if defined(_WIN32)
+  alignas(void*) std::byte cerrojo_[40];  // the system's own, with a spin count
+#else
   std::recursive_mutex cerrojo_;
+#endif
 };

@@ -6,6 +6,10 @@ CEvent::CEvent(bool senalado, bool manual) : m_hObject(CreateEventW(nullptr, man
 
 CEvent::~CEvent() { CloseHandle(m_hObject); }
 
+bool CEvent::SetEvent() { return ::SetEvent(m_hObject); }
+
+bool CEvent::ResetEvent() { return ::ResetEvent(m_hObject); }
+
 bool CEvent::Lock(long long milisegundos) {
   constexpr auto kSinLimite = static_cast<long long>(INFINITE);
   const long long espera = milisegundos < 0 ? kSinLimite : std::min(milisegundos, kSinLimite);

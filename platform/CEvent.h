@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CSyncObject.h"
+#include "platform/Manejadores.h"
 
 /// An event that threads wait for. An automatic one lets a single wait pass and is unset by it; a manual one lets all
 /// pass until it is reset. Any thread may use it.
@@ -10,8 +11,8 @@ class URDIMBRE_API CEvent : public CSyncObject {
   explicit CEvent(bool senalado = false, bool manual = false);
   ~CEvent() override;
 
-  bool SetEvent() { return ::SetEvent(m_hObject); }
-  bool ResetEvent() { return ::ResetEvent(m_hObject); }
+  bool SetEvent();
+  bool ResetEvent();
 
   using CSyncObject::Lock;
   bool Lock(long long milisegundos) override;

@@ -11,7 +11,7 @@ namespace {
 CString NombreParcial(CString const& destino, unsigned numero) {
   CString final(L".part");
   if (numero > 1) final.Format(L".%u.part", numero);
-  const int corte = destino.ReverseFind(sistema::kSeparador) + 1;
+  const int corte = sistema::UltimoSeparador(destino) + 1;
   CString nombre = destino.Mid(corte);
   while (nombre.Utf8().size() + final.Utf8().size() > sistema::kMayorNombre) {
     nombre = nombre.Left(nombre.GetLength() - 1);
@@ -22,7 +22,7 @@ CString NombreParcial(CString const& destino, unsigned numero) {
 }  // namespace
 
 CString CarpetaDe(CString const& ruta) {
-  const int corte = ruta.ReverseFind(sistema::kSeparador);
+  const int corte = sistema::UltimoSeparador(ruta);
   return corte == -1 ? CString(L".") : ruta.Left(corte + 1);
 }
 

@@ -77,7 +77,7 @@ bool CFile::AbreTemporal(CString const& carpeta, CString const& prefijo) {
   if (!Falla(sistema::Consulta(EOperacion::CreaTemporal, carpeta), "write in")) {
     return false;
   }
-  if (sistema::AbreSinNombre(carpeta, descriptor_, path_) == 0) {
+  if (sistema::AbreSinNombre(carpeta, prefijo, descriptor_, path_) == 0) {
     return true;
   }
   const auto nombre = [&](unsigned numero) {

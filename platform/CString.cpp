@@ -105,7 +105,7 @@ CString& CString::operator+=(wchar_t otro) {
 
 std::ostream& operator<<(std::ostream& salida, CString const& texto) { return salida << texto.Utf8(); }
 
-int _wtoi(wchar_t const* texto) {
+int EnteroDe(wchar_t const* texto) {
   texto = SinNulo(texto);
   while (EsBlanco(*texto)) {
     ++texto;
@@ -122,4 +122,4 @@ int _wtoi(wchar_t const* texto) {
   return static_cast<int>(negativo ? -valor : std::min(valor, kTope));
 }
 
-double _wtof(wchar_t const* texto) { return sistema::ConvierteReal(SinNulo(texto)); }
+double RealDe(wchar_t const* texto) { return sistema::ConvierteReal(SinNulo(texto)); }

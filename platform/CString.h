@@ -25,7 +25,7 @@ class URDIMBRE_API CString {
   /// format "%s" takes wide text and "%hs" UTF-8; in a narrow one "%s" takes UTF-8 and "%ls" wide text.
   /// An argument may point into this very text. A format that the C library refuses leaves an empty text.
   void Format(wchar_t const* formato, ...);
-  void Format(char const* formato, ...) __attribute__((format(printf, 2, 3)));
+  void Format(char const* formato, ...) URDIMBRE_FORMATO(2, 3);
 
   [[nodiscard]] int GetLength() const { return static_cast<int>(texto_.size()); }
   [[nodiscard]] bool IsEmpty() const { return texto_.empty(); }
@@ -78,7 +78,12 @@ URDIMBRE_API std::ostream& operator<<(std::ostream& salida, CString const& texto
 
 /// The integer that a text begins with, after spaces and a sign; 0 when there is none (or the text is null), and the
 /// nearest int when the number does not fit.
-[[nodiscard]] URDIMBRE_API int _wtoi(wchar_t const* texto);
+[[nodiscard]] URDIMBRE_API int EnteroDe(wchar_t const* texto);
 
 /// The real number that a text begins with, after spaces, always with a decimal point; 0.0 when there is none.
-[[nodiscard]] URDIMBRE_API double _wtof(wchar_t const* texto);
+[[nodiscard]] URDIMBRE_API double RealDe(wchar_t const* texto);
+
+#if !defined(_WIN32)  // The names that hosts know.
+[[nodiscard]] inline int _wtoi(wchar_t const* texto) { return EnteroDe(texto); }
+[[nodiscard]] inline double _wtof(wchar_t const* texto) { return RealDe(texto); }
+#endif  // On Windows they are the C library's, which has a decimal comma at times.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Manejadores.h"
+#include "platform/Exporta.h"
 
 /// What CSingleLock can hold: a lock or an event.
 class URDIMBRE_API CSyncObject {

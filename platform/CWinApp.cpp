@@ -26,18 +26,9 @@ std::mutex& CerrojoAplicaciones() {
 CString ComoNombre(CString const& texto) {
   CString nombre;
   for (int i = 0; i < texto.GetLength(); ++i) {
-    nombre += texto[i] == sistema::kSeparador ? L'_' : texto[i];
+    nombre += sistema::EsSeparador(texto[i]) ? L'_' : texto[i];
   }
   return nombre;
-}
-
-CString CarpetaAjustes() {
-  CString elegida = sistema::Entorno("XDG_CONFIG_HOME");
-  if (!elegida.IsEmpty() && elegida[0] == sistema::kSeparador) {  // a relative one is to be taken for unset
-    return elegida;
-  }
-  const CString casa = sistema::Entorno("HOME");
-  return casa.IsEmpty() ? casa : casa + L"/.config";
 }
 
 }  // namespace
@@ -89,14 +80,14 @@ unsigned CWinApp::Procesadores() const {
 }
 
 CString CWinApp::FicheroPerfil() const {
-  CString path = CarpetaAjustes();
+  CString path = sistema::CarpetaAjustes();
   if (path.IsEmpty()) {
     return path;
   }
   if (!clave_.IsEmpty()) {
-    path += L"/" + ComoNombre(clave_);
+    path = sistema::EnCarpeta(path, ComoNombre(clave_));
   }
-  return path + L"/" + ComoNombre(m_pszAppName) + L".ini";
+  return sistema::EnCarpeta(path, ComoNombre(m_pszAppName) + L".ini");
 }
 
 CString CWinApp::GetProfileString(wchar_t const* seccion, wchar_t const* clave, wchar_t const* defecto) const {
@@ -109,12 +100,12 @@ CString CWinApp::GetProfileString(wchar_t const* seccion, wchar_t const* clave, 
 
 int CWinApp::GetProfileInt(wchar_t const* seccion, wchar_t const* clave, int defecto) const {
   const CString valor = GetProfileString(seccion, clave);
-  return valor.IsEmpty() ? defecto : _wtoi(valor);
+  return valor.IsEmpty() ? defecto : EnteroDe(valor);
 }
 
 bool CWinApp::WriteProfileString(wchar_t const* seccion, wchar_t const* clave, wchar_t const* valor) {
   const CString fichero = FicheroPerfil();
-  return !fichero.IsEmpty() && CreaCarpeta(fichero.Left(fichero.ReverseFind(sistema::kSeparador))) &&
+  return !fichero.IsEmpty() && CreaCarpeta(fichero.Left(sistema::UltimoSeparador(fichero))) &&
          WritePrivateProfileStringW(seccion, clave, valor, fichero);
 }
 

@@ -43,8 +43,8 @@ class URDIMBRE_API CWinApp : public CWinThread {
   /// Names the folder of the profile, usually the maker. Without one the profile stands in the user's settings folder.
   void SetRegistryKey(CString const& clave) { clave_ = clave; }
 
-  /// KEY/NAME.ini in the user's settings folder ($XDG_CONFIG_HOME, or else ~/.config); empty when there is no such
-  /// folder.
+  /// KEY/NAME.ini in the user's settings folder ($XDG_CONFIG_HOME, or else ~/.config; %APPDATA% on Windows); empty
+  /// when there is no such folder.
   [[nodiscard]] CString FicheroPerfil() const;
 
   /// The folder for temporary files; empty, as at first, for the system's. An application that has none set gives that

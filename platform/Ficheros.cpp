@@ -21,8 +21,10 @@ bool RenombraFichero(CString const& desde, CString const& hasta, CString* error)
 bool BorraFichero(CString const& path, CString* error) { return Informa(sistema::Borra(path), "delete", path, error); }
 
 bool CreaCarpeta(CString const& path, CString* error) {
-  for (int corte = path.Find(sistema::kSeparador, 1); corte != -1; corte = path.Find(sistema::kSeparador, corte + 1)) {
-    static_cast<void>(sistema::CreaCarpeta(path.Left(corte)));  // what matters is whether the last one comes to stand
+  for (int corte = 1; corte < path.GetLength(); ++corte) {
+    if (sistema::EsSeparador(path[corte])) {
+      static_cast<void>(sistema::CreaCarpeta(path.Left(corte)));  // what matters is whether the last one comes to stand
+    }
   }
   return Informa(sistema::CreaCarpeta(path), "make the folder", path, error);
 }

@@ -29,10 +29,10 @@ std::size_t Concedidos(EOperacion operacion, CString const& path, std::size_t by
 /// `flags` are those of CFile. A folder is refused. A file opened as modeNuevo is locked for as long as it, or a
 /// duplicate of it, is open: the system gives the lock up when the process ends, whatever way that is.
 int Abre(CString const& path, unsigned flags, Descriptor& fichero);
-/// A file without a name in a folder, for this user alone: nothing of it is left when the last who has it open closes
-/// it or ends. `path` is a name by which this process alone can open it again. Fails where the system has no such
-/// files.
-int AbreSinNombre(CString const& carpeta, Descriptor& fichero, CString& path);
+/// A file in a folder, for this user alone, of which nothing is left when the last who has it open closes it or ends:
+/// it has no name at all, or else one that begins with `prefijo`. `path` is a name by which this process can open it
+/// again. Fails where the system has no such files.
+int AbreSinNombre(CString const& carpeta, CString const& prefijo, Descriptor& fichero, CString& path);
 /// The same of a file that is open: it gives up its name. Fails, and the name stays, where the system needs it.
 int SueltaNombre(Descriptor fichero, CString& path);
 /// Another hold on an open file and its lock, for Suelta(); kSinFichero when the system gives none.
@@ -85,9 +85,19 @@ CString EnCarpeta(CString carpeta, CString const& nombre);
 CString Entorno(char const* nombre);
 /// The system's folder for temporary files.
 CString CarpetaTemporal();
+/// The folder of the user's settings; empty when there is none.
+CString CarpetaAjustes();
 /// A number that other processes and earlier calls are unlikely to have.
 unsigned NumeroAlAzar();
+#if defined(_WIN32)
+inline constexpr wchar_t kSeparador = L'\\';
+inline bool EsSeparador(wchar_t c) { return c == kSeparador || c == L'/'; }
+#else
 inline constexpr wchar_t kSeparador = L'/';
+inline bool EsSeparador(wchar_t c) { return c == kSeparador; }
+#endif
+/// Position of the last separator in a path; -1 in a name alone.
+int UltimoSeparador(CString const& path);
 
 /// The text of a failure.
 CString TextoError(int codigo);

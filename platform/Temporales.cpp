@@ -22,10 +22,18 @@ void Copia(CString const& texto, wchar_t* destino) {
 }  // namespace
 
 CString sistema::EnCarpeta(CString carpeta, CString const& nombre) {
-  if (!carpeta.IsEmpty() && carpeta[carpeta.GetLength() - 1] != kSeparador) {
+  if (!carpeta.IsEmpty() && !EsSeparador(carpeta[carpeta.GetLength() - 1])) {
     carpeta += kSeparador;
   }
   return std::move(carpeta += nombre);
+}
+
+int sistema::UltimoSeparador(CString const& path) {
+  int lugar = path.GetLength() - 1;
+  while (lugar >= 0 && !EsSeparador(path[lugar])) {
+    --lugar;
+  }
+  return lugar;
 }
 
 int sistema::AbreNumerado(std::function<CString(unsigned)> const& nombre, unsigned flags, CString& path,

@@ -7,7 +7,7 @@ namespace Meseta47 {
 namespace {
 
 CInfoClasificacion ClaseDeCodigo(CString const& codigo) {
-  return {static_cast<unsigned char>(_wtoi(codigo)), 0.0, CString(L"")};
+  return {static_cast<unsigned char>(EnteroDe(codigo)), 0.0, CString(L"")};
 }
 
 bool Alguna(std::vector<CInfoClasificacion> const& lista, unsigned char clase) {

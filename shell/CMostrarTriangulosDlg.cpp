@@ -48,7 +48,7 @@ bool CMostrarTriangulosDlg::OnInitDialog() {
 
 void CMostrarTriangulosDlg::OnOK() {
   UpdateData(true);
-  *distancia = _wtof(textoDistancia);
+  *distancia = RealDe(textoDistancia);
   CDialog::OnOK();
 }
 

@@ -16,6 +16,15 @@ CString CarpetaTemporal() {
   return elegida.IsEmpty() ? CString(L"/tmp") : elegida;
 }
 
+CString CarpetaAjustes() {
+  CString elegida = Entorno("XDG_CONFIG_HOME");
+  if (!elegida.IsEmpty() && elegida[0] == kSeparador) {  // a relative one is to be taken for unset
+    return elegida;
+  }
+  const CString casa = Entorno("HOME");
+  return casa.IsEmpty() ? casa : casa + L"/.config";
+}
+
 unsigned NumeroAlAzar() {
   // Steps of an odd constant (2^32 over the golden ratio) visit every number before one comes back.
   static std::atomic<unsigned> siguiente{0};

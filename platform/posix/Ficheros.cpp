@@ -169,7 +169,7 @@ int Cierra(Descriptor fichero, CString const& path) {
   return negado != 0 ? negado : codigo == EINTR ? 0 : codigo;  // interrupted, but closed: it must not be closed again
 }
 
-int AbreSinNombre(CString const& carpeta, Descriptor& fichero, CString& path) {
+int AbreSinNombre(CString const& carpeta, CString const&, Descriptor& fichero, CString& path) {
   fichero = kSinFichero;
   if (const int codigo = Consulta(EOperacion::Abre, carpeta); codigo != 0) {
     return codigo;

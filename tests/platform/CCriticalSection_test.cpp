@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
 
 namespace {

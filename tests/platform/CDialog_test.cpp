@@ -191,6 +191,7 @@ TEST(CDialog, ItsTitleAndItsControlsCanBeReadAndChanged) {
     EXPECT_EQ(d.GetWindowTextW(), L"Show triangles");
     d.SetWindowTextW(L"Otra \u03a9");
     EXPECT_EQ(d.GetWindowTextW(), L"Otra \u03a9");
+    d.ShowWindow();  // a system may show a dialog only once it has nothing else to do
     CWnd& box = *d.GetDlgItem(kEdit);
     EXPECT_EQ(d.GetDlgItem(kEdit), &box) << "one window object a control";
     EXPECT_TRUE(box.IsWindowEnabled());

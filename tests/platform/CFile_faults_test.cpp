@@ -36,31 +36,6 @@ std::string Records(int count) {
   return bytes;
 }
 
-TEST(CFileFaults, AFullDeviceIsReportedByFlushAndByClose) {
-  CFile file(L"/dev/full", CFile::modeWrite);
-  ASSERT_TRUE(file.IsOpen()) << file.Error();
-  EXPECT_TRUE(file.Write("x", 1)) << "it waits for its block";
-  EXPECT_FALSE(file.Flush());
-  EXPECT_EQ(file.CodigoError(), kNoSpace);
-  EXPECT_EQ(file.Error(), L"cannot write /dev/full: No space left on device");
-  EXPECT_FALSE(file.Close());
-}
-
-TEST(CFileFaults, AFullDeviceIsReportedByCloseAlone) {
-  CFile file(L"/dev/full", CFile::modeWrite);
-  EXPECT_TRUE(file.Write("x", 1));
-  EXPECT_FALSE(file.Close());
-  EXPECT_EQ(file.CodigoError(), kNoSpace);
-  EXPECT_FALSE(file.IsOpen());
-}
-
-TEST(CFileFaults, AFullDeviceRefusesALargeBlockAtOnce) {
-  const std::string block(200000, 'x');
-  CFile file(L"/dev/full", CFile::modeWrite);
-  EXPECT_FALSE(file.Write(block.data(), block.size()));
-  EXPECT_EQ(file.CodigoError(), kNoSpace);
-}
-
 TEST(CFileFaults, AFolderThatTakesNoFilesIsReportedByOpen) {
   CFile file;
   EXPECT_FALSE(file.Open(L"/proc/urdimbre.bin", kCreate));

@@ -46,17 +46,4 @@ TEST(CStdioFile, AnEmptyFileHasNoLineAndAnEndOfLineAloneHasOne) {
   EXPECT_THAT(LinesOf(folder.Path("one")), ElementsAre(L""));
 }
 
-TEST(CStdioFile, AReadThatFailsIsNotTheEndOfTheFile) {
-  CStdioFile file(L"/proc/self/mem", CFile::modeRead);
-  CString line(L"untouched");
-  EXPECT_FALSE(file.ReadString(line));
-  EXPECT_TRUE(file.HayError());
-}
-
-TEST(CStdioFile, AFullDeviceIsReported) {
-  CStdioFile file(L"/dev/full", CFile::modeWrite);
-  file.WriteString(L"x\n");
-  EXPECT_FALSE(file.Close());
-}
-
 }  // namespace

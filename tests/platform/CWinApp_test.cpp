@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "SystemNames.h"
 #include "platform/Environment.h"
 #include "support/FaultGuard.h"
 #include "support/ScratchFolder.h"
@@ -106,29 +107,13 @@ class Profile : public testing::Test {
  protected:
   Profile() { application.SetRegistryKey(L"Maker"); }
   ScratchFolder folder;
-  Environment settings{"XDG_CONFIG_HOME", folder.Path("settings").Utf8()};
+  Environment settings{kSettingsVariable, folder.Path("settings").Utf8()};
   CWinApp application{L"tester"};
 };
 
 TEST_F(Profile, IsAFileOfTheUsersSettings) {
   EXPECT_EQ(application.FicheroPerfil(), folder.Path("settings/Maker/tester.ini"));
   EXPECT_EQ(CWinApp(L"tester").FicheroPerfil(), folder.Path("settings/tester.ini"));
-}
-
-TEST_F(Profile, StandsBelowTheHomeFolderWhenNoSettingsFolderIsNamed) {
-  const Environment home("HOME", "/home/someone");
-  for (auto const& none : std::vector<std::optional<std::string>>{std::nullopt, "", "relative/folder"}) {
-    const Environment unset("XDG_CONFIG_HOME", none);
-    EXPECT_EQ(application.FicheroPerfil(), L"/home/someone/.config/Maker/tester.ini");
-  }
-}
-
-TEST_F(Profile, WithoutAnyFolderKeepsNothingAndSaysSo) {
-  const Environment home("HOME", std::nullopt);
-  const Environment unset("XDG_CONFIG_HOME", std::nullopt);
-  EXPECT_EQ(application.FicheroPerfil(), L"");
-  EXPECT_FALSE(application.WriteProfileString(L"s", L"k", L"v"));
-  EXPECT_EQ(application.GetProfileString(L"s", L"k", L"d"), L"d");
 }
 
 TEST_F(Profile, NamesCannotLeaveItsFolder) {

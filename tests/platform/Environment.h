@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "SystemNames.h"
+
 /// A variable of the environment that has its old value back at the end of the block.
 class Environment {
  public:
@@ -18,13 +20,7 @@ class Environment {
   ~Environment() { Set(old_); }
 
  private:
-  void Set(std::optional<std::string> const& value) {
-    if (value) {
-      ::setenv(name_, value->c_str(), 1);
-    } else {
-      ::unsetenv(name_);
-    }
-  }
+  void Set(std::optional<std::string> const& value) { SetVariable(name_, value); }
 
   char const* name_;
   std::optional<std::string> old_;

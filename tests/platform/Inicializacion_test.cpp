@@ -1,6 +1,5 @@
 #include "platform/Inicializacion.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <thread>
 #include <vector>
@@ -182,15 +181,6 @@ TEST_F(Initialisation, AFailingDiskLeavesTheOldFileAndNothingElse) {
 
 TEST_F(Initialisation, AFolderThatIsNotThereIsAFailure) {
   EXPECT_FALSE(WritePrivateProfileStringW(L"s", L"k", L"v", folder.Path("none/a.ini")));
-}
-
-TEST_F(Initialisation, ANewFileTakesTheOldOnesPermissions) {
-  using std::filesystem::perms;
-  Write(L"s", L"k", L"v");
-  std::filesystem::permissions(file.Utf8(), perms::owner_read | perms::owner_write | perms::group_read);
-  Write(L"s", L"k", L"w");
-  EXPECT_EQ(std::filesystem::status(file.Utf8()).permissions(),
-            perms::owner_read | perms::owner_write | perms::group_read);
 }
 
 TEST_F(Initialisation, ThreadsThatWriteOneFileLoseNothing) {

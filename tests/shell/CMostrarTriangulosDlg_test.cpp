@@ -104,13 +104,6 @@ TEST_F(ShowTriangles, AsksForItsHelpByButtonMenuAndF1AndStaysOpen) {
   EXPECT_EQ(dialog.DoModal(), kAccepted);
 }
 
-TEST_F(ShowTriangles, F1InABoxIsItsDialogs) {
-  ListeningApp application;
-  dialog.steps = {[](auto& d) { d.GetDlgItem(18298)->SendMessageW(mensaje::kAyuda); }};
-  dialog.DoModal();
-  EXPECT_EQ(application.help.size(), 1U);
-}
-
 class WithOwnHelp : public CMostrarTriangulosDlg {
  public:
   using CMostrarTriangulosDlg::CMostrarTriangulosDlg;

@@ -123,7 +123,7 @@ class OpenTriangulation : public CTriangulacion2D {
   /// The bytes of the temporary file, which stays.
   [[nodiscard]] std::string SpilledBytes() {
     ficheroTemporal.Vuelca();
-    return BytesOf(ficheroTemporal.Ruta());
+    return BytesOfTemporary(ficheroTemporal.Ruta());
   }
 };
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/CFile.h"
 #include "platform/CString.h"
 
 /// A folder of its own for one test, gone with everything in it at the end.
@@ -28,7 +29,9 @@ class ScratchFolder {
   }
 
   [[nodiscard]] CString Path() const { return CString::DesdeUtf8(path_.string()); }
-  [[nodiscard]] CString Path(std::string const& name) const { return CString::DesdeUtf8((path_ / name).string()); }
+  [[nodiscard]] CString Path(std::string const& name) const {
+    return CString::DesdeUtf8((path_ / name).make_preferred().string());
+  }
   [[nodiscard]] std::size_t Files() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::recursive_directory_iterator(path_), {}));
   }
@@ -44,7 +47,8 @@ class ScratchFolder {
   }
   [[nodiscard]] std::vector<std::string> Names() const {
     std::vector<std::string> names;
-    for (auto const& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
+    for (auto const& entry : std::filesystem::directory_iterator(path_))
+      names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
   }
@@ -53,14 +57,27 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
+inline std::filesystem::path AsPath(CString const& path) {
+  const std::string name = path.Utf8();
+  return std::u8string(name.begin(), name.end());
+}
+
 /// Whole files, past the classes under test.
 inline std::string BytesOf(CString const& path) {
-  std::ifstream file(path.Utf8(), std::ios::binary);
+  std::ifstream file(AsPath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
+/// The same of a temporary file that is still open. Some systems let it be opened by those alone who do not hold on to
+/// it, as the class under test does.
+inline std::string BytesOfTemporary(CString const& path) {
+  CFile file(path, CFile::modeRead);
+  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+  bytes.resize(file.Read(bytes.data(), static_cast<unsigned>(bytes.size())));
+  return bytes;
+}
 inline void PutBytes(CString const& path, std::string const& bytes) {
-  std::ofstream file(path.Utf8(), std::ios::binary);
+  std::ofstream file(AsPath(path), std::ios::binary);
   file << bytes;
   ASSERT_TRUE(file.good()) << path;
 }
-inline bool Exists(CString const& path) { return std::filesystem::exists(path.Utf8()); }
+inline bool Exists(CString const& path) { return std::filesystem::exists(AsPath(path)); }

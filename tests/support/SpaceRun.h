@@ -51,7 +51,7 @@ class OpenTriangulation3D : public CTriangulacion3D {
   /// The bytes of the temporary file, which stays.
   [[nodiscard]] std::string SpilledBytes() {
     ficheroTemporal.Vuelca();
-    return BytesOf(ficheroTemporal.Ruta());
+    return BytesOfTemporary(ficheroTemporal.Ruta());
   }
 };
 

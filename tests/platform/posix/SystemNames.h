@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+/// What tests know by another name on each system.
+constexpr char const* kSettingsVariable = "XDG_CONFIG_HOME";
+
+inline void SetVariable(char const* name, std::optional<std::string> const& value) {
+  if (value) {
+    ::setenv(name, value->c_str(), 1);
+  } else {
+    ::unsetenv(name);
+  }
+}

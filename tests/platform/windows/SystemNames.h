@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+/// What tests know by another name on each system.
+constexpr char const* kSettingsVariable = "APPDATA";
+
+inline void SetVariable(char const* name, std::optional<std::string> const& value) {
+  ::_putenv_s(name, value.value_or("").c_str());  // an empty one is none
+}
