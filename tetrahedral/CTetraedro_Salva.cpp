@@ -56,12 +56,10 @@ void CTetraedro::Salva(std::vector<std::int32_t>& registros, double limite, bool
   bool larga[6];
   for (unsigned i = 0; i < 6; ++i) {
     CCoor3D<int> const &p = *puntos[kExtremo[i][0]], &q = *puntos[kExtremo[i][1]];
-    double longitud2 = limite + 1.0;  // what touches the frame is long
-    if (!delMarco(&p) && !delMarco(&q)) {
-      if (estado[i] == CORTO) longitud2 = 0;
-      if (estado[i] == DESCONOCIDO) longitud2 = p.Distancia2(q, 1);
+    larga[i] = true;  // what touches the frame, however great the limit, and what a neighbour knows to be long
+    if (!delMarco(&p) && !delMarco(&q) && estado[i] != LARGO) {
+      larga[i] = (estado[i] == CORTO ? 0 : p.Distancia2(q, 1)) > limite;
     }
-    larga[i] = longitud2 > limite;
     if (larga[i] || intensidades == nullptr || delMarco(&p) || delMarco(&q)) continue;
     const auto intensidad = [&](CCoor3D<int> const& v) {
       return static_cast<int>((*intensidades)[static_cast<std::size_t>(v.num) - 1]);

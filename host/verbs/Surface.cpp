@@ -1,4 +1,5 @@
 // urdimbre surface: clouds in, their surface in space out.
+#include <algorithm>
 #include <fmt/format.h>
 
 #include "host/Failure.h"
@@ -64,10 +65,12 @@ SpaceSurface surfaceOfClouds(SurfaceOptions const& options, Summary& summary, Ho
   tin.conVecinos = false;
   CTriangulacion3D triangulation(0, drawing.semilla, everything(), 1);
   triangulation.SetFinura(kFinenessOfScans);
+  // Less than a unit is less than any side; to the library, next to nothing would be no limit at all.
+  const double maxSide = std::max(options.maxSide, 0.5 / drawing.semilla.Precision());
   const std::uint64_t spill = CMedidasDeRun3D::BytesDelFichero(drawing.nPuntos);
   requireTempSpace(spill);
   summary.seconds.timed("link", [&] {
-    requireRun(triangulation.Run(drawing, tin, options.maxSide, true, nullptr, false), options.cloud.what(), spill);
+    requireRun(triangulation.Run(drawing, tin, maxSide, true, nullptr, false), options.cloud.what(), spill);
   });
   CResumenEspacial const& run = triangulation.Resumen();
   summary.points({{"points_accepted", run.aceptados, "accepted"}, {"duplicates", run.duplicados, "duplicate"}});

@@ -90,6 +90,16 @@ done
 printf '0 0 0\n9 0 0\n0 9 0\n0 0 9\n' >four.txt
 "$urdimbre" --json surface four.txt -o four.stl --max-side 30 >four.json 2>/dev/null
 expect "faces of four points" "$(number faces four.json)" 4
+for side in 1e-300 0.001; do
+  for cloud in boxes.txt boxes.tin3d; do
+    refuses 1 "nothing is surface" "$urdimbre" surface "$cloud" -o o.ply --max-side "$side"
+  done
+done
+for side in 1e6 1e300; do  # the hull, whatever the frame is like
+  "$urdimbre" --quiet surface boxes.txt -o hull.ply --max-side "$side"
+  "$urdimbre" --quiet surface boxes.tin3d -o hull2.ply --max-side "$side"
+  expect "the hull" "$(cmp hull.ply hull2.ply && echo same)" same
+done
 : >empty.txt
 refuses 1 "empty.txt" "$urdimbre" surface empty.txt -o o.ply --max-side 30
 head -c 20000 scan.las >cut.las

@@ -139,6 +139,17 @@ TEST(Run3D, FacesWithALongSideAreLeftOutAndThoseInsideUnlessAllAreAskedFor) {
   EXPECT_EQ(tin.Cantidad(), 0U);
 }
 
+TEST(Run3D, HoweverLongSidesMayBeTheFrameIsBeyondAndTheHullIsLeft) {
+  const QuietApp app;
+  for (const double longest : {1e5, 1e9, 1e15, 1e300}) {
+    CDibujo<int> drawing = DrawingOf(kCube);
+    OpenTriangulation3D t;
+    CTIN tin(0, 0, drawing.semilla);
+    ASSERT_EQ(t.Run(drawing, tin, longest, false, nullptr, false), kHecho);
+    EXPECT_EQ(tin.Cantidad(), 12U) << longest;
+  }
+}
+
 TEST(Run3D, PositionsTellOfEachPointOfTheModelWhereItCameFrom) {
   const QuietApp app;
   const std::vector<Point> points = Cloud(300);
