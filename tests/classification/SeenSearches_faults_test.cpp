@@ -152,7 +152,8 @@ TEST_P(SeenSearches, WithoutTheSystemFailWithACodeAndLoseNothing) {
         }
         if (!refused) break;
       }
-      EXPECT_GT(failures, 0) << static_cast<int>(operation);
+      const bool harmless = operation == EOperacion::CreaHilo && !GetParam().classifies;  // lists draw no outline
+      EXPECT_EQ(failures > 0, !harmless) << static_cast<int>(operation);
     }
   }
 }
