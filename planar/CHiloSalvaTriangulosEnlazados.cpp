@@ -11,6 +11,12 @@ bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, C
   return Empieza(elIndice, elEvento, laCola);
 }
 
+void CHiloSalvaTriangulosEnlazados::SinHilo(CCola& laCola, CFile* elFichero, unsigned elModo) {
+  modo = elModo;
+  fichero = elFichero;
+  CHiloCerrados::SinHilo(laCola);
+}
+
 bool CHiloSalvaTriangulosEnlazados::Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CSegmentos* lasCurvas,
                                           int laEquidistancia, double elLado2) {
   modo = CURVA;

@@ -89,6 +89,7 @@ void CTriangulacion2D::Salva(CDivisiones* celda) {
   const unsigned triangulos = set->QuitaTrianguloActual();
   resumen.picoVivos = std::max(resumen.picoVivos, balance.creados - balance.condenados - setsCerrados.Liberados());
   setsCerrados.Anade(set, triangulos);
+  hiloSalva.Atiende();
 }
 
 bool CTriangulacion2D::EsperaAlHilo(CMarcha const& marcha) {

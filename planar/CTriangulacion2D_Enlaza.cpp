@@ -81,7 +81,7 @@ int CTriangulacion2D::ArrancaHilo(CEnlace& enlace) {
   return ArrancaTarea(enlace) ? kHecho : Abandona(kFicheroInconsistente);
 }
 
-/// Starts the worker with the job of the mode.
+/// Gives the worker the job of the mode, and a thread unless that is mere writing.
 bool CTriangulacion2D::ArrancaTarea(CEnlace& enlace) {
   const double lado2 = static_cast<double>(paramCurvaB) * paramCurvaB;
   switch (enlace.modo) {
@@ -93,7 +93,8 @@ bool CTriangulacion2D::ArrancaTarea(CEnlace& enlace) {
     case CHiloSalvaTriangulosEnlazados::PICOS:
       return hiloSalva.Start(0, &evento, setsCerrados, &enlace.alturasVecinas, lado2, paramPicoB, paramPicoA);
     default:
-      return hiloSalva.Start(0, &evento, setsCerrados, ficheroTemporal.Fichero(), enlace.modo);
+      hiloSalva.SinHilo(setsCerrados, ficheroTemporal.Fichero(), enlace.modo);
+      return true;
   }
 }
 

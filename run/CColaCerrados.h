@@ -15,7 +15,8 @@ namespace Meseta47 {
 
 /// Closed sets on their way from the thread that inserts points to the one worker that does the run's job on each
 /// (CHiloCerrados). A set is queued once nothing can reach it any more; from then on it is the worker's alone. Entries
-/// stay in the queue, in the order in which they were closed.
+/// stay in the queue, in the order in which they were closed. Where the job has no thread of its own, the inserting
+/// thread is the worker as well.
 ///
 /// The inserting thread appends and, when too much waits, waits itself: a worker that gets no processor, or writes to a
 /// slow disk, must not have the mesh fill the memory. Neither side burns a processor while it waits, and to wake the
@@ -89,6 +90,7 @@ class CColaCerrados {
   void Acaba() { Alza(fin); }
   /// The worker leaves before the next set.
   void Para() { Alza(parar); }
+  [[nodiscard]] bool HaAcabado() const { return fin != 0; }
   [[nodiscard]] bool HaParado() const { return parar != 0; }
 
   // --- looks ---
@@ -107,16 +109,17 @@ class CColaCerrados {
     for (;;) {
       const unsigned visto = aviso.load();
       const bool ultima = fin != 0;  // read before the queue: what was queued before the flag went up is not missed
-      {
-        // The stop flag is looked at under the lock: a worker that was told to stop takes nothing queued afterwards.
-        CSingleLock cerrojo(&seccion, true);
-        if (parar != 0) return nullptr;
-        const unsigned i = hechos.load(std::memory_order_relaxed);
-        if (i < entradas.size()) return entradas[i];
-      }
-      if (ultima) return nullptr;
+      if (TSet* set = SiguienteSinEsperar()) return set;
+      if (ultima || parar != 0) return nullptr;
       EsperaNovedad(visto);
     }
+  }
+  /// The same without a wait: null also when there is none yet.
+  TSet* SiguienteSinEsperar() {
+    // The stop flag is looked at under the lock: a worker that was told to stop takes nothing queued afterwards.
+    CSingleLock cerrojo(&seccion, true);
+    const unsigned i = hechos.load(std::memory_order_relaxed);
+    return parar == 0 && i < entradas.size() ? entradas[i] : nullptr;
   }
   /// The set that Siguiente gave is done.
   void PonHecho() {

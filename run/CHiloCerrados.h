@@ -12,7 +12,9 @@ namespace Meseta47 {
 /// closed set holds is touched by nobody else.
 ///
 /// It leaves by itself once no more work will come and all is done, or before the next set when it is told to stop. A
-/// derived class says what the job is, and calls Stop() in its destructor, before its members go.
+/// derived class says what the job is, and calls Stop() in its destructor, before its members go. A job so short that
+/// bringing the elements from another processor's cache would cost more than the job goes without a thread: then
+/// Atiende() does it, right after a set has been closed.
 template <class TSet>
 class URDIMBRE_API CHiloCerrados : public CHilo {
  public:
@@ -22,10 +24,19 @@ class URDIMBRE_API CHiloCerrados : public CHilo {
 
   /// Has the thread leave, also when the host has suspended it, and waits for it. Nothing happens when there is none.
   void Stop() override {
-    if (hilo == nullptr) return;
-    cola->Para();
-    LevantaSuspension();
-    CHilo::Stop();
+    if (hilo != nullptr) {
+      cola->Para();
+      LevantaSuspension();
+      CHilo::Stop();
+    }
+    cola = nullptr;
+  }
+
+  /// Does what is queued on the calling thread, the inserting one. Nothing happens unless the job was taken without a
+  /// thread, nor once no more work was to come.
+  void Atiende() {
+    if (hilo != nullptr || cola == nullptr || cola->HaAcabado()) return;
+    while (TSet* set = cola->SiguienteSinEsperar()) Hace(*set);
   }
 
   [[nodiscard]] bool EstaEnMarcha() const { return hilo != nullptr; }
@@ -44,6 +55,13 @@ class URDIMBRE_API CHiloCerrados : public CHilo {
     return Arranca(&Rutina, this);
   }
 
+  /// Takes the job without a thread, until Stop(). Nothing happens when there is one.
+  void SinHilo(CColaCerrados<TSet>& laCola) {
+    if (hilo != nullptr) return;
+    cola = &laCola;
+    faltoMemoria = false;
+  }
+
   /// The job, on the worker's thread. Of what it throws only std::bad_alloc: the set is then given up as it is.
   virtual void Trabaja(TSet& set) = 0;
 
@@ -54,15 +72,17 @@ class URDIMBRE_API CHiloCerrados : public CHilo {
   }
 
   void Run() {
-    for (CompruebaSuspension(); TSet* set = cola->Siguiente(); CompruebaSuspension()) {
-      try {
-        Trabaja(*set);
-      } catch (std::bad_alloc const&) {
-        faltoMemoria = true;
-      }
-      cola->PonHecho();
-    }
+    for (CompruebaSuspension(); TSet* set = cola->Siguiente(); CompruebaSuspension()) Hace(*set);
     ResetEvent(*eventoSalida);
+  }
+
+  void Hace(TSet& set) {
+    try {
+      Trabaja(set);
+    } catch (std::bad_alloc const&) {
+      faltoMemoria = true;
+    }
+    cola->PonHecho();
   }
 
   CColaCerrados<TSet>* cola = nullptr;

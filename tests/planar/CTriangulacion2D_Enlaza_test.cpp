@@ -408,13 +408,15 @@ TEST(EnlazaLista, ClassesAreNotGivenWhereTheRunIsCancelledAtTheLastStep) {
   }
 }
 
-TEST_P(EitherForm, ARefusedThreadLeavesNoFile) {
+TEST_P(EitherForm, RecordsAreWrittenWithoutAThread) {
   const QuietApp app;
   OpenTriangulation t;
   FaultGuard guard;
   guard.Refuse(EOperacion::CreaHilo);
-  EXPECT_EQ(Link(t), kFicheroInconsistente);
-  EXPECT_EQ(app.TemporaryFiles(), 0U);
+  EXPECT_EQ(Link(t), kHecho);
+  EXPECT_EQ(guard.Asked(EOperacion::CreaHilo), 0);
+  EXPECT_FALSE(t.SpilledBytes().empty());
+  t.BorraFicheroTemporal();
 }
 
 TEST_P(EitherForm, ASeedThatCannotGoInEndsTheRunWithoutAFile) {
@@ -468,6 +470,19 @@ TEST_P(EitherForm, CancelledAtAnyStepItLeavesNothingAndTheSameObjectThenLinks) {
     t.BorraFicheroTemporal();
   }
   EXPECT_GE(cancelled, 60);
+}
+
+TEST(EnlazaLista, ARefusedThreadLeavesNoFileWhereTheWorkersJobWantsOne) {
+  for (const unsigned mode : {1U, 2U, 3U}) {
+    const QuietApp app;
+    CDibujo<int> drawing = DrawingOf(Scatter(300));
+    OpenTriangulation t;
+    FaultGuard guard;
+    guard.Refuse(EOperacion::CreaHilo);
+    EXPECT_EQ(t.Link(drawing, nullptr, nullptr, 0, mode), kFicheroInconsistente) << mode;
+    EXPECT_EQ(guard.Asked(EOperacion::CreaHilo), 1) << mode;
+    EXPECT_EQ(app.TemporaryFiles(), 0U) << mode;
+  }
 }
 
 TEST(EnlazaLista, WithoutAnEventTheFileStaysForWhoeverLooksIntoIt) {

@@ -156,9 +156,22 @@ TEST(HilosVarios, AnObjectMayBeDestroyedWithItsFileOpenAndItsWorkerThere) {
 /// Points enough for the queue to fill while the worker stands still.
 constexpr std::size_t kFillsTheQueue = 20'000;
 
+/// A linking pass whose worker has a thread, as its job is work: it cuts contours.
+class Cutting : public OpenTriangulation {
+ public:
+  Cutting() {
+    paramCurvaA = 100;
+    paramCurvaB = 1'000'000;
+  }
+  int LinkFilled(CDibujo<int>& drawing) {
+    return EnlazaLista(drawing, nullptr, nullptr, nullptr, 1, nullptr, nullptr, nullptr, nullptr, nullptr, 0, nullptr,
+                       nullptr, nullptr, nullptr, nullptr);
+  }
+};
+
 TEST(Suspended, ARunHeldUpByItsWorkerIsCancelledAndLeavesNothing) {
   ListeningApp app;
-  OpenTriangulation t;
+  Cutting t;
   CDibujo<int> drawing = DrawingOf(Feed{Family::Uniform, Order::Hilbert, kFillsTheQueue}.Points());
   ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
   app.steps.clear();
@@ -168,9 +181,7 @@ TEST(Suspended, ARunHeldUpByItsWorkerIsCancelledAndLeavesNothing) {
     const bool waits = n > 1 && app.steps[n - 1].value == app.steps[n - 2].value;
     if (waits && app.cancelAt == 0) app.cancelAt = static_cast<int>(n);  // at this step alone
   };
-  EXPECT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                          nullptr, nullptr, nullptr, nullptr, nullptr),
-            kCancelado);
+  EXPECT_EQ(t.LinkFilled(drawing), kCancelado);
   EXPECT_LT(app.steps.back().value, kFillsTheQueue) << "before the last point";
   EXPECT_FALSE(t.hiloSalva.EstaEnMarcha());
   EXPECT_EQ(app.TemporaryFiles(), 0U);
@@ -178,10 +189,10 @@ TEST(Suspended, ARunHeldUpByItsWorkerIsCancelledAndLeavesNothing) {
 
 TEST(Suspended, ARunHeldUpByItsWorkerGoesOnWithIt) {
   const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, kFillsTheQueue}.Points();
-  std::string expected;
+  std::size_t expected = 0;
   for (const bool suspended : {false, true}) {
     ListeningApp app;
-    OpenTriangulation t;
+    Cutting t;
     CDibujo<int> drawing = DrawingOf(points);
     ASSERT_EQ(t.Rellena(drawing, nullptr, nullptr, nullptr), kHecho);
     app.steps.clear();
@@ -190,15 +201,28 @@ TEST(Suspended, ARunHeldUpByItsWorkerGoesOnWithIt) {
       if (n == 1 && suspended) t.hiloSalva.Suspender();
       if (n > 1 && app.steps[n - 1].value == app.steps[n - 2].value) t.hiloSalva.Reanudar();
     };
-    ASSERT_EQ(t.EnlazaLista(drawing, nullptr, nullptr, nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                            nullptr, nullptr, nullptr, nullptr, nullptr),
-              kHecho);
-    const std::string bytes = t.SpilledBytes();
-    if (!suspended) expected = bytes;
-    EXPECT_TRUE(bytes == expected);
-    EXPECT_FALSE(bytes.empty());
-    t.BorraFicheroTemporal();
+    ASSERT_EQ(t.LinkFilled(drawing), kHecho);
+    if (!suspended) expected = t.dibujoCurvas.Cantidad();
+    EXPECT_EQ(t.dibujoCurvas.Cantidad(), expected);
+    EXPECT_GT(expected, 1'000U);
   }
+}
+
+TEST(Suspended, AWorkerThatMerelyWritesHasNoThreadThatCouldBe) {
+  const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, kMany}.Points();
+  ListeningApp app;
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation t;
+  bool running = false;
+  app.onStep = [&] {
+    running = running || t.hiloSalva.EstaEnMarcha();
+    t.hiloSalva.Suspender();
+  };
+  ASSERT_EQ(t.Link(drawing), kHecho);
+  EXPECT_FALSE(running);
+  EXPECT_EQ(t.setsCerrados.Hechos(), t.setsCerrados.Encolados()) << "each set is done as soon as it is queued";
+  EXPECT_EQ(t.SpilledBytes().size(), 12 * t.Resumen().enlazados);
+  t.BorraFicheroTemporal();
 }
 
 }  // namespace

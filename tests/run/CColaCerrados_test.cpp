@@ -20,6 +20,7 @@ class Worker final : public CHiloCerrados<int> {
  public:
   ~Worker() override { Stop(); }
   bool Start(HANDLE* event, Queue& queue) { return Empieza(0, event, queue); }
+  using CHiloCerrados::SinHilo;
 
   std::vector<int> seen;
   std::atomic<bool> gate{true};
@@ -98,6 +99,45 @@ TEST_F(CColaCerradosTest, AWorkerToldToStopTakesNothingQueuedAfterwards) {
   WaitForLeaving();
   EXPECT_THAT(worker.seen, IsEmpty());
   EXPECT_TRUE(queue.HaParado());
+}
+
+TEST_F(CColaCerradosTest, WithoutAThreadTheJobIsDoneByWhoeverAttends) {
+  worker.Atiende();
+  worker.SinHilo(queue);
+  for (const int set : {7, 3, 7}) Append(set);
+  EXPECT_THAT(worker.seen, IsEmpty());
+  worker.Atiende();
+  EXPECT_THAT(worker.seen, ElementsAre(7, 3, 7));
+  EXPECT_EQ(queue.Hechos(), 3U);
+  EXPECT_TRUE(queue.EsperaTodo([] { return false; })) << "nothing is left to wait for";
+  EXPECT_FALSE(worker.EstaEnMarcha());
+}
+
+TEST_F(CColaCerradosTest, WithoutAThreadNothingIsDoneOnceToldToStopOrToFinish) {
+  worker.SinHilo(queue);
+  queue.Para();
+  Append(1);
+  worker.Atiende();
+  queue.Prepara(0);
+  queue.Acaba();
+  Append(2);
+  worker.Atiende();
+  queue.Prepara(0);
+  worker.Stop();
+  Append(3);
+  worker.Atiende();
+  EXPECT_THAT(worker.seen, IsEmpty());
+  EXPECT_FALSE(queue.HaParado()) << "only a thread is told to stop";
+}
+
+TEST_F(CColaCerradosTest, WithoutAThreadMemoryThatGivesOutIsRememberedAndTheNextSetDone) {
+  worker.SinHilo(queue);
+  worker.failsAt = 1;
+  for (const int set : {0, 1, 2}) Append(set);
+  worker.Atiende();
+  EXPECT_TRUE(worker.FaltoMemoria());
+  EXPECT_THAT(worker.seen, ElementsAre(0, 2));
+  EXPECT_EQ(queue.Hechos(), 3U);
 }
 
 TEST_F(CColaCerradosTest, AQueueMadeReadyAnewIsEmptyWithItsFlagsDown) {
