@@ -49,6 +49,12 @@ void CAbanico::Amplia(std::size_t n) {
 
 bool CAbanico::Dispone(CCoor3D<int> const& p, std::size_t n) {
   cantidad = n;
+  return (ancho ? ReparteAncho(p) : ReparteEstrecho(p)) && (n <= kMasComparados || OrdenaMuchos());
+}
+
+/// Lays the ring out, and orders its sides unless they are many.
+inline bool CAbanico::Reparte(CCoor3D<int> const& p) {
+  const std::size_t n = cantidad;
   unsigned coincide = 0;
   unsigned lado = 0;
   for (std::size_t i = 0; i < n; i += kTanda) {
@@ -69,7 +75,7 @@ bool CAbanico::Dispone(CCoor3D<int> const& p, std::size_t n) {
   if (coincide != 0) return false;
   if (n <= 8) return OrdenaPocos<8>();
   if (n <= 12) return OrdenaPocos<12>();
-  return n <= kMasComparados ? OrdenaAlgunos() : OrdenaMuchos();
+  return n > kMasComparados || OrdenaAlgunos();
 }
 
 /// The sides by the numbers of their points, which fixes the order of the new triangles. False when a number comes
@@ -133,8 +139,7 @@ bool CAbanico::OrdenaMuchos() {
 void CAbanico::Calcula(CCoor3D<int> const& p) {
   for (std::size_t i = 0; i < cantidad; i += kTanda) {
     CTanda& tanda = tandas[i / kTanda];
-    PonCirculos(tanda, p);
-    PonIndices(tanda, p);
+    ancho ? LlenaAncho(tanda, p) : LlenaEstrecho(tanda, p);
     CorrigeCirculos(tanda, p);
   }
 }
@@ -171,7 +176,7 @@ void CAbanico::Situa(CMarcos const& m) {
 }
 
 /// What `CCirculo::Por3Puntos` does, several at once, where all that it divides is exact.
-void CAbanico::PonCirculos(CTanda& t, CCoor3D<int> const& p) {
+inline void CAbanico::PonCirculos(CTanda& t, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y;
   for (std::size_t k = 0; k < kTanda; ++k) {
     const double ax = t.x[k] - px, ay = t.y[k] - py, bx = t.x[k + 1] - px, by = t.y[k + 1] - py;
@@ -188,13 +193,24 @@ void CAbanico::PonCirculos(CTanda& t, CCoor3D<int> const& p) {
   }
 }
 
-void CAbanico::PonIndices(CTanda& t, CCoor3D<int> const& p) {
+inline void CAbanico::PonIndices(CTanda& t, CCoor3D<int> const& p) {
   const int px = p.x, py = p.y, pz = p.z;
   for (std::size_t k = 0; k < kTanda; ++k) {
     t.indices[k] = IndicesDe(px, t.x[k], t.x[k + 1]) | IndicesDe(py, t.y[k], t.y[k + 1]) << 2 |
                    IndicesDe(pz, t.z[k], t.z[k + 1]) << 4;
   }
 }
+
+URDIMBRE_DE_UNA_PIEZA void CAbanico::LlenaEstrecho(CTanda& t, CCoor3D<int> const& p) {
+  PonCirculos(t, p);
+  PonIndices(t, p);
+}
+URDIMBRE_ANCHO void CAbanico::LlenaAncho(CTanda& t, CCoor3D<int> const& p) {
+  PonCirculos(t, p);
+  PonIndices(t, p);
+}
+URDIMBRE_DE_UNA_PIEZA bool CAbanico::ReparteEstrecho(CCoor3D<int> const& p) { return Reparte(p); }
+URDIMBRE_ANCHO bool CAbanico::ReparteAncho(CCoor3D<int> const& p) { return Reparte(p); }
 
 /// Circles of wide triangles and of points on a line.
 void CAbanico::CorrigeCirculos(CTanda& t, CCoor3D<int> const& p) {

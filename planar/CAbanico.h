@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "model/geometry/CCirculo.h"
+#include "platform/Vectores.h"
 
 namespace Meseta47 {
 
@@ -36,6 +37,9 @@ class CAbanico {
     CLimite propios[kCuantos - 1][2];  ///< of each frame but the last, what the next one does not ask for
     CLimite ultimo[4];                 ///< of the last frame, all
   };
+
+  /// With the wide form or without. By default as the processor allows.
+  explicit CAbanico(bool enAncho = HayVectoresAnchos()) : ancho(enAncho) {}
 
   /// Room for `n` sides. What stands in the first ones stays.
   void Amplia(std::size_t n);
@@ -89,7 +93,14 @@ class CAbanico {
   [[nodiscard]] bool OrdenaPocos();
   [[nodiscard]] bool OrdenaAlgunos();
   [[nodiscard]] bool OrdenaMuchos();
+  [[nodiscard]] bool Reparte(CCoor3D<int> const& p);
+  // Both forms of what has loops over columns.
+  [[nodiscard]] bool ReparteEstrecho(CCoor3D<int> const& p);
+  [[nodiscard]] bool ReparteAncho(CCoor3D<int> const& p);
+  static void LlenaEstrecho(CTanda& tanda, CCoor3D<int> const& p);
+  static void LlenaAncho(CTanda& tanda, CCoor3D<int> const& p);
 
+  bool ancho;
   std::size_t cantidad = 0;
   std::vector<CLado> lados;
   std::vector<unsigned> vuelta;         ///< sides in the order of the ring, and on round it until a batch is full

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <random>
+#include <tuple>
 
 #include "planar/CTriangulo2D.h"
 
@@ -15,7 +16,8 @@ namespace {
 /// A ring of corners around a point, its sides in the fan in another order than round the ring.
 class Ring {
  public:
-  Ring(CCoor3D<int> centre, std::vector<CCoor3D<int>> ringCorners) : p(centre), corners(std::move(ringCorners)) {
+  Ring(CCoor3D<int> centre, std::vector<CCoor3D<int>> ringCorners, bool wide = HayVectoresAnchos())
+      : p(centre), corners(std::move(ringCorners)), fan(wide) {
     const auto n = static_cast<unsigned>(corners.size());
     fan.Amplia(n);
     for (unsigned i = 0; i < n; ++i) {
@@ -48,12 +50,21 @@ std::vector<CCoor3D<int>> Corners(int n, double radius, unsigned seed) {
   return corners;
 }
 
-class CAbanicoOf : public testing::TestWithParam<int> {};
+/// So many sides, in either form.
+class CAbanicoOf : public testing::TestWithParam<std::tuple<int, bool>> {
+ protected:
+  static std::vector<CCoor3D<int>> Sides(double radius, unsigned seed) {
+    return Corners(std::get<0>(GetParam()), radius, seed);
+  }
+  static Ring Around(CCoor3D<int> const& centre, std::vector<CCoor3D<int>> const& corners) {
+    return {centre, corners, std::get<1>(GetParam())};
+  }
+};
 
 TEST_P(CAbanicoOf, TheTrianglesAreThoseMadeOneByOne) {
   // Up to 131,072 units from the point all is exact; the last radius is beyond that.
   for (const double radius : {20.0, 5000.0, 60000.0, 3e8}) {
-    Ring ring({3, -2, 1, 1000}, Corners(GetParam(), radius, 7));
+    Ring ring = Around({3, -2, 1, 1000}, Sides(radius, 7));
     ASSERT_TRUE(ring.LaidOut());
     ring.fan.Calcula(ring.p);
     ASSERT_EQ(ring.fan.Cantidad(), ring.corners.size());
@@ -81,7 +92,7 @@ TEST_P(CAbanicoOf, TheTrianglesAreThoseMadeOneByOne) {
 }
 
 TEST_P(CAbanicoOf, TheOrderIsThatOfTheSortedSides) {
-  Ring ring({0, 0, 0, 1000}, Corners(GetParam(), 700, 11));
+  Ring ring = Around({0, 0, 0, 1000}, Sides(700, 11));
   ASSERT_TRUE(ring.LaidOut());
   std::vector<CLado2D> sides, sorted;
   for (std::size_t i = 0; i < ring.fan.Cantidad(); ++i) sides.emplace_back(ring.fan.A(i), ring.fan.B(i));
@@ -106,7 +117,7 @@ TEST_P(CAbanicoOf, ACircleIsCountedOutOfEachFrameThatItsBoxLeaves) {
                           least(Frames::MENOS_MAX_Y, -9000)}};
   std::vector<bool> seen(Frames::kCuantos + 1);
   for (const double radius : {100.0, 500.0, 1500.0, 3000.0, 6000.0, 9000.0}) {
-    Ring ring({0, 0, 0, 1000}, Corners(GetParam(), radius, 5));
+    Ring ring = Around({0, 0, 0, 1000}, Sides(radius, 5));
     ASSERT_TRUE(ring.LaidOut());
     ring.fan.Calcula(ring.p);
     ring.fan.Situa(frames);
@@ -125,20 +136,22 @@ TEST_P(CAbanicoOf, ACircleIsCountedOutOfEachFrameThatItsBoxLeaves) {
 }
 
 TEST_P(CAbanicoOf, ACornerThatComesTwiceIsRefused) {
-  std::vector<CCoor3D<int>> corners = Corners(GetParam(), 700, 3);
+  std::vector<CCoor3D<int>> corners = Sides(700, 3);
   corners.back().num = corners[1].num;
-  EXPECT_FALSE(Ring({0, 0, 0, 1000}, corners).LaidOut());
+  EXPECT_FALSE(Around({0, 0, 0, 1000}, corners).LaidOut());
 }
 
 TEST_P(CAbanicoOf, ACornerOnThePointIsRefused) {
-  std::vector<CCoor3D<int>> corners = Corners(GetParam(), 700, 3);
+  std::vector<CCoor3D<int>> corners = Sides(700, 3);
   for (std::size_t i = 0; i < corners.size(); ++i) {
-    EXPECT_FALSE(Ring({corners[i].x, corners[i].y, 99, 1000}, corners).LaidOut()) << i;
+    EXPECT_FALSE(Around({corners[i].x, corners[i].y, 99, 1000}, corners).LaidOut()) << i;
   }
 }
 
 // Around the length of a batch, the lengths of the ranking, and beyond.
-INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf, testing::Values(3, 6, 7, 8, 9, 11, 12, 13, 16, 17, 24, 25, 32, 33, 40));
+INSTANTIATE_TEST_SUITE_P(Sides, CAbanicoOf,
+                         testing::Combine(testing::Values(3, 6, 7, 8, 9, 11, 12, 13, 16, 17, 24, 25, 32, 33, 40),
+                                          testing::Values(false, HayVectoresAnchos())));
 
 TEST(CAbanico, ThreePointsOnALineMakeNoCircle) {
   Ring ring({0, 0, 5, 10}, {{-10, 0, 1, 1}, {10, 0, 2, 2}, {0, -10, 3, 3}});
