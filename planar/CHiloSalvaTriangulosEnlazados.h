@@ -26,8 +26,8 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
   /// Starts the thread, unless there is one, with the job of writing records. `elEvento` is reset when the thread
   /// leaves. False when the system gives no thread. Takes what it is given in either case: not for a thread at work.
   bool Start(unsigned elIndice, HANDLE* elEvento, CCola& laCola, CFile* elFichero, unsigned elModo = SALVA);
-  /// Takes the job of writing records without a thread: `Atiende` does it. Twelve bytes of a triangle that has just been
-  /// cut off, still in the cache, are written in less time than it takes to hand it over.
+  /// Takes the job of writing records without a thread: `Atiende` does it. Twelve bytes of a triangle that has just
+  /// been cut off, still in the cache, are written in less time than it takes to hand it over.
   void SinHilo(CCola& laCola, CFile* elFichero, unsigned elModo = SALVA);
   /// As the first, with the job of cutting triangles with contour levels: the interval and the longest side, in scaled
   /// units.

@@ -52,8 +52,8 @@ class IPorcentaje;
 ///
 /// Every graphic entity and point set contributes its vertices and nothing else: the edges of lines are not enforced.
 /// Space is divided in advance so that the last point of each cell is known; as soon as that point is in, the cell's
-/// triangles are final, leave the mesh and are written to a temporary file by a worker. Only the unfinished part of the
-/// mesh is in memory, below 40 bytes a point beyond the drawing for a cloud that comes in a spatial order.
+/// triangles are final, leave the mesh and are written to a temporary file, or go to a worker. Only the unfinished part
+/// of the mesh is in memory, below 40 bytes a point beyond the drawing for a cloud that comes in a spatial order.
 ///
 /// A run works on the stored points themselves: it writes their numbers and keeps pointers to them, so a drawing must
 /// not move its points while one is on. Runs answer the codes of model/threads/Codigos.h and report to the
@@ -363,9 +363,9 @@ class URDIMBRE_API CTriangulacion2D {
                          int tolerancia, CStdioFile* registro);
   int InsertaRestoPuntos(CTIN& tin, int& contador, unsigned total, unsigned& a, unsigned& b, CStdioFile* registro);
 
-  /// Builds the frame, opens the temporary file, starts the worker, inserts all points and sees the worker through.
-  /// `modo` is the worker's job. After kHecho the file of modes that have one is open and whole; after anything else it
-  /// is gone.
+  /// Builds the frame, opens the temporary file, gives the worker its job, inserts all points and sees the worker
+  /// through. `modo` is that job; mere writing has no thread of its own. After kHecho the file of modes that have one
+  /// is open and whole; after anything else it is gone.
   int EnlazaLista(CDibujo<int>& dibujo, std::vector<CDibujo<int>*>* otros, int* contador, CString* registro,
                   unsigned modo, std::vector<CPosicionEntidad> const* seleccion, CInfoClasificacion const* infoA,
                   CInfoClasificacion const* infoB, unsigned* cuenta, CDibujo<int>* extra, int tolerancia,
