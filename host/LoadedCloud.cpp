@@ -449,10 +449,10 @@ void warnOfZeroHeights(Groups const& groups, HostApp& app) {
 
 }  // namespace
 
-std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert) {
+std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties) {
   const std::vector<ScaledPoint> points = std::exchange(cloud.points, {});
   if (!hilbert) return {points.begin(), points.end()};
-  std::vector<std::uint32_t> order = hilbertOrder(points);
+  std::vector<std::uint32_t> order = hilbertOrder(points, ties);
   if (!cloud.places.empty()) applyOrder(cloud.places, order);
   if (!cloud.colours.empty()) applyOrder(cloud.colours, order);
   std::vector<CCoor3D<int>> taken = inOrder<CCoor3D<int>>(points, order);

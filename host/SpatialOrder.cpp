@@ -6,6 +6,7 @@
 #include <span>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include "model/geometry/CMaximas.h"
@@ -103,6 +104,19 @@ void sortPass(VectorCrudo<Item> const& from, VectorCrudo<Item>& to, unsigned shi
   });
 }
 
+/// The points of each cell by x, then y; those of one place as they come. They are few as a rule.
+template <class Point>
+void orderTies(VectorCrudo<Item>& items, std::vector<Point> const& points) {
+  const auto before = [&points](Item const& a, Item const& b) {
+    Point const &p = points[a.index], &q = points[b.index];
+    return std::tuple(p.x, p.y, a.index) < std::tuple(q.x, q.y, b.index);
+  };
+  for (auto i = items.begin(), j = i; i != items.end(); i = j) {
+    for (j = i + 1; j != items.end() && j->key == i->key;) ++j;
+    if (j - i > 1) std::sort(i, j, before);
+  }
+}
+
 unsigned partsFor(std::size_t n) {
   return static_cast<unsigned>(std::clamp<std::size_t>(n / kWorthAThread, 1, NumeroProcesadores()));
 }
@@ -110,7 +124,7 @@ unsigned partsFor(std::size_t n) {
 }  // namespace
 
 template <class Point>
-std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points) {
+std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties) {
   const std::size_t n = points.size();
   const unsigned parts = partsFor(n);
   CMaximas<int> box;
@@ -129,6 +143,7 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points) {
     sortPass(items, other, pass * kDigit, parts);
     items.swap(other);
   }
+  if (ties == Ties::byPosition) orderTies(items, points);
   std::transform(items.begin(), items.end(), order.begin(), [](Item const& item) { return item.index; });
   return order;
 }
@@ -159,8 +174,8 @@ std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_
   return ordered;
 }
 
-template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&);
-template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&);
+template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
+template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
 template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&, std::vector<std::uint32_t> const&);

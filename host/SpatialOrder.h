@@ -22,12 +22,19 @@ struct ScaledPoint {
   }
 };
 
+/// In which order points stand that share a finest cell of the curve.
+enum class Ties {
+  asTheyCome,  ///< that of the input
+  /// x, then y, and those of one place in plan as they come: how a file is sorted does not show but there.
+  byPosition,
+};
+
 /// The order of the points along a Hilbert curve over the cells that a run divides their extents into, so that cells
-/// are finished one after another and hardly anything of the mesh is unfinished at a time. Points of one finest cell
-/// keep the order in which they came. Element i of the result is the index of the i-th point. O(n), on all processors;
-/// the result does not depend on their number.
+/// are finished one after another and hardly anything of the mesh is unfinished at a time. Element i of the result is
+/// the index of the i-th point. O(n), on all processors, and a sort of the points of each finest cell where they are to
+/// be in order; the result does not depend on the number of processors.
 template <class Point>
-std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points);
+std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties = Ties::asTheyCome);
 
 /// Whether points that follow each other lie far apart, as they don't in the order of a flight: farther than a
 /// twentieth of the longer side of their box on average, of a sample.
@@ -42,8 +49,8 @@ void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) 
   items = inOrder<T>(items, order);
 }
 
-extern template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&);
-extern template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&);
+extern template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
+extern template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&,

@@ -30,6 +30,7 @@ CHiloGenerarMDT& CHiloGenerarMDT::operator=(CHiloGenerarMDT const& o) {
   modelo = o.modelo;
   mapa = o.mapa;
   lado2 = o.lado2;
+  confia = o.confia;
   alturas = o.alturas;
   intensidades = o.intensidades;
   pendientes = o.pendientes;
@@ -113,7 +114,7 @@ bool CHiloGenerarMDT::Procesa(std::span<CTriple const> triples) {
   for (std::size_t i = 0; i < triples.size(); ++i) {
     for (std::size_t v = 0; v < 3; ++v) {
       puntos[i][v] = PuntoDe(triples[i][v]);
-      AnticipaLectura(puntos[i][v]);
+      if (!confia) AnticipaLectura(puntos[i][v]);
     }
   }
   try {
@@ -155,6 +156,10 @@ void CHiloGenerarMDT::Procesa(CTriple const& numeros, CPuntos3 const& puntos) {
     ProcesaDelMarco(numeros, puntos);
     return;
   }
+  if (confia) {
+    Inserta(puntos);
+    return;
+  }
   CTriangulo t(puntos[0], puntos[1], puntos[2], -1, -1, -1);
   if (!t.EsValido()) return;
   const double d12 = t.Distancia2_12(false), d23 = t.Distancia2_23(false), d31 = t.Distancia2_31(false);
@@ -185,6 +190,13 @@ void CHiloGenerarMDT::Procesa(CTriple const& numeros, CPuntos3 const& puntos) {
     return;
   }
   t.ColocaPuntos(true);
+  modelo->Inserta(t, false, false, false);
+}
+
+/// Where points stand in order, the least of a triangle is the one that stands first.
+void CHiloGenerarMDT::Inserta(CPuntos3 puntos) {
+  std::rotate(puntos.begin(), std::min_element(puntos.begin(), puntos.end()), puntos.end());
+  CTriangulo t(puntos[0], puntos[1], puntos[2], -1, -1, -1);
   modelo->Inserta(t, false, false, false);
 }
 

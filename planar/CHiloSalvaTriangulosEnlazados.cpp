@@ -57,7 +57,8 @@ void CHiloSalvaTriangulosEnlazados::Trabaja(CSetTriangulos2D& set) {
       set.BuscaPicos(*alturas, lado2, pendiente, altura);
       break;
     default:
-      set.Salva(fichero, borde);  // a refusal of the disk stays with the file, and the driver asks for it at the end
+      set.Salva(fichero, borde,
+                medidas);  // a refusal of the disk stays with the file, and the driver asks for it at the end
   }
 }
 

@@ -11,6 +11,7 @@ class CBordeDelMarco;
 class CSegmentos;
 class CSetTriangulos2D;
 struct CAlturasVecinas;
+struct CMedidasDeTriangulos;
 
 /// The worker of a linking pass in plan, with a job for each mode of the run.
 class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTriangulos2D> {
@@ -41,11 +42,14 @@ class URDIMBRE_API CHiloSalvaTriangulosEnlazados : public CHiloCerrados<CSetTria
              double laPendiente, int laAltura);
   /// From the next start on, triangles that touch the frame are left in `elBorde` and not written; null for none.
   void Borde(CBordeDelMarco* elBorde) { borde = elBorde; }
+  /// And what is written without them is noted there.
+  void Mide(CMedidasDeTriangulos* lasMedidas) { medidas = lasMedidas; }
 
  private:
   void Trabaja(CSetTriangulos2D& set) override;
 
   CBordeDelMarco* borde = nullptr;
+  CMedidasDeTriangulos* medidas = nullptr;
   unsigned modo = SALVA;
   CFile* fichero = nullptr;
   CSegmentos* curvas = nullptr;        ///< mode 1

@@ -25,7 +25,10 @@ struct URDIMBRE_API CResumenPlano {
   std::uint64_t porLongitud = 0;    ///< ... the maximum length
   std::uint64_t delMarco = 0;       ///< triangles with a corner of the frame; without it, sides of the convex hull
 
+  std::uint64_t vertices = 0, triangulos = 0, anillos = 0;  ///< of the surface that a run has written to a file
+
   double segundosRellena = 0, segundosEnlaza = 0, segundosGenera = 0;
+  double segundosEscribe = 0;   ///< of a run that writes its surface to a file
   double segundosBusca = 0;     ///< a search, from the registering of its points to the last class
   double segundosContorno = 0;  ///< of these, the outline of what was found and the points inside it
 };

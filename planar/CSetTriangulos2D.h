@@ -24,6 +24,7 @@ class CInfoClasificacion;
 class CRango;
 class CSegmentos;
 struct CAlturasVecinas;
+struct CMedidasDeTriangulos;
 
 /// A cell of the quadtree of triangle lists. A triangle sits in the deepest set whose quadrant wholly holds the box of
 /// its circle, so what a set and its subtree hold can only be disturbed by a new point inside that quadrant: once the
@@ -128,8 +129,8 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
   /// Writes the triangles of the set as records of three point numbers, its own list first, then each child in order;
   /// frees them and the children. Those of an open set are cut off from the living mesh before. False when the disk
   /// refused any of it: the rest is freed all the same. Those that touch the frame go to `borde` instead, if there is
-  /// one.
-  bool Salva(CFile* fichero, CBordeDelMarco* borde = nullptr);
+  /// one; with it, `medidas` notes what is written.
+  bool Salva(CFile* fichero, CBordeDelMarco* borde = nullptr, CMedidasDeTriangulos* medidas = nullptr);
   /// Cuts the triangles of the set with the levels at multiples of `equidistancia`, leaving out those with a side whose
   /// squared plan length passes `lado2`; frees them and the children, as `Salva` does. An interval below 1 has no
   /// level. `borde`, if any, remembers those that touch the frame, which give no contour.

@@ -5,12 +5,13 @@
 
 #include "model/terrain/CTIN.h"
 #include "planar/CBordeDelMarco.h"
+#include "planar/CMedidasDeTriangulos.h"
 #include "planar/CSetTriangulos2D_Consume.h"
 #include "platform/CFile.h"
 
 namespace Meseta47 {
 
-bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde) {
+bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde, CMedidasDeTriangulos* medidas) {
   // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
   std::vector<std::int32_t> numeros;
   numeros.reserve(std::size_t{3} * cantidad);
@@ -21,11 +22,12 @@ bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde) {
       return;
     }
     for (CCoor3D<int> const* p : {t.p1, t.p2, t.p3}) numeros.push_back(numero(p));
+    if (borde != nullptr && medidas != nullptr) medidas->Anota(*t.p1, *t.p2, *t.p3);
   });
   bool bien = numeros.empty() || fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
   const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;
-  for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero, borde) && bien;
+  for (unsigned i = 0; i < 4; ++i) bien = susHijos[i].Salva(fichero, borde, medidas) && bien;
   return bien;
 }
 

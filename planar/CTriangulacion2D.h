@@ -17,6 +17,7 @@
 #include "planar/CDivisiones2D.h"
 #include "planar/CEncargo.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
+#include "planar/CMedidasDeTriangulos.h"
 #include "planar/CResumenPlano.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
@@ -31,6 +32,7 @@ class CStdioFile;
 
 namespace Meseta47 {
 
+class CAvance;
 class CBusquedaPuntos;
 class CCondicionHIntensidad;
 class CCondicionHRGB;
@@ -64,6 +66,8 @@ class URDIMBRE_API CTriangulacion2D {
   using CDivisiones = CDivisiones2D;  ///< a cell of the division tree
   /// Receives the contours of a level. What it throws ends the run and reaches whoever asked for it.
   using CRecibeNivel = std::function<void(CNivelDeCurvas const&)>;
+  /// Gives an open file to be written, null where there is none. It is closed by whoever gives it.
+  using CAbreFichero = std::function<CFile*()>;
 
   // --- life ---
   /// The first argument selects nothing. `identificador` goes into the name of the temporary file.
@@ -116,9 +120,19 @@ class URDIMBRE_API CTriangulacion2D {
   /// kHecho, kCancelado, kPocosPuntos, kFicheroInaccesible, kFicheroInconsistente. Whatever the answer no temporary
   /// file stays, but for kFicheroInconsistente when the system had no event left.
   int Run(CEncargo const& encargo, CTIN& tin);
-  /// The same by a row of arguments, without an extra drawing, and with a rule that those who know it rely on: the last
-  /// of the further drawings loses the points that come first in their cells, so that an empty place is put behind it.
-  /// `registro` is not read, here and wherever it is taken: a run tells nothing but its progress.
+  /// Writes the surface of such a job to a PLY file (docs/formats.md) for which `abre` gives an open file, to be
+  /// written from where it stands: once, when the surface is known, and not at all when it has no triangle. Where no
+  /// filter of triangles is asked for and the surface reaches its hull (SinMarco), no model is made, which spares half
+  /// of the memory and a fifth of the time: vertices come in the order of the drawings and their points, faces in that
+  /// in which they were finished. Else both come in the order of a model. The bytes depend on the points and their
+  /// order alone, not on the number of threads.
+  ///
+  /// Codes as above; kFicheroInaccesible also when `abre` gives null or its file refuses, which then holds the cause.
+  /// The summary counts what was written.
+  int RunPLY(CEncargo const& encargo, CAbreFichero const& abre);
+  /// The first of these by a row of arguments, without an extra drawing, and with a rule that those who know it rely
+  /// on: the last of the further drawings loses the points that come first in their cells, so that an empty place is
+  /// put behind it. `registro` is not read, here and wherever it is taken: a run tells nothing but its progress.
   int Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros, bool vaciar,
           CString* registro, CRango const* alturas, CRango const* intensidades);
   /// The same in the order in which the entities stand, with the points of `extra` added at the end: those that lie
@@ -494,10 +508,25 @@ class URDIMBRE_API CTriangulacion2D {
                         std::function<void(CPosicionEntidad const&, CCoor3D<int> const&, std::size_t)> const& visita);
   int ReunePuntos(CFuentes const& fuentes, CSetPuntosMdt& puntos, std::vector<int>& mapa) const;
   int ReunePuntosBorrando(CGeneracion const& como, CSetPuntosMdt& puntos, std::vector<int>& mapa);
+  /// `enOrden`: the points of the model ascend by x, then y, then z.
   int GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
-                         CRango const* intensidades);
-  /// The run of a job, with the tolerance in scaled units; `porOrden` puts the entities in a spatial order first.
-  int Corre(CEncargo const& encargo, CTIN& tin, CTolerancia tolerancia, bool porOrden, bool todasLasSemillas);
+                         CRango const* intensidades, bool enOrden);
+  /// How a job's drawings go in: with the tolerance in scaled units; `porOrden` puts the entities in a spatial order
+  /// first.
+  struct CEntrada {
+    CTolerancia tolerancia{};
+    bool porOrden = true;
+    bool todasLasSemillas = true;
+  };
+  [[nodiscard]] CEntrada EntradaDe(CEncargo const& encargo) const;
+  int Corre(CEncargo const& encargo, CTIN& tin, CEntrada const& entrada);
+  /// The run of a job up to the temporary file, and what `termina` makes of that.
+  int Corre(CEncargo const& encargo, CEntrada const& entrada, std::function<int(CGeneracion const&)> const& termina);
+  /// What RunPLY does with the temporary file.
+  int EscribeSuperficie(CGeneracion const& como, CAbreFichero const& abre);
+  int EscribeModelo(CGeneracion const& como, CAbreFichero const& abre);
+  int EscribeEn(CAbreFichero const& abre, std::function<int(CFile&, CAvance&)> const& escribe);
+  [[nodiscard]] bool FiltraPendientes() const;
   /// A run: the phases in order, each timed. Its counts begin anew; no temporary file is left once the last phase has
   /// begun, nor when an exception passes through.
   int Corre(std::initializer_list<CFase> fases);
@@ -525,7 +554,9 @@ class URDIMBRE_API CTriangulacion2D {
   CSetTriangulos2D::CBalance balance;  ///< triangles ever made, and destroyed by a later point
   CVisitados visitados;
   CResumenPlano resumen;
-  CBordeDelMarco borde;  ///< of the mesh that is being linked, in a run without its frame
+  CBordeDelMarco borde;           ///< of the mesh that is being linked, in a run without its frame
+  CMedidasDeTriangulos medidas;   ///< of the triangles of such a run
+  std::size_t ladosDelCasco = 0;  ///< sides of its hull
   bool sinMarco = false;
 };
 

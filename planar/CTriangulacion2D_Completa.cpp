@@ -31,6 +31,8 @@ int CTriangulacion2D::CompletaSuperficie(unsigned modo) {
   try {
     const CBordeDelMarco::CCierre cierre = borde.Cierra();
     resumen.completados = cierre.triangulos.size();
+    ladosDelCasco = cierre.contorno.size();
+    for (auto const& [a, b, c] : cierre.triangulos) medidas.Anota(*a, *b, *c);
     if (modo == CHiloSalvaTriangulosEnlazados::CURVA) {
       const double lado2 = static_cast<double>(paramCurvaB) * paramCurvaB;
       for (auto const& [a, b, c] : cierre.triangulos) CTriangulo2D(a, b, c).Curva(dibujoCurvas, paramCurvaA, lado2);

@@ -50,6 +50,8 @@ void CTriangulacion2D::PreparaEnlace() {
   setsCerrados.Prepara(0);
   setRaiz.Vacia();
   borde.Vacia();
+  medidas = {};
+  ladosDelCasco = 0;
   balance = {};
   resumen.duplicados = resumen.rechazados = resumen.picoVivos = resumen.enlazados = resumen.examinados = 0;
 }
@@ -78,6 +80,7 @@ int CTriangulacion2D::EmpiezaEnlace(CEnlace& enlace, bool conEvento) {
 int CTriangulacion2D::ArrancaHilo(CEnlace& enlace) {
   if (enlace.modo > kUltimoModo) return kHecho;
   hiloSalva.Borde(Completa(enlace.modo) ? &borde : nullptr);
+  hiloSalva.Mide(&medidas);
   return ArrancaTarea(enlace) ? kHecho : Abandona(kFicheroInconsistente);
 }
 

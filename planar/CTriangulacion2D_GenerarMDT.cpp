@@ -26,15 +26,11 @@ constexpr unsigned kRegistro = CFicheroTriples::kBytes;
 constexpr unsigned char kEstadoOrdenado = 1;
 constexpr unsigned char kEstadoRico = 3;  // from here on the points of a model have the richer form
 
-/// The slope range of the parameters; a minimum below 0 with a maximum of 90 is none.
-bool HayFiltroPendiente(CDataTriangulacion const& datos) {
-  return !(Signo(datos.pendienteMin) < 0 && Signo(datos.pendienteMax - 90.0) == 0);
-}
-
 /// Which triangles of the file belong to the model; null for a range that takes all.
 struct CCriba {
   double lado2 = 0;  ///< squared length in plan that no side may pass, scaled units
   CRango const *alturas = nullptr, *intensidades = nullptr, *pendientes = nullptr;
+  bool pasanTodos = false;  ///< known beforehand, as that they turn clockwise and that the points stand in order
 };
 
 /// A pool of readers over one file, and what they share.
@@ -48,6 +44,7 @@ class CLectores {
 
   int Arranca(CString const& ruta, CTIN& tin, std::vector<int> const& mapa, unsigned parte, CCriba const& criba) {
     for (unsigned i = 0; i < hilos.size(); ++i) {
+      if (criba.pasanTodos) hilos[i].Confia();
       if (!hilos[i].Start(i, &equipo[i], ruta, &tin, &mapa, criba.lado2, &longitud, parte, criba.alturas,
                           criba.intensidades, criba.pendientes, &seccion, &bytes, &terminados)) {
         return hilos[i].TieneFichero() ? kFicheroInconsistente : kFicheroInaccesible;
@@ -165,6 +162,11 @@ void Suma(CResumenPlano& total, CResumenPlano const& parte) {
 
 }  // namespace
 
+/// A minimum below 0 with a maximum of 90 is no filter.
+bool CTriangulacion2D::FiltraPendientes() const {
+  return !(Signo(datos.pendienteMin) < 0 && Signo(datos.pendienteMax - 90.0) == 0);
+}
+
 int CTriangulacion2D::Genera(CGeneracion const& como, CTIN& tin) {
   if (IPorcentaje* porcentaje = Progreso()) porcentaje->Fase(mensajes, kMensajeRegistra);
   divisiones.clear();
@@ -182,7 +184,7 @@ int CTriangulacion2D::Genera(CGeneracion const& como, CTIN& tin) {
 
   const double lado = como.ladoMaximo * Precision();
   const double lado2 = lado * lado > 0 ? lado * lado : std::numeric_limits<double>::max();
-  return GeneraDesdeFichero(tin, mapa, lado2, como.alturas, como.intensidades);
+  return GeneraDesdeFichero(tin, mapa, lado2, como.alturas, como.intensidades, true);
 }
 
 /// The points of the mesh in order, copied from where they stand in the drawings, and the map to them.
@@ -222,11 +224,11 @@ int CTriangulacion2D::GenerarMDT(CTIN& tin, double ladoMaximo, CString*, CDibujo
   // The square goes through 32 bits: models remade so have a limit of 46340 scaled units, past which nothing passes.
   const double lado = ladoMaximo * Precision(), cuadrado = lado * lado;
   const double lado2 = cuadrado > 2147483647.0 ? -2147483648.0 : static_cast<double>(Trunca(cuadrado));
-  return GeneraDesdeFichero(tin, mapa, lado2, nullptr, nullptr);
+  return GeneraDesdeFichero(tin, mapa, lado2, nullptr, nullptr, false);
 }
 
 int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa, double lado2, CRango const* alturas,
-                                         CRango const* intensidades) {
+                                         CRango const* intensidades, bool enOrden) {
   IPorcentaje* porcentaje = Progreso();
   if (porcentaje != nullptr) porcentaje->Fase(mensajes, kMensajeGenera);
   resumen.porPendiente = resumen.porAltura = resumen.porIntensidad = resumen.porLongitud = resumen.delMarco = 0;
@@ -244,11 +246,14 @@ int CTriangulacion2D::GeneraDesdeFichero(CTIN& tin, std::vector<int> const& mapa
   CRango pendientes(2147483647.0, 2147483647.0, -2147483648.0, 2147483647.0);
   pendientes.SetValorMin(datos.pendienteMin);
   pendientes.SetValorMax(datos.pendienteMax);
-  double ladoMasLargo = 0;
+  const bool sinRangos = alturas == nullptr && intensidades == nullptr && !FiltraPendientes();
+  const bool pasanTodos = enOrden && sinRangos && medidas.dudosos == 0 && medidas.ladoMasLargo2 <= lado2 &&
+                          medidas.triangulos + ladosDelCasco == registros;
+  double ladoMasLargo = pasanTodos ? medidas.ladoMasLargo2 : 0;
   std::vector<CLado> lados;
   {
     CLectores lectores(longitud, procesadores);
-    const CCriba criba{lado2, alturas, intensidades, HayFiltroPendiente(datos) ? &pendientes : nullptr};
+    const CCriba criba{lado2, alturas, intensidades, FiltraPendientes() ? &pendientes : nullptr, pasanTodos};
     const int codigo = lectores.Arranca(ficheroTemporal.Ruta(), tin, mapa, parte, criba);
     if (codigo != kHecho) return codigo;
     if (!lectores.Espera(porcentaje, mensajes)) return kCancelado;

@@ -47,9 +47,11 @@ int CTriangulacion2D::Corre(std::initializer_list<CFase> fases) {
   return codigo;
 }
 
-int CTriangulacion2D::Run(CEncargo const& encargo, CTIN& tin) {
-  return Corre(encargo, tin, {Trunca(encargo.tolerancia * Precision()), encargo.extra != nullptr}, true, true);
+CTriangulacion2D::CEntrada CTriangulacion2D::EntradaDe(CEncargo const& encargo) const {
+  return {{Trunca(encargo.tolerancia * Precision()), encargo.extra != nullptr}, true, true};
 }
+
+int CTriangulacion2D::Run(CEncargo const& encargo, CTIN& tin) { return Corre(encargo, tin, EntradaDe(encargo)); }
 
 int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, std::vector<CDibujo<int>*>* otros,
                           bool vaciar, CString*, CRango const* alturas, CRango const* intensidades) {
@@ -59,30 +61,34 @@ int CTriangulacion2D::Run(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, st
                          .alturas = alturas,
                          .intensidades = intensidades,
                          .vaciar = vaciar};
-  return Corre(encargo, tin, {}, true, false);
+  return Corre(encargo, tin, {{}, true, false});
 }
 
 int CTriangulacion2D::RunActualiza(CDibujo<int>& dibujo, CTIN& tin, double ladoMaximo, CDibujo<int>& extra,
                                    double tolerancia, std::vector<CDibujo<int>*>* otros, bool vaciar, CString*) {
   const CEncargo encargo{.dibujo = dibujo, .otros = otros, .extra = &extra, .ladoMaximo = ladoMaximo, .vaciar = vaciar};
-  return Corre(encargo, tin, {Trunca(tolerancia * Precision())}, false, false);
+  return Corre(encargo, tin, {{Trunca(tolerancia * Precision())}, false, false});
 }
 
-int CTriangulacion2D::Corre(CEncargo const& encargo, CTIN& tin, CTolerancia tolerancia, bool porOrden,
-                            bool todasLasSemillas) {
+int CTriangulacion2D::Corre(CEncargo const& encargo, CTIN& tin, CEntrada const& entrada) {
+  return Corre(encargo, entrada, [&](CGeneracion const& como) { return Genera(como, tin); });
+}
+
+int CTriangulacion2D::Corre(CEncargo const& encargo, CEntrada const& entrada,
+                            std::function<int(CGeneracion const&)> const& termina) {
   CDibujo<int>& dibujo = encargo.dibujo;
   dibujo.PonNumerosACero();
   PonNumerosACero(encargo.otros);
   if (encargo.extra != nullptr) encargo.extra->PonNumerosACero();
-  if (porOrden) dibujo.Sort(kOrdenEspacial, true, -1);
+  if (entrada.porOrden) dibujo.Sort(kOrdenEspacial, true, -1);
   const CFuentes fuentes{
-      .dibujo = dibujo, .otros = encargo.otros, .extra = encargo.extra, .todasLasSemillas = todasLasSemillas};
-  CEnlace enlace{.tolerancia = tolerancia};
+      .dibujo = dibujo, .otros = encargo.otros, .extra = encargo.extra, .todasLasSemillas = entrada.todasLasSemillas};
+  CEnlace enlace{.tolerancia = entrada.tolerancia};
   const CGeneracion como{fuentes, encargo.vaciar ? encargo.otros : nullptr, encargo.ladoMaximo, encargo.alturas,
                          encargo.intensidades};
   const int codigo = Corre({{resumen.segundosRellena, [&] { return Rellena(fuentes); }},
                             {resumen.segundosEnlaza, [&] { return Enlaza(fuentes, enlace); }},
-                            {resumen.segundosGenera, [&] { return Genera(como, tin); }}});
+                            {resumen.segundosGenera, [&] { return termina(como); }}});
   if (encargo.extra != nullptr) resumen.anadidos = EnMalla(*encargo.extra);
   if (codigo == kHecho && encargo.vaciar) dibujo.Clear();
   return codigo;

@@ -40,6 +40,10 @@ int unitOf(ReferenceSystem const& system, std::string const& output) {
                   output, system.label(), unit.name));
 }
 
+[[noreturn]] void failWriting(CString const& cause) {
+  throw Failure(fmt::format("{}: write into a folder that exists and is yours, with room for the file", cause.Utf8()));
+}
+
 }  // namespace
 
 ModelOutput::ModelOutput(std::string output) : output_(std::move(output)), how_(formatOf(output_)) {
@@ -56,11 +60,21 @@ void ModelOutput::lieIn(ReferenceSystem const& system) {
 void ModelOutput::write(CModeloDigital& model) const {
   const CString path = CString::DesdeUtf8(output_);
   const int code = how_.formato == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how_);
-  if (code == kFicheroInaccesible) {
-    throw Failure(
-        fmt::format("{}: write into a folder that exists and is yours, with room for the file", model.Error().Utf8()));
-  }
+  if (code == kFicheroInaccesible) failWriting(model.Error());
   requireDone(code, output_);
+}
+
+CFile* ModelOutput::file() {
+  partial_.emplace(CString::DesdeUtf8(output_));
+  return partial_->EstaAbierto() ? &partial_->Fichero() : nullptr;
+}
+
+void ModelOutput::requireWritten() const {
+  if (partial_ && partial_->CodigoError() != 0) failWriting(partial_->Error());
+}
+
+void ModelOutput::commit() {
+  if (!partial_->Confirma()) failWriting(partial_->Error());
 }
 
 }  // namespace Meseta47::host

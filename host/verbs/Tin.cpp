@@ -77,7 +77,7 @@ struct Drawings {
     first = std::move(clouds[0].lines);
     first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
     clouds[0].lines.Clear();
-    others = {new CDibujo<int>(drawingOf(clouds[0], hilbert, app))};
+    others = {new CDibujo<int>(drawingOf(clouds[0], hilbert, app, Ties::byPosition))};
     if (clouds.size() > 1) update = drawingOf(clouds[1], hilbert, app);
   }
   ~Drawings() {
@@ -92,42 +92,54 @@ struct Drawings {
 };
 
 struct TinResult {
-  std::unique_ptr<CTIN> tin;
+  std::unique_ptr<CTIN> tin;  ///< null where the run has written the output itself
   CResumenPlano run;
 };
 
-/// The drawings are empty afterwards.
-TinResult triangulate(Drawings& drawings, TinOptions const& options, TinFilters const& filters, bool withNeighbours) {
+/// The drawings are empty afterwards. Without a model the output, not committed yet, has what there was to write.
+TinResult triangulate(Drawings& drawings, TinOptions const& options, TinFilters const& filters, ModelOutput& output) {
   const CDataSemilla seed = drawings.first.semilla;
   const std::string what = options.cloud.what();
   const std::uint64_t spill = CMedidasDeRun::BytesDelFichero(drawings.points());
   requireTempSpace(spill);
   const auto heights = rangeOf(filters.heights, seed.Precision());
   const auto intensities = rangeOf(filters.intensities, 1);
-  TinResult made{std::make_unique<CTIN>(0, 0, seed), {}};
-  made.tin->conVecinos = withNeighbours;
+  TinResult made;
   CTriangulacion2D triangulation(0, seed, filters.data, 1);
   triangulation.SinMarco(options.cloud.fillsHull());
-  const int code = triangulation.Run({.dibujo = drawings.first,
-                                      .otros = &drawings.others,
-                                      .extra = drawings.update ? &*drawings.update : nullptr,
-                                      .tolerancia = asMost(options.tolerance),
-                                      .ladoMaximo = asMost(options.maxSide),
-                                      .alturas = heights ? &*heights : nullptr,
-                                      .intensidades = intensities ? &*intensities : nullptr,
-                                      .vaciar = true},
-                                     *made.tin);
-  made.run = triangulation.Resumen();
-  requireRoom(made.run, seed.precision, what);
-  requireRun(code, what, spill);
+  const CEncargo job{.dibujo = drawings.first,
+                     .otros = &drawings.others,
+                     .extra = drawings.update ? &*drawings.update : nullptr,
+                     .tolerancia = asMost(options.tolerance),
+                     .ladoMaximo = asMost(options.maxSide),
+                     .alturas = heights ? &*heights : nullptr,
+                     .intensidades = intensities ? &*intensities : nullptr,
+                     .vaciar = true};
+  if (options.outline.empty() && output.takesRuns()) {
+    const int code = triangulation.RunPLY(job, [&output] { return output.file(); });
+    made.run = triangulation.Resumen();
+    output.requireWritten();
+    requireRoom(made.run, seed.precision, what);
+    requireRun(code, what, spill);
+  } else {
+    made.tin = std::make_unique<CTIN>(0, 0, seed);
+    made.tin->conVecinos = output.holdsNeighbours();
+    const int code = triangulation.Run(job, *made.tin);
+    made.run = triangulation.Resumen();
+    requireRoom(made.run, seed.precision, what);
+    requireRun(code, what, spill);
+    made.run.vertices = made.tin->puntos.size();
+    made.run.triangulos = made.tin->Cantidad();
+    made.run.anillos = made.tin->Limite().size();
+  }
   drawings.update.reset();
   return made;
 }
 
 /// Says why there is no surface; the run itself went well.
 void requireTriangles(TinResult const& made, std::string const& what, bool hull) {
-  if (made.tin->Cantidad() != 0) return;
   CResumenPlano const& run = made.run;
+  if (run.triangulos != 0) return;
   const std::uint64_t distinct = run.aceptados - run.duplicados;
   if (distinct < 3) {
     throw Failure(fmt::format("{}: only {} distinct plan positions among {} points; a surface needs 3", what, distinct,
@@ -166,8 +178,7 @@ void requireOutputsOf(TinOptions const& options) {
 
 void tell(Summary& summary, TinResult const& made, TinOptions const& options) {
   CResumenPlano const& run = made.run;
-  const std::uint64_t vertices = made.tin->puntos.size(), triangles = made.tin->Cantidad();
-  const std::size_t rings = made.tin->Limite().size();
+  const std::uint64_t vertices = run.vertices, triangles = run.triangulos, rings = run.anillos;
   summary.headline(fmt::format("{}: {} triangles over {} points, {} of outline", options.output,
                                withThousands(triangles), withThousands(vertices),
                                rings == 1 ? "1 ring" : fmt::format("{} rings", withThousands(rings))));
@@ -212,18 +223,23 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
 
   const bool hilbert = options.cloud.hilbert();
   Drawings drawings = summary.seconds.timed("order", [&] { return Drawings(clouds, hilbert, app); });
-  TinResult made = triangulate(drawings, options, filters, output.holdsNeighbours());
+  TinResult made = triangulate(drawings, options, filters, output);
   if (!options.update.empty()) warnOfFiltered(options.update, made.run, clouds[1].pointsRead, app);
   requireTriangles(made, options.cloud.what(), options.cloud.fillsHull());
   tell(summary, made, options);
 
-  CModeloDigital model(made.tin.release());
-  summary.seconds.timed("write", [&] {
-    if (outline) addOutline(model.Tin(), *outline);
-    if (outline) outline->finish();
-    output.write(model);
-    if (outline) outline->commit();
-  });
+  if (made.tin == nullptr) {
+    output.commit();
+    summary.seconds.spent("write", made.run.segundosEscribe);
+  } else {
+    CModeloDigital model(made.tin.release());
+    summary.seconds.timed("write", [&] {
+      if (outline) addOutline(model.Tin(), *outline);
+      if (outline) outline->finish();
+      output.write(model);
+      if (outline) outline->commit();
+    });
+  }
   summary.print(common, app);
 }
 

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kPorBloque = 1 << 14;  // things put into one piece of memory, by one thread
 constexpr std::size_t kDigitos = 20;         // of the greatest 64-bit number
+constexpr auto kNoHay = static_cast<std::size_t>(-1);
 
 std::int64_t Potencia10(int exponente) {
   std::int64_t p = 1;
@@ -55,11 +56,7 @@ char* CEjeReal::Escribe(char* destino, int v) const {
 }
 
 CSuperficieExportada::CSuperficieExportada(CTIN const& elTin)
-    : x(elTin.semilla.precision, elTin.semilla.origen[0]),
-      y(elTin.semilla.precision, elTin.semilla.origen[1]),
-      z(elTin.semilla.precision, elTin.semilla.origen[2]),
-      tin(elTin),
-      numero(elTin.puntos.size(), 0) {
+    : CEjesReales(elTin.semilla), tin(elTin), numero(elTin.puntos.size(), 0) {
   Reparte(tin.Cantidad(), kPorBloque, [this](std::size_t desde, std::size_t hasta) {
     for (std::size_t i = desde; i < hasta; ++i) {
       for (const std::uint32_t p : tin.Vertices(static_cast<std::uint32_t>(i))) {
@@ -83,9 +80,10 @@ class CEscrituraPorTurno {
  public:
   explicit CEscrituraPorTurno(CFile& elFichero) : fichero(elFichero) {}
 
+  /// `kNoHay` bytes: the block could not be made, and nothing more is written.
   void Escribe(std::size_t bloque, char const* bytes, std::size_t cuantos) {
     for (std::size_t ahora = turno; ahora != bloque; ahora = turno) turno.wait(ahora);
-    if (va && !fichero.Write(bytes, cuantos)) va = false;
+    if (va && (cuantos == kNoHay || !fichero.Write(bytes, cuantos))) va = false;
     turno = bloque + 1;
     turno.notify_all();
   }
@@ -99,25 +97,33 @@ class CEscrituraPorTurno {
 
 }  // namespace
 
-int EscribeCosas(CFile& fichero, std::size_t cuantas, std::size_t ancho,
-                 std::function<char*(std::size_t, char*)> const& forma, CAvance& avance) {
+int EscribeBloques(CFile& fichero, std::size_t cuantas, std::size_t porBloque, std::size_t ancho,
+                   CFormaBloque const& forma, CAvance& avance) {
   // A thread has one block at a time, and begins another when all before that one are written: blocks in the making are
   // never further apart than there are threads, and as many pieces of memory go round.
-  std::vector<VectorCrudo<char>> piezas(std::min<std::size_t>(NumeroProcesadores(), cuantas / kPorBloque + 1));
-  for (auto& pieza : piezas) pieza.resize(std::min(kPorBloque, cuantas) * ancho);
+  std::vector<VectorCrudo<char>> piezas(std::min<std::size_t>(NumeroProcesadores(), cuantas / porBloque + 1));
+  for (auto& pieza : piezas) pieza.resize(std::min(porBloque, cuantas) * ancho);
   CEscrituraPorTurno escritura(fichero);
   const auto escribe = [&](std::size_t desde, std::size_t hasta) {
-    const std::size_t bloque = desde / kPorBloque;
-    char* const bytes = piezas[bloque % piezas.size()].data();
-    char* fin = bytes;
-    for (std::size_t i = desde; i < hasta; ++i) fin = forma(i, fin);
-    escritura.Escribe(bloque, bytes, static_cast<std::size_t>(fin - bytes));
+    const std::size_t bloque = desde / porBloque, pieza = bloque % piezas.size();
+    char* const bytes = piezas[pieza].data();
+    char const* const fin = forma(desde, hasta, pieza, bytes);
+    escritura.Escribe(bloque, bytes, fin != nullptr ? static_cast<std::size_t>(fin - bytes) : kNoHay);
   };
   avance.Pasada(cuantas);
   const bool todo =
-      Reparte(cuantas, kPorBloque, escribe, [&](std::size_t empezadas) { return escritura.Va() && avance(empezadas); });
+      Reparte(cuantas, porBloque, escribe, [&](std::size_t empezadas) { return escritura.Va() && avance(empezadas); });
   if (!escritura.Va()) return kFicheroInaccesible;
   return todo ? kHecho : kCancelado;
+}
+
+int EscribeCosas(CFile& fichero, std::size_t cuantas, std::size_t ancho,
+                 std::function<char*(std::size_t, char*)> const& forma, CAvance& avance) {
+  const auto deUnaEnUna = [&forma](std::size_t desde, std::size_t hasta, std::size_t, char* destino) {
+    for (std::size_t i = desde; i < hasta; ++i) destino = forma(i, destino);
+    return destino;
+  };
+  return EscribeBloques(fichero, cuantas, kPorBloque, ancho, deUnaEnUna, avance);
 }
 
 bool EscribeTexto(CFile& fichero, std::string const& texto) { return fichero.Write(texto.data(), texto.size()); }

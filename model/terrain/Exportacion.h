@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/terrain/CDataExportarMDT.h"
@@ -38,9 +40,19 @@ class CEjeReal {
   std::uint64_t unidad = 1;         // 10^decimales
 };
 
+/// The three axes of a seed.
+struct CEjesReales {
+  CEjeReal x, y, z;
+
+  explicit CEjesReales(CDataSemilla const& semilla)
+      : x(semilla.precision, semilla.origen[0]),
+        y(semilla.precision, semilla.origen[1]),
+        z(semilla.precision, semilla.origen[2]) {}
+};
+
 /// A surface as files want it: its points that belong to a triangle, numbered from 0 in their order, and its triangles
 /// counter-clockwise seen from above.
-class CSuperficieExportada {
+class CSuperficieExportada : public CEjesReales {
  public:
   explicit CSuperficieExportada(CTIN const& elTin);
 
@@ -52,17 +64,23 @@ class CSuperficieExportada {
     return {numero[t[0]], numero[t[2]], numero[t[1]]};
   }
 
-  CEjeReal x, y, z;
-
  private:
   CTIN const& tin;
   std::vector<std::uint32_t> usados;  // index of each exported point
   std::vector<std::uint32_t> numero;  // the reverse; any value for points that are not exported
 };
 
-/// Writes `cuantas` things: `forma(i, destino)` puts thing `i` into memory, where it has room for `ancho` bytes, and
-/// returns the end of it. It is called from several threads; the bytes reach the file in order. kHecho, kCancelado or
-/// kFicheroInaccesible.
+/// Puts the things from `desde` to before `hasta` into memory and returns the end of them; `pieza` tells apart the
+/// calls that are under way at the same time: it is below NumeroProcesadores().
+using CFormaBloque = std::function<char*(std::size_t desde, std::size_t hasta, std::size_t pieza, char* destino)>;
+
+/// Writes `cuantas` things by blocks of `porBloque`, which have room for `ancho` bytes a thing. `forma` is called from
+/// several threads, and answers null when it can't; the bytes reach the file in order. kHecho, kCancelado, or
+/// kFicheroInaccesible when the file or `forma` refused.
+int EscribeBloques(CFile& fichero, std::size_t cuantas, std::size_t porBloque, std::size_t ancho,
+                   CFormaBloque const& forma, CAvance& avance);
+
+/// The same with one thing at a time: `forma(i, destino)` puts thing `i` into memory and returns the end of it.
 int EscribeCosas(CFile& fichero, std::size_t cuantas, std::size_t ancho,
                  std::function<char*(std::size_t, char*)> const& forma, CAvance& avance);
 
@@ -72,6 +90,12 @@ int EscribeCosas(CFile& fichero, std::size_t cuantas, std::size_t ancho,
 /// Puts a text or an unsigned number into memory and returns the end of it.
 inline char* Pon(char* destino, std::string_view texto) { return std::copy(texto.begin(), texto.end(), destino); }
 char* Pon(char* destino, std::uint64_t numero);
+
+// What a PLY file consists of.
+[[nodiscard]] std::string CabeceraPLY(std::size_t puntos, std::size_t caras);
+inline constexpr std::size_t kAnchoPuntoPLY = 3 * sizeof(double), kAnchoCaraPLY = 1 + sizeof(Terna);
+char* PonPuntoPLY(char* destino, CEjesReales const& ejes, CCoor3D<int> const& p);
+char* PonCaraPLY(char* destino, Terna const& cara);
 
 // The formats; each reports two passes, points and faces.
 int EscribePLY(CFile& fichero, CSuperficieExportada const& superficie, CAvance& avance);

@@ -33,18 +33,24 @@ std::size_t AnchoPunto(CSuperficieExportada const& s) { return s.x.Ancho() + s.y
 
 }  // namespace
 
+std::string CabeceraPLY(std::size_t puntos, std::size_t caras) {
+  return "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(puntos) +
+         "\nproperty double x\nproperty double y\nproperty double z\nelement face " + std::to_string(caras) +
+         "\nproperty list uchar int vertex_indices\nend_header\n";
+}
+
+char* PonPuntoPLY(char* destino, CEjesReales const& ejes, CCoor3D<int> const& p) {
+  return PonBytes(PonBytes(PonBytes(destino, ejes.x.Valor(p.x)), ejes.y.Valor(p.y)), ejes.z.Valor(p.z));
+}
+
+char* PonCaraPLY(char* destino, Terna const& cara) { return PonBytes(Pon(destino, "\x03"), cara); }
+
 int EscribePLY(CFile& fichero, CSuperficieExportada const& s, CAvance& avance) {
-  const std::string cabecera = "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(s.Puntos()) +
-                               "\nproperty double x\nproperty double y\nproperty double z\nelement face " +
-                               std::to_string(s.Caras()) + "\nproperty list uchar int vertex_indices\nend_header\n";
-  if (!EscribeTexto(fichero, cabecera)) return kFicheroInaccesible;
-  const auto punto = [&s](std::size_t i, char* destino) {
-    CPuntoTIN const& p = s.Punto(i);
-    return PonBytes(PonBytes(PonBytes(destino, s.x.Valor(p.x)), s.y.Valor(p.y)), s.z.Valor(p.z));
-  };
-  const auto cara = [&s](std::size_t i, char* destino) { return PonBytes(Pon(destino, "\x03"), s.Cara(i)); };
-  const int codigo = EscribeCosas(fichero, s.Puntos(), 3 * sizeof(double), punto, avance);
-  return codigo == kHecho ? EscribeCosas(fichero, s.Caras(), 1 + sizeof(Terna), cara, avance) : codigo;
+  if (!EscribeTexto(fichero, CabeceraPLY(s.Puntos(), s.Caras()))) return kFicheroInaccesible;
+  const auto punto = [&s](std::size_t i, char* destino) { return PonPuntoPLY(destino, s, s.Punto(i)); };
+  const auto cara = [&s](std::size_t i, char* destino) { return PonCaraPLY(destino, s.Cara(i)); };
+  const int codigo = EscribeCosas(fichero, s.Puntos(), kAnchoPuntoPLY, punto, avance);
+  return codigo == kHecho ? EscribeCosas(fichero, s.Caras(), kAnchoCaraPLY, cara, avance) : codigo;
 }
 
 int EscribeOBJ(CFile& fichero, CSuperficieExportada const& s, CAvance& avance) {

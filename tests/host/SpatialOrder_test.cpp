@@ -78,6 +78,34 @@ TEST(SpatialOrder, ThePointsOfAFlightDoNotJumpAboutAndShuffledOnesDo) {
   EXPECT_FALSE(jumpsAbout({{7, 7, 7, 0, 0}}));
 }
 
+TEST(SpatialOrder, WithTiesByPositionHowPointsAreSortedShowsAtOnePlaceAlone) {
+  std::mt19937 random(8);
+  std::uniform_int_distribution<int> wide(0, 1'000'000), narrow(0, 3);
+  std::vector<CCoor3D<int>> points;
+  for (int i = 0; i < 3'000; ++i) points.emplace_back(wide(random), wide(random), 0, 0);
+  for (int i = 0; i < 3'000; ++i) points.emplace_back(narrow(random), narrow(random), 0, 0);
+  const auto inThatOrder = [](std::vector<CCoor3D<int>>& cloud, Ties ties) {
+    for (std::size_t i = 0; i < cloud.size(); ++i) cloud[i].z = static_cast<int>(i);
+    return inOrder<CCoor3D<int>>(cloud, hilbertOrder(cloud, ties));
+  };
+  const auto places = [](std::vector<CCoor3D<int>> const& cloud) {
+    std::vector<std::array<int, 2>> all;
+    for (CCoor3D<int> const& p : cloud) all.push_back({p.x, p.y});
+    return all;
+  };
+  const auto settled = places(inThatOrder(points, Ties::byPosition));
+  const auto asTheyCome = places(inThatOrder(points, Ties::asTheyCome));
+  EXPECT_NE(settled, asTheyCome);
+  std::shuffle(points.begin(), points.end(), random);
+  EXPECT_NE(places(inThatOrder(points, Ties::asTheyCome)), asTheyCome);
+  const std::vector<CCoor3D<int>> again = inThatOrder(points, Ties::byPosition);
+  EXPECT_EQ(places(again), settled);
+  for (std::size_t i = 1; i < again.size(); ++i) {
+    const bool samePlace = again[i].x == again[i - 1].x && again[i].y == again[i - 1].y;
+    EXPECT_TRUE(!samePlace || again[i].z > again[i - 1].z) << "of one place, as they come";
+  }
+}
+
 TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder(std::vector<ScaledPoint>()).empty()); }
 
 TEST(SpatialOrder, IsAppliedToWhatIsKeptBesideThePoints) {

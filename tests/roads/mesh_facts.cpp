@@ -1,12 +1,16 @@
 // Facts of PLY meshes, found with exact arithmetic on their coordinates.
 //
 //   mesh_facts FILE           one "name value" a line
-//   mesh_facts --same A B     "same" when both are one triangulation up to cocircular points, else what differs
+//   mesh_facts --same A B     "same" when both are one triangulation up to cocircular points and the order of vertices
+//   and
+//                             faces, else what differs
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <exception>
+#include <numeric>
 #include <string>
+#include <vector>
 
 #include "support/Canonical.h"
 #include "support/MeshOracle.h"
@@ -59,8 +63,26 @@ void printFacts(std::string const& file) {
   std::printf("longest_side %.9f\n", longest / units);
 }
 
+/// The mesh with its vertices by x, then y, then z.
+PlyMesh inOrder(PlyMesh const& ply) {
+  std::vector<std::size_t> order(ply.vertices.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::sort(order.begin(), order.end(),
+            [&ply](std::size_t i, std::size_t j) { return ply.vertices[i] < ply.vertices[j]; });
+  PlyMesh ordered = ply;
+  std::vector<int> place(order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    ordered.vertices[i] = ply.vertices[order[i]];
+    place[order[i]] = static_cast<int>(i);
+  }
+  for (auto& face : ordered.faces) {
+    for (auto& vertex : face) vertex = place.at(static_cast<std::size_t>(vertex));
+  }
+  return ordered;
+}
+
 int compareFiles(std::string const& a, std::string const& b) {
-  const PlyMesh first = readPly(a), second = readPly(b);
+  const PlyMesh first = inOrder(readPly(a)), second = inOrder(readPly(b));
   if (first.vertices != second.vertices) {
     std::printf("the vertices differ\n");
     return 1;
