@@ -16,7 +16,7 @@ namespace Meseta47 {
 /// surface meets few of them. A leaf ends with its last point. About 6 bytes a point; for one thread.
 class CPorVenir {
  public:
-  static constexpr std::size_t kPorHoja = 128;  ///< points of a leaf, unless more stand at one place
+  static constexpr std::size_t kPorHoja = 512;  ///< points of a leaf, unless more stand at one place
   static constexpr std::uint32_t kNinguna = 0xFFFFFFFF;
 
   struct CPunto {
