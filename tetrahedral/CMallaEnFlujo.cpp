@@ -1,6 +1,7 @@
 #include "tetrahedral/CMallaEnFlujo.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "platform/Anticipa.h"
@@ -12,6 +13,11 @@ namespace {
 
 constexpr std::size_t kRegistros = 4096;  // of 16 bytes, that go to the file at once
 constexpr std::size_t kPorDelante = 8;    // tetrahedra of a list that are on their way from memory
+constexpr std::size_t kMuestra = 32;      // of a list where a descent begins
+constexpr std::size_t kCerca = 64;        // tetrahedra around the end of a descent: the spheres of a few grid cells
+constexpr std::size_t kTodos = std::numeric_limits<std::size_t>::max();
+
+std::size_t Paso(std::size_t cuantos) { return cuantos / kMuestra + 1; }
 
 }  // namespace
 
@@ -71,29 +77,37 @@ int CMallaEnFlujo::Entra(CCoor3D<int>* p, std::uint32_t hoja) {
 }
 
 /// From the best of those made last; where some of them have gone, of what the last leaf to end has left. A descent may
-/// end at the gap that those leave which have gone. What waits for the point's own leaf lies on its side of all gaps,
-/// and so does what the point lies in: that is still there.
+/// end beside tetrahedra that share a sphere, and then the cavity is near; or at the gap that those leave which have
+/// gone. What waits for the point's own leaf lies on its side of all gaps, and so does what the point lies in: that is
+/// still there.
 CTetraedro* CMallaEnFlujo::BuscaSemilla(CCoor3D<int> const& p, std::uint32_t hoja) {
-  std::vector<std::uint32_t> const& lista = listas[hoja];
   CTetraedro* t = viveEstrella ? estrella.MasCercano(p) : nullptr;
-  for (std::size_t i = 0; !viveEstrella && i < movidos.size(); ++i) t = CEstrella::MasCercano(p, t, movidos[i]);
-  bool dentro = false;
-  if (t != nullptr) t = CEstrella::Desciende(p, t, balance.pasos, dentro);
-  if (dentro) return t;
-  for (const std::uint32_t numero : lista) t = CEstrella::MasCercano(p, t, CTetraedro::De(numero));
-  visitados += lista.size();
-  if (t == nullptr) return BuscaEntreTodos(p, hoja);
-  t = CEstrella::Desciende(p, t, balance.pasos, dentro);
-  if (dentro) return t;
-  if ((t = Recorre(p, t)) != nullptr) return t;
+  if (!viveEstrella) {
+    for (std::size_t i = 0; i < movidos.size(); i += Paso(movidos.size())) t = CEstrella::MasCercano(p, t, movidos[i]);
+  }
+  if (t != nullptr && (t = Baja(p, t, kCerca)) != nullptr) return t;
+  std::vector<std::uint32_t> const& lista = listas[hoja];
+  const auto desdeLista = [&](std::size_t paso, std::size_t cuantos) {
+    for (std::size_t i = 0; i < lista.size(); i += paso) t = CEstrella::MasCercano(p, t, CTetraedro::De(lista[i]));
+    visitados += lista.size() / paso;
+    return t != nullptr && (t = Baja(p, t, cuantos)) != nullptr;
+  };
+  if (desdeLista(Paso(lista.size()), kCerca) || desdeLista(1, kTodos)) return t;
   for (const std::uint32_t numero : lista) {
-    if ((t = Recorre(p, CTetraedro::De(numero))) != nullptr) return t;
+    if ((t = Recorre(p, CTetraedro::De(numero), kTodos)) != nullptr) return t;
   }
   return BuscaEntreTodos(p, hoja);
 }
 
-/// Breadth-first to the first sphere that holds the point.
-CTetraedro* CMallaEnFlujo::Recorre(CCoor3D<int> const& p, CTetraedro* desde) {
+/// Downhill, and around the end. Null when that leads to none whose sphere holds the point.
+CTetraedro* CMallaEnFlujo::Baja(CCoor3D<int> const& p, CTetraedro* desde, std::size_t cuantos) {
+  bool dentro = false;
+  CTetraedro* t = CEstrella::Desciende(p, desde, balance.pasos, dentro);
+  return dentro ? t : Recorre(p, t, cuantos);
+}
+
+/// Breadth-first to the first sphere that holds the point, of so many at most. Given up early, it leaves no stamps.
+CTetraedro* CMallaEnFlujo::Recorre(CCoor3D<int> const& p, CTetraedro* desde, std::size_t cuantos) {
   const std::int32_t marca = CEstrella::Marca(inserciones);
   cola.clear();
   const auto anade = [&](CTetraedro* t) {
@@ -101,12 +115,18 @@ CTetraedro* CMallaEnFlujo::Recorre(CCoor3D<int> const& p, CTetraedro* desde) {
     t->identificador = marca;
     cola.push_back(t);
   };
+  const auto olvida = [&](std::size_t i) {
+    for (; i < cola.size(); ++i) cola[i]->identificador = 0;
+  };
   anade(desde);
   for (std::size_t i = 0; i < cola.size(); ++i) {
     CTetraedro* t = cola[i];
+    if (i == cuantos) {
+      olvida(0);
+      return nullptr;
+    }
     if (t->EnEsfera(p)) {
-      // Those behind it have not been looked at.
-      for (std::size_t k = i + 1; k < cola.size(); ++k) cola[k]->identificador = 0;
+      olvida(i + 1);  // those behind it have not been looked at
       return t;
     }
     ++visitados;

@@ -48,7 +48,8 @@ class CMallaEnFlujo {
  private:
   int Entra(CCoor3D<int>* p, std::uint32_t hoja);
   [[nodiscard]] CTetraedro* BuscaSemilla(CCoor3D<int> const& p, std::uint32_t hoja);
-  [[nodiscard]] CTetraedro* Recorre(CCoor3D<int> const& p, CTetraedro* desde);
+  [[nodiscard]] CTetraedro* Baja(CCoor3D<int> const& p, CTetraedro* desde, std::size_t cuantos);
+  [[nodiscard]] CTetraedro* Recorre(CCoor3D<int> const& p, CTetraedro* desde, std::size_t cuantos);
   [[nodiscard]] CTetraedro* BuscaEntreTodos(CCoor3D<int> const& p, std::uint32_t hoja);
   void Sustituye(CCoor3D<int>* p, std::uint32_t hoja);
   void Anota(CTetraedro* t, std::uint32_t numero, std::uint32_t hoja);

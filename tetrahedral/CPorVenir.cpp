@@ -19,24 +19,21 @@ unsigned Octante(CPunto const& p, std::array<std::int32_t, 3> const& corte) {
          4 * static_cast<unsigned>(p.eje[2] >= corte[2]);
 }
 
-/// How much the squared distance to a box exceeds the squared radius. It is rounded in the same steps as that to a
-/// point, and each step keeps the order of what it is given: it is never more than that to a point of the box, rounding
-/// included. So it is with the distance to a plane. Beyond the margin the sphere holds no point of the box, for
-/// certain.
-inline double Sobra(CPorVenir::CCajas const& cajas, unsigned i, CPorVenir::CBola const& b) {
-  const auto hasta = [&](unsigned eje, double centro) {
-    const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
-    const double mayor = bajo > 0 ? bajo : 0;
-    return mayor > alto ? mayor : alto;
-  };
-  const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
-  return dx * dx + dy * dy + dz * dz - b.radio2;
-}
-
-/// Those of the boxes with points to come that the sphere may hold a point of, a bit each.
+/// Which of the boxes with points to come the sphere may hold a point of, a bit each; of the others it holds none, for
+/// certain. The squared distance to a box is rounded in the same steps as that to a point, and each step keeps the
+/// order of what it is given: it is never more than that to a point of the box, rounding included. So it is with the
+/// distance to a plane.
 inline unsigned AlcanzadasDe(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
   double sobra[8];
-  for (unsigned i = 0; i < 8; ++i) sobra[i] = Sobra(cajas, i, b);
+  for (unsigned i = 0; i < 8; ++i) {
+    const auto hasta = [&](unsigned eje, double centro) {
+      const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
+      const double mayor = bajo > 0 ? bajo : 0;
+      return mayor > alto ? mayor : alto;
+    };
+    const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
+    sobra[i] = dx * dx + dy * dy + dz * dz - b.radio2;
+  }
   unsigned cuales = 0;
   for (unsigned i = 0; i < 8; ++i) cuales |= static_cast<unsigned>(!(sobra[i] > b.margen)) << i;
   return cuales & cajas.abiertas;
@@ -187,16 +184,6 @@ std::uint32_t CPorVenir::UltimaAbierta(std::uint32_t nodo) const {
   return nodos[nodo].cuantos;
 }
 
-/// Whether a node below the root is fine enough for a sphere that reaches it.
-bool CPorVenir::EsAlcanzado(std::uint32_t nodo, CBola const& bola, double fino2) const {
-  if (nodo == 0) return false;
-  CNodo const& padre = nodos[nodos[nodo].padre];
-  CHijos const& hijos = tablas[padre.tabla];
-  const std::uint32_t i = nodo - padre.hijos;
-  return (hijos.cajas.abiertas >> i & 1U) != 0 && hijos.lado2[i] < fino2 &&
-         !(Sobra(hijos.cajas, i, bola) > bola.margen);
-}
-
 /// A large sphere grazes many small boxes: from a certain size on what it reaches is taken for reached by its points.
 std::uint32_t CPorVenir::Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const {
   CNodo const& n = nodos[nodo];
@@ -314,13 +301,8 @@ std::uint32_t CPorVenir::CVecindad::Alcanza(CBola const& bola) {
   const unsigned cruza = Cruza(bola, celdaBaja, celdaAlta);
   if (cruza == 0) return kNinguna;  // within the cell, all points of which have come
   if (Cruza(bola, cercaBaja, cercaAlta) != 0) {
-    const double fino2 = std::min(bola.radio2, arbol->mayor2);
-    if (!arbol->EsAlcanzado(hallado, bola, fino2)) {
-      const std::uint32_t nodo = arbol->Alcanza(0, bola, fino2);
-      if (nodo == kNinguna) return kNinguna;
-      hallado = nodo;
-    }
-    return arbol->UltimaAbierta(hallado);
+    const std::uint32_t nodo = arbol->Alcanza(0, bola, std::min(bola.radio2, arbol->mayor2));
+    return nodo != kNinguna ? arbol->UltimaAbierta(nodo) : kNinguna;
   }
   for (CTanda const& tanda : Tras(cruza)) {
     const unsigned alcanzadas = Alcanzadas(tanda.cajas, bola);

@@ -16,7 +16,7 @@ namespace Meseta47 {
 /// surface meets few of them. A leaf ends with its last point. About 6 bytes a point; for one thread.
 class CPorVenir {
  public:
-  static constexpr std::size_t kPorHoja = 128;  ///< points of a leaf, unless more stand at one place
+  static constexpr std::size_t kPorHoja = 512;  ///< points of a leaf, unless more stand at one place
   static constexpr std::uint32_t kNinguna = 0xFFFFFFFF;
 
   struct CPunto {
@@ -82,7 +82,6 @@ class CPorVenir {
     std::vector<CCaja> abiertas;
     std::array<std::vector<CTanda>, 64> porCruce;  ///< those behind no other limits than a sphere crosses
     std::uint64_t hechas = 0;                      ///< which of them have been made
-    std::uint32_t hallado = 0;  ///< node that the last large sphere has reached: the next one is near as a rule
   };
 
  private:
@@ -106,7 +105,6 @@ class CPorVenir {
   void Divide(std::uint32_t nodo, CGrupo const& grupo);
   /// The first node below `nodo` that a sphere reaches and that is fine enough for it; kNinguna without one.
   [[nodiscard]] std::uint32_t Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const;
-  [[nodiscard]] bool EsAlcanzado(std::uint32_t nodo, CBola const& bola, double fino2) const;
   [[nodiscard]] std::uint32_t UltimaAbierta(std::uint32_t nodo) const;
   template <class F>
   bool Visita(std::uint32_t nodo, std::uint32_t menos, F const& f) const;
