@@ -8,10 +8,13 @@
 
 namespace Meseta47::host {
 
-TemporaryFile::TemporaryFile(CString const& name) {
+CString temporaryFolder() {
   std::array<wchar_t, MAX_PATH> folder{};
   const unsigned long length = GetTempPathW(MAX_PATH, folder.data());
-  folder_ = length == 0 || length >= MAX_PATH ? L"." : folder.data();
+  return length == 0 || length >= MAX_PATH ? L"." : folder.data();
+}
+
+TemporaryFile::TemporaryFile(CString const& name) : folder_(temporaryFolder()) {
   static_cast<void>(file_.AbreTemporal(folder_, name));
   check();
 }

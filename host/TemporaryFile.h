@@ -5,6 +5,9 @@
 
 namespace Meseta47::host {
 
+/// The folder for temporary files; the current one where its path is too long.
+[[nodiscard]] CString temporaryFolder();
+
 /// A file in the folder for temporary files, of which nothing is left however the run ends.
 class TemporaryFile {
  public:

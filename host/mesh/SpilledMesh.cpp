@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/Failure.h"
+#include "host/TemporaryFile.h"
 #include "host/mesh/SpaceGeometry.h"
 #include "model/geometry/CEsfera.h"
 #include "platform/CFile.h"
@@ -17,8 +18,8 @@ namespace {
 constexpr std::size_t kBlock = 4096;  // records read and handed out at a time
 
 [[noreturn]] void failReading(CFile const& file) {
-  throw Failure(fmt::format("{}: name another folder with --temp-dir",
-                            file.Error(L"what the run wrote to the temporary folder").Utf8()));
+  throw Failure(fmt::format("temporary folder {}: {}: name another with --temp-dir", temporaryFolder().Utf8(),
+                            file.Error(L"what the run wrote there").Utf8()));
 }
 
 /// Whether a tetrahedron has no corner of the frame.

@@ -60,7 +60,8 @@ class Verbs : public testing::TestWithParam<Verb> {
          std::vector<std::vector<std::string>>{{"generate", "in.las", "--points", "400", "--seed", "3"},
                                                {"generate", "more.las", "--points", "100", "--seed", "4"},
                                                {"tin", "in.las", "-o", "in.ply"},
-                                               {"tin", "in.las", "-o", "in.urd"}}) {
+                                               {"tin", "in.las", "-o", "in.urd"},
+                                               {"tetra", "in.las", "-o", "in.vtu"}}) {
       EXPECT_EQ(Urdimbre(preparation).code, 0);
     }
     for (std::string const& output : GetParam().outputs) PutBytes(CString::DesdeUtf8(output), kEarlier);
@@ -214,7 +215,10 @@ INSTANTIATE_TEST_SUITE_P(
         Verb{"RenderCloud", {"render", "in.las", "-o", "out.png", "--size", "60"}, {"out.png"}},
         Verb{"RenderModel", {"render", "in.ply", "-o", "out.png", "--size", "60"}, {"out.png"}},
         Verb{"CheckPly", {"check", "in.ply"}, {}}, Verb{"CheckNative", {"check", "in.urd"}, {}},
-        Verb{"Info", {"info", "in.las"}, {}},
+        Verb{"CheckVtu", {"check", "in.vtu"}, {}}, Verb{"TetraVtu", {"tetra", "in.las", "-o", "out.vtu"}, {"out.vtu"}},
+        Verb{"TetraMedit", {"tetra", "in.las", "-o", "out.mesh"}, {"out.mesh"}},
+        Verb{"TetraGmsh", {"tetra", "in.las", "-o", "out.msh"}, {"out.msh"}},
+        Verb{"TetraHull", {"tetra", "in.las", "-o", "out.ply"}, {"out.ply"}}, Verb{"Info", {"info", "in.las"}, {}},
         Verb{"Generate", {"generate", "out.las", "--points", "100"}, {"out.las"}}),
     [](testing::TestParamInfo<Verb> const& verb) { return verb.param.name; });
 
