@@ -325,7 +325,8 @@ void CEstrella::PideSitios() {
   std::size_t i = propios;
   try {
     for (; i < cantidad; ++i) sitios[i] = CTetraedro::PideSitio();
-    for (std::size_t k = propios; k < cantidad; ++k) (void)sitios[k]->Numero();  // without a pool it takes memory too
+    // Without a pool a number takes memory too.
+    for (std::size_t k = propios; k < cantidad; ++k) static_cast<void>(sitios[k]->Numero());
   } catch (...) {
     while (i-- > propios) delete sitios[i];
     throw;

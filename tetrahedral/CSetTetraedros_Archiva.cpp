@@ -66,7 +66,7 @@ void CSetTetraedros::InsertaOrdenado(CTetraedro const& t, CMaximas<int> const& c
     }
   }
   InsertaOrdenado(copia.get(), caja, busca123, busca124, busca134, busca234, buscaLista);
-  copia.release();  // the list has it
+  static_cast<void>(copia.release());  // the list has it
 }
 
 void CSetTetraedros::InsertaOrdenado(CTetraedro* t, CMaximas<int> const&, bool busca123, bool busca124, bool busca134,

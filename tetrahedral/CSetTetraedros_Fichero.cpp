@@ -97,7 +97,7 @@ int CSetTetraedros::LeeTetraedros(CFile& fichero, unsigned cuantos, CMarcha* mar
       std::unique_ptr<CTetraedro> t(CTetraedro::PideSitio());
       t->TomaRegistro(bloque.data() + std::size_t{i} * CTetraedro::kBytes);
       AnexaALista(t.get());
-      t.release();
+      static_cast<void>(t.release());
     }
     quedan -= van;
   }
