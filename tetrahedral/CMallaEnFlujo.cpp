@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include "platform/Anticipa.h"
@@ -28,8 +29,9 @@ void CMallaEnFlujo::Empieza(std::vector<CTetraedro> const& marco, std::vector<CP
   std::vector<CTetraedro*> hechos;
   for (CTetraedro const& t : marco) {
     listas[0].reserve(listas[0].size() + 1);
-    CTetraedro* nuevo = CTetraedro::Nuevo(t);
-    Anota(nuevo, nuevo->Numero(), 0);
+    std::unique_ptr<CTetraedro> propio(CTetraedro::Nuevo(t));
+    Anota(propio.get(), propio->Numero(), 0);
+    CTetraedro* nuevo = propio.release();  // the list has it
     for (CTetraedro* otro : hechos) {
       for (unsigned cara = 0; cara < 4; ++cara) {
         unsigned const* v = CTetraedro::kVertice[cara];
