@@ -184,7 +184,7 @@ class Vtu {
     const std::string_view places = array("Points", "Float64");
     if (places.size() % sizeof(mesh.places[0]) != 0) in_.fail("its points are not three coordinates each");
     mesh.places.resize(places.size() / sizeof(mesh.places[0]));
-    std::memcpy(mesh.places.data(), places.data(), places.size());
+    if (!places.empty()) std::memcpy(mesh.places.data(), places.data(), places.size());
     for (const char type : array("types", "UInt8")) {
       constexpr char kTetra = 10;
       if (type != kTetra) {
