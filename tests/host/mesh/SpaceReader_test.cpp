@@ -80,6 +80,10 @@ TEST(SpaceReader, AVertexThatIsNotThereIsNamed) {
   EXPECT_THAT(errorIn("m.vtu", vtu(-1)), HasSubstr("names vertex -1 of 4"));
 }
 
+TEST(SpaceReader, AMeshWithoutPointsHasNoneForItsTetrahedra) {
+  EXPECT_THAT(errorIn("m.vtu", vtu(3, 0)), HasSubstr("names vertex 0 of 0"));
+}
+
 TEST(SpaceReader, CountsBeyondTheFileAreRefusedBeforeMemoryIsAskedFor) {
   EXPECT_THAT(errorIn("m.mesh", medit("Vertices\n4000000000\n")), HasSubstr("more than it has room for"));
   EXPECT_THAT(errorIn("m.msh", gmsh("4000000000\n", "")), HasSubstr("more than it has room for"));
