@@ -126,14 +126,15 @@ int CTriangulacion3D::LlevaCaras(CTIN& tin, std::vector<int> const& mapa) {
   CFile* escrito = ficheroTemporal.Fichero();
   if (escrito == nullptr || escrito->Seek(0, CFile::begin) != 0) return kFicheroInaccesible;
   const std::uint64_t longitud = escrito->GetLength();
-  CMarcha marcha(Progreso(), nivelMensajes, longitud / sizeof(CCara3));
+  IPorcentaje* porcentaje = Progreso();
   const auto punto = [&](std::int32_t n) {
     return n >= 1 && static_cast<std::size_t>(n) <= mapa.size()
                ? tin.Punto(static_cast<unsigned>(mapa[static_cast<std::size_t>(n) - 1] - 1))
                : nullptr;
   };
-  for (CCara3 cara;;) {
-    if (!marcha.Avanza()) return kCancelado;
+  CCara3 cara;
+  for (std::uint64_t lugar = 0;; lugar += sizeof cara) {
+    if (porcentaje != nullptr && porcentaje->Porcentaje(nivelMensajes, lugar, longitud, false) == 0) return kCancelado;
     if (escrito->Read(cara.data(), sizeof cara) != sizeof cara) break;
     CTriangulo triangulo(punto(cara[0]), punto(cara[1]), punto(cara[2]), -1, -1, -1);
     if (!triangulo.EsValido()) continue;

@@ -3,12 +3,12 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <fmt/format.h>
 #include <limits>
 #include <string_view>
 
 #include "host/FileError.h"
+#include "host/Parsing.h"
 #include "host/las/ByteSource.h"
 #include "host/mesh/SharedPrecision.h"
 
@@ -22,8 +22,6 @@ struct RawMesh {
   Places places;
   std::vector<Tetrahedron> tetrahedra;
 };
-
-std::string extensionOf(std::string const& path) { return std::filesystem::path(path).extension().string(); }
 
 /// A file in memory, taken from front to back. Whatever it lacks is a FileError.
 class Content {

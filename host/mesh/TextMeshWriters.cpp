@@ -1,10 +1,10 @@
 // Meshes as text, for Medit and those that read its files, and for Gmsh; the hull as PLY.
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <limits>
 
 #include "host/Failure.h"
+#include "host/Parsing.h"
 #include "host/mesh/BlockOutput.h"
 #include "host/mesh/SpaceWriters.h"
 
@@ -96,7 +96,7 @@ void writeHullPly(SpaceMesh const& mesh, OutputFile& file, WriteStep const& step
 }
 
 SpaceWriter spaceWriterFor(std::string const& output) {
-  const std::string extension = std::filesystem::path(output).extension().string();
+  const std::string extension = extensionOf(output);
   if (extension == ".vtu") return writeVtu;
   if (extension == ".mesh") return writeMedit;
   if (extension == ".msh") return writeGmsh;

@@ -17,6 +17,9 @@ done
 "$urdimbre" --quiet tetra scan.las -o hull.ply
 grep -qa "^element face $(number hull_faces m.json)$" hull.ply || fail "hull.ply: $(head -9 hull.ply)"
 pass
+"$urdimbre" --quiet tetra scan.las -o CAPITALS.VTU
+"$urdimbre" --quiet check --whole CAPITALS.VTU
+expect "bytes of a name in capitals" "$(cmp m.vtu CAPITALS.VTU && echo same)" same
 for threads in 1 2 4; do
   "$urdimbre" --quiet --threads "$threads" tetra scan.las -o "t$threads.vtu"
   expect "bytes with $threads threads" "$(cmp m.vtu "t$threads.vtu" && echo same)" same

@@ -313,6 +313,21 @@ TEST(Run3D, PhasesAreAnnouncedAndClosedAndVerticesOnlyCountedInDetail) {
   EXPECT_THAT(app.PhaseMessages(), ElementsAre(19020U, 19021U, 19029U));
 }
 
+TEST(Run3D, HowFarTheFacesHaveComeIsToldByTheirPlaceInTheFile) {
+  ListeningApp app;
+  CDibujo<int> drawing = DrawingOf(kCube);
+  OpenTriangulation3D t;
+  CTIN tin(0, 0, drawing.semilla);
+  ASSERT_EQ(t.Run(drawing, tin, 9, false, nullptr, false), kHecho);
+  constexpr unsigned kFaces = 12, kRecord = 12;
+  std::vector<unsigned long long> places, expected;
+  for (auto const& step : app.steps) {
+    if (step.total == kFaces * kRecord) places.push_back(step.value);
+  }
+  for (unsigned i = 0; i <= kFaces; ++i) expected.push_back(i * kRecord);
+  EXPECT_EQ(places, expected);
+}
+
 TEST(Run3D, CancelledAtAnyStepASurfaceLeavesNoFile) {
   ListeningApp app;
   CDibujo<int> drawing = DrawingOf(Cloud(600));

@@ -65,6 +65,14 @@ TEST(SpaceReader, TheThreeFormatsGiveTheSameMeshInWholeUnits) {
   }
 }
 
+TEST(SpaceReader, AnExtensionMayStandInCapitals) {
+  EXPECT_TRUE(isSpaceMesh("M.VTU") && isSpaceMesh("m.Mesh") && isSpaceMesh("m.MSH"));
+  EXPECT_FALSE(isSpaceMesh("m.VTK"));
+  EXPECT_THAT(readText("M.VTU", vtu(3)).tetrahedra, ElementsAre(Tetrahedron{0, 1, 2, 3}));
+  EXPECT_THAT(readText("M.MSH", gmsh(kNodes, "1\n1 4 2 0 0 1 2 3 4\n")).tetrahedra,
+              ElementsAre(Tetrahedron{0, 1, 2, 3}));
+}
+
 TEST(SpaceReader, ASecondListOfVerticesIsRefusedSinceTheFirstIsNamedAlready) {
   const std::string both = std::string(kMeditPlaces) + kMeditCells;
   EXPECT_THAT(errorIn("m.mesh", medit(both + "Vertices\n1\n0 0 0 1\n")), HasSubstr("it has Vertices twice"));
