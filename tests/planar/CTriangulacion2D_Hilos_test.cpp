@@ -160,7 +160,7 @@ constexpr std::size_t kFillsTheQueue = 20'000;
 class Cutting : public OpenTriangulation {
  public:
   Cutting() {
-    paramCurvaA = 100;
+    paramCurvaA = 20'000;
     paramCurvaB = 1'000'000;
   }
   int LinkFilled(CDibujo<int>& drawing) {

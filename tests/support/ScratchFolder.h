@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -65,7 +66,7 @@ inline std::filesystem::path AsPath(CString const& path) {
 /// Whole files, past the classes under test.
 inline std::string BytesOf(CString const& path) {
   std::ifstream file(AsPath(path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return (std::ostringstream() << file.rdbuf()).str();
 }
 /// The same of a temporary file that is still open. Some systems let it be opened by those alone who do not hold on to
 /// it, as the class under test does.
