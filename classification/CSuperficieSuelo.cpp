@@ -11,7 +11,7 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+constexpr std::size_t kBloque = 512;   // minima that a thread takes at a time
 constexpr std::int64_t kAnillos = 64;  // cells: how far ground is looked for outside the triangles
 
 /// Twice the area of (a, b, p), positive where p lies on the right of a-b, as inside a clockwise triangle. Exact where

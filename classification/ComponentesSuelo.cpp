@@ -11,7 +11,7 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+constexpr std::size_t kBloque = 256;  // minima that a thread takes at a time
 
 /// Disjoint sets of minima. The lowest member stands for its set, whatever the order of the unions.
 class CConjuntos {

@@ -11,9 +11,10 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
-constexpr double kHolgura = 1.001;     // for what sums and products round off
-constexpr std::uint8_t kSi = 1;        // bytes, not bits: threads write side by side
+constexpr std::size_t kBloque = 512;        // minima that a thread takes at a time
+constexpr std::size_t kBloqueMarcas = 128;  // of those whose surroundings are marked
+constexpr double kHolgura = 1.001;          // for what sums and products round off
+constexpr std::uint8_t kSi = 1;             // bytes, not bits: threads write side by side
 
 /// The slope of the plane through a ground minimum that fits the ground around it best, far heights counting little.
 void Plano(CMallaSuelo const& malla, CConstantesSuelo const& k, std::size_t i, CPlanosSuelo& planos) {
@@ -73,7 +74,7 @@ void MarcaQuienesVen(CMallaSuelo const& malla, CConstantesSuelo const& k, std::v
     return;
   }
   std::fill(marcas.begin(), marcas.end(), std::uint8_t{0});
-  Reparte(vistos.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+  Reparte(vistos.size(), kBloqueMarcas, [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t n = desde; n < hasta; ++n) {
       const std::uint32_t i = vistos[n];
       std::atomic_ref(marcas[i]).store(kSi, std::memory_order_relaxed);

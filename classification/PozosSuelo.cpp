@@ -13,9 +13,9 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
-constexpr double kJunto = 1.5;         // spacings: within them lies the nearest minimum nearly always ...
-constexpr double kCerca = 2.5;         // ... and within these some twenty, where they are complete
+constexpr std::size_t kBloque = 512;  // minima that a thread takes at a time
+constexpr double kJunto = 1.5;        // spacings: within them lies the nearest minimum nearly always ...
+constexpr double kCerca = 2.5;        // ... and within these some twenty, where they are complete
 
 /// Looks for the basin of one minimum at a time.
 class CCuenca {
