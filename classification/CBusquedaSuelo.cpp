@@ -5,6 +5,7 @@
 #include <cmath>
 #include <future>
 #include <thread>
+#include <utility>
 
 #include "classification/CPuntosSuelo.h"
 #include "classification/CSuperficieSuelo.h"
@@ -46,24 +47,26 @@ class CFases {
     };
     QuitaRuidoBajo(malla, k);
     if (!abre() || !QuitaPozos()) return false;
-    return !hayPozos || abre();  // what stood beside a pit looked like an object
+    return pozos.empty() || abre();  // what stood beside a pit looked like an object
   }
 
   bool Crece() {
     return Cronometra(resumen.segundosCrece, [&] {
       std::vector<std::uint8_t> crecidos;
-      return CreceSuelo(malla, k, crecidos, avance) && (!k.poda || PodaSuelo(malla, k, avance)) &&
-             (!k.componentes || RechazaComponentes(malla, k, crecidos, avance));
+      if (!CreceSuelo(malla, k, planos, crecidos, avance)) return false;
+      if (k.poda && !PodaSuelo(malla, k, planos, avance)) return false;
+      if (k.componentes) RechazaComponentes(malla, k, planos, crecidos);
+      return true;
     });
   }
 
   bool QuitaPozos() {
-    const auto quita = [this] { return Meseta47::QuitaPozos(malla, k, avance, hayPozos); };
+    const auto quita = [this] { return Meseta47::QuitaPozos(malla, k, avance, pozos); };
     return !k.pozos || Cronometra(resumen.segundosPozos, quita);
   }
 
-  /// Triangulates the ground on one processor while the others measure its vertices, or afterwards where there is but
-  /// one.
+  /// Triangulates the ground on one processor, which takes longest, while the others measure its vertices, or
+  /// afterwards where there is but one.
   int MideYTriangula() {
     constexpr auto kEspera = std::chrono::milliseconds(20);
     std::atomic<bool> sigue{true};
@@ -72,7 +75,8 @@ class CFases {
     };
     const auto modo = NumeroProcesadores() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
     auto triangulos = std::async(modo, [&] { return tin.Construye(malla, pregunta); });
-    sigue = superficie.MideVertices(avance);
+    RenuevaPlanos(malla, k, pozos, planos);
+    sigue = superficie.MideVertices(std::move(planos), avance, 1);
     while (triangulos.wait_for(kEspera) == std::future_status::timeout) sigue = sigue && avance.Sigue();
     const int codigo = triangulos.get();
     return sigue ? codigo : kCancelado;
@@ -85,7 +89,8 @@ class CFases {
   CTinSuelo& tin;
   CSuperficieSuelo& superficie;
   CResumenSuelo& resumen;
-  bool hayPozos = false;
+  std::vector<std::uint32_t> pozos;  ///< found by the last look
+  CPlanosSuelo planos;
 };
 
 }  // namespace
@@ -125,9 +130,8 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
 
   CTinSuelo tin(semilla);
   CSuperficieSuelo superficie(malla, constantes, tin);
-  // Openings once or twice, pits twice, planes, rounds of growth; planes and a look each for pruning and components;
-  // the final planes.
-  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 2 + 1 + constantes.rondas + 4 + 1);
+  // Openings once or twice, pits twice, planes, rounds of growth, a look each for pruning and for the roughness.
+  CAvance busca = fase(kMensajeBusca, 2 * Aberturas(malla, data) + 2 + 1 + constantes.rondas + 2);
   codigo = CFases(malla, constantes, data, busca, tin, superficie, resumen).Busca();
   if (codigo != kHecho) return codigo;
   malla.SueltaEntorno();

@@ -36,6 +36,8 @@ struct CConstantesSuelo {
   double abajoBase = 0.20, abajoPendiente = 2.00;    ///< and below it: an upper terrace speaks for the slope beneath
   unsigned votosMinimos = 2;
   double parteVotos = 0.15;
+  bool atajos =
+      true;  ///< from round to round only what may come out otherwise is looked at; without, all, to the same end
 
   // --- pruning
   bool poda = true;

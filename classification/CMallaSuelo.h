@@ -29,6 +29,7 @@ struct CMinimoSuelo {
 class CMallaSuelo {
  public:
   static constexpr std::uint32_t kNinguno = 0xFFFFFFFF;
+  static constexpr int kParte = 8;  ///< cells: side of the squares by which spacings are told; a grid has whole ones
 
   double metro = 1, metroZ = 1;           ///< metres in a scaled unit, in plan and in height
   std::int64_t origenX = 0, origenY = 0;  ///< scaled units: the drawing's origin in its reference system
@@ -41,6 +42,8 @@ class CMallaSuelo {
   std::vector<CMinimoSuelo> minimos;
   std::vector<std::uint32_t> celdas;  ///< of each minimum, its cell
   std::vector<float> sp;              ///< of each minimum, metres: the spacing of those around it
+  std::vector<float> alcances;        ///< of each square, metres: the greatest spacing of the minima that may see into
+                                      ///< it, or that see one of these
   std::vector<CEstadoSuelo> estados;  ///< of each minimum
 
   [[nodiscard]] std::size_t Celdas() const { return static_cast<std::size_t>(columnas * filas); }
@@ -50,19 +53,29 @@ class CMallaSuelo {
   }
   /// The cell of a point within the grid.
   [[nodiscard]] std::size_t CeldaDe(CCoor3D<int> const& p) const { return Celda((p.x - x0) / lado, (p.y - y0) / lado); }
+  /// The square that a cell lies in.
+  [[nodiscard]] std::size_t Parte(std::uint32_t celda) const {
+    const std::int64_t fila = celda / columnas, columna = celda % columnas;
+    return static_cast<std::size_t>(fila / kParte * (columnas / kParte) + columna / kParte);
+  }
   [[nodiscard]] bool EsSuelo(std::size_t i) const { return estados[i] == CEstadoSuelo::Suelo; }
 
   /// Lets go of what tells neighbours. Vecinos() is over.
   void SueltaEntorno() {
     std::vector<std::uint32_t>().swap(celdas);
     std::vector<float>().swap(sp);
+    std::vector<float>().swap(alcances);
   }
 
   /// f(j, dx, dy, dz, d2) for the minima j within `espacios` times the spacing around minimum i, but itself, in their
   /// order: from i to j, in metres, and the square of the distance in plan. O(cells within the radius).
   template <class F>
   void Vecinos(std::size_t i, double espacios, F const& f) const {
-    const double radio = espacios * static_cast<double>(sp[i]);
+    Cercanos(i, espacios * static_cast<double>(sp[i]), f);
+  }
+  /// The same within a radius in metres.
+  template <class F>
+  void Cercanos(std::size_t i, double radio, F const& f) const {
     CMinimoSuelo const& p = minimos[i];
     const auto alcance = static_cast<std::int64_t>(radio / metro);
     const auto desde = [&](std::int64_t centro, std::int64_t cero) {

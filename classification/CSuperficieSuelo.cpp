@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "model/threads/CAvance.h"
 #include "model/threads/Reparto.h"
@@ -10,7 +11,7 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
+constexpr std::size_t kBloque = 512;   // minima that a thread takes at a time
 constexpr std::int64_t kAnillos = 64;  // cells: how far ground is looked for outside the triangles
 
 /// Twice the area of (a, b, p), positive where p lies on the right of a-b, as inside a clockwise triangle. Exact where
@@ -22,15 +23,17 @@ double Derecha(A const& a, B const& b, P const& p) {
 
 }  // namespace
 
-bool CSuperficieSuelo::MideVertices(CAvance& avance) {
-  if (!CalculaPlanos(malla, k, avance, planos)) return false;
+bool CSuperficieSuelo::MideVertices(CPlanosSuelo&& losPlanos, CAvance& avance, unsigned ocupados) {
+  planos = std::move(losPlanos);
   rugosidad.assign(malla.Minimos(), 0);
-  Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+  const auto mide = [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t i = desde; i < hasta; ++i) {
       if (malla.EsSuelo(i)) rugosidad[i] = static_cast<float>(Rugosidad(i));
     }
-  });
-  return true;
+  };
+  avance.Pasada(malla.Minimos());
+  return Reparte(
+      malla.Minimos(), kBloque, mide, [&](std::size_t hechos) { return avance(hechos); }, ocupados);
 }
 
 void CSuperficieSuelo::MideFacetas() {

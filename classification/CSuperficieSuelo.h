@@ -28,8 +28,9 @@ class CSuperficieSuelo {
   CSuperficieSuelo(CMallaSuelo const& laMalla, CConstantesSuelo const& lasK, CTinSuelo const& elTin)
       : malla(laMalla), k(lasK), tin(elTin) {}
 
-  /// Measures the vertices, for which the triangles need not be there yet. False when cancelled.
-  bool MideVertices(CAvance& avance);
+  /// Measures the vertices by their planes, for which the triangles need not be there yet; so many processors are busy
+  /// with something else. False when cancelled.
+  bool MideVertices(CPlanosSuelo&& losPlanos, CAvance& avance, unsigned ocupados);
   /// Measures the triangles.
   void MideFacetas();
 

@@ -11,8 +11,10 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
-constexpr std::uint8_t kSi = 1;        // bytes, not bits: threads write side by side
+constexpr std::size_t kBloque = 512;        // minima that a thread takes at a time
+constexpr std::size_t kBloqueMarcas = 128;  // of those whose surroundings are marked
+constexpr double kHolgura = 1.001;          // for what sums and products round off
+constexpr std::uint8_t kSi = 1;             // bytes, not bits: threads write side by side
 
 /// The slope of the plane through a ground minimum that fits the ground around it best, far heights counting little.
 void Plano(CMallaSuelo const& malla, CConstantesSuelo const& k, std::size_t i, CPlanosSuelo& planos) {
@@ -58,15 +60,28 @@ bool ParaTodos(CMallaSuelo const& malla, CAvance& avance, F const& f) {
   return Reparte(malla.Minimos(), kBloque, bloque, [&](std::size_t hechos) { return avance(hechos); });
 }
 
-/// Marks those that have just been taken in and what lies near them, and nothing else.
-void MarcaAlrededor(CMallaSuelo const& malla, std::vector<std::uint32_t> const& nuevos, double espacios,
-                    std::vector<std::uint8_t>& marcas) {
+/// How far a minimum sees: so many of its own spacings, and so many of those of whom it sees.
+struct CVista {
+  double propios, ajenos;
+};
+
+/// Marks those minima and all that see them, and hardly anything else. What counts is the spacing of the one that
+/// looks, which may be several times that of the one that is looked at.
+void MarcaQuienesVen(CMallaSuelo const& malla, CConstantesSuelo const& k, std::vector<std::uint32_t> const& vistos,
+                     CVista vista, std::vector<std::uint8_t>& marcas) {
+  if (!k.atajos) {
+    std::fill(marcas.begin(), marcas.end(), kSi);
+    return;
+  }
   std::fill(marcas.begin(), marcas.end(), std::uint8_t{0});
-  Reparte(nuevos.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+  Reparte(vistos.size(), kBloqueMarcas, [&](std::size_t desde, std::size_t hasta) {
     for (std::size_t n = desde; n < hasta; ++n) {
-      std::atomic_ref(marcas[nuevos[n]]).store(kSi, std::memory_order_relaxed);
-      malla.Vecinos(nuevos[n], espacios, [&](std::size_t j, double, double, double, double) {
-        std::atomic_ref(marcas[j]).store(kSi, std::memory_order_relaxed);
+      const std::uint32_t i = vistos[n];
+      std::atomic_ref(marcas[i]).store(kSi, std::memory_order_relaxed);
+      const double mayor = kHolgura * static_cast<double>(malla.alcances[malla.Parte(malla.celdas[i])]);
+      malla.Cercanos(i, (vista.propios + vista.ajenos) * mayor, [&](std::size_t j, double, double, double, double d2) {
+        const double alcance = vista.propios * kHolgura * static_cast<double>(malla.sp[j]) + vista.ajenos * mayor;
+        if (d2 <= alcance * alcance) std::atomic_ref(marcas[j]).store(kSi, std::memory_order_relaxed);
       });
     }
   });
@@ -74,20 +89,29 @@ void MarcaAlrededor(CMallaSuelo const& malla, std::vector<std::uint32_t> const& 
 
 }  // namespace
 
-bool CalculaPlanos(CMallaSuelo const& malla, CConstantesSuelo const& k, CAvance& avance, CPlanosSuelo& planos) {
-  planos.gx.assign(malla.Minimos(), 0);
-  planos.gy.assign(malla.Minimos(), 0);
-  return ParaTodos(malla, avance, [&](std::size_t i) {
-    if (malla.EsSuelo(i)) Plano(malla, k, i, planos);
+void RenuevaPlanos(CMallaSuelo const& malla, CConstantesSuelo const& k, std::vector<std::uint32_t> const& cambiados,
+                   CPlanosSuelo& planos) {
+  if (cambiados.empty()) return;
+  std::vector<std::uint8_t> cambia(malla.Minimos());
+  MarcaQuienesVen(malla, k, cambiados, {k.radioPlano, 0}, cambia);
+  Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta; ++i) {
+      if (cambia[i] != 0 && malla.EsSuelo(i)) Plano(malla, k, i, planos);
+    }
   });
 }
 
-bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::uint8_t>& crecidos, CAvance& avance) {
+bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CPlanosSuelo& planos,
+                std::vector<std::uint8_t>& crecidos, CAvance& avance) {
   crecidos.assign(malla.Minimos(), 0);
-  CPlanosSuelo planos;
-  if (!CalculaPlanos(malla, k, avance, planos)) return false;
+  planos.gx.assign(malla.Minimos(), 0);
+  planos.gy.assign(malla.Minimos(), 0);
+  const auto mide = [&](std::size_t i) {
+    if (malla.EsSuelo(i)) Plano(malla, k, i, planos);
+  };
+  if (!ParaTodos(malla, avance, mide)) return false;
   // From the second round on only what lies near the newcomers can come out otherwise.
-  std::vector<std::uint8_t> mira(malla.Minimos(), kSi), cambia(malla.Minimos()), acepta(malla.Minimos());
+  std::vector<std::uint8_t> mira(malla.Minimos(), kSi), acepta(malla.Minimos());
   std::vector<std::uint32_t> nuevos;
   for (unsigned ronda = 0; ronda < k.rondas; ++ronda) {
     const bool sigue = ParaTodos(malla, avance, [&](std::size_t i) {
@@ -103,20 +127,13 @@ bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::
       crecidos[i] = kSi;
     }
     if (nuevos.empty()) return true;
-    MarcaAlrededor(malla, nuevos, k.radioPlano, cambia);
-    MarcaAlrededor(malla, nuevos, k.radioPlano + k.radioVecinos, mira);
-    Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
-      for (std::size_t i = desde; i < hasta; ++i) {
-        if (cambia[i] != 0 && malla.EsSuelo(i)) Plano(malla, k, i, planos);
-      }
-    });
+    RenuevaPlanos(malla, k, nuevos, planos);
+    MarcaQuienesVen(malla, k, nuevos, {k.radioVecinos, k.radioPlano}, mira);
   }
   return true;
 }
 
-bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance) {
-  CPlanosSuelo planos;
-  if (!CalculaPlanos(malla, k, avance, planos)) return false;
+bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CPlanosSuelo& planos, CAvance& avance) {
   std::vector<std::uint8_t> sobra(malla.Minimos());
   const bool sigue = ParaTodos(malla, avance, [&](std::size_t i) {
     if (!malla.EsSuelo(i)) return;
@@ -128,10 +145,15 @@ bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance) {
     });
     sobra[i] = n >= k.vecinosPoda && alcanzan < k.partePoda * n ? kSi : std::uint8_t{0};
   });
-  for (std::size_t i = 0; sigue && i < malla.Minimos(); ++i) {
-    if (sobra[i] != 0) malla.estados[i] = CEstadoSuelo::Objeto;
+  if (!sigue) return false;
+  std::vector<std::uint32_t> podados;
+  for (std::uint32_t i = 0; i < malla.Minimos(); ++i) {
+    if (sobra[i] == 0) continue;
+    malla.estados[i] = CEstadoSuelo::Objeto;
+    podados.push_back(i);
   }
-  return sigue;
+  RenuevaPlanos(malla, k, podados, planos);
+  return true;
 }
 
 }  // namespace Meseta47

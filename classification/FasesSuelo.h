@@ -30,10 +30,10 @@ unsigned Aberturas(CMallaSuelo const& malla, CDataSuelo const& data);
 /// stays noise.
 bool SeparaPorAberturas(CMallaSuelo& malla, CConstantesSuelo const& k, CDataSuelo const& data, CAvance& avance);
 
-/// Marks basins of few vertices of the triangulated ground as noise. `hay`: whether there were any.
-bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, bool& hay);
+/// Marks basins of few vertices of the triangulated ground as noise, and tells which minima that were.
+bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, std::vector<std::uint32_t>& pozos);
 
-/// Slopes of the planes through ground minima, as rise over run; 0 for other minima.
+/// Slopes of the planes through ground minima, as rise over run; of other minima they say nothing.
 struct CPlanosSuelo {
   std::vector<float> gx, gy;
 
@@ -42,17 +42,21 @@ struct CPlanosSuelo {
     return static_cast<double>(gx[i]) * dx + static_cast<double>(gy[i]) * dy;
   }
 };
-bool CalculaPlanos(CMallaSuelo const& malla, CConstantesSuelo const& k, CAvance& avance, CPlanosSuelo& planos);
+/// Those around minima that have just become ground, or are it no longer.
+void RenuevaPlanos(CMallaSuelo const& malla, CConstantesSuelo const& k, std::vector<std::uint32_t> const& cambiados,
+                   CPlanosSuelo& planos);
 
-/// The ground takes in objects that its planes predict, round by round. `crecidos` tells which came so.
-bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::uint8_t>& crecidos, CAvance& avance);
+/// The ground takes in objects that its planes predict, round by round. `planos` are made, and kept up to date;
+/// `crecidos` tells which came so.
+bool CreceSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CPlanosSuelo& planos,
+                std::vector<std::uint8_t>& crecidos, CAvance& avance);
 
 /// The ground gives up minima that hardly any of their neighbours' planes reach.
-bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance);
+bool PodaSuelo(CMallaSuelo& malla, CConstantesSuelo const& k, CPlanosSuelo& planos, CAvance& avance);
 
 /// The ground gives up patches that grew and lie on top of what was ground before, such as roofs and bridges.
-bool RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, std::vector<std::uint8_t> const& crecidos,
-                        CAvance& avance);
+void RechazaComponentes(CMallaSuelo& malla, CConstantesSuelo const& k, CPlanosSuelo& planos,
+                        std::vector<std::uint8_t> const& crecidos);
 
 /// Gives the points their classes by their height about the surface, whose vertices are measured, and counts them.
 /// kHecho, kCancelado.

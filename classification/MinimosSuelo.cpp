@@ -22,7 +22,8 @@ constexpr double kMayorArea = 1 << 28;     // of these at most
 constexpr double kMayorMalla = 1 << 30;    // cells at most
 constexpr double kCeldasPunto = 16;        // cells for each point at most, once there are more than ...
 constexpr double kCeldasLibres = 1 << 22;  // ... these: sixteen are a corridor that runs across its box
-constexpr int kParte = 8;                  // cells: side of the squares by which the occupied part of a grid is told
+constexpr int kParte = CMallaSuelo::kParte;
+constexpr std::size_t kFranja = 2 * kParte;  // rows of cells that a thread takes at a time: whole blocks, whole squares
 
 std::int64_t PorDebajo(std::int64_t a, std::int64_t b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
 
@@ -111,21 +112,20 @@ class CDoseles {
 
   /// Leaves a block that is a canopy its lowest minimum alone. False when cancelled.
   bool Limpia(CAvance& avance) {
-    for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
+    ParaCeldas([&](std::size_t celda, CBloque& b) {
       const std::uint32_t lugar = malla.indice[celda];
-      if (lugar != CMallaSuelo::kNinguno) Rebaja(puntos, BloqueDe(celda).bajo, puntos[lugar], lugar);
-    }
+      if (lugar != CMallaSuelo::kNinguno) Rebaja(puntos, b.bajo, puntos[lugar], lugar);
+    });
     const auto altura = static_cast<std::int64_t>(k.alturaDosel / malla.metroZ);
     const bool sigue = ParaTodos(puntos, avance, [&](CCoor3D<int> const& p, std::size_t) {
       CBloque& b = BloqueDe(malla.CeldaDe(p));
       std::atomic_ref(b.todos).fetch_add(1, std::memory_order_relaxed);
       if (p.z > puntos[b.bajo].z + altura) std::atomic_ref(b.altos).fetch_add(1, std::memory_order_relaxed);
     });
-    for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
-      CBloque const& b = BloqueDe(celda);
+    ParaCeldas([&](std::size_t celda, CBloque const& b) {
       const bool dosel = b.todos >= k.dosel && b.altos > k.parteDosel * b.todos;
       if (dosel && malla.indice[celda] != b.bajo) malla.indice[celda] = CMallaSuelo::kNinguno;
-    }
+    });
     return sigue;
   }
 
@@ -133,6 +133,18 @@ class CDoseles {
   struct CBloque {
     std::uint32_t bajo = CMallaSuelo::kNinguno, todos = 0, altos = 0;
   };
+
+  /// f(cell, its block), on all processors; the cells of a block on one of them.
+  template <class F>
+  void ParaCeldas(F const& f) {
+    Reparte(static_cast<std::size_t>(malla.filas), kFranja, [&](std::size_t desde, std::size_t hasta) {
+      for (std::size_t fila = desde; fila < hasta; ++fila) {
+        CBloque* fila2 = bloques.data() + fila / 2 * static_cast<std::size_t>(columnas);
+        const std::size_t primera = malla.Celda(0, static_cast<std::int64_t>(fila));
+        for (std::size_t q = 0; q < static_cast<std::size_t>(malla.columnas); ++q) f(primera + q, fila2[q / 2]);
+      }
+    });
+  }
 
   CBloque& BloqueDe(std::size_t celda) {
     const auto ancho = static_cast<std::size_t>(malla.columnas);
@@ -148,13 +160,29 @@ class CDoseles {
 
 /// Takes the minima out of the cloud, row by row.
 void Recoge(CPuntosSuelo const& puntos, CMallaSuelo& malla) {
-  for (std::size_t celda = 0; celda < malla.indice.size(); ++celda) {
-    std::uint32_t& i = malla.indice[celda];
-    if (i == CMallaSuelo::kNinguno) continue;
-    malla.minimos.push_back({puntos[i].x, puntos[i].y, puntos[i].z});
-    malla.celdas.push_back(static_cast<std::uint32_t>(celda));
-    i = static_cast<std::uint32_t>(malla.minimos.size() - 1);
-  }
+  const auto filas = static_cast<std::size_t>(malla.filas), ancho = static_cast<std::size_t>(malla.columnas);
+  std::vector<std::size_t> primeros(filas + 1);  // of each row, its first minimum
+  Reparte(filas, kFranja, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t fila = desde; fila < hasta; ++fila) {
+      std::uint32_t const* casilla = malla.indice.data() + fila * ancho;
+      const auto vacias = std::count(casilla, casilla + ancho, CMallaSuelo::kNinguno);
+      primeros[fila + 1] = ancho - static_cast<std::size_t>(vacias);
+    }
+  });
+  std::partial_sum(primeros.begin(), primeros.end(), primeros.begin());
+  malla.minimos.resize(primeros.back());
+  malla.celdas.resize(primeros.back());
+  Reparte(filas, kFranja, [&](std::size_t desde, std::size_t hasta) {
+    std::size_t minimo = primeros[desde];
+    for (std::size_t celda = desde * ancho; celda < hasta * ancho; ++celda) {
+      std::uint32_t& i = malla.indice[celda];
+      if (i == CMallaSuelo::kNinguno) continue;
+      CCoor3D<int> const& p = puntos[i];
+      malla.minimos[minimo] = {p.x, p.y, p.z};
+      malla.celdas[minimo] = static_cast<std::uint32_t>(celda);
+      i = static_cast<std::uint32_t>(minimo++);
+    }
+  });
   malla.estados.assign(malla.minimos.size(), CEstadoSuelo::Suelo);
 }
 
@@ -164,7 +192,9 @@ class CPartes {
   explicit CPartes(CMallaSuelo const& laMalla)
       : malla(laMalla), columnas(malla.columnas / kParte), filas(malla.filas / kParte) {
     cuentas.resize(static_cast<std::size_t>(columnas * filas));
-    for (const std::uint32_t celda : malla.celdas) ++cuentas[Parte(celda)];
+    Reparte(static_cast<std::size_t>(malla.filas), kFranja, [&](std::size_t desde, std::size_t hasta) {
+      for (std::size_t fila = desde; fila < hasta; ++fila) Cuenta(fila);
+    });
   }
 
   /// The spacing around each square, of those near it that hold any, but for the emptiest fifth: these lie at the rim
@@ -186,9 +216,12 @@ class CPartes {
     return espaciados;
   }
 
-  [[nodiscard]] std::size_t Parte(std::uint32_t celda) const {
-    return static_cast<std::size_t>(celda / malla.columnas / kParte * columnas + celda % malla.columnas / kParte);
+  /// The greatest spacing within so many metres of each square.
+  [[nodiscard]] std::vector<float> Mayores(std::vector<float> const& espaciados, double metros) const {
+    const auto lejos = static_cast<std::int64_t>(std::ceil(metros / (kParte * malla.c)));
+    return MayoresEn(MayoresEn(espaciados, lejos, columnas, 1, filas, columnas), lejos, filas, columnas, columnas, 1);
   }
+
   [[nodiscard]] double Media() const {
     const auto llenas =
         static_cast<double>(cuentas.size() - static_cast<std::size_t>(std::count(cuentas.begin(), cuentas.end(), 0U)));
@@ -196,6 +229,29 @@ class CPartes {
   }
 
  private:
+  /// The greatest value within `lejos` places, along `lineas` lines of so many places each.
+  static std::vector<float> MayoresEn(std::vector<float> const& valores, std::int64_t lejos, std::int64_t lugares,
+                                      std::int64_t paso, std::int64_t lineas, std::int64_t entreLineas) {
+    std::vector<float> mayores(valores.size());
+    for (std::int64_t linea = 0; linea < lineas; ++linea) {
+      const auto en = [&](std::int64_t lugar) { return static_cast<std::size_t>(linea * entreLineas + lugar * paso); };
+      for (std::int64_t i = 0; i < lugares; ++i) {
+        const std::int64_t hasta = std::min(lugares - 1, i + lejos);
+        for (std::int64_t j = std::max<std::int64_t>(0, i - lejos); j <= hasta; ++j) {
+          mayores[en(i)] = std::max(mayores[en(i)], valores[en(j)]);
+        }
+      }
+    }
+    return mayores;
+  }
+
+  /// Counts the minima of a row of cells.
+  void Cuenta(std::size_t fila) {
+    std::uint32_t const* casilla = malla.indice.data() + malla.Celda(0, static_cast<std::int64_t>(fila));
+    std::uint32_t* cuenta = cuentas.data() + fila / kParte * static_cast<std::size_t>(columnas);
+    for (std::int64_t q = 0; q < malla.columnas; ++q) cuenta[q / kParte] += casilla[q] != CMallaSuelo::kNinguno ? 1 : 0;
+  }
+
   /// What the squares within two of this one hold, where they hold any.
   void Llenas(std::int64_t parte, std::vector<std::uint32_t>& llenas) const {
     const std::int64_t fila = parte / columnas, columna = parte % columnas;
@@ -237,7 +293,11 @@ int ReuneMinimos(CPuntosSuelo const& puntos, CConstantesSuelo const& k, CAvance&
   Recoge(puntos, malla);
   const CPartes partes(malla);
   const std::vector<float> espaciados = partes.Espaciados(k.mayorEspaciado);
-  for (const std::uint32_t celda : malla.celdas) malla.sp.push_back(espaciados[partes.Parte(celda)]);
+  malla.sp.resize(malla.Minimos());
+  Reparte(malla.Minimos(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t i = desde; i < hasta; ++i) malla.sp[i] = espaciados[malla.Parte(malla.celdas[i])];
+  });
+  malla.alcances = partes.Mayores(espaciados, (k.radioPlano + k.radioVecinos) * k.mayorEspaciado * malla.c);
   malla.espaciado = partes.Media();
   return kHecho;
 }

@@ -13,9 +13,9 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr std::size_t kBloque = 2048;  // minima that a thread takes at a time
-constexpr double kJunto = 1.5;         // spacings: within them lies the nearest minimum nearly always ...
-constexpr double kCerca = 2.5;         // ... and within these some twenty, where they are complete
+constexpr std::size_t kBloque = 512;  // minima that a thread takes at a time
+constexpr double kJunto = 1.5;        // spacings: within them lies the nearest minimum nearly always ...
+constexpr double kCerca = 2.5;        // ... and within these some twenty, where they are complete
 
 /// Looks for the basin of one minimum at a time.
 class CCuenca {
@@ -25,7 +25,7 @@ class CCuenca {
 
   /// Whether the water that rises from `i` stays within few minima, and off the rim of the ground, beyond which nobody
   /// knows.
-  bool EsPozo(std::size_t i) {
+  bool EsPozo(std::uint32_t i) {
     // Of equally low ones each is looked at: the floods agree.
     if (!PuedeSerFondo(i) || !estrella.Halla(i, [&](std::size_t o) { return Z(o) >= Z(i); })) return false;
     const std::int64_t nivel = Z(i) + hondo;
@@ -34,7 +34,7 @@ class CCuenca {
       if (n > 0 && !estrella.Halla(minimos[n], [](std::size_t) { return true; })) return false;
       for (const std::size_t o : estrella.Vecinos()) {
         if (Z(o) >= nivel || std::find(minimos.begin(), minimos.end(), o) != minimos.end()) continue;
-        minimos.push_back(o);
+        minimos.push_back(static_cast<std::uint32_t>(o));
       }
       if (minimos.size() > k.verticesPozo) return false;
     }
@@ -42,7 +42,7 @@ class CCuenca {
   }
 
   /// Of the last pit.
-  [[nodiscard]] std::vector<std::size_t> const& Minimos() const { return minimos; }
+  [[nodiscard]] std::vector<std::uint32_t> const& Minimos() const { return minimos; }
 
  private:
   [[nodiscard]] std::int64_t Z(std::size_t i) const { return malla.minimos[i].z; }
@@ -73,18 +73,18 @@ class CCuenca {
   CConstantesSuelo const& k;
   CEstrellaSuelo estrella;
   std::int64_t hondo;  ///< scaled units
-  std::vector<std::size_t> minimos;
+  std::vector<std::uint32_t> minimos;
   std::vector<double> distancias;  ///< squared
 };
 
 }  // namespace
 
-bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, bool& hay) {
+bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, std::vector<std::uint32_t>& pozos) {
   std::mutex cerrojo;
-  std::vector<std::size_t> pozos;
+  pozos.clear();
   const auto busca = [&](std::size_t desde, std::size_t hasta) {
     CCuenca cuenca(malla, k);
-    for (std::size_t i = desde; i < hasta; ++i) {
+    for (auto i = static_cast<std::uint32_t>(desde); i < hasta; ++i) {
       if (!malla.EsSuelo(i) || !cuenca.EsPozo(i)) continue;
       const std::lock_guard guarda(cerrojo);
       pozos.insert(pozos.end(), cuenca.Minimos().begin(), cuenca.Minimos().end());
@@ -92,8 +92,7 @@ bool QuitaPozos(CMallaSuelo& malla, CConstantesSuelo const& k, CAvance& avance, 
   };
   avance.Pasada(malla.Minimos());
   if (!Reparte(malla.Minimos(), kBloque, busca, [&](std::size_t hechos) { return avance(hechos); })) return false;
-  for (const std::size_t i : pozos) malla.estados[i] = CEstadoSuelo::Ruido;
-  hay = !pozos.empty();
+  for (const std::uint32_t i : pozos) malla.estados[i] = CEstadoSuelo::Ruido;
   return true;
 }
 

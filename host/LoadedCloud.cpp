@@ -12,6 +12,7 @@
 #include "host/Failure.h"
 #include "host/FileError.h"
 #include "host/PointStream.h"
+#include "model/storage/Reservado.h"
 #include "model/threads/Reparto.h"
 #include "planar/CMedidasDeRun.h"
 
@@ -451,7 +452,11 @@ void warnOfZeroHeights(Groups const& groups, HostApp& app) {
 
 std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties) {
   const std::vector<ScaledPoint> points = std::exchange(cloud.points, {});
-  if (!hilbert) return {points.begin(), points.end()};
+  if (!hilbert) {
+    std::vector<CCoor3D<int>> taken = Reservado<CCoor3D<int>>(points.size());
+    for (ScaledPoint const& p : points) taken.emplace_back(static_cast<CCoor3D<int>>(p));
+    return taken;
+  }
   std::vector<std::uint32_t> order = hilbertOrder(points, ties);
   if (!cloud.places.empty()) applyOrder(cloud.places, order);
   if (!cloud.colours.empty()) applyOrder(cloud.colours, order);

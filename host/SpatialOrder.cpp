@@ -11,6 +11,7 @@
 
 #include "model/geometry/CMaximas.h"
 #include "model/geometry/Hilbert.h"
+#include "model/storage/Reservado.h"
 #include "model/storage/VectorCrudo.h"
 #include "platform/Procesadores.h"
 
@@ -164,7 +165,8 @@ bool jumpsAbout(std::vector<ScaledPoint> const& points) {
 
 template <class To, class From>
 std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_t> const& order) {
-  std::vector<To> ordered(items.size());
+  std::vector<To> ordered = Reservado<To>(items.size());
+  ordered.resize(items.size());
   const unsigned parts = partsFor(items.size());
   inParallel(parts, [&](unsigned part, unsigned) {
     for (std::size_t i = items.size() * part / parts; i < items.size() * (part + 1) / parts; ++i) {

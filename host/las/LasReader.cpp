@@ -7,6 +7,7 @@
 #include "host/las/LasBytes.h"
 #include "host/las/LasCheck.h"
 #include "host/las/LasCodec.h"
+#include "platform/Procesadores.h"
 
 namespace Meseta47::host {
 
@@ -62,7 +63,7 @@ std::size_t LasReader::extraBytes() const { return header_.recordLength - lasRec
 
 std::vector<std::uint8_t> LasReader::vlrData(LasVlr const& vlr) const {
   std::vector<std::uint8_t> data(vlr.dataLength);
-  if (source_->read(vlr.dataStart, data) != data.size()) {
+  if (bytes().read(vlr.dataStart, data) != data.size()) {
     throw FileError(name(), "became shorter while it was read: wait until it is written");
   }
   return data;
@@ -120,13 +121,40 @@ std::size_t LasReader::readRecords(std::size_t max) {
   return got;
 }
 
+ByteSource& LasReader::bytes() const {
+  if (aheadGot_.valid()) aheadGot_.wait();
+  return *source_;
+}
+
 void LasReader::readPlain(std::size_t count) {
-  raw_.resize(count * header_.recordLength);
-  const std::size_t got = source_->read(header_.offsetToPoints + next_ * header_.recordLength, raw_);
+  const std::size_t length = count * header_.recordLength;
+  std::size_t got = 0;
+  if (aheadGot_.valid() && aheadFirst_ == next_ && ahead_.size() == length) {
+    got = aheadGot_.get();
+    raw_.swap(ahead_);
+  } else {
+    raw_.resize(length);
+    got = bytes().read(header_.offsetToPoints + next_ * header_.recordLength, raw_);
+  }
   if (got < raw_.size()) {
     failAtCutPoint(*source_, header_, next_ + got / header_.recordLength, got % header_.recordLength);
   }
   records_ = raw_;
+  readAhead(count);
+}
+
+/// Whoever takes a large block goes on to the next one as a rule, and has work to do until then.
+void LasReader::readAhead(std::size_t count) {
+  constexpr std::size_t kWorthAThread = 8192;  // points
+  const std::uint64_t first = next_ + count;
+  count = static_cast<std::size_t>(std::min<std::uint64_t>(count, header_.pointCount - first));
+  if (count < kWorthAThread || NumeroProcesadores() == 1) return;
+  static_cast<void>(bytes());  // what was read ahead in vain
+  ahead_.resize(count * header_.recordLength);
+  aheadFirst_ = first;
+  const std::uint64_t from = header_.offsetToPoints + first * header_.recordLength;
+  aheadGot_ =
+      std::async(std::launch::async | std::launch::deferred, [this, from] { return source_->read(from, ahead_); });
 }
 
 std::size_t LasReader::readBatch(std::vector<LasPoint>& points, std::size_t max) {

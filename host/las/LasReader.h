@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <span>
@@ -42,6 +43,8 @@ class LasReader {
   explicit LasReader(std::unique_ptr<ByteSource> source, LasReading const& reading = {});
   explicit LasReader(std::string const& path, LasReading const& reading = {})
       : LasReader(std::make_unique<FileSource>(path), reading) {}
+  LasReader(LasReader const&) = delete;  // what reads ahead knows where it is
+  LasReader& operator=(LasReader const&) = delete;
 
   /// The header; its count of points is that of the points that will be read.
   [[nodiscard]] LasHeader const& header() const { return header_; }
@@ -55,7 +58,7 @@ class LasReader {
     return laz_ ? std::optional(laz_->scheme()) : std::nullopt;
   }
   /// The octree of a file that has one (COPC). Reads its pages anew at each call.
-  [[nodiscard]] std::optional<Copc> octree() const { return readCopc(*source_, header_, vlrs_); }
+  [[nodiscard]] std::optional<Copc> octree() const { return readCopc(bytes(), header_, vlrs_); }
 
   /// Bytes of a record beyond those of its format.
   [[nodiscard]] std::size_t extraBytes() const;
@@ -92,6 +95,9 @@ class LasReader {
   [[nodiscard]] std::unique_ptr<LazRecords> openCompressed(LasFields fields) const;
   void choose(LasReading const& reading);
   void readPlain(std::size_t count);
+  void readAhead(std::size_t count);
+  /// The bytes of the file, once nothing is read ahead.
+  [[nodiscard]] ByteSource& bytes() const;
 
   std::unique_ptr<ByteSource> source_;
   LasHeader header_;
@@ -101,6 +107,11 @@ class LasReader {
   std::vector<std::uint8_t> raw_;    // of a plain one
   std::span<std::uint8_t const> records_;
   std::uint64_t next_ = 0;
+
+  // Of a plain file that is read block by block, the next one, on a thread of its own:
+  std::vector<std::uint8_t> ahead_;
+  std::uint64_t aheadFirst_ = 0;
+  std::future<std::size_t> aheadGot_;  // last: it ends before the rest goes
 };
 
 }  // namespace Meseta47::host

@@ -228,8 +228,9 @@ void CLinea<T>::OnPaint(ILienzo& lienzo, CTransformacion const& vista) const {
 
 template <class T>
 void CLinea<T>::CalculaMaximas() {
-  this->maximas.Borra();
-  for (CCoor3D<T> const& p : puntos) this->maximas.Nuevo(p);
+  CMaximas<T> caja;  // one of its own, which the loop keeps in registers
+  for (CCoor3D<T> const& p : puntos) caja.Nuevo(p);
+  this->maximas = caja;
 }
 
 template <class T>

@@ -67,12 +67,12 @@ class CAyudantes {
 }  // namespace
 
 bool Reparte(std::size_t total, std::size_t bloque, std::function<void(std::size_t, std::size_t)> const& trabajo,
-             std::function<bool(std::size_t)> const& avisa) {
+             std::function<bool(std::size_t)> const& avisa, unsigned ocupados) {
   Reparto reparto{total, bloque, trabajo};
-  const std::size_t bloques = (total + bloque - 1) / bloque;
+  const std::size_t bloques = std::max<std::size_t>((total + bloque - 1) / bloque, 1);
+  const unsigned procesadores = NumeroProcesadores(), libres = procesadores - std::min(procesadores - 1, ocupados);
   {
-    const CAyudantes ayudantes(reparto,
-                               std::min<std::size_t>(NumeroProcesadores(), std::max<std::size_t>(bloques, 1)) - 1);
+    const CAyudantes ayudantes(reparto, std::min<std::size_t>(libres, bloques) - 1);
     while (reparto.Bloque()) {
       if (avisa && !avisa(std::min(reparto.siguiente.load(std::memory_order_relaxed), total))) reparto.cancelado = true;
     }

@@ -14,8 +14,10 @@ namespace Meseta47 {
 ///
 /// `avisa`, when given, is called on the caller's thread between its blocks with the number of items begun; once it
 /// answers false no further block is begun. False when that happened.
+///
+/// Of the processors, `ocupados` are left to what goes on beside it, as far as there are others.
 URDIMBRE_API bool Reparte(std::size_t total, std::size_t bloque,
                           std::function<void(std::size_t, std::size_t)> const& trabajo,
-                          std::function<bool(std::size_t)> const& avisa = {});
+                          std::function<bool(std::size_t)> const& avisa = {}, unsigned ocupados = 0);
 
 }  // namespace Meseta47

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "platform/CWinApp.h"
 #include "tests/host/HostScenes.h"
 
 using namespace Meseta47::host;
@@ -347,14 +348,40 @@ TEST(LasReaderError, UnknownVersionsAndPointFormatsAreNamed) {
   EXPECT_THAT(errorOfReading(bytes), HasSubstr("point format 11 is not known"));
 }
 
+TEST(LasReader, WhatIsReadAheadIsTakenWhereItBelongsAndNowhereElse) {
+  CWinApp application;
+  application.PonProcesadores(2);
+  const LasScene scene(1, 100000);
+  LasReader reader = readerOf(withVlr(scene, vlr("LASF_Projection", 2112, {'P', 'R', 'O', 'J'})));
+  std::vector<LasPoint> points;
+  // In and out of step with what was read ahead, and with something else of the file read between.
+  for (auto const& [from, count] : std::vector<std::pair<std::size_t, std::size_t>>{{0, 20000},
+                                                                                    {20000, 20000},
+                                                                                    {40000, 10000},
+                                                                                    {70000, 20000},
+                                                                                    {90000, 10000},
+                                                                                    {10000, 20000},
+                                                                                    {30000, 20000}}) {
+    reader.seek(from);
+    EXPECT_EQ(reader.wkt(), "PROJ");
+    ASSERT_EQ(reader.readBatch(points, count), count) << from;
+    for (std::size_t i = 0; i < count; ++i) {
+      LasPoint const& expected = scene.points[from + i];
+      ASSERT_EQ(std::tuple(points[i].x, points[i].y, points[i].z), std::tuple(expected.x, expected.y, expected.z))
+          << from + i;
+    }
+  }
+}
+
 TEST(LasReaderError, AFileThatShrinksWhileItIsReadIsNoticed) {
   const Folder folder;
   const std::string path = folder.make("t.las", LasScene(1, 100000).bytes());
   LasReader reader(path);
   std::vector<LasPoint> points;
-  ASSERT_EQ(reader.readBatch(points, 50000), 50000U);
+  ASSERT_EQ(reader.readBatch(points, 30000), 30000U);
   std::filesystem::resize_file(path, 227 + 28 * 60000 + 9);
-  EXPECT_THAT(errorOf([&] { reader.readBatch(points, 50000); }),
+  ASSERT_EQ(reader.readBatch(points, 30000), 30000U) << "which may have been read ahead";
+  EXPECT_THAT(errorOf([&] { reader.readBatch(points, 30000); }),
               HasSubstr("point 60,001 is cut short (28 bytes expected, 9"));
 }
 
