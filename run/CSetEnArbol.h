@@ -146,14 +146,14 @@ class CSetEnArbol {
     }
     if (cantidad % 2 != 0) t->BorraMisVecinos();
   }
-  /// The first element that `vale` takes, walking both ways at once from the one touched last; without one, from the
-  /// end on whose side `x` lies.
+  /// The first element that `vale` takes, from the one touched last on: that one, then by turns the next behind it and
+  /// the next before it. Without one touched last, from the end on whose side `x` lies.
   template <class F>
   [[nodiscard]] TElemento* BuscaDesdeActual(std::int64_t x, F&& vale) {
     TElemento* desde = actual;
     if (desde == nullptr) desde = x < centro.x ? primero : ultimo;
-    TElemento* adelante = desde;
-    TElemento* atras = desde != nullptr ? desde->Ant() : nullptr;
+    if (desde == nullptr || vale(desde)) return desde;
+    TElemento *adelante = desde->Sig(), *atras = desde->Ant();
     while (adelante != nullptr || atras != nullptr) {
       if (adelante != nullptr) {
         if (vale(adelante)) return adelante;

@@ -264,7 +264,11 @@ class URDIMBRE_API CSetTetraedros : public CSetEnArbol<CSetTetraedros, CTetraedr
                            CBalance& balance);
   void SustituyeCavidad(CCoor3D<int>* p, CSetTetraedros& cerca);
   [[nodiscard]] static CSetTetraedros* SetParaCaja(CTetraedro const* t, CSetTetraedros& desde);
-  void VaciaLista();
+  void VaciaLista() noexcept;
+  void VaciaRama() noexcept;
+  [[nodiscard]] CSetTetraedros const* SiguienteDeRama(CSetTetraedros const* s) const;
+  template <class F>
+  void RecorreRama(F const& f) const;
   template <class F>
   bool VaciaEn(CFile* fichero, F const& registra);
 

@@ -1,6 +1,7 @@
 // Queries on the tree, and the removal of tetrahedra by an edge.
 #include <algorithm>
 
+#include "platform/Anticipa.h"
 #include "tetrahedral/CSetTetraedros.h"
 
 namespace Meseta47 {
@@ -133,14 +134,65 @@ void CSetTetraedros::CopiaTetraedros(std::vector<CTetraedro>& salida, std::vecto
   for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) hijos[i].CopiaTetraedros(salida, puntos);
 }
 
+/// The set after `s` in the order of files: a set before its children. Null after the last of this subtree.
+CSetTetraedros const* CSetTetraedros::SiguienteDeRama(CSetTetraedros const* s) const {
+  if (s->hijos != nullptr) return s->hijos;
+  while (s != this && s == &s->padre->hijos[kHijos - 1]) s = s->padre;
+  return s != this ? s + 1 : nullptr;
+}
+
+/// Calls `f` with each tetrahedron of the subtree and its place in the order of files. In no order: where the next one
+/// of a list lies is known only once this one has come from memory, so several lists are walked at once.
+template <class F>
+void CSetTetraedros::RecorreRama(F const& f) const {
+  constexpr unsigned kListas = 8;
+  struct CCursor {
+    CTetraedro* t;
+    std::uint32_t lugar;
+  };
+  CCursor cursores[kListas];
+  CSetTetraedros const* set = this;
+  std::uint32_t lugar = 0;
+  const auto toma = [&](CCursor& cursor) {
+    while (set != nullptr && set->primero == nullptr) set = SiguienteDeRama(set);
+    if (set == nullptr) return false;
+    cursor = {set->primero, lugar};
+    lugar += set->cantidad;
+    set = SiguienteDeRama(set);
+    return true;
+  };
+  unsigned abiertos = 0;
+  while (abiertos < kListas && toma(cursores[abiertos])) ++abiertos;
+  while (abiertos != 0) {
+    for (unsigned i = 0; i < abiertos; ++i) {
+      CCursor& cursor = cursores[i];
+      CTetraedro* t = cursor.t;
+      cursor.t = t->Sig();
+      if (cursor.t != nullptr) {
+        Anticipa(cursor.t);
+        AnticipaLectura(&cursor.t->sig);
+      }
+      f(t, cursor.lugar++);
+      if (cursor.t == nullptr && !toma(cursor)) cursor = cursores[--abiertos];
+    }
+  }
+}
+
 void CSetTetraedros::SetIdentificadores(int& siguiente) {
-  for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) t->identificador = siguiente++;
-  for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) hijos[i].SetIdentificadores(siguiente);
+  int cuantos = 0;
+  RecorreRama([&](CTetraedro* t, std::uint32_t lugar) {
+    t->identificador = siguiente + static_cast<int>(lugar);
+    ++cuantos;
+  });
+  siguiente += cuantos;
 }
 
 void CSetTetraedros::RellenaVectorPunteros(std::vector<CTetraedro*>& salida) const {
-  for (CTetraedro* t = primero; t != nullptr; t = t->Sig()) salida.push_back(t);
-  for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) hijos[i].RellenaVectorPunteros(salida);
+  std::size_t cuantos = 0;
+  for (CSetTetraedros const* s = this; s != nullptr; s = SiguienteDeRama(s)) cuantos += s->cantidad;
+  const std::size_t desde = salida.size();
+  salida.resize(desde + cuantos);
+  RecorreRama([&](CTetraedro* t, std::uint32_t lugar) { salida[desde + lugar] = t; });
 }
 
 void CSetTetraedros::RellenaVectorHijos(std::vector<CSetTetraedros*>& salida, bool soloLlenos) {

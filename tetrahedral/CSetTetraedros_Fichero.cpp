@@ -11,6 +11,7 @@
 #include "model/threads/Codigos.h"
 #include "model/threads/IPorcentaje.h"
 #include "model/threads/Reparto.h"
+#include "platform/Anticipa.h"
 #include "platform/CFile.h"
 #include "tetrahedral/CSetTetraedros.h"
 
@@ -21,6 +22,7 @@ namespace {
 constexpr unsigned kMensajeEscribe = 19022;
 constexpr int kNivelPropio = 1;             // of a set that is asked without its owner
 constexpr unsigned kPorBloque = 1024;       // records taken from the file at a time: 47 KB
+constexpr unsigned kPorDelante = 4;         // tetrahedra whose neighbours are on their way from memory
 constexpr std::size_t kPorTanda = 1 << 13;  // tetrahedra that a thread takes at a time
 
 /// What stands before the tetrahedra of a node.
@@ -57,7 +59,13 @@ int CSetTetraedros::EscribeNodo(CFile& fichero, CMarcha& marcha) const {
                            {maximas.Maximo.x, maximas.Maximo.y, maximas.Maximo.z},
                            {maximas.Minimo.x, maximas.Minimo.y, maximas.Minimo.z}};
   bool bien = Meseta47::Escribe(fichero, cabecera);
+  CTetraedro const* luego = primero;
+  for (unsigned i = 0; i < kPorDelante && luego != nullptr; ++i) luego = luego->Sig();
   for (CTetraedro const* t = primero; t != nullptr && bien; t = t->Sig()) {
+    if (luego != nullptr) {
+      for (const std::uint32_t vecino : luego->vecinos) AnticipaLectura(CTetraedro::De(vecino));
+      luego = luego->Sig();
+    }
     if (!marcha.Avanza()) return kCancelado;
     bien = t->Write(&fichero);
   }

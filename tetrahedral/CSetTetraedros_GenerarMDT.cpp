@@ -6,6 +6,7 @@
 #include "model/threads/CMarcha.h"
 #include "model/threads/Codigos.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/Anticipa.h"
 #include "tetrahedral/CSetTetraedros.h"
 
 namespace Meseta47 {
@@ -16,6 +17,10 @@ int CSetTetraedros::CambiaPunteros(CSetPuntosMdt& puntos, std::vector<int> const
     if (porcentaje != nullptr && porcentaje->Porcentaje(MENSAJES_DETALLE, static_cast<unsigned>(++*hechos),
                                                         static_cast<unsigned>(*total), false) == 0) {
       return kCancelado;
+    }
+    if (CTetraedro* luego = t->Sig(); luego != nullptr) {
+      Anticipa(luego);
+      Anticipa(&luego->puntos);
     }
     t->CambiaPuntos(puntos, mapa);
   }

@@ -45,22 +45,31 @@ bool CSetTetraedros::Salva(CFile* fichero, double limite, bool todas, std::vecto
   });
 }
 
-void CSetTetraedros::VaciaLista() {
+void CSetTetraedros::VaciaLista() noexcept {
   CTetraedro::DestruyeLista(std::exchange(primero, nullptr));
   ultimo = actual = inicio = nullptr;
   cantidad = 0;
   modificado = true;
 }
 
+void CSetTetraedros::VaciaRama() noexcept {
+  VaciaLista();
+  for (unsigned i = 0; hijos != nullptr && i < kHijos; ++i) hijos[i].VaciaRama();
+}
+
 void CSetTetraedros::clear() {
   if (borrador != nullptr) borrador->ultimoHecho = nullptr;
   if (padre == nullptr && nivel == 0 && hijos != nullptr) {
-    std::vector<CSetTetraedros*> sets;
-    for (unsigned i = 0; i < kHijos; ++i) hijos[i].RellenaVectorHijos(sets, true);
-    if (cantidad != 0) sets.push_back(this);
-    // The last one stays out: the root, which is emptied below, or a set that its own destructor empties.
-    if (!sets.empty()) sets.pop_back();
-    CHiloLiberarTetraedros::Libera(sets);
+    try {
+      std::vector<CSetTetraedros*> sets;
+      for (unsigned i = 0; i < kHijos; ++i) hijos[i].RellenaVectorHijos(sets, true);
+      if (cantidad != 0) sets.push_back(this);
+      // The last one stays out: the root, which is emptied below, or a set that its own destructor empties.
+      if (!sets.empty()) sets.pop_back();
+      CHiloLiberarTetraedros::Libera(sets);
+    } catch (...) {  // no memory for workers, or no lock: a destructor may ask for this, and one thread can do it all
+      VaciaRama();
+    }
   }
   VaciaLista();
 }

@@ -3,6 +3,7 @@
 
 #include "model/threads/CMarcha.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/Anticipa.h"
 #include "platform/CFile.h"
 #include "run/Recorrido.h"
 #include "tetrahedral/CTriangulacion3D.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr unsigned kMensajeLee = 19018;
 constexpr std::size_t kPorBloque = 4096;
+constexpr std::size_t kPorDelante = 8;  // tetrahedra whose points are on their way from memory
 
 }  // namespace
 
@@ -59,7 +61,15 @@ int CTriangulacion3D::RecorreTetraedros(CDibujo<int> const& dibujo, bool complet
 void CTriangulacion3D::RecorreMalla(CRecibeTetraedro const& recibe) const {
   std::vector<CTetraedro*> todos;
   setRaiz.RellenaVectorPunteros(todos);
-  for (CTetraedro const* t : todos) recibe({t->N1(), t->N2(), t->N3(), t->N4()});
+  const std::size_t n = todos.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i + 2 * kPorDelante < n) AnticipaLectura(todos[i + 2 * kPorDelante]->Puntos());
+    if (i + kPorDelante < n) {
+      for (unsigned k = 0; k < 4; ++k) AnticipaLectura(todos[i + kPorDelante]->Puntos()[k]);
+    }
+    CTetraedro const& t = *todos[i];
+    recibe({t.N1(), t.N2(), t.N3(), t.N4()});
+  }
 }
 
 }  // namespace Meseta47

@@ -119,7 +119,7 @@ TEST(SetEnArbol, EveryElementIsPartedFromItsNeighboursOnce) {
   }
 }
 
-TEST(SetEnArbol, TheSearchGoesBothWaysFromTheOneTouchedLast) {
+TEST(SetEnArbol, TheSearchGoesBothWaysFromTheOneTouchedLastTheNextOnesFirst) {
   Heap heap;
   heap.Fill(5);
   heap.actual = heap.primero->Sig()->Sig();
@@ -129,7 +129,7 @@ TEST(SetEnArbol, TheSearchGoesBothWaysFromTheOneTouchedLast) {
     return false;
   };
   EXPECT_EQ(heap.BuscaDesdeActual(0, ask), nullptr);
-  EXPECT_THAT(asked, ElementsAre(2, 1, 3, 0, 4));
+  EXPECT_THAT(asked, ElementsAre(2, 3, 1, 4, 0));
   asked.clear();
   heap.actual = nullptr;
   heap.centro.x = 10;

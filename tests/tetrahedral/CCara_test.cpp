@@ -87,6 +87,7 @@ TEST_F(CSetCarasTest, TwoEqualFacesGoAndTwoDifferentOnesStaySorted) {
 }
 TEST_F(CSetCarasTest, APairGoesWhereverItStands) {
   EXPECT_EQ(Left("aab"), "b");
+  EXPECT_EQ(Left("abb"), "a");
   EXPECT_EQ(Left("abbc"), "ac");
   EXPECT_EQ(Left("cabb"), "ac");
 }

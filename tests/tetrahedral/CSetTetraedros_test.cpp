@@ -5,6 +5,7 @@
 #include <set>
 
 #include "model/drawing/CDibujo.h"
+#include "support/FaultGuard.h"
 #include "support/Random.h"
 #include "support/SpaceScenes.h"
 
@@ -529,6 +530,19 @@ TEST_F(CSetTetraedrosTest, ClearingARootFreesTheTreeButTheLastSetGatheredWithout
   EXPECT_TRUE(root.TieneHijos());
 }
 
+TEST_F(CSetTetraedrosTest, WhereTheSystemRefusesWorkersATreeIsFreedAllTheSame) {
+  root.EstableceDivisiones(Box(-1000, 1000), true);
+  for (const EOperacion operation : {EOperacion::CreaSeccion, EOperacion::CreaEvento, EOperacion::CreaHilo}) {
+    FileMany(root, 1, 0, 0, 0);
+    FileMany(*root.Hijo(5), 3, 500, 500, 500);
+    FileMany(*root.Hijo(7), 2, 500, -500, 500);
+    FaultGuard guard;
+    guard.Refuse(operation);
+    EXPECT_NO_THROW(root.clear());
+    EXPECT_EQ(root.CantidadTotal(), 0U);
+  }
+}
+
 TEST_F(CSetTetraedrosTest, ACopyHasTheTreeAndNoneOfTheTetrahedra) {
   root.EstableceDivisiones(Box(-1000, 1000), true);
   FileMany(root, 2, 0, 0, 0);
@@ -558,6 +572,31 @@ TEST_F(CSetTetraedrosTest, IndicesRunOverTheChildrenFirstAndFilesOverTheOwnListF
   EXPECT_EQ(next, 5);
   EXPECT_EQ(root.Primero()->GetIdentificador(), 0);
   EXPECT_EQ(root.Hijo(2)->Primero()->GetIdentificador(), 3);
+}
+
+TEST_F(CSetTetraedrosTest, ManyListsWalkedAtOnceComeInTheOrderOfFiles) {
+  root.EstableceDivisiones(Box(-1000, 1000), true);
+  for (unsigned i = 0; i < 8; ++i) root.Hijo(i)->EstableceDivisiones(root.Hijo(i)->maximas, i % 2 == 0);
+  std::vector<CTetraedro*> expected;
+  const auto list = [&](CSetTetraedros& set, int count) {
+    FileMany(set, count, set.centro.x, set.centro.y, set.centro.z);
+    for (CTetraedro* t = set.Primero(); t != nullptr; t = t->Sig()) expected.push_back(t);
+  };
+  list(root, 2);
+  for (unsigned i = 0; i < 8; ++i) {
+    list(*root.Hijo(i), i == 4 ? 20 : static_cast<int>(i) % 3);
+    if (root.Hijo(i)->TieneHijos()) list(*root.Hijo(i)->Hijo(7), 3);
+  }
+  std::vector<CTetraedro*> all{nullptr};  // what is there stays
+  root.RellenaVectorPunteros(all);
+  expected.insert(expected.begin(), nullptr);
+  EXPECT_EQ(all, expected);
+  int next = 10;
+  root.SetIdentificadores(next);
+  EXPECT_EQ(next, 10 + static_cast<int>(expected.size()) - 1);
+  for (std::size_t i = 1; i < expected.size(); ++i) {
+    EXPECT_EQ(expected[i]->GetIdentificador(), 9 + static_cast<int>(i));
+  }
 }
 
 TEST_F(CSetTetraedrosTest, SetsAreGatheredAfterTheirSubtree) {
