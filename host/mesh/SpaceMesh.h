@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/SpatialOrder.h"
+#include "host/mesh/RealCoordinate.h"
 #include "model/geometry/CDataSemilla.h"
 
 namespace Meseta47::host {
@@ -31,7 +32,8 @@ struct SpaceMesh {
 
   [[nodiscard]] std::array<double, 3> place(ScaledPoint const& p) const {
     const double units = seed.Precision();
-    return {p.x / units + seed.origen[0], p.y / units + seed.origen[1], p.z / units + seed.origen[2]};
+    return {realCoordinate(p.x, seed.origen[0], units), realCoordinate(p.y, seed.origen[1], units),
+            realCoordinate(p.z, seed.origen[2], units)};
   }
 };
 

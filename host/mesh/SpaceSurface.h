@@ -7,6 +7,7 @@
 
 #include "host/OutputFile.h"
 #include "host/Steps.h"
+#include "host/mesh/RealCoordinate.h"
 #include "model/terrain/CTIN.h"
 #include "tetrahedral/CTriangulacion3D.h"
 
@@ -25,7 +26,8 @@ struct SpaceSurface {
   [[nodiscard]] std::array<double, 3> place(std::uint32_t vertex) const {
     CCoor3D<int> const& p = vertices[vertex];
     const double units = seed.Precision();
-    return {p.x / units + seed.origen[0], p.y / units + seed.origen[1], p.z / units + seed.origen[2]};
+    return {realCoordinate(p.x, seed.origen[0], units), realCoordinate(p.y, seed.origen[1], units),
+            realCoordinate(p.z, seed.origen[2], units)};
   }
 };
 

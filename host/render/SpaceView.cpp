@@ -21,6 +21,7 @@ constexpr double kLeast =
     0.25;                       // the light of a face turned away from it; between that and all of it goes by the angle
 constexpr double kHaze = 0.25;  // how far the farthest fade into the ground of the picture
 constexpr std::size_t kPerStep = 1 << 16;
+constexpr double kDegree = 3.14159265358979323846 / 180;
 
 using Vector = std::array<double, 3>;
 double dot(Vector const& a, Vector const& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
@@ -36,10 +37,8 @@ Vector unit(Vector const& a) {
 struct Axes {
   Vector right, up, near;
 
-  explicit Axes(Direction const& from) {
-    constexpr double kDegree = 3.14159265358979323846 / 180;
-    const double a = from.azimuth * kDegree, e = from.elevation * kDegree;
-    near = {std::sin(a) * std::cos(e), std::cos(a) * std::cos(e), std::sin(e)};
+  explicit Axes(Direction const& from) : near(towards(from)) {
+    const double a = from.azimuth * kDegree;
     right = {-std::cos(a), std::sin(a), 0};
     up = cross(near, right);
   }
@@ -204,6 +203,11 @@ class Painter {
 };
 
 }  // namespace
+
+std::array<double, 3> towards(Direction const& from) {
+  const double a = from.azimuth * kDegree, e = from.elevation * kDegree;
+  return {std::sin(a) * std::cos(e), std::cos(a) * std::cos(e), std::sin(e)};
+}
 
 Direction parseDirection(std::string const& text) {
   Direction d;

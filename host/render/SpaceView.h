@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "host/mesh/Surface.h"
 #include "host/render/Canvas.h"
 #include "host/render/Layout.h"
@@ -12,6 +14,9 @@ struct Direction {
   double azimuth = 0;    ///< degrees clockwise from north: where the viewer stands
   double elevation = 0;  ///< degrees above the horizon; below it, the surface is seen from beneath
 };
+
+/// The way to the viewer, as east, north and up; of length 1.
+[[nodiscard]] std::array<double, 3> towards(Direction const& from);
 
 /// Reads AZIMUTH,ELEVATION; elevations lie between -90 and 90. Throws UsageError.
 [[nodiscard]] Direction parseDirection(std::string const& text);

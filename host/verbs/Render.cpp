@@ -10,6 +10,7 @@
 #include "host/OutputCheck.h"
 #include "host/OutputFile.h"
 #include "host/Summary.h"
+#include "host/mesh/CutMesh.h"
 #include "host/mesh/SurfaceSource.h"
 #include "host/render/Picture.h"
 #include "host/render/SpaceView.h"
@@ -21,7 +22,7 @@ namespace {
 
 struct RenderOptions {
   CloudOptions cloud;
-  std::string output, size = "1600", view;
+  std::string output, size = "1600", view, cut;
   double maxSide = 0, contours = 0;
   bool classes = false;
   CLI::App const* verb = nullptr;
@@ -72,6 +73,39 @@ void tell(Summary& summary, PictureFacts const& f, std::size_t triangles, std::s
   summary.fact("contour_lines", f.contourLines);
 }
 
+/// Whether what is to be shown is a mesh in space; it is shown alone.
+bool isMeshInSpace(RenderOptions const& options) {
+  auto const& inputs = options.cloud.inputs;
+  const auto mesh = std::find_if(inputs.begin(), inputs.end(), isSpaceMesh);
+  if (mesh != inputs.end() && inputs.size() > 1) {
+    throw UsageError(fmt::format("{}: a mesh in space is shown alone: give one mesh", *mesh));
+  }
+  return mesh != inputs.end();
+}
+
+/// The outer faces of a mesh in space, cut open on the viewer's side.
+Surface loadMesh(RenderOptions const& options, Direction const& from, HostApp& app) {
+  requireNoCloudOptions(*options.verb, options.cloud, "mesh", {});
+  for (char const* name : {"--classes", "--max-side"}) {
+    if (options.verb->get_option(name)->count() != 0) {
+      throw UsageError(
+          fmt::format("{} is for clouds and models, and {} is a mesh in space", name, options.cloud.what()));
+    }
+  }
+  std::optional<Cut> cut;
+  if (!options.cut.empty()) {
+    cut = parseCut(options.cut);
+    cut->greaterGoes = towards(from)[cut->axis] > 0;
+  }
+  app.phase("Reading");
+  const ExactSpaceMesh mesh = readSpaceMesh(options.cloud.inputs[0]);
+  Surface surface = outerFaces(mesh, cut, [&app](auto done, auto all) { app.step(done, all); });
+  if (surface.triangles.empty()) {
+    throw Failure(fmt::format("{}: nothing is left of the mesh behind --cut {}", options.cloud.what(), options.cut));
+  }
+  return surface;
+}
+
 /// A map has what a view has not, and the other way round.
 void requireViewAlone(RenderOptions const& options) {
   for (char const* name : {"--contours", "--bounds"}) {
@@ -93,7 +127,13 @@ void runView(RenderOptions const& options, CommonOptions const& common, HostApp&
   const PictureSize size = parseSize(options.size);
   requireViewAlone(options);
   requireOutputs({options.output}, options.cloud.inputs);
-  Surface surface = summary.seconds.timed("load", [&] { return load(options, app); }).surface;
+  const bool mesh = isMeshInSpace(options);
+  if (!mesh && !options.cut.empty()) {
+    throw UsageError(
+        fmt::format("--cut opens meshes in space (.vtu, .mesh, .msh), and {} is none", options.cloud.what()));
+  }
+  Surface surface =
+      summary.seconds.timed("load", [&] { return mesh ? loadMesh(options, from, app) : load(options, app).surface; });
   if (options.maxSide > 0) dropLongTriangles(surface, options.maxSide);
   if (surface.triangles.empty()) {
     throw Failure(
@@ -122,6 +162,11 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   Summary summary;
   requirePng(options.output);
   if (!options.view.empty()) return runView(options, common, app);
+  if (!options.cut.empty()) throw UsageError("--cut opens a mesh for a view: say with --view whence");
+  if (isMeshInSpace(options)) {
+    throw UsageError(fmt::format("{}: there is no map of a mesh in space: say with --view whence it is looked at",
+                                 options.cloud.what()));
+  }
   PictureOptions how{parseSize(options.size), std::nullopt, options.contours, options.classes, {}, {}};
   if (!options.cloud.bounds.empty()) how.bounds = parseBounds(options.cloud.bounds);
   requireOutputs({options.output}, options.cloud.inputs);
@@ -158,7 +203,8 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addCloudOptions(*verb, o.cloud);
   addBorderOption(*verb, o.cloud);
   verb->get_option("IN")->description(
-      "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it");
+      "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it; or, with "
+      "--view, one mesh in space: .vtu, .mesh or .msh");
   verb->get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");
   verb->add_option("-o,--output", o.output, "The picture: .png")->required();
   verb->add_option("--size", o.size, "Pixels as WIDTHxHEIGHT, or one number for the longer side")
@@ -170,6 +216,9 @@ void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
   verb->add_option("--view", o.view,
                    "AZIMUTH,ELEVATION in degrees: paint no map but the surface in space as it is seen from there, lit, "
                    "such as 210,30 from the south-south-west and above");
+  verb->add_option("--cut", o.cut,
+                   "AXIS=VALUE, such as x=12.5: leave out the tetrahedra of a mesh in space whose centre lies on the "
+                   "viewer's side of this plane, to show its inside");
   verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
       ->capture_default_str()
       ->check(fromZeroUp());

@@ -78,6 +78,40 @@ refuses 1 "no such file" "$urdimbre" render missing.ply -o o.png
 refuses 1 "no such file" "$urdimbre" render missing.urd -o o.png
 refuses 1 "nowhere" "$urdimbre" render scan.ply -o nowhere/o.png
 
+# a mesh in space, whole and cut open on the viewer's side
+awk 'BEGIN { srand(3); for (i = 0; i < 500; ++i) printf "%.2f %.2f %.2f\n", 9 * rand() - 4, 9 * rand() - 4, 9 * rand() - 4 }' >dice.txt
+"$urdimbre" --json --quiet tetra dice.txt -o dice.vtu >dice.json
+"$urdimbre" --json --quiet render dice.vtu -o dice.png --view 60,20 --size 200 >whole.json
+is_png dice.png
+expect "outer faces of a mesh" "$(number triangles whole.json)" "$(number hull_faces dice.json)"
+"$urdimbre" --json --quiet render dice.vtu -o open.png --view 60,20 --size 200 --cut x=0 >open.json
+cmp -s dice.png open.png && fail "the cut is not to be seen"
+[ "$(number triangles open.json)" -gt 100 ] || fail "the cut bares nothing: $(number triangles open.json) faces"
+for format in mesh msh; do
+  "$urdimbre" --quiet tetra dice.txt -o "dice.$format"
+  "$urdimbre" --quiet render "dice.$format" -o "$format.png" --view 60,20 --size 200 --cut x=0
+  expect "picture of .$format" "$(cmp open.png "$format.png" && echo same)" same
+done
+"$urdimbre" --quiet render dice.vtu -o beyond.png --view 60,20 --size 200 --cut x=100
+expect "a cut beyond the mesh" "$(cmp dice.png beyond.png && echo same)" same
+# seen from the west it is the other side that goes, so that both together have each tetrahedron once
+refuses 1 "nothing is left" "$urdimbre" render dice.vtu -o o.png --view 60,20 --cut x=-100
+"$urdimbre" --quiet render dice.vtu -o west.png --view 240,20 --size 200 --cut x=-100
+refuses 1 "nothing is left" "$urdimbre" render dice.vtu -o o.png --view 240,20 --cut x=100
+refuses 1 "nothing is left" "$urdimbre" render dice.vtu -o o.png --view 60,20 --cut z=-100
+refuses 2 "such as x=12.5" "$urdimbre" render dice.vtu -o o.png --view 60,20 --cut w=1
+refuses 2 "such as x=12.5" "$urdimbre" render dice.vtu -o o.png --view 60,20 --cut x=1m
+refuses 2 "no map of a mesh" "$urdimbre" render dice.vtu -o o.png
+refuses 2 "whence" "$urdimbre" render dice.vtu -o o.png --cut x=0
+refuses 2 "scan.las is none" "$urdimbre" render scan.las -o o.png --view 60,20 --cut x=0
+refuses 2 "shown alone" "$urdimbre" render dice.vtu scan.las -o o.png --view 60,20
+refuses 2 "classes is for" "$urdimbre" render dice.vtu -o o.png --view 60,20 --classes
+refuses 2 "is for clouds" "$urdimbre" render dice.vtu -o o.png --view 60,20 --class 2
+refuses 1 "no such file" "$urdimbre" render missing.vtu -o o.png --view 60,20
+head -c 3000 dice.vtu >cut.vtu
+refuses 1 "cut.vtu" "$urdimbre" render cut.vtu -o o.png --view 60,20
+pass
+
 # damaged models, and a disk that is full
 head -c 300000 scan.ply >cut.ply
 refuses 1 "cut.ply" "$urdimbre" render cut.ply -o o.png

@@ -36,6 +36,14 @@ printf '0 0 100\n10 0 101\n0 10 102\n9 9 109\n5 4 104\n' >high.txt
 expect "warnings of lines at height 0" "$(grep -c 'have the height 0 throughout' doubts)" 1
 refuses 2 "--border" "$urdimbre" tetra scan.las -o b.vtu --border frame
 
+# beside the origin coordinates keep their decimals too, so that the file can be proved
+awk 'BEGIN { srand(7); for (i = 0; i < 2000; ++i) printf "%.3f %.3f %.3f\n", 20 * rand() - 10, 20 * rand() - 10, rand() - 1 }' >beside0.txt
+for format in vtu mesh msh; do
+  "$urdimbre" --quiet tetra beside0.txt -o "beside0.$format"
+  "$urdimbre" --quiet check --whole "beside0.$format"
+done
+pass
+
 # filters
 "$urdimbre" --json tetra scan.las -o ground.vtu --class 2 >ground.json 2>/dev/null
 "$urdimbre" --quiet check --whole ground.vtu
