@@ -1,10 +1,12 @@
 #include "classification/CTinSuelo.h"
 
 #include <algorithm>
-#include <tuple>
+#include <bit>
 
 #include "model/geometry/Hilbert.h"
+#include "model/storage/OrdenaPorCifras.h"
 #include "model/threads/IPorcentaje.h"
+#include "model/threads/Reparto.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47 {
@@ -13,21 +15,27 @@ namespace {
 
 constexpr double kSinLimite = 2147483647.0;  // scaled units: no side of a cloud is longer
 constexpr unsigned kIdentificador = 18;      // in the name of the temporary file
+constexpr std::size_t kBloque = 4096;        // vertices that a thread takes at a time
 
 /// The ground minima along a Hilbert curve of their cells: cells end one after another and little of the mesh is alive.
-std::vector<CCoor3D<int>> EnOrden(CMallaSuelo const& malla, std::vector<std::uint32_t> const& vertices) {
+std::vector<CCoor3D<int>> EnOrden(CMallaSuelo const& malla) {
   struct CClave {
     std::uint64_t lugar;
     std::uint32_t minimo;
   };
-  std::vector<CClave> claves;
-  claves.reserve(vertices.size());
-  for (const std::uint32_t i : vertices) {
-    const auto ancho = static_cast<std::uint32_t>(malla.columnas);
-    const std::uint32_t columna = malla.celdas[i] % ancho, fila = malla.celdas[i] / ancho;
-    claves.push_back({Hilbert(columna, fila), i});
+  VectorCrudo<CClave> claves, otras;
+  claves.reserve(malla.Minimos());
+  const auto ancho = static_cast<std::uint32_t>(malla.columnas);
+  for (std::uint32_t i = 0; i < malla.Minimos(); ++i) {
+    if (malla.EsSuelo(i)) claves.push_back({Hilbert(malla.celdas[i] % ancho, malla.celdas[i] / ancho), i});
   }
-  std::sort(claves.begin(), claves.end(), [](CClave const& a, CClave const& b) { return a.lugar < b.lugar; });
+  otras.resize(claves.size());
+  const auto lados = static_cast<std::uint64_t>(std::max(malla.columnas, malla.filas));
+  const unsigned bits = 2 * static_cast<unsigned>(std::bit_width(lados));
+  OrdenaPorCifras(claves, otras, std::min(bits, 32U),
+                  [](CClave const& c) { return static_cast<std::uint32_t>(c.lugar); });
+  OrdenaPorCifras(claves, otras, bits - std::min(bits, 32U),
+                  [](CClave const& c) { return static_cast<std::uint32_t>(c.lugar >> 32); });
   std::vector<CCoor3D<int>> puntos;
   puntos.reserve(claves.size());
   for (CClave const& clave : claves) {
@@ -69,17 +77,9 @@ class CPregunta final : public IPorcentaje {
 int CTinSuelo::Construye(CMallaSuelo const& malla, std::function<bool()> const& sigue) {
   tin.Clear();
   vertices.clear();
-  for (std::uint32_t i = 0; i < malla.Minimos(); ++i) {
-    if (malla.EsSuelo(i)) vertices.push_back(i);
-  }
-  if (vertices.size() < 3) return kHecho;
   CSetPuntos<int> puntos;
-  puntos.CLinea<int>::Asigna(EnOrden(malla, vertices));
-  // No two minima share a plan position, so this is the order of the points of the model.
-  std::sort(vertices.begin(), vertices.end(), [&malla](std::uint32_t a, std::uint32_t b) {
-    CMinimoSuelo const &p = malla.minimos[a], &q = malla.minimos[b];
-    return std::tie(p.x, p.y) < std::tie(q.x, q.y);
-  });
+  puntos.CLinea<int>::Asigna(EnOrden(malla));
+  if (puntos.NPuntos() < 3) return kHecho;
   CDibujo<int> nada(tin.semilla);
   CDibujoPrestado prestado(tin.semilla);
   prestado.otros[0]->Inserta(std::move(puntos));
@@ -87,7 +87,15 @@ int CTinSuelo::Construye(CMallaSuelo const& malla, std::function<bool()> const& 
   CPregunta pregunta(sigue);
   triangulacion.Avisa(&pregunta);
   const double lado = kSinLimite / tin.semilla.Precision();
-  return triangulacion.Run({.dibujo = nada, .otros = &prestado.otros, .ladoMaximo = lado, .vaciar = true}, tin);
+  const int codigo =
+      triangulacion.Run({.dibujo = nada, .otros = &prestado.otros, .ladoMaximo = lado, .vaciar = true}, tin);
+  vertices.resize(tin.puntos.size());
+  Reparte(vertices.size(), kBloque, [&](std::size_t desde, std::size_t hasta) {
+    for (std::size_t v = desde; v < hasta; ++v) {
+      vertices[v] = malla.indice[malla.CeldaDe(tin.puntos[static_cast<unsigned>(v)])];
+    }
+  });
+  return codigo;
 }
 
 }  // namespace Meseta47
