@@ -28,7 +28,7 @@ void CommonSystem::meet(ReferenceSystem const& found, std::string const& file) {
   const auto common = ReferenceSystem::common(system_, found);
   if (isGiven_) {
     if (!common) {
-      warnings_.push_back(
+      warn(
           fmt::format("{}: its reference system is {}; --a-srs takes its numbers for {}, without "
                       "transforming them",
                       file, found.label(), system_.label()));

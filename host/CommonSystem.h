@@ -26,7 +26,8 @@ class CommonSystem {
   /// Throws FileError, with both names, for a file that contradicts an earlier one. Against a given system nothing
   /// does, but is kept as a warning.
   void meet(ReferenceSystem const& found, std::string const& file);
-  /// What stands against the given system, a line each.
+  void warn(std::string warning) { warnings_.push_back(std::move(warning)); }
+  /// What stands against the given system, or was left out, a line each.
   [[nodiscard]] std::vector<std::string> const& warnings() const { return warnings_; }
 
  private:

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "host/FileError.h"
+#include "host/Paths.h"
 #include "host/las/LasNames.h"
 #include "host/vector/VectorInput.h"
 
@@ -77,27 +78,27 @@ std::vector<fs::path> entriesOf(fs::path const& folder) {
 /// Adds what the rest of a pattern, component by component, matches below a folder.
 void expandPattern(fs::path const& folder, fs::path::const_iterator part, fs::path::const_iterator end,
                    std::vector<std::string>& found) {
-  const std::string wanted = part->string();
+  const std::string wanted = textOf(*part);
   const bool last = std::next(part) == end;
   const auto take = [&](fs::path const& name) {
     const fs::path path = folder / name;
     std::error_code error;
-    if (last && fs::exists(path, error) && !fs::is_directory(path, error)) found.push_back(path.string());
+    if (last && fs::exists(path, error) && !fs::is_directory(path, error)) found.push_back(textOf(path));
     if (!last && fs::is_directory(path, error)) expandPattern(path, std::next(part), end, found);
   };
   if (!isPattern(wanted)) return take(wanted);
   for (fs::path const& entry : entriesOf(folder)) {
-    const std::string name = entry.string();
+    const std::string name = textOf(entry);
     if (name[0] != '.' && matches(wanted, name)) take(entry);
   }
 }
 
 void expandFolder(std::string const& folder, std::vector<std::string>& found) {
   const std::size_t before = found.size();
-  for (fs::path const& entry : entriesOf(folder)) {
-    const fs::path path = fs::path(folder) / entry;
+  for (fs::path const& entry : entriesOf(pathOf(folder))) {
+    const fs::path path = pathOf(folder) / entry;
     std::error_code error;
-    if (isNamedLas(path.string()) && !fs::is_directory(path, error)) found.push_back(path.string());
+    if (isNamedLas(textOf(entry)) && !fs::is_directory(path, error)) found.push_back(textOf(path));
   }
   if (found.size() == before) throw FileError(folder, "is a folder without a .las or .laz file: name the files");
 }
@@ -108,10 +109,10 @@ std::vector<std::string> expandInputs(std::vector<std::string> const& inputs) {
   std::vector<std::string> files;
   for (std::string const& input : inputs) {
     std::error_code error;
-    if (fs::is_directory(input, error) && !isVectorFile(input)) {
+    if (fs::is_directory(pathOf(input), error) && !isVectorFile(input)) {
       expandFolder(input, files);
-    } else if (isPattern(input) && !fs::exists(input, error)) {
-      const fs::path pattern(input);
+    } else if (isPattern(input) && !fs::exists(pathOf(input), error)) {
+      const fs::path pattern = pathOf(input);
       const std::size_t before = files.size();
       expandPattern({}, pattern.begin(), pattern.end(), files);
       if (files.size() == before) throw FileError(input, "no file matches: check the names and the folder");

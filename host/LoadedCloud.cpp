@@ -370,22 +370,23 @@ Groups inputsOf(std::vector<std::vector<std::string>> const& names, LoadOptions 
   return groups;
 }
 
-/// What a cloud says of where it lies. Where that is given, what cannot be understood is no fault.
-ReferenceSystem systemOf(Input const& input, LoadOptions const& options, bool isGiven) {
-  if (input.vector) return input.vector->system;
+/// Has the cloud say where it lies. Where that is given, what cannot be understood is no fault, nor in a build that
+/// understands none.
+void meetSystem(CommonSystem& common, Input const& input, LoadOptions const& options) {
+  if (input.vector) return common.meet(input.vector->system, input.name);
   const PointStream stream(input.name, options.columns, {.fields = LasFields::surface, .partial = options.partial});
   try {
-    return systemOf(stream.las());
-  } catch (FileError const&) {
-    if (!isGiven) throw;
-    return {};
+    common.meet(systemOf(stream.las()), input.name);
+  } catch (FileError const& error) {
+    if (!ReferenceSystem::areUnderstood()) return common.warn(error.what());
+    if (!common.isGiven()) throw;
   }
 }
 
 CommonSystem commonSystem(Groups const& groups, MapOptions const& map, LoadOptions const& options) {
   CommonSystem common(map.system);
   for (auto const& inputs : groups) {
-    for (Input const& input : inputs) common.meet(systemOf(input, options, common.isGiven()), input.name);
+    for (Input const& input : inputs) meetSystem(common, input, options);
   }
   return common;
 }

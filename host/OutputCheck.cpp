@@ -6,6 +6,7 @@
 
 #include "host/FileError.h"
 #include "host/OutputFile.h"
+#include "host/Paths.h"
 #include "host/vector/VectorOutput.h"
 #include "platform/CFicheroParcial.h"
 #include "platform/Ficheros.h"
@@ -26,9 +27,9 @@ std::vector<std::string> familyOf(std::string const& name) {
 /// Whether two names lead to one file, be it there already or not.
 bool areOne(std::string const& a, std::string const& b) {
   std::error_code error;
-  if (fs::equivalent(a, b, error)) return true;
+  if (fs::equivalent(pathOf(a), pathOf(b), error)) return true;
   error.clear();
-  const fs::path one = fs::weakly_canonical(a, error), other = fs::weakly_canonical(b, error);
+  const fs::path one = fs::weakly_canonical(pathOf(a), error), other = fs::weakly_canonical(pathOf(b), error);
   return !error && one == other;
 }
 

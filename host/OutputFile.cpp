@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/FileError.h"
+#include "host/Paths.h"
 
 namespace Meseta47::host {
 
@@ -18,7 +19,7 @@ std::string replacedBy(std::string const& name) { return DestinoFinal(CString::D
 // Renaming onto a device would put a plain file in its place.
 void requireReplaceable(std::string const& name) {
   std::error_code error;
-  const fs::file_status status = fs::status(name, error);
+  const fs::file_status status = fs::status(pathOf(name), error);
   if (fs::is_directory(status)) {
     throw FileError(name, "is a folder: give the name of a file to write");
   }

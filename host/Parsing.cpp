@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <string_view>
 
 #include "host/Failure.h"
+#include "host/Paths.h"
 
 namespace Meseta47::host {
 
@@ -32,7 +32,7 @@ bool parseNumber(std::string_view text, T& value) {
 }  // namespace
 
 std::string extensionOf(std::string const& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
+  std::string extension = textOf(pathOf(path).extension());
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
   return extension;

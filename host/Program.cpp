@@ -82,6 +82,7 @@ void addOptions(CLI::App& program, CommonOptions& common) {
   program.set_version_flag("--version", "urdimbre " URDIMBRE_VERSION);
   program.require_subcommand(1);
   program.fallthrough();
+  program.allow_windows_style_options(false);  // /data/scan.las is a file on every system
   program.add_flag("--quiet", common.quiet, "No progress, no summary");
   program.add_flag("--json", common.json, "Summary as JSON on stdout");
   program.add_option("--threads", common.threads, "Processors to use; 0 is all (the result does not depend on it)")
@@ -185,6 +186,18 @@ int runProgram(int argc, char const* const* argv) {
     return complainOfMemory();
   } catch (std::exception const& error) {
     return complain(kFailed, error.what());
+  }
+}
+
+int runCommandLine(int argc, char const* const* argv) {
+  try {
+    PonSalidaUtf8();
+    const std::vector<std::string> texts = Argumentos(argc, argv);
+    std::vector<char const*> words;
+    for (std::string const& text : texts) words.push_back(text.c_str());
+    return runProgram(static_cast<int>(words.size()), words.data());
+  } catch (std::bad_alloc const&) {
+    return complainOfMemory();
   }
 }
 

@@ -7,4 +7,7 @@ namespace Meseta47::host {
 /// thrown. Once a process at a time: the work has the process's application object.
 int runProgram(int argc, char const* const* argv);
 
+/// The same for what main() was given, in UTF-8 whatever the system.
+int runCommandLine(int argc, char const* const* argv);
+
 }  // namespace Meseta47::host

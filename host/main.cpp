@@ -1,3 +1,3 @@
 #include "host/Program.h"
 
-int main(int argc, char** argv) { return Meseta47::host::runProgram(argc, argv); }
+int main(int argc, char** argv) { return Meseta47::host::runCommandLine(argc, argv); }

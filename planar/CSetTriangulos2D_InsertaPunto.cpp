@@ -132,9 +132,9 @@ class CSetTriangulos2D::CObra::CCrecimiento {
   /// Puts a side in the ring and asks what lies behind it. Each neighbour is tested as often as it is met: that costs
   /// less than a branch on whether it has been tested.
   void Mira(CTriangulo2D* t, unsigned k, unsigned lado) {
-    CTriangulo2D* v = t->*CTriangulo2D::kVecino[k];
+    CTriangulo2D* v = t->*CTriangulo2D::CLados::kVecino[k];
     CAbanico::CLado& suyo = anillo[lado];
-    suyo.a = t->*CTriangulo2D::kPunto[k];
+    suyo.a = t->*CTriangulo2D::CLados::kPunto[k];
     suyo.condenado = t;
     suyo.fuera = v;
     if (v == nullptr) {
@@ -236,7 +236,7 @@ void CSetTriangulos2D::CObra::PonAbanico(CCoor3D<int>* p) {
     CTriangulo2D* siguiente = cavidad[i + 1 < n ? i + 1 : 0];
     anterior = ::new (cavidad[i]) CTriangulo2D(p, abanico.A(i), abanico.B(i), abanico.Circulo(i), abanico.Indices(i),
                                                {anterior, fuera, siguiente});
-    if (fuera != nullptr) fuera->*CTriangulo2D::kVecino[fuera->LadoDesde(abanico.B(i))] = anterior;
+    if (fuera != nullptr) fuera->*CTriangulo2D::CLados::kVecino[fuera->LadoDesde(abanico.B(i))] = anterior;
   }
 }
 

@@ -124,7 +124,7 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
   /// Clears the first neighbour link that equals `t`.
   void BorraVecino(CTriangulo2D const* t) {
     // Chosen without a branch: which of the three it is, is unpredictable.
-    CTriangulo2D*& suyo = this->*kVecino[LadoHacia(t)];
+    CTriangulo2D*& suyo = this->*CLados::kVecino[LadoHacia(t)];
     suyo = suyo == t ? nullptr : suyo;
   }
   /// Clears the links between this triangle and its neighbours, on both sides.
@@ -240,9 +240,12 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
     vecino = nullptr;
   }
 
-  /// First vertex of a side and neighbour across it, by the side's index: no branch chooses.
-  static CCoor3D<int>* CTriangulo2D::*const kPunto[3];
-  static CTriangulo2D* CTriangulo2D::*const kVecino[3];
+  /// First vertex of a side and neighbour across it, by the side's index: no branch chooses. In a class of their own,
+  /// as what an exported one holds is taken from the library instead of being known to callers.
+  struct CLados {
+    static CCoor3D<int>* CTriangulo2D::*const kPunto[3];
+    static CTriangulo2D* CTriangulo2D::*const kVecino[3];
+  };
 
   // What a walk reads comes first and fills one cache line: the pool starts each triangle on a line.
   CCirculo circulo;
@@ -255,9 +258,9 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
   CTriangulo2D *sig = nullptr, *ant = nullptr;
 };
 
-inline constexpr CCoor3D<int>* CTriangulo2D::*const CTriangulo2D::kPunto[3] = {&CTriangulo2D::p1, &CTriangulo2D::p2,
-                                                                               &CTriangulo2D::p3};
-inline constexpr CTriangulo2D* CTriangulo2D::*const CTriangulo2D::kVecino[3] = {
+inline constexpr CCoor3D<int>* CTriangulo2D::*const CTriangulo2D::CLados::kPunto[3] = {
+    &CTriangulo2D::p1, &CTriangulo2D::p2, &CTriangulo2D::p3};
+inline constexpr CTriangulo2D* CTriangulo2D::*const CTriangulo2D::CLados::kVecino[3] = {
     &CTriangulo2D::vecino12, &CTriangulo2D::vecino23, &CTriangulo2D::vecino31};
 
 }  // namespace Meseta47

@@ -20,3 +20,7 @@ bool URDIMBRE_API CreaCarpeta(CString const& path, CString* error = nullptr);
 
 /// Bytes that this user may still write on the disk that holds a file or folder; -1 when it cannot be told.
 [[nodiscard]] long long URDIMBRE_API EspacioLibre(CString const& path);
+
+/// A path as the system's own functions take it, whatever its length: on Windows one too long for them gets the prefix
+/// that lifts their limit, and is then a whole one.
+[[nodiscard]] CString URDIMBRE_API RutaSistema(CString const& path);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "platform/Exporta.h"
 
@@ -19,6 +21,14 @@ URDIMBRE_API void DevuelveMemoriaLibre();
 /// again: for a program whose phases need about as much memory each, so that only the first one pays for pages from the
 /// system. To be called before there are threads.
 URDIMBRE_API void GuardaMemoriaLibre();
+
+/// The program's arguments, its own name first, in UTF-8: main's own, or on Windows those that the system keeps, as
+/// main's have lost there what the code page lacks.
+[[nodiscard]] URDIMBRE_API std::vector<std::string> Argumentos(int cuantos, char const* const* argumentos);
+
+/// From here on what is written to the standard streams is UTF-8, and reaches a file or a pipe byte for byte. A
+/// terminal shows it so, until the process ends.
+URDIMBRE_API void PonSalidaUtf8();
 
 /// Whether a standard stream (stdout, stderr) is a terminal, and how many columns it has then, 80 when it does not
 /// tell.

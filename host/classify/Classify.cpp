@@ -7,6 +7,7 @@
 #include "host/CloudReader.h"
 #include "host/Failure.h"
 #include "host/OutputCheck.h"
+#include "host/Paths.h"
 #include "host/las/LasCopy.h"
 
 namespace Meseta47::host {
@@ -67,7 +68,7 @@ struct FileMarks {
   std::filesystem::file_time_type written;
 
   explicit FileMarks(std::string const& file)
-      : bytes(std::filesystem::file_size(file)), written(std::filesystem::last_write_time(file)) {}
+      : bytes(std::filesystem::file_size(pathOf(file))), written(std::filesystem::last_write_time(pathOf(file))) {}
   bool operator==(FileMarks const&) const = default;
 };
 

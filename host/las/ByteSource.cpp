@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "host/FileError.h"
+#include "host/Paths.h"
 
 namespace Meseta47::host {
 
@@ -28,7 +29,7 @@ namespace {
 
 void requireOrdinaryFile(std::string const& path) {
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = fs::status(pathOf(path), error);
   if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
     throw FileError(path, "is not an ordinary file: copy what it gives to one, and name that");
   }

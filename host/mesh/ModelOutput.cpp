@@ -1,13 +1,13 @@
 #include "host/mesh/ModelOutput.h"
 
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <utility>
 
 #include "host/Failure.h"
 #include "host/HostApp.h"
 #include "host/Parsing.h"
+#include "host/Paths.h"
 #include "model/threads/Codigos.h"
 
 namespace Meseta47::host {
@@ -47,7 +47,7 @@ int unitOf(ReferenceSystem const& system, std::string const& output) {
 }  // namespace
 
 ModelOutput::ModelOutput(std::string output) : output_(std::move(output)), how_(formatOf(output_)) {
-  how_.nombre = CString::DesdeUtf8(std::filesystem::path(output_).stem().string());
+  how_.nombre = CString::DesdeUtf8(textOf(pathOf(output_).stem()));
 }
 
 void ModelOutput::lieIn(ReferenceSystem const& system) {

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cpl_conv.h>
-#include <cpl_quad_tree.h>
 #include <memory>
+#include <span>
 
 #include "host/Failure.h"
 #include "model/drawing/CIndiceAnillos.h"
@@ -57,14 +56,8 @@ class Outer {
   std::unique_ptr<CAnillo> sides_;
 };
 
-CPLRectObj rectangle(CMaximas<int> const& box) {
-  return {static_cast<double>(box.Minimo.x), static_cast<double>(box.Minimo.y), static_cast<double>(box.Maximo.x),
-          static_cast<double>(box.Maximo.y)};
-}
-
-void boxOf(void const* outer, CPLRectObj* box) { *box = rectangle(static_cast<Outer const*>(outer)->box()); }
-
-/// The outer rings by their boxes.
+/// The outer rings by their boxes: a tree of halves, split at the middle of their centres along one axis and the other
+/// in turn. Node i has the halves 2i + 1 and 2i + 2.
 class OuterRings {
  public:
   explicit OuterRings(CTIN const& tin) : tin_(tin) {
@@ -72,24 +65,16 @@ class OuterRings {
     for (std::size_t i = 0; i < rings.size(); ++i) {
       if (!tin.EsHueco(i)) outers_.emplace_back(tin, i);
     }
-    CMaximas<int> all;
-    for (Outer const& outer : outers_) all.Nuevo(outer.box());
-    const CPLRectObj limits = rectangle(all);
-    tree_.reset(CPLQuadTreeCreate(&limits, boxOf));
-    for (Outer& outer : outers_) CPLQuadTreeInsert(tree_.get(), &outer);
+    for (Outer& outer : outers_) order_.push_back(&outer);
+    if (!order_.empty()) build(0, order_, true);
   }
 
   [[nodiscard]] std::vector<Outer> const& all() const { return outers_; }
 
   /// Place among all() of the smallest ring round a hole.
   std::size_t smallestAround(Indices const& hole) {
-    CPuntoTIN const& p = tin_.puntos[hole.front()];
-    const auto x = static_cast<double>(p.x), y = static_cast<double>(p.y);
-    const CPLRectObj at{x, y, x, y};
-    int count = 0;
-    const std::unique_ptr<void*, void (*)(void*)> found(CPLQuadTreeSearch(tree_.get(), &at, &count), CPLFree);
     std::vector<Outer*> candidates;
-    for (int i = 0; i < count; ++i) candidates.push_back(static_cast<Outer*>(found.get()[i]));
+    if (!order_.empty()) find(0, order_, tin_.puntos[hole.front()], candidates);
     std::sort(candidates.begin(), candidates.end(), [](Outer const* a, Outer const* b) {
       return a->twiceArea() != b->twiceArea() ? a->twiceArea() < b->twiceArea() : a->ring() < b->ring();
     });
@@ -100,9 +85,37 @@ class OuterRings {
   }
 
  private:
+  using Part = std::span<Outer*>;
+
+  static std::int64_t twiceCentre(Outer const& outer, bool alongX) {
+    CMaximas<int> const& box = outer.box();
+    return alongX ? std::int64_t{box.Minimo.x} + box.Maximo.x : std::int64_t{box.Minimo.y} + box.Maximo.y;
+  }
+
+  void build(std::size_t node, Part part, bool alongX) {
+    if (boxes_.size() <= node) boxes_.resize(node + 1);
+    for (Outer const* outer : part) boxes_[node].Nuevo(outer->box());
+    if (part.size() == 1) return;
+    const std::size_t half = part.size() / 2;
+    std::nth_element(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(half), part.end(),
+                     [&](auto* a, auto* b) { return twiceCentre(*a, alongX) < twiceCentre(*b, alongX); });
+    build(2 * node + 1, part.first(half), !alongX);
+    build(2 * node + 2, part.subspan(half), !alongX);
+  }
+
+  void find(std::size_t node, Part part, CPuntoTIN const& p, std::vector<Outer*>& found) const {
+    CMaximas<int> const& box = boxes_[node];
+    if (p.x < box.Minimo.x || p.x > box.Maximo.x || p.y < box.Minimo.y || p.y > box.Maximo.y) return;
+    if (part.size() == 1) return found.push_back(part.front());
+    const std::size_t half = part.size() / 2;
+    find(2 * node + 1, part.first(half), p, found);
+    find(2 * node + 2, part.subspan(half), p, found);
+  }
+
   CTIN const& tin_;
   std::vector<Outer> outers_;
-  std::unique_ptr<CPLQuadTree, void (*)(CPLQuadTree*)> tree_{nullptr, CPLQuadTreeDestroy};
+  std::vector<Outer*> order_;
+  std::vector<CMaximas<int>> boxes_;
 };
 
 Ring realRing(CTIN const& tin, Indices const& indices) {

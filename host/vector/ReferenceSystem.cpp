@@ -61,6 +61,8 @@ bool sameInPlan(ReferenceSystem const& a, ReferenceSystem const& b) {
 
 }  // namespace
 
+bool ReferenceSystem::areUnderstood() { return true; }
+
 ReferenceSystem ReferenceSystem::fromUser(std::string const& text) {
   startGdal();
   const GdalReport report;

@@ -21,6 +21,10 @@ class ReferenceSystem {
  public:
   ReferenceSystem() = default;
 
+  /// Whether this build understands reference systems; in one without GDAL all stay unknown, and what files say of
+  /// theirs is a FileError that tells that it is left out.
+  [[nodiscard]] static bool areUnderstood();
+
   /// Of whatever a person may write: EPSG:25830, EPSG:25830+5782, well known text, PROJ.4 text, PROJJSON, or the name
   /// of a file that holds one. Throws UsageError.
   static ReferenceSystem fromUser(std::string const& text);

@@ -2,19 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <memory>
 #include <ogrsf_frmts.h>
 #include <set>
 
 #include "host/FileError.h"
+#include "host/Parsing.h"
+#include "host/Paths.h"
 #include "host/las/ByteSource.h"
 #include "host/vector/Gdal.h"
 
 namespace Meseta47::host {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -238,24 +237,16 @@ class Reader {
 
 }  // namespace
 
-std::uint64_t placesAtZero(VectorEntity const& entity) {
-  auto const& places = entity.places;
-  return static_cast<std::uint64_t>(
-      std::count_if(places.begin(), places.end(), [](auto const& place) { return place[2] == 0; }));
-}
-
-bool liesAtZero(VectorEntity const& entity) { return placesAtZero(entity) == entity.places.size(); }
-
 bool isVectorFile(std::string const& path) {
   static const std::set<std::string> kCloudsToo{"", "las", "laz", "txt", "xyz", "csv", "tsv", "asc", "pts", "dat"};
-  const std::string extension = lower(fs::path(path).extension().string());
+  const std::string extension = extensionOf(path);
   const std::string name = extension.empty() ? "" : extension.substr(1);
   return kCloudsToo.count(name) == 0 && vectorExtensions().count(name) != 0;
 }
 
 VectorContent readVectorFile(std::string const& path, VectorOptions const& options) {
   std::error_code error;
-  if (!fs::exists(path, error)) throw FileError(path, "cannot be read: No such file or directory");
+  if (!std::filesystem::exists(pathOf(path), error)) throw FileError(path, "cannot be read: No such file or directory");
   startGdalFormats();
   return Reader(path, options).read();
 }

@@ -72,6 +72,12 @@ unsigned long long MemoriaResidente() { return LineaDeEstado("VmRSS:"); }
 // Not from getrusage: the figure there also counts the program that this one was started from.
 unsigned long long MemoriaResidenteMaxima() { return LineaDeEstado("VmHWM:"); }
 
+std::vector<std::string> Argumentos(int cuantos, char const* const* argumentos) {
+  return {argumentos, argumentos + cuantos};
+}
+
+void PonSalidaUtf8() {}  // it is so already
+
 bool EsTerminal(std::FILE* salida) { return salida != nullptr && ::isatty(::fileno(salida)) == 1; }
 
 unsigned ColumnasTerminal(std::FILE* salida) {
