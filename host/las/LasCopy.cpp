@@ -39,19 +39,9 @@ void putClasses(std::span<std::uint8_t> records, LasHeader const& header, std::s
   }
 }
 
-}  // namespace
-
-void requireClassFits(std::string const& file, unsigned pointFormat, unsigned wanted) {
-  if (wanted <= lasClassMask(pointFormat)) {
-    return;
-  }
-  throw FileError(file, fmt::format("class {} does not fit point format {}, which ends at 31: choose a class from 0 to "
-                                    "31, or convert the file to format 6",
-                                    wanted, pointFormat));
-}
-
-bool copyWithClasses(std::string const& from, std::string const& to, std::span<std::uint8_t const> classes,
-                     CopyProgress const& progress) {
+/// Writes the whole copy into a file that it makes. False when `progress` stops it.
+bool copyInto(std::optional<OutputFile>& made, std::string const& from, std::string const& to,
+              std::span<std::uint8_t const> classes, CopyProgress const& progress) {
   LasReader reader(from);
   requireOneClassEach(reader, classes);
   LasHeader const& header = reader.header();
@@ -59,7 +49,7 @@ bool copyWithClasses(std::string const& from, std::string const& to, std::span<s
   if (isNamedLaz(to)) scheme = lazSchemeFor(header.pointFormat, static_cast<unsigned>(reader.extraBytes()));
   FileSource rest(from);
   const LasSurroundings surroundings(reader, rest, scheme);
-  OutputFile output(to);
+  OutputFile& output = made.emplace(to);
   surroundings.writeBefore(output);
   std::optional<LazRecordWriter> compressed;
   if (scheme) compressed.emplace(output, *scheme);
@@ -79,7 +69,25 @@ bool copyWithClasses(std::string const& from, std::string const& to, std::span<s
   if (writing.valid()) writing.get();
   if (compressed) compressed->finish();
   surroundings.writeAfter(output);
-  output.commit();
+  return true;
+}
+
+}  // namespace
+
+void requireClassFits(std::string const& file, unsigned pointFormat, unsigned wanted) {
+  if (wanted <= lasClassMask(pointFormat)) {
+    return;
+  }
+  throw FileError(file, fmt::format("class {} does not fit point format {}, which ends at 31: choose a class from 0 to "
+                                    "31, or convert the file to format 6",
+                                    wanted, pointFormat));
+}
+
+bool copyWithClasses(std::string const& from, std::string const& to, std::span<std::uint8_t const> classes,
+                     CopyProgress const& progress) {
+  std::optional<OutputFile> output;
+  if (!copyInto(output, from, to, classes, progress)) return false;
+  output->commit();  // when nobody reads the file any more: Windows lets none take the name of an open one
   return true;
 }
 
