@@ -1,6 +1,7 @@
 #include "host/PointStream.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <span>
 
@@ -12,6 +13,7 @@ namespace Meseta47::host {
 namespace {
 
 constexpr std::size_t kBlock = 8192;  // points that a thread takes at a time
+constexpr std::size_t kPiece = 256;   // of them decoded at once: 12 KB, which stay in the nearest cache
 constexpr double kFarthest = 9e15;    // beyond it a scaled coordinate is no whole number in a double any more
 
 std::int64_t toWhole(double v) { return std::llround(std::clamp(v, -kFarthest, kFarthest)); }
@@ -48,7 +50,7 @@ WidePoint scaled(std::array<double, 3> const& place, CDataSemilla const& seed) {
 }
 
 PointStream::PointStream(std::string const& file, TextColumns const& columns, LasReading const& reading)
-    : reader_(file, columns, reading) {}
+    : reader_(file, columns, reading), coloured_(reader_.hasColour() && reading.fields == LasFields::all) {}
 
 Extent const& PointStream::measure() {
   if (found_) return *found_;
@@ -75,34 +77,39 @@ std::optional<Extent> PointStream::extent(bool believe) {
 }
 
 bool PointStream::next(CDataSemilla const& seed, std::vector<WidePoint>& points) {
+  if (reader_.isLas()) return nextOfLas(*reader_.las(), seed, points);
   points.clear();
-  const double units = seed.Precision();
-  if (LasReader* las = reader_.las(); las != nullptr) {
-    const std::size_t count = las->readRecords();
-    if (count == 0) return false;
-    const auto map = [&](std::size_t axis) {
-      return AxisMap(las->header().scale[axis], las->header().offset[axis], seed.origen[axis], units);
-    };
-    const AxisMap x = map(0), y = map(1), z = map(2);
-    const unsigned format = las->header().pointFormat;
-    const std::size_t length = las->header().recordLength;
-    las_.resize(count);
-    points.resize(count);
-    Reparte(count, kBlock, [&](std::size_t from, std::size_t to) {
-      const std::span part = std::span(las_).subspan(from, to - from);
-      decodeLasPoints(format, las->rawRecords().data() + from * length, length, part);
-      for (std::size_t i = from; i < to; ++i) {
-        LasPoint const& p = las_[i];
-        points[i] = {{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification, reader_.colourOf(p)};
-      }
-    });
-    return true;
-  }
   if (reader_.readBatch(text_) == 0) return false;
   for (CloudPoint const& p : text_) {
     points.push_back({scaled({p.x, p.y, p.z}, seed).position, p.intensity, p.classification, {p.r, p.g, p.b}});
   }
   return true;
+}
+
+bool PointStream::nextOfLas(LasReader& las, CDataSemilla const& seed, std::vector<WidePoint>& points) {
+  const std::size_t count = las.readRecords();
+  points.resize(count);
+  const auto map = [&](std::size_t axis) {
+    return AxisMap(las.header().scale[axis], las.header().offset[axis], seed.origen[axis], seed.Precision());
+  };
+  const AxisMap x = map(0), y = map(1), z = map(2);
+  const unsigned format = las.header().pointFormat;
+  const std::size_t length = las.header().recordLength;
+  Reparte(count, kBlock, [&](std::size_t from, std::size_t to) {
+    std::array<LasPoint, kPiece> piece;
+    for (; from < to; from += kPiece) {
+      const std::span part = std::span(piece).first(std::min(kPiece, to - from));
+      decodeLasPoints(format, las.rawRecords().data() + from * length, length, part);
+      WidePoint* wide = points.data() + from;
+      for (LasPoint const& p : part) {
+        *wide++ = {{x(p.x), y(p.y), z(p.z)}, p.intensity, p.classification, {}};
+      }
+      if (!coloured_) continue;
+      wide -= part.size();
+      for (LasPoint const& p : part) (wide++)->colour = reader_.colourOf(p);
+    }
+  });
+  return count > 0;
 }
 
 }  // namespace Meseta47::host

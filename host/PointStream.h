@@ -44,9 +44,10 @@ class PointStream {
 
  private:
   Extent const& measure();
+  bool nextOfLas(LasReader& las, CDataSemilla const& seed, std::vector<WidePoint>& points);
 
   CloudReader reader_;
-  std::vector<LasPoint> las_;
+  bool coloured_;  ///< of a LAS file
   std::vector<CloudPoint> text_;
   std::optional<Extent> found_;
   std::uint64_t measured_ = 0;

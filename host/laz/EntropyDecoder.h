@@ -27,7 +27,7 @@ class EntropyDecoder {
   /// Takes up at the first byte.
   explicit EntropyDecoder(std::span<std::uint8_t const> bytes)
       : next_(bytes.data()), end_(bytes.data() + bytes.size()), length_(0xffffffffU) {
-    value_ = ahead();
+    value_ = std::min(ahead(), length_ - 1);  // less than the length, as it stays: it bounds what models are asked
     next_ += 4;
   }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "platform/Cuenta.h"
 
@@ -48,9 +49,10 @@ class BitModel {
 
 /// Frequencies of up to `Capacity` symbols; how many there are is said when the model is made or reset.
 ///
-/// The shares are sorted, and a symbol is found by counting those that do not exceed a number: first among every
-/// sixteenth, then among sixteen. Symbols are unpredictable by their nature, and this takes no branch that depends on
-/// them. Shares beyond the last symbol hold the largest number, which only the last symbol's shares can reach.
+/// The shares are sorted. A table tells for every so many of them, a bucket, the first symbol that reaches into it, and
+/// the symbol is found by counting how many of the next sixteen begin below a number. Symbols are unpredictable by
+/// their nature, and this takes no branch that depends on them, but where more than sixteen reach into a bucket: those
+/// are rare. Shares are kept less 2^15, so that what stands behind the last symbol is larger than any number asked for.
 template <unsigned Capacity>
 class SymbolModel {
  public:
@@ -62,30 +64,28 @@ class SymbolModel {
     symbols_ = symbols;
     counts_.fill(0);
     std::fill_n(counts_.begin(), symbols, std::uint16_t{1});
-    starts_.fill(kLargest);
-    coarse_.fill(kLargest);
+    starts_.fill(kBeyond);
     total_ = symbols;
     share();
     cycle_ = untilUpdate_ = (symbols + 6) / 2;
   }
 
-  [[nodiscard]] unsigned last() const { return symbols_ - 1; }
+  [[nodiscard]] constexpr unsigned last() const { return symbols_ - 1; }
   /// Share of all symbols below this one, of 2^15; of a symbol beyond the last one, any number.
-  [[nodiscard]] std::uint32_t start(unsigned symbol) const { return static_cast<std::uint32_t>(starts_[symbol]); }
+  [[nodiscard]] constexpr std::uint32_t start(unsigned symbol) const {
+    return static_cast<std::uint32_t>(starts_[symbol] + kShares);
+  }
 
-  /// The symbol whose shares hold this one, or the last symbol.
+  /// The symbol whose shares hold this one, which is below kBuckets * kBucket, or the last symbol.
   [[nodiscard]] unsigned find(std::uint32_t share) const {
-    const auto wanted = static_cast<std::int16_t>(std::min<std::uint32_t>(share, kLargest));
-    if constexpr (kGroups <= kGroupsAtOnce) {
-      unsigned found = 0;
-      for (unsigned i = 0; i < kGroups * kGroup; i += kGroup) found += CuentaHasta(starts_.data() + i, wanted);
-      return std::min(found - 1, last());
-    } else {
-      unsigned group = 0;
-      for (unsigned i = 0; i < coarse_.size(); i += kGroup) group += CuentaHasta(coarse_.data() + i, wanted);
-      const unsigned first = kGroup * (std::min(group, kGroups) - 1);
-      return std::min(first + CuentaHasta(starts_.data() + first, wanted) - 1, last());
+    const auto wanted = static_cast<std::int16_t>(static_cast<std::int32_t>(share) - kShares);
+    unsigned first = firsts_[share / kBucket];
+    unsigned begun = CuentaHasta(starts_.data() + first, wanted);
+    while (begun == kGroup) {
+      first += kGroup;
+      begun = CuentaHasta(starts_.data() + first, wanted);
     }
+    return first + begun - 1;
   }
 
   void note(unsigned symbol) {
@@ -95,10 +95,11 @@ class SymbolModel {
 
  private:
   static constexpr unsigned kGroup = 16;
-  static constexpr unsigned kGroupsAtOnce = 4;  // so few are looked through at once faster than one after the other
-  static constexpr unsigned kGroups = (Capacity + kGroup - 1) / kGroup;
-  static constexpr unsigned kCoarse = (kGroups + kGroup - 1) / kGroup * kGroup;
-  static constexpr std::int16_t kLargest = 0x7fff;
+  static constexpr std::int32_t kShares = 1 << kShareBits;
+  static constexpr unsigned kBucket = Capacity > 64 ? 128 : 512;
+  static constexpr unsigned kBuckets = kShares / kBucket + 1;  // the last: what rounding leaves behind all shares
+  static constexpr std::int16_t kBeyond = 0x7fff;
+  using Symbol = std::conditional_t<(Capacity > 256), std::uint16_t, std::uint8_t>;
 
   void update() {
     constexpr std::uint32_t kMostSymbols = 1U << kShareBits;
@@ -119,14 +120,19 @@ class SymbolModel {
     const std::uint32_t scale = 0x80000000U / total_;
     std::uint32_t below = 0;
     for (unsigned i = 0; i < symbols_; ++i) {
-      starts_[i] = static_cast<std::int16_t>(scale * below >> (31 - kShareBits));
+      starts_[i] = static_cast<std::int16_t>(static_cast<std::int32_t>(scale * below >> (31 - kShareBits)) - kShares);
       below += counts_[i];
     }
-    for (unsigned i = 0; i < symbols_; i += kGroup) coarse_[i / kGroup] = starts_[i];
+    unsigned bucket = 0;
+    for (unsigned i = 0; i < last(); ++i) {
+      const unsigned behind = (start(i + 1) + kBucket - 1) / kBucket;
+      while (bucket < behind) firsts_[bucket++] = static_cast<Symbol>(i);
+    }
+    while (bucket < kBuckets) firsts_[bucket++] = static_cast<Symbol>(last());
   }
 
-  std::array<std::int16_t, kGroups * kGroup + 1> starts_{};  // one more, so that the last symbol has a neighbour too
-  std::array<std::int16_t, kCoarse> coarse_{};
+  std::array<std::int16_t, Capacity + kGroup> starts_{};  // so many more, so that sixteen can be read from each on
+  std::array<Symbol, kBuckets> firsts_{};
   std::array<std::uint16_t, Capacity> counts_{};
   std::uint32_t symbols_ = 0, total_ = 0, cycle_ = 0, untilUpdate_ = 0;
 };
