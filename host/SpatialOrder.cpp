@@ -13,7 +13,9 @@
 #include "model/geometry/Hilbert.h"
 #include "model/storage/Reservado.h"
 #include "model/storage/VectorCrudo.h"
+#include "planar/CReparto2D.h"
 #include "platform/Procesadores.h"
+#include "run/CCeldas.h"
 
 namespace Meseta47::host {
 
@@ -149,6 +151,30 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties t
   return order;
 }
 
+template <class Point>
+void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points) {
+  constexpr std::size_t kStretch = 256;  // a thread waits for some of these; 64 does as well, 1,024 worse
+  CMaximas<int> box;
+  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
+  const CCoor3D<int> centre = CCeldas<2>::Centro(box);
+  const auto position = [&points](std::uint32_t i) { return CCoor3D<int>(points[i].x, points[i].y, 0, 0); };
+  std::uint64_t inQuadrant[4] = {};
+  for (const std::uint32_t i : order) ++inQuadrant[CCeldas<2>::Hijo(position(i), centre)];
+  if (!CReparto2D::VaPorDos(order.size(), inQuadrant, box)) return;
+  const CReparto2D halves = CReparto2D::Para(inQuadrant, centre);
+  std::vector<std::uint32_t> ofHalf[2];
+  for (const std::uint32_t i : order) ofHalf[halves.Mitad(position(i))].push_back(i);
+  std::size_t taken[2] = {}, place = 0;
+  while (place < order.size()) {
+    for (unsigned half = 0; half < 2; ++half) {
+      const std::size_t count = std::min(kStretch, ofHalf[half].size() - taken[half]);
+      std::copy_n(&ofHalf[half][taken[half]], count, &order[place]);
+      taken[half] += count;
+      place += count;
+    }
+  }
+}
+
 bool jumpsAbout(std::vector<ScaledPoint> const& points) {
   constexpr std::size_t kEvery = 37;  // a prime: no pattern of a scanner has its period
   constexpr double kFar = 0.05;
@@ -178,6 +204,8 @@ std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_
 
 template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
 template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
+template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&);
+template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&);
 template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&, std::vector<std::uint32_t> const&);

@@ -36,6 +36,13 @@ enum class Ties {
 template <class Point>
 std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties = Ties::asTheyCome);
 
+/// The same order for two threads that insert at once: of each half of the extents in turns so many points, each half in
+/// its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other follows. Orders of few
+/// points, and of such as two threads don't take, stay as they are; neither the number of processors nor of threads
+/// matters, so that the outcome of a run does not depend on them.
+template <class Point>
+void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points);
+
 /// Whether points that follow each other lie far apart, as they don't in the order of a flight: farther than a
 /// twentieth of the longer side of their box on average, of a sample.
 [[nodiscard]] bool jumpsAbout(std::vector<ScaledPoint> const& points);
@@ -51,6 +58,8 @@ void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) 
 
 extern template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
 extern template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
+extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&);
+extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&,

@@ -32,6 +32,12 @@ class URDIMBRE_API CBordeDelMarco {
   /// Remembers a triangle that touches the frame; 24 bytes.
   void Anota(CTriangulo2D const& t) { triangulos.push_back({t.P1(), t.P2(), t.P3()}); }
 
+  /// Takes over what another one remembers.
+  void Toma(CBordeDelMarco& otro) {
+    triangulos.insert(triangulos.end(), otro.triangulos.begin(), otro.triangulos.end());
+    otro.Vacia();
+  }
+
   /// What is there without the corners. Exact, and the same for any order of the triangles; where points lie on one
   /// circle the least one, by x, then y, is joined to the others. The triangles remembered are forgotten. O(n log n).
   [[nodiscard]] CCierre Cierra();

@@ -24,6 +24,11 @@ struct CMedidasDeTriangulos {
     ladoMasLargo2 = std::max({ladoMasLargo2, a.Distancia2(b), b.Distancia2(c), c.Distancia2(a)});
     ++triangulos;
   }
+  void Suma(CMedidasDeTriangulos const& o) {
+    ladoMasLargo2 = std::max(ladoMasLargo2, o.ladoMasLargo2);
+    dudosos += o.dudosos;
+    triangulos += o.triangulos;
+  }
 };
 
 }  // namespace Meseta47

@@ -21,6 +21,7 @@ class CDibujo;
 class CAfinidad;
 class CBordeDelMarco;
 class CInfoClasificacion;
+class CMitad;
 class CRango;
 class CSegmentos;
 struct CAlturasVecinas;
@@ -206,21 +207,27 @@ class URDIMBRE_API CSetTriangulos2D : public CSetEnArbol<CSetTriangulos2D, CTria
   };
   /// What the mesh needs while it grows: the open list and the working lists of an insertion. The root's.
   class CObra;
+  friend class CMitad;
 
   static CCaja CajaDe(CTriangulo2D const& t);
   static CCaja CajaDe(CMaximas<int> const& m) {
     return {static_cast<double>(m.Minimo.x), static_cast<double>(m.Minimo.y), static_cast<double>(m.Maximo.x),
             static_cast<double>(m.Maximo.y)};
   }
-  /// The set for the box, at or below this one. A full leaf on the way is divided.
-  CSetTriangulos2D& SetPara(CCaja const& caja);
+  /// The set for the box, at or below this one. A full leaf on the way is divided. `inicioDeRaiz` here and below: where
+  /// a walk starts that nothing nearer gives a start, the root's `inicio` unless two threads insert.
+  CSetTriangulos2D& SetPara(CCaja const& caja, CTriangulo2D*& inicioDeRaiz);
   void HazHijos();
-  void Divide();
+  void Divide(CTriangulo2D*& inicioDeRaiz);
   [[nodiscard]] int HijoAbiertoPara(CCaja const& caja) const;
   void EnlazaVecinos(CTriangulo2D* t);
   void Libera();
+  void Desengancha(CObra* suObra, CTriangulo2D*& inicioDeRaiz);
   void Desengancha();
   void DesenganchaTodo();
+  /// QuitaTrianguloActual for the thread whose work on the mesh that is.
+  unsigned Cierra(CObra* suObra, CTriangulo2D*& inicioDeRaiz);
+  void RecogeNumeros(std::vector<std::int32_t>& numeros, CBordeDelMarco* borde, CMedidasDeTriangulos* medidas);
   CTriangulo2D* BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado);
 
   CObra& Obra();

@@ -6,9 +6,11 @@
 
 namespace Meseta47 {
 
-void CSetTriangulos2D::Inserta(CTriangulo2D const& t) { SetPara(CajaDe(t)).InsertaOrdenado(t, CMaximas<int>()); }
+void CSetTriangulos2D::Inserta(CTriangulo2D const& t) {
+  SetPara(CajaDe(t), Raiz()->inicio).InsertaOrdenado(t, CMaximas<int>());
+}
 void CSetTriangulos2D::Inserta(CTriangulo2D const& t, CMaximas<int> const& caja) {
-  SetPara(CajaDe(caja)).InsertaOrdenado(t, caja);
+  SetPara(CajaDe(caja), Raiz()->inicio).InsertaOrdenado(t, caja);
 }
 
 /// Child that wholly holds the box, -1 when the box touches a centre line, when that child is closed, or on a leaf.
@@ -28,7 +30,7 @@ int CSetTriangulos2D::HijoAbiertoPara(CCaja const& caja) const {
   return hijos[hijo].cerrado ? -1 : hijo;
 }
 
-CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
+CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja, CTriangulo2D*& inicioDeRaiz) {
   for (CSetTriangulos2D* s = this;;) {
     const int hijo = s->HijoAbiertoPara(caja);
     if (hijo >= 0) {
@@ -36,7 +38,7 @@ CSetTriangulos2D& CSetTriangulos2D::SetPara(CCaja const& caja) {
     } else if (s->hijos != nullptr || s->cantidad != kCapacidad || s->nivel >= kNivelMaximo) {
       return *s;
     } else {
-      s->Divide();
+      s->Divide(inicioDeRaiz);
     }
   }
 }
@@ -66,13 +68,12 @@ void CSetTriangulos2D::CObra::CCamino::Pon(CSetTriangulos2D& cerca) {
 
 /// Gives a full leaf its children and moves down what fits in them. Nothing is linked anew, and a child that is filled
 /// past its capacity in this way stays a leaf.
-void CSetTriangulos2D::Divide() {
+void CSetTriangulos2D::Divide(CTriangulo2D*& inicioDeRaiz) {
   HazHijos();
-  CSetTriangulos2D& raiz = *GetNivel0();
   for (CTriangulo2D* t = primero; t != nullptr;) {
     CTriangulo2D* siguiente = t->sig;
     if (const int hijo = HijoAbiertoPara(CajaDe(*t)); hijo >= 0) {
-      QuitaDeLista(t, raiz);
+      QuitaDeLista(t, inicioDeRaiz);
       t->BorraVecinos();
       hijos[hijo].AnexaALista(t);
     }
@@ -89,6 +90,7 @@ void CSetTriangulos2D::InsertaOrdenado(CTriangulo2D* t, CMaximas<int> const&, bo
   CSetTriangulos2D* raiz = GetNivel0();
   if (enlaza) raiz->EnlazaVecinos(t);
   AnexaALista(t);  // first: should memory give out, the set owns it
+  if (nivel == 0) t->Comparte();
   if (t->LadosLimite() != 0) raiz->Obra().abiertos.push_back(t);
 }
 
@@ -149,17 +151,21 @@ CTriangulo2D* CSetTriangulos2D::BuscaEnLista(CCoor3D<int> const& a, CCoor3D<int>
   return nullptr;
 }
 
-void CSetTriangulos2D::Borra(CTriangulo2D* t) { QuitaDeLista(t, *Raiz()); }
+void CSetTriangulos2D::Borra(CTriangulo2D* t) { QuitaDeLista(t, Raiz()->inicio); }
 
 /// Leaves nothing in the living mesh that points at a triangle of the own list.
-void CSetTriangulos2D::Desengancha() {
-  CSetTriangulos2D* raiz = Raiz();
-  SueltaInicio(*raiz);
-  if (raiz->obra != nullptr) {
-    raiz->obra->OlvidaCamino();
-    std::erase_if(raiz->obra->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
+void CSetTriangulos2D::Desengancha(CObra* suObra, CTriangulo2D*& inicioDeRaiz) {
+  SueltaInicio(inicioDeRaiz);
+  if (suObra != nullptr) {
+    suObra->OlvidaCamino();
+    std::erase_if(suObra->abiertos, [this](CTriangulo2D const* t) { return t->set == this; });
   }
   SueltaVecinosDeLista();
+}
+
+void CSetTriangulos2D::Desengancha() {
+  CSetTriangulos2D* raiz = Raiz();
+  Desengancha(raiz->obra.get(), raiz->inicio);
 }
 
 void CSetTriangulos2D::DesenganchaTodo() {
@@ -168,12 +174,17 @@ void CSetTriangulos2D::DesenganchaTodo() {
 }
 
 unsigned CSetTriangulos2D::QuitaTrianguloActual() {
+  CSetTriangulos2D* raiz = Raiz();
+  return Cierra(raiz->obra.get(), raiz->inicio);
+}
+
+unsigned CSetTriangulos2D::Cierra(CObra* suObra, CTriangulo2D*& inicioDeRaiz) {
   if (cerrado) return 0;
   cerrado = true;
-  Desengancha();
+  Desengancha(suObra, inicioDeRaiz);
   unsigned cortados = cantidad;
   if (hijos != nullptr) {
-    for (unsigned i = 0; i < 4; ++i) cortados += hijos[i].QuitaTrianguloActual();
+    for (unsigned i = 0; i < 4; ++i) cortados += hijos[i].Cierra(suObra, inicioDeRaiz);
   }
   return cortados;
 }

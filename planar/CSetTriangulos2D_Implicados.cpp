@@ -1,5 +1,7 @@
 // The cavity of a new point: a breadth-first walk over the mesh to the first circle that holds it, growth over the
 // neighbours, the test of heights, and the removal of the condemned.
+#include <algorithm>
+
 #include "planar/CSetTriangulos2D_Obra.h"
 
 namespace Meseta47 {
@@ -20,18 +22,24 @@ int CSetTriangulos2D::CObra::Implicados(CSetTriangulos2D& set, CCoor3D<int>* p, 
 }
 
 /// The first triangle of the cavity.
+template <CAcceso kAcceso>
 int CSetTriangulos2D::CObra::BuscaSemilla(CSetTriangulos2D& set, CCoor3D<int> const& p, unsigned& aceptados,
                                           unsigned& rechazados, CTriangulo2D* desde, CTriangulo2D*& semilla) {
   aceptados = rechazados = 0;
   condenados = 0;
+  if constexpr (kAcceso != CAcceso::TODO) {
+    ajeno = false;
+    buscados = 0;
+  }
   if (set.nivel == 0) {
     abiertos.clear();
   } else if (!set.maximas.Dentro(p, 0)) {
     return FUERA;
   }
-  if (desde != nullptr) set.inicio = desde;
-  if (set.inicio == nullptr || set.inicio->set->cerrado) return SIN_INICIO;
-  semilla = PrimeroQueContiene(set.inicio, p, aceptados, rechazados);
+  CTriangulo2D*& suInicio = set.nivel == 0 ? inicio : set.inicio;
+  if (desde != nullptr) suInicio = desde;
+  if (suInicio == nullptr || suInicio->set->cerrado) return SIN_INICIO;
+  semilla = PrimeroQueContiene<kAcceso>(suInicio, p, aceptados, rechazados);
   return semilla != nullptr ? HECHA : SIN_CIRCULO;
 }
 
@@ -58,8 +66,33 @@ void CSetTriangulos2D::CObra::RecogeLados(CSetLados2D& lados) const {
   }
 }
 
+/// Whether what the walk is about to read of a triangle may be the work of a later point. A triangle is as old as its
+/// first vertex, and links change to new triangles or to none. Two triangles that are older than the point and side by
+/// side were so when it was the point's turn. A link that has gone has led into a set that was closed, and what is filed
+/// there has its corners in the frame of the set.
+inline bool CSetTriangulos2D::CObra::EsTardio(CTriangulo2D const& t, int numero) const {
+  if (t.p1->num > numero) return true;
+  if (ajena.cortes.empty() || t.LadosLimite() == 0 || t.EsCompartido() || !ajena.Tiene(*t.p1)) return false;
+  const auto cortado = [this, numero](CTriangulo2D const* v, CCoor3D<int> const& a, CCoor3D<int> const& b) {
+    const auto en = [](CCoor3D<int> const& p) {
+      const double x = p.x, y = p.y;
+      return CCaja{x, y, x, y};
+    };
+    return v == nullptr && std::ranges::any_of(ajena.cortes, [&](CCorteDeSet const& c) {
+             return c.numero > numero && c.marco.Contiene(en(a)) && c.marco.Contiene(en(b));
+           });
+  };
+  return cortado(t.vecino12, *t.p1, *t.p2) || cortado(t.vecino23, *t.p2, *t.p3) || cortado(t.vecino31, *t.p3, *t.p1);
+}
+
+/// Takes back the stamps of the last walk.
+void CSetTriangulos2D::CObra::DeshaceBusqueda() {
+  for (std::size_t i = 0; i < buscados; ++i) cola[i]->ultimoPunto = 0;
+}
+
 /// Breadth-first, not a directed walk: short, because it starts close to the point. Links never lead into a closed set,
 /// since closing cuts them.
+template <CAcceso kAcceso>
 CTriangulo2D* CSetTriangulos2D::CObra::PrimeroQueContiene(CTriangulo2D* desde, CCoor3D<int> const& p,
                                                           unsigned& aceptados, unsigned& rechazados) {
   if (cola.empty()) cola.resize(64);
@@ -71,12 +104,21 @@ CTriangulo2D* CSetTriangulos2D::CObra::PrimeroQueContiene(CTriangulo2D* desde, C
     CTriangulo2D* t = cola[i];
     ++aceptados;
     if (t->GetUltimoPuntoProyectado() == numero) continue;
+    if constexpr (kAcceso == CAcceso::EN_TURNO) {
+      ajeno = EsTardio(*t, numero);
+      if (ajeno) return nullptr;
+    }
     t->ultimoPunto = numero;
+    if constexpr (kAcceso == CAcceso::PROPIO) buscados = i + 1;
     if (t->EnCirculo(x, y)) return t;
     ++rechazados;
     if (cola.size() < puestos + 3) cola.resize(2 * puestos + 64);
     for (CTriangulo2D* v : {t->vecino12, t->vecino23, t->vecino31}) {
       if (v == nullptr) continue;
+      if constexpr (kAcceso == CAcceso::PROPIO) {
+        ajeno = v->EsCompartido();
+        if (ajeno) return nullptr;
+      }
       cola[puestos] = v;  // branch-free: whether it is new is unpredictable
       puestos +=
           static_cast<std::size_t>(v->GetUltimoPuntoProyectado() != numero) & static_cast<std::size_t>(!v->Borrado());
@@ -139,5 +181,12 @@ void CSetTriangulos2D::CObra::BorraCavidad() {
     delete t;
   }
 }
+
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::TODO>(
+    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::PROPIO>(
+    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::EN_TURNO>(
+    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
 
 }  // namespace Meseta47

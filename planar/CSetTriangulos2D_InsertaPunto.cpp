@@ -26,21 +26,42 @@ int CSetTriangulos2D::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTr
   return Obra().InsertaPunto(p, cerca, desde, tolerancia, aceptados, rechazados, balance);
 }
 
+template <CAcceso kAcceso>
 int CSetTriangulos2D::CObra::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde,
                                           CTolerancia tolerancia, unsigned& aceptados, unsigned& rechazados,
                                           CBalance& balance) {
+  constexpr bool kPropio = kAcceso == CAcceso::PROPIO, kEnTurno = kAcceso == CAcceso::EN_TURNO;
   CTriangulo2D* semilla = nullptr;
-  if (const int fallo = BuscaSemilla(raiz, *p, aceptados, rechazados, desde, semilla); fallo != HECHA) return fallo;
-  const bool porAnillo = !semilla->TieneVerticeEn(*p) && CreceContorno(*p, semilla, aceptados, rechazados);
+  if (const int fallo = BuscaSemilla<kAcceso>(raiz, *p, aceptados, rechazados, desde, semilla); fallo != HECHA) {
+    if (kEnTurno && ajeno) return TARDIA;
+    if (kPropio) DeshaceBusqueda();
+    return kPropio ? AJENA : fallo;
+  }
+  const bool repetido = semilla->TieneVerticeEn(*p);
+  const bool porAnillo = !repetido && CreceContorno<kAcceso>(*p, semilla, aceptados, rechazados);
+  if (kEnTurno && ajeno) return TARDIA;
+  if (kPropio && !porAnillo && !repetido) {
+    DeshaceBusqueda();
+    return AJENA;
+  }
   const int respuesta =
       porAnillo ? JuzgaAltura(p, tolerancia) : MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
   if (respuesta != HECHA) return respuesta;
-  balance.condenados += condenados;
   if (porAnillo) {
+    CalculaAbanico(*p, cerca);
+    if (kPropio && !QuedaEnCuadrante(*p)) {
+      DeshaceVisitas();
+      DeshaceBusqueda();
+      return AJENA;
+    }
+    if (kEnTurno && InvadeOtroCuadrante(*p)) return TARDIA;
+    balance.condenados += condenados;
     balance.creados += abanico.Cantidad();
-    SustituyeCavidad(p, cerca);
+    SustituyeCavidad<kAcceso>(p);
   } else {
-    SustituyePorBusqueda(p, balance);
+    balance.condenados += condenados;
+    SustituyePorBusqueda<kAcceso>(p, balance);
+    if (kEnTurno && ajeno) return TARDIA;
   }
   return HECHA;
 }
@@ -69,7 +90,17 @@ void CSetTriangulos2D::CObra::Condena(CTriangulo2D* t) {
   cavidad[condenados++] = t;
 }
 
+/// Takes back the stamps of the last growth.
+void CSetTriangulos2D::CObra::DeshaceVisitas() {
+  while (visitadas != 0) {
+    CVisita const& v = visitas[--visitadas];
+    v.triangulo->ultimoPunto = v.marca;
+  }
+  condenados = 0;
+}
+
 /// A cavity that grows from its first triangle, and the ring of sides around it.
+template <CAcceso kAcceso>
 class CSetTriangulos2D::CObra::CCrecimiento {
  public:
   CCrecimiento(CObra& laObra, CCoor3D<int> const& p)
@@ -87,12 +118,10 @@ class CSetTriangulos2D::CObra::CCrecimiento {
         ApuntaAListas(vistas);
       }
       AbreLado(cavidad[i], entrada[i]);
+      if (kAcceso != CAcceso::TODO && b.ajeno) break;
     }
     b.condenados = condenados;
-  }
-  void Deshace() {
-    while (visita-- != b.visitas.data()) visita->triangulo->ultimoPunto = visita->marca;
-    b.condenados = 0;
+    b.visitadas = static_cast<std::size_t>(visita - b.visitas.data());
   }
 
   [[nodiscard]] unsigned Lados() const { return lados; }
@@ -141,6 +170,12 @@ class CSetTriangulos2D::CObra::CCrecimiento {
       termina = true;
       return;
     }
+    if constexpr (kAcceso == CAcceso::PROPIO) {
+      if (v->EsCompartido()) {
+        b.ajeno = true;
+        return;
+      }
+    }
     const int marca = v->ultimoPunto;
     const auto enPrimera = static_cast<unsigned>(marca == primeraMarca);  // the walk has found it outside
     const auto enSegunda = static_cast<unsigned>(marca == segundaMarca);
@@ -169,13 +204,14 @@ class CSetTriangulos2D::CObra::CCrecimiento {
 /// Condemns the triangles that `CreceCavidad` would, in its order, and has the ring of sides around them. False, with
 /// the mesh as it was and nothing counted, when the ring alone does not tell all that a search through the open list
 /// would find.
+template <CAcceso kAcceso>
 bool CSetTriangulos2D::CObra::CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
                                             unsigned& rechazados) {
-  CCrecimiento crecimiento(*this, p);
+  CCrecimiento<kAcceso> crecimiento(*this, p);
   crecimiento.Crece(semilla);
-  if (crecimiento.Rodea() || !abanico.Dispone(p, crecimiento.Lados()) ||
+  if ((kAcceso != CAcceso::TODO && ajeno) || crecimiento.Rodea() || !abanico.Dispone(p, crecimiento.Lados()) ||
       (crecimiento.Termina() && HayAbiertoSinEnlazar())) {
-    crecimiento.Deshace();
+    DeshaceVisitas();
     return false;
   }
   aceptados += static_cast<unsigned>(condenados);
@@ -197,19 +233,47 @@ bool CSetTriangulos2D::CObra::HayAbiertoSinEnlazar() const {
   return false;
 }
 
+void CSetTriangulos2D::CObra::CalculaAbanico(CCoor3D<int> const& p, CSetTriangulos2D& cerca) {
+  camino.Pon(cerca);
+  abanico.Calcula(p);
+  abanico.Situa(camino.marcos);
+}
+
+/// Whether all triangles of the fan go to the quadrant that the point falls in.
+bool CSetTriangulos2D::CObra::QuedaEnCuadrante(CCoor3D<int> const& p) const {
+  CMarco const& suyo = raiz.hijos[raiz.BuscaHijo(p)].paso;
+  bool queda = true;
+  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) {
+    CCirculo const c = abanico.Circulo(i);
+    queda &= suyo.Contiene({c.x - c.radio, c.y - c.radio, c.x + c.radio, c.y + c.radio}) && c.radio2 != 0;
+  }
+  return queda;
+}
+
+/// Whether a triangle with this circle would go to another quadrant than that of the point, which no circle through the
+/// point does: one of three points on a line, whose place is the origin.
+bool CSetTriangulos2D::CObra::InvadeOtroCuadrante(CCirculo const& c, CCoor3D<int> const& p) const {
+  const int hijo = raiz.HijoAbiertoPara({c.x - c.radio, c.y - c.radio, c.x + c.radio, c.y + c.radio});
+  return c.radio2 == 0 || (hijo >= 0 && hijo != raiz.BuscaHijo(p));
+}
+
+bool CSetTriangulos2D::CObra::InvadeOtroCuadrante(CCoor3D<int> const& p) const {
+  bool invade = false;
+  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) invade |= InvadeOtroCuadrante(abanico.Circulo(i), p);
+  return invade;
+}
+
 //            A
 //          / | \               P sees the side A-B of its cavity. The new triangle (P, A, B) turns the same way as the
 //     P  <   |   > fuera       condemned one that it replaces and takes over its neighbour. Across P-A and B-P lie the
 //          \ | /               new triangles before and after it on the ring.
 //            B
-void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca) {
+template <CAcceso kAcceso>
+void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p) {
   const std::size_t n = abanico.Cantidad();
-  camino.Pon(cerca);
-  abanico.Calcula(*p);
-  abanico.Situa(camino.marcos);
   // Condemned triangles give their places to new ones, of which there are two more.
   PideSitios(&cavidad[condenados], n - condenados);
-  for (CTriangulo2D* t : Condenados()) t->set->QuitaDeLista(t, raiz);
+  for (CTriangulo2D* t : Condenados()) t->set->QuitaDeLista(t, inicio);
   PonAbanico(p);
   std::size_t i = 0;
   try {
@@ -218,11 +282,14 @@ void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D
       CTriangulo2D* t = cavidad[cual];
       // A triangle without a circle, of three points on a line, has its place at the origin.
       CSetTriangulos2D& suyo =
-          t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual)) : raiz.SetPara(CajaDe(*t));
+          t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual), inicio)
+                                  : raiz.SetPara(CajaDe(*t), inicio);
       suyo.AnexaALista(t);
+      if (kAcceso == CAcceso::EN_TURNO && &suyo == &raiz) t->Comparte();
     }
-  } catch (...) {  // no memory for new leaves: the root takes the rest, as somebody must own them
-    for (; i < n; ++i) raiz.AnexaALista(cavidad[abanico.Orden(i)]);
+  } catch (...) {  // no memory for new leaves: a set that is there takes the rest, as somebody must own them
+    CSetTriangulos2D& refugio = kAcceso == CAcceso::PROPIO ? *camino.sets[0] : raiz;
+    for (; i < n; ++i) refugio.AnexaALista(cavidad[abanico.Orden(i)]);
     throw;
   }
 }
@@ -240,14 +307,24 @@ void CSetTriangulos2D::CObra::PonAbanico(CCoor3D<int>* p) {
   }
 }
 
+template <CAcceso kAcceso>
 void CSetTriangulos2D::CObra::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance) {
   CSetLados2D& lados = pares;
   lados.lados.clear();
   RecogeLados(lados);
   BorraCavidad();
   lados.BorraDuplicados();
-  for (CLado2D const& lado : lados.lados) raiz.Inserta(CTriangulo2D(p, lado.P1(), lado.P2()));
+  for (CLado2D const& lado : lados.lados) {
+    const CTriangulo2D nuevo(p, lado.P1(), lado.P2());
+    if (kAcceso == CAcceso::EN_TURNO) ajeno |= InvadeOtroCuadrante(nuevo.circulo, *p);
+    raiz.Inserta(nuevo);
+  }
   balance.creados += lados.lados.size();
 }
+
+template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::PROPIO>(
+    CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*, CTolerancia, unsigned&, unsigned&, CBalance&);
+template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::EN_TURNO>(
+    CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*, CTolerancia, unsigned&, unsigned&, CBalance&);
 
 }  // namespace Meseta47

@@ -9,16 +9,47 @@
 
 namespace Meseta47 {
 
+/// What an insertion may touch.
+enum class CAcceso {
+  TODO,      ///< the whole mesh: there is one thread
+  PROPIO,    ///< triangles that are not shared
+  EN_TURNO,  ///< the whole mesh, as the other thread stands still; but that may be ahead
+};
+
 /// The work on a mesh that grows: how a point finds its cavity, and how the cavity gives way to new triangles. Its
 /// lists are kept from point to point, so that no insertion allocates once the largest cavity has been seen.
 ///
-/// One object a mesh, owned by its root; for the inserting thread.
+/// One object a mesh, owned by its root; for the inserting thread. Where two insert (CMitad), each has one of its own
+/// for what touches its own triangles alone, and the root's serves the one whose turn it is.
 class CSetTriangulos2D::CObra {
  public:
-  explicit CObra(CSetTriangulos2D& laRaiz) : raiz(laRaiz) {}
+  /// Answers beside CRespuesta.
+  enum : int {
+    AJENA = 6,   ///< PROPIO: it would touch what is shared; nothing has changed
+    TARDIA = 7,  ///< EN_TURNO: it would see what a later point has made; the mesh is of no more use
+  };
+  /// A set that was closed, and what is filed in it lies in this frame.
+  struct CCorteDeSet {
+    int numero;  ///< of the point that closed it
+    CMarco marco;
+  };
+  /// The half of the other thread, as far as a point in turn may see it.
+  struct CAjena {
+    std::span<CCorteDeSet const> cortes{};  ///< those of points not much earlier, and of later ones
+    int CCoor3D<int>::*eje = nullptr;
+    int medio = 0;
+    bool alta = false;  ///< it lies at `medio` and above
+
+    [[nodiscard]] bool Tiene(CCoor3D<int> const& p) const { return (p.*eje >= medio) == alta; }
+  };
+
+  explicit CObra(CSetTriangulos2D& laRaiz) : CObra(laRaiz, laRaiz.inicio) {}
+  /// `elInicio` stands for the root's.
+  CObra(CSetTriangulos2D& laRaiz, CTriangulo2D*& elInicio) : raiz(laRaiz), inicio(elInicio) {}
 
   int Implicados(CSetTriangulos2D& set, CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados,
                  CTriangulo2D* desde, int tolerancia);
+  template <CAcceso kAcceso = CAcceso::TODO>
   int InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cerca, CTriangulo2D* desde, CTolerancia tolerancia,
                    unsigned& aceptados, unsigned& rechazados, CBalance& balance);
   /// The triangle of the open list that has the side from `a` to `b`; it leaves the list with its last free side.
@@ -27,6 +58,7 @@ class CSetTriangulos2D::CObra {
   void OlvidaCamino() { camino.sets[0] = nullptr; }
 
   std::vector<CTriangulo2D*> abiertos;  ///< triangles with a free side
+  CAjena ajena;                         ///< EN_TURNO
 
  private:
   /// An open set near a point and those above it. The circle of a triangle that has the point as a vertex belongs to
@@ -38,7 +70,8 @@ class CSetTriangulos2D::CObra {
 
     void Pon(CSetTriangulos2D& cerca);
     /// The set for a triangle whose circle leaves the first `fuera` of them.
-    [[nodiscard]] CSetTriangulos2D& SetPara(CTriangulo2D const& t, std::size_t fuera) const;
+    [[nodiscard]] CSetTriangulos2D& SetPara(CTriangulo2D const& t, std::size_t fuera,
+                                            CTriangulo2D*& inicioDeRaiz) const;
   };
 
   /// A triangle that a growing cavity has looked at, and its stamp before that.
@@ -47,10 +80,13 @@ class CSetTriangulos2D::CObra {
     int marca;
   };
 
+  template <CAcceso kAcceso>
   class CCrecimiento;
 
+  template <CAcceso kAcceso = CAcceso::TODO>
   int BuscaSemilla(CSetTriangulos2D& set, CCoor3D<int> const& p, unsigned& aceptados, unsigned& rechazados,
                    CTriangulo2D* desde, CTriangulo2D*& semilla);
+  template <CAcceso kAcceso>
   CTriangulo2D* PrimeroQueContiene(CTriangulo2D* desde, CCoor3D<int> const& p, unsigned& aceptados,
                                    unsigned& rechazados);
   bool CreceCavidad(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados, unsigned& rechazados);
@@ -59,12 +95,22 @@ class CSetTriangulos2D::CObra {
   [[nodiscard]] bool AdmiteAltura(CCoor3D<int> const& p, CTolerancia tolerancia);
   void BorraCavidad();
   void RecogeLados(CSetLados2D& lados) const;
+  template <CAcceso kAcceso>
   [[nodiscard]] bool CreceContorno(CCoor3D<int> const& p, CTriangulo2D* semilla, unsigned& aceptados,
                                    unsigned& rechazados);
   [[nodiscard]] bool HayAbiertoSinEnlazar() const;
   int JuzgaAltura(CCoor3D<int>* p, CTolerancia tolerancia);
-  void SustituyeCavidad(CCoor3D<int>* p, CSetTriangulos2D& cerca);
+  void CalculaAbanico(CCoor3D<int> const& p, CSetTriangulos2D& cerca);
+  template <CAcceso kAcceso>
+  void SustituyeCavidad(CCoor3D<int>* p);
   void PonAbanico(CCoor3D<int>* p);
+  [[nodiscard]] bool QuedaEnCuadrante(CCoor3D<int> const& p) const;
+  [[nodiscard]] bool InvadeOtroCuadrante(CCoor3D<int> const& p) const;
+  [[nodiscard]] bool InvadeOtroCuadrante(CCirculo const& c, CCoor3D<int> const& p) const;
+  [[nodiscard]] bool EsTardio(CTriangulo2D const& t, int numero) const;
+  void DeshaceVisitas();
+  void DeshaceBusqueda();
+  template <CAcceso kAcceso>
   void SustituyePorBusqueda(CCoor3D<int>* p, CBalance& balance);
 
   [[nodiscard]] std::span<CTriangulo2D* const> Condenados() const { return {cavidad.data(), condenados}; }
@@ -72,11 +118,15 @@ class CSetTriangulos2D::CObra {
   void Amplia();
 
   CSetTriangulos2D& raiz;
+  CTriangulo2D*& inicio;            ///< where a walk starts that nothing nearer gives a start
   std::vector<CTriangulo2D*> cola;  ///< triangles still to be looked at, first come first served
   /// Condemned triangles, in the order in which they were found; behind them, as its places are given out, the fan.
   std::vector<CTriangulo2D*> cavidad;
   std::vector<unsigned> entrada;  ///< of each of them, the side of the fan behind which it was found
   std::vector<CVisita> visitas;
+  std::size_t visitadas = 0;   ///< how many of them, once the cavity has grown
+  std::size_t buscados = 0;    ///< triangles that the last walk has taken from the queue
+  bool ajeno = false;          ///< the walk or the growth has met what it may not touch
   std::size_t condenados = 0;  ///< how many triangles the cavity has
   std::size_t cabida = 0;      ///< and can have, as far as `CreceContorno` is concerned
   CAbanico abanico;
@@ -84,13 +134,14 @@ class CSetTriangulos2D::CObra {
   CSetLados2D pares;
 };
 
-inline CSetTriangulos2D& CSetTriangulos2D::CObra::CCamino::SetPara(CTriangulo2D const& t, std::size_t fuera) const {
+inline CSetTriangulos2D& CSetTriangulos2D::CObra::CCamino::SetPara(CTriangulo2D const& t, std::size_t fuera,
+                                                                   CTriangulo2D*& inicioDeRaiz) const {
   CSetTriangulos2D* s = sets[fuera];
   if (fuera == kNiveles) {
     while (!s->paso.Contiene(CajaDe(t))) s = s->padre;
   }
   // A full leaf is to be divided; one that just was has its box in a child.
-  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(CajaDe(t));
+  if (s->cantidad == kCapacidad || sets[0]->hijos != nullptr) return s->SetPara(CajaDe(t), inicioDeRaiz);
   return *s;
 }
 

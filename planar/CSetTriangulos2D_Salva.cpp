@@ -11,10 +11,10 @@
 
 namespace Meseta47 {
 
-bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde, CMedidasDeTriangulos* medidas) {
-  // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
-  std::vector<std::int32_t> numeros;
-  numeros.reserve(std::size_t{3} * cantidad);
+/// Takes the records of the own list and frees its triangles.
+void CSetTriangulos2D::RecogeNumeros(std::vector<std::int32_t>& numeros, CBordeDelMarco* borde,
+                                     CMedidasDeTriangulos* medidas) {
+  numeros.reserve(numeros.size() + std::size_t{3} * cantidad);
   const auto numero = [](CCoor3D<int> const* p) { return p == nullptr ? 0 : p->num; };
   ConsumeLista([&](CTriangulo2D const& t) {
     if (borde != nullptr && CBordeDelMarco::Toca(t)) {
@@ -24,6 +24,12 @@ bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde, CMedidasDeTr
     for (CCoor3D<int> const* p : {t.p1, t.p2, t.p3}) numeros.push_back(numero(p));
     if (borde != nullptr && medidas != nullptr) medidas->Anota(*t.p1, *t.p2, *t.p3);
   });
+}
+
+bool CSetTriangulos2D::Salva(CFile* fichero, CBordeDelMarco* borde, CMedidasDeTriangulos* medidas) {
+  // One block a set: 12 bytes a triangle, three point numbers in the triangle's own order, little-endian.
+  std::vector<std::int32_t> numeros;
+  RecogeNumeros(numeros, borde, medidas);
   bool bien = numeros.empty() || fichero->Write(numeros.data(), numeros.size() * sizeof(std::int32_t));
   const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(hijos, nullptr));
   if (susHijos == nullptr) return bien;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <vector>
 
 #include "model/drawing/CDibujo.h"
@@ -18,6 +19,7 @@
 #include "planar/CEncargo.h"
 #include "planar/CHiloSalvaTriangulosEnlazados.h"
 #include "planar/CMedidasDeTriangulos.h"
+#include "planar/CReparto2D.h"
 #include "planar/CResumenPlano.h"
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
@@ -37,11 +39,13 @@ class CBusquedaPuntos;
 class CCondicionHIntensidad;
 class CCondicionHRGB;
 class CDataPicos;
+class CDosMitades;
 struct CFase;
 struct CFuentes;
 struct CGeneracion;
 class CIntensidadTipo;
 class CMarcha;
+class CMitad;
 class CNivelDeCurvas;
 class CRango;
 class CRGBTipo;
@@ -109,6 +113,13 @@ class URDIMBRE_API CTriangulacion2D {
   /// have 2^31 - 1 or -2^31 for a coordinate: the frame needs the room. Stays until it is changed. In a search it holds
   /// for the outline of what is found; the mesh that is searched has its frame.
   void SinMarco(bool asi) { sinMarco = asi; }
+
+  /// From how many points on a linking pass that does nothing but write takes two threads, where the program has two
+  /// processors for it (NumeroProcesadores) and the points allow it: no extra ones under a tolerance, at most ten
+  /// million, at least a quarter of them on the lesser side of the middle of their extents, in x or in y, and extents
+  /// below 2^28. Results and counts are those of one thread, byte for byte. It pays for points that come from either
+  /// side in turns, some hundred of each: of those that come one half after the other, one thread waits for the other.
+  void DosDesde(std::uint32_t puntos) { minimoDeDos = puntos; }
 
   // --- runs ---
   /// Triangulates the drawings of a job (see CEncargo) into `tin`, whose points and triangles are replaced. All of the
@@ -457,6 +468,13 @@ class URDIMBRE_API CTriangulacion2D {
   CAfinidad afinidad;                            ///< of the job of affinity
   CColaCerrados<CSetTriangulos2D> setsCerrados;  ///< from the inserting thread to the worker
   CHiloSalvaTriangulosEnlazados hiloSalva;       ///< after what it works on
+  /// Of the last linking pass: whether two threads have made it, what it has cost them, and whether it had to be done
+  /// anew by one. Not the same from run to run.
+  struct CPorDos {
+    bool hecho = false, tarde = false;
+    std::uint64_t enTurno = 0;  ///< points for which both threads had to meet
+  };
+  CPorDos porDos;
   std::int32_t reservado = 0;                    ///< 0: kept for the hosts that copy it
   std::uint32_t identificador;
 
@@ -480,6 +498,14 @@ class URDIMBRE_API CTriangulacion2D {
   int InsertaResto(short lista, CDibujo<int> const& dibujo, std::vector<CPosicionEntidad> const* seleccion,
                    CMarcha& marcha, CInsercion const& como);
   int InsertaResto(CTIN& tin, CMarcha& marcha, CInsercion const& como);
+  static constexpr int kTarde = -1;  ///< no code of a run: linking is to be done anew, by one thread
+  int InsertaTodo(CFuentes const& fuentes, CEnlace& enlace, CMarcha& marcha, bool conDos);
+  [[nodiscard]] bool CabenDosMitades(CFuentes const& fuentes, CEnlace const& enlace) const;
+  int InsertaEnMitades(CFuentes const& fuentes, CEnlace const& enlace, CMarcha& marcha, CInsercion const& como,
+                       std::unique_ptr<CDosMitades>& mitades);
+  template <class F>
+  int RecorreMitad(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const;
+  void SumaMitad(CMitad& mitad);
   bool InsertaUno(CCoor3D<int>* p, CPosicion const& lugar, CMarcha& marcha, CInsercion const& como, int& codigo);
   static bool Avanza(CMarcha& marcha, CInsercion const& como);
   [[nodiscard]] static CSetTriangulos2D& SetCercano(CCoor3D<int> const& p, CDivisiones const& celda);
@@ -558,6 +584,8 @@ class URDIMBRE_API CTriangulacion2D {
   CMedidasDeTriangulos medidas;   ///< of the triangles of such a run
   std::size_t ladosDelCasco = 0;  ///< sides of its hull
   bool sinMarco = false;
+  std::uint64_t porCuadrante[4] = {};  ///< points of the filling, by quadrants of the root
+  std::uint32_t minimoDeDos = CReparto2D::kMinimo;
 };
 
 }  // namespace Meseta47

@@ -1,8 +1,10 @@
 // The linking pass: frame, temporary file, worker, seeds, all other points, and the wait for the worker.
 #include <algorithm>
+#include <utility>
 
 #include "model/terrain/CTIN.h"
 #include "model/threads/IPorcentaje.h"
+#include "planar/CDosMitades.h"
 #include "planar/CFuentes.h"
 #include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
@@ -136,32 +138,55 @@ int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
   const bool porAfinidad = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
   const bool porPicos = enlace.modo == CHiloSalvaTriangulosEnlazados::PICOS;
   if (porPicos && cantidadPuntos >= kMinimoPuntos) enlace.alturasVecinas.Prepara(cantidadPuntos);
-  CMarcha marcha(Progreso(), mensajes, cantidadPuntos,
-                 enlace.contador != nullptr ? static_cast<unsigned>(*enlace.contador) : 0);
-  if (const int codigo = EmpiezaEnlace(enlace, true); codigo != kHecho) return codigo;
-
-  CInsercion como{.cierra = false, .tolerancia = enlace.DeSemillas(), .contador = enlace.contador};
-  if (porAfinidad) como.anota = [this](CCoor3D<int> const& p) { afinidad.Anota(p); };
-  int codigo = InsertaSemillas(marcha, como, [&](CPosicion const& lugar) { return fuentes.Semilla(lugar); });
-  como.cierra = true;
-  if (codigo == kHecho) {
-    codigo = fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const* elegidos) {
-      como.tolerancia = fuentes.EsExtra(lista) ? enlace.tolerancia : CTolerancia{};
-      return InsertaResto(lista, d, elegidos, marcha, como);
-    });
-  }
+  const std::uint32_t todos = cantidadPuntos;
+  const int contadorAntes = enlace.contador != nullptr ? *enlace.contador : 0;
+  int codigo = kHecho;
+  bool conDos = CabenDosMitades(fuentes, enlace);
+  porDos = {};
+  do {
+    CMarcha marcha(Progreso(), mensajes, todos, static_cast<unsigned>(contadorAntes));
+    codigo = EmpiezaEnlace(enlace, true);
+    if (codigo != kHecho) return codigo;
+    codigo = InsertaTodo(fuentes, enlace, marcha, conDos);
+    if (codigo == kTarde) {
+      cantidadPuntos = todos;
+      duplicados = 0;
+      if (enlace.contador != nullptr) *enlace.contador = contadorAntes;
+    }
+  } while (codigo == kTarde && std::exchange(conDos, false));
   if (codigo != kHecho) return Abandona(codigo);
 
-  // The run's last point has closed and queued the root as a rule; queued again it is found empty.
-  Salva(&divisiones);
-  if (hiloSalva.EstaEnMarcha() && !setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return Abandona(kCancelado);
-  setsCerrados.Acaba();
   CTriangulo2D::EncogeReserva();
   codigo = CompletaSuperficie(enlace.modo);
   if (codigo == kHecho) codigo = ConcluyeFichero();
   if (codigo == kHecho && porAfinidad && !enlace.guarda) PonClases(fuentes, enlace);
   if (codigo == kHecho && porPicos) PonClasesDePicos(fuentes, enlace);
   return codigo;
+}
+
+/// From the seeds to the end of the worker.
+int CTriangulacion2D::InsertaTodo(CFuentes const& fuentes, CEnlace& enlace, CMarcha& marcha, bool conDos) {
+  const bool porAfinidad = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
+  std::unique_ptr<CDosMitades> mitades;  // its thread may only go when the triangles that it has made are gone
+  CInsercion como{.cierra = false, .tolerancia = enlace.DeSemillas(), .contador = enlace.contador};
+  if (porAfinidad) como.anota = [this](CCoor3D<int> const& p) { afinidad.Anota(p); };
+  int codigo = InsertaSemillas(marcha, como, [&](CPosicion const& lugar) { return fuentes.Semilla(lugar); });
+  como.cierra = true;
+  if (codigo == kHecho && conDos) {
+    codigo = InsertaEnMitades(fuentes, enlace, marcha, como, mitades);
+  } else if (codigo == kHecho) {
+    codigo = fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const* elegidos) {
+      como.tolerancia = fuentes.EsExtra(lista) ? enlace.tolerancia : CTolerancia{};
+      return InsertaResto(lista, d, elegidos, marcha, como);
+    });
+  }
+  if (codigo != kHecho) return codigo;
+
+  // The run's last point has closed and queued the root as a rule; queued again it is found empty.
+  Salva(&divisiones);
+  if (hiloSalva.EstaEnMarcha() && !setsCerrados.EsperaTodo([&] { return marcha.Sigue(); })) return kCancelado;
+  setsCerrados.Acaba();
+  return kHecho;
 }
 
 /// Calls `visita` with the place, the point and the index of each point of the classified drawing that has a number of

@@ -74,6 +74,9 @@ void CTriangulacion2D::EmpiezaRelleno() {
 }
 
 int CTriangulacion2D::TerminaRelleno() {
+  for (unsigned i = 0; i < CDivisiones::kHijos; ++i) {
+    porCuadrante[i] = divisiones.hijos != nullptr ? static_cast<std::uint64_t>(divisiones.hijos[i].lista.cantidad) : 0;
+  }
   divisiones.Comprimir();
   resumen.aceptados = cantidadPuntos;
   return cantidadPuntos < kMinimoPuntos ? kPocosPuntos : kHecho;

@@ -12,6 +12,7 @@
 
 namespace Meseta47 {
 
+class CMitad;
 class CSegmentos;
 class CSetTriangulos2D;
 template <class T>
@@ -178,6 +179,7 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
 
  private:
   friend class CSetTriangulos2D;
+  friend class CMitad;
   friend class CSetEnArbol<CSetTriangulos2D, CTriangulo2D, 2>;
   friend class CDeReserva<CTriangulo2D>;
 
@@ -207,6 +209,11 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
   static constexpr unsigned kMascaraMarca = 0x3000;
   static constexpr unsigned kMarcaBorrado = 0x1000;
   static constexpr unsigned kMascaraIndices = 0x0FFF;
+  static constexpr unsigned kCompartido = 0x4000;
+
+  /// Two threads insert, and the triangle belongs to neither alone.
+  [[nodiscard]] bool EsCompartido() const { return (flags & kCompartido) != 0; }
+  void Comparte() { flags |= kCompartido; }
 
   [[nodiscard]] bool TieneVerticeEn(CCoor3D<int> const& p) const {
     const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };
@@ -250,7 +257,8 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
   // What a walk reads comes first and fills one cache line: the pool starts each triangle on a line.
   CCirculo circulo;
   std::int32_t ultimoPunto = 0;  ///< number of the last point tested: the visited mark of every walk
-  // Bits 0-1, 2-3, 4-5: index (0 to 2) of the vertex with least X, Y, Z; 6-7, 8-9, 10-11: greatest; 12-13: mark.
+  // Bits 0-1, 2-3, 4-5: index (0 to 2) of the vertex with least X, Y, Z; 6-7, 8-9, 10-11: greatest; 12-13: mark;
+  // 14: shared.
   std::uint16_t flags = 0;
   CTriangulo2D *vecino12 = nullptr, *vecino31 = nullptr, *vecino23 = nullptr;
   CSetTriangulos2D* set = nullptr;  ///< holder, not owned

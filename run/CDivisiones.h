@@ -185,7 +185,11 @@ class CArbolDivisiones : public CCeldaDivision<TRasgos> {
   /// Records the point as the last one of all cells down its path. True if it is the first of its leaf.
   bool ColocaIndices(CCoor3D<int> const& p, CLugar const& lugar);
   /// `celda` takes the largest cell of which this is the last point, or its leaf. True if it is the last of its leaf.
-  bool Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda);
+  bool Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda) {
+    return Inserta(p, lugar, celda, ultimaHoja);
+  }
+  /// The same for one of several threads that ask at once: `suHoja` is its own leaf of the last point, null at first.
+  bool Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda, CCelda*& suHoja);
   /// Prunes children that are all empty, and zeroes the counters.
   void Comprimir() {
     ultimaHoja = nullptr;
@@ -283,9 +287,9 @@ bool CArbolDivisiones<TRasgos>::ColocaIndices(CCoor3D<int> const& p, CLugar cons
 }
 
 template <class TRasgos>
-bool CArbolDivisiones<TRasgos>::Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda) {
-  if (ultimaHoja != nullptr && ultimaHoja->Encierra(p) && !ultimaHoja->EsUltimo(lugar)) {
-    celda = ultimaHoja;
+bool CArbolDivisiones<TRasgos>::Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda, CCelda*& suHoja) {
+  if (suHoja != nullptr && suHoja->Encierra(p) && !suHoja->EsUltimo(lugar)) {
+    celda = suHoja;
     return false;
   }
   // A point that is the last of a cell is the last of all cells below it on its path: the first one met from above is
@@ -294,7 +298,7 @@ bool CArbolDivisiones<TRasgos>::Inserta(CCoor3D<int> const& p, CLugar const& lug
   for (; c->hijos != nullptr; c = c->Hijo(p)) {
     if (mayor == nullptr && c->EsUltimo(lugar)) mayor = c;
   }
-  ultimaHoja = c;
+  suHoja = c;
   const bool esUltimo = c->EsUltimo(lugar);
   celda = esUltimo && mayor != nullptr ? mayor : c;
   return esUltimo;

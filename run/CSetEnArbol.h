@@ -101,8 +101,9 @@ class CSetEnArbol {
     ++cantidad;
     ultimo = actual = inicio = t;
   }
-  /// Takes an element out without destroying it; a walk that would have started there starts nearby.
-  void QuitaDeLista(TElemento* t, TSet& raiz) {
+  /// Takes an element out without destroying it; a walk that would have started there starts nearby. `inicioDeRaiz` is
+  /// where one starts that nothing nearer gives a start.
+    void QuitaDeLista(TElemento* t, TElemento*& inicioDeRaiz) {
     TElemento *antes = t->Ant(), *despues = t->Sig();
     if (antes != nullptr) {
       antes->sig = t->sig;
@@ -116,20 +117,20 @@ class CSetEnArbol {
     }
     if (actual == t) actual = antes != nullptr ? antes : despues;
     if (inicio == t) inicio = actual;
-    if (raiz.inicio == t) {
-      raiz.inicio = actual;
-      for (TSet* s = padre; raiz.inicio == nullptr && s != nullptr; s = s->padre) raiz.inicio = s->actual;
+    if (inicioDeRaiz == t) {
+      inicioDeRaiz = actual;
+      for (TSet* s = padre; inicioDeRaiz == nullptr && s != nullptr; s = s->padre) inicioDeRaiz = s->actual;
     }
     --cantidad;
   }
   /// No walk starts in this cell any more: it is about to be closed or emptied.
-  void SueltaInicio(TSet& raiz) {
+  void SueltaInicio(TElemento*& inicioDeRaiz) {
     actual = inicio = nullptr;
-    if (raiz.inicio == nullptr || raiz.inicio->GetSet() != this) return;
-    raiz.inicio = nullptr;
+    if (inicioDeRaiz == nullptr || inicioDeRaiz->GetSet() != this) return;
+    inicioDeRaiz = nullptr;
     for (TSet* s = padre; s != nullptr; s = s->padre) {
       if (s->actual == nullptr || s->cerrado) continue;
-      raiz.inicio = s->actual;
+      inicioDeRaiz = s->actual;
       break;
     }
   }

@@ -153,7 +153,7 @@ void CSetTetraedros::Borra(CTetraedro* t, bool anota) {
 
 void CSetTetraedros::Quita(CTetraedro* t, CSetTetraedros& raiz) {
   if (t->set != nullptr) t->set->modificado = true;
-  QuitaDeLista(t, raiz);
+  QuitaDeLista(t, raiz.inicio);
 }
 
 bool CSetTetraedros::EsAncestroDe(CSetTetraedros const* s) const {
@@ -170,7 +170,7 @@ unsigned CSetTetraedros::QuitaTetraedroActual() {
     if (ultimoHecho != nullptr && EsAncestroDe(ultimoHecho->set)) ultimoHecho = nullptr;
   }
   cerrado = true;
-  SueltaInicio(*raiz);
+  SueltaInicio(raiz->inicio);
   std::erase_if(raiz->posiblesVecinos, [this](CTetraedro const* t) { return t->set == this; });
   SueltaVecinosDeLista();
   unsigned cortados = cantidad;

@@ -19,6 +19,11 @@ class CMarcha {
     ++hechos;
     return Sigue();
   }
+  /// So many steps are done in all. False cancels.
+  [[nodiscard]] bool Llega(unsigned long long losHechos) {
+    hechos = losHechos;
+    return Sigue();
+  }
   /// Tells where it stands, as a wait does. False cancels.
   [[nodiscard]] bool Sigue() const {
     return porcentaje == nullptr || porcentaje->Porcentaje(nivel, hechos, total, false) != 0;

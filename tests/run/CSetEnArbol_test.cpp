@@ -75,7 +75,7 @@ TEST(SetEnArbol, LosesAnElementFromEitherEndAndFromTheMiddle) {
   Heap heap;
   const auto pebbles = heap.Fill(5);
   for (const int which : {0, 4, 2}) {
-    heap.QuitaDeLista(pebbles[static_cast<std::size_t>(which)], heap);
+    heap.QuitaDeLista(pebbles[static_cast<std::size_t>(which)], heap.inicio);
     delete pebbles[static_cast<std::size_t>(which)];
   }
   EXPECT_THAT(heap.Forward(), ElementsAre(1, 3));
@@ -89,7 +89,7 @@ TEST(SetEnArbol, TheStartOfTheRootGoesUpwardWhenItsCellLosesTheLastElement) {
   const auto above = root.Fill(1);
   const auto below = root.hijos[2].Fill(1);
   root.inicio = below[0];
-  root.hijos[2].QuitaDeLista(below[0], root);
+  root.hijos[2].QuitaDeLista(below[0], root.inicio);
   delete below[0];
   EXPECT_EQ(root.inicio, above[0]);
   delete[] root.hijos;
@@ -103,7 +103,7 @@ TEST(SetEnArbol, ACellThatIsAboutToCloseLeavesTheStartToTheNearestOpenOneAbove) 
   const auto top = root.Fill(1), middle = closed.Fill(1), bottom = closed.hijos[3].Fill(1);
   root.inicio = bottom[0];
   closed.cerrado = true;
-  closed.hijos[3].SueltaInicio(root);
+  closed.hijos[3].SueltaInicio(root.inicio);
   EXPECT_EQ(root.inicio, top[0]) << "not the one of the closed cell between";
   EXPECT_EQ(closed.hijos[3].inicio, nullptr);
   delete[] closed.hijos;

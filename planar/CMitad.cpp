@@ -1,0 +1,203 @@
+#include "planar/CMitad.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include "planar/CSetTriangulos2D_Obra.h"
+
+namespace Meseta47 {
+
+/// A turn, given back at the end of the block.
+class CMitad::CTurno {
+ public:
+  CTurno(CTurnos& losTurnos, unsigned laMitad) : turnos(losTurnos), mitad(laMitad) {}
+  CTurno(CTurno const&) = delete;
+  CTurno& operator=(CTurno const&) = delete;
+  ~CTurno() {
+    if (std::uncaught_exceptions() > antes) turnos.Para();  // what the other half would see is not whole
+    if (tomado) turnos.Suelta(mitad);
+  }
+  /// False: the work is to end.
+  bool Toma() {
+    if (!tomado) tomado = turnos.Toma(mitad);
+    return tomado;
+  }
+  [[nodiscard]] bool Tomado() const { return tomado; }
+
+ private:
+  CTurnos& turnos;
+  unsigned mitad;
+  bool tomado = false;
+  int antes = std::uncaught_exceptions();
+};
+
+struct CMitad::CCortes {
+  std::vector<CSetTriangulos2D::CObra::CCorteDeSet> sets;
+};
+
+CMitad::CMitad(unsigned laMitad, CEnMitades const& laObra, int elNumero)
+    : mitad(laMitad),
+      obra(laObra),
+      mia(std::make_unique<CSetTriangulos2D::CObra>(obra.raiz, inicio)),
+      cortes(std::make_unique<CCortes>()),
+      numero(elNumero),
+      inicio(obra.raiz.inicio) {}
+
+CMitad::~CMitad() = default;
+
+void CMitad::Comparte(CSetTriangulos2D& raiz) {
+  for (CTriangulo2D* t = raiz.primero; t != nullptr; t = t->Sig()) t->Comparte();
+}
+
+bool CMitad::Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int suNumero, CMitad& laOtra) {
+  using CObra = CSetTriangulos2D::CObra;
+  // What this half has come to matters to sets that the other one closes in between.
+  if (suNumero != numero + 1) Anota(nullptr, 0, {});
+  if (!obra.turnos.Empieza(mitad, suNumero)) return false;
+  const int anterior = std::exchange(numero, suNumero);
+  p->num = numero;
+  CDivisiones2D* celda = nullptr;
+  const bool esUltimo = obra.divisiones.Inserta(*p, lugar, celda, hoja);
+  CTurno turno(obra.turnos, mitad);
+  int respuesta = PorSuCuenta(p, *celda);
+  if (respuesta == CObra::AJENA) {
+    if (!turno.Toma()) return false;
+    if (numero != anterior + 1) inicioCierto = false;
+    respuesta = EnTurno(p, *celda, laOtra);
+    ++enTurno;
+  }
+  if (respuesta == CSetTriangulos2D::REPETIDO) {
+    p->num = 0;
+    ++duplicados;
+    return true;
+  }
+  if (respuesta != CSetTriangulos2D::HECHA) return Abandona();
+  return !esUltimo || Cierra(*celda->setAsociado, turno);
+}
+
+/// All that follows would be of no use.
+bool CMitad::Abandona() {
+  tarde = true;
+  obra.turnos.Para();
+  return false;
+}
+
+void CMitad::Cuenta(unsigned suyosAceptados, unsigned suyosRechazados) {
+  aceptados += suyosAceptados;
+  rechazados += suyosRechazados;
+}
+
+/// AJENA unless the point touches nothing but its half's own. Then nothing has changed.
+int CMitad::PorSuCuenta(CCoor3D<int>* p, CDivisiones2D const& celda) {
+  using CObra = CSetTriangulos2D::CObra;
+  CSetTriangulos2D* cerca = SetCercano(*p, celda);
+  CTriangulo2D* desde = cerca != nullptr ? Inicio(*cerca) : nullptr;
+  if (desde == nullptr) return CObra::AJENA;
+  CTriangulo2D* const inicioAntes = inicio;
+  unsigned suyosAceptados = 0, suyosRechazados = 0;
+  const int respuesta = mia->InsertaPunto<CAcceso::PROPIO>(p, *cerca, desde, {}, suyosAceptados,
+                                                                  suyosRechazados, balance);
+  if (respuesta == CObra::AJENA) {
+    inicio = inicioAntes;
+    return respuesta;
+  }
+  inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  Cuenta(suyosAceptados, suyosRechazados);
+  return respuesta;
+}
+
+/// The same with the whole mesh, while the other half stands still.
+int CMitad::EnTurno(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& laOtra) {
+  using CObra = CSetTriangulos2D::CObra;
+  CSetTriangulos2D& raiz = obra.raiz;
+  // Whichever half the point before is of, it has left a start.
+  CMitad const& deAntes = laOtra.numero == numero - 1 ? laOtra : *this;
+  const bool haySuInicio = deAntes.inicioCierto && deAntes.inicio != nullptr;
+  CSetTriangulos2D* cerca = SetCercano(*p, celda);
+  CTriangulo2D* desde = cerca != nullptr ? Inicio(*cerca) : nullptr;
+  if (desde == nullptr && haySuInicio) desde = deAntes.inicio;
+  if (desde == nullptr) return CObra::TARDIA;
+  CObra& suya = raiz.Obra();
+  suya.OlvidaCamino();  // sets have been closed without its knowledge
+  suya.ajena = {laOtra.cortes->sets, obra.reparto.eje, obra.reparto.medio, mitad == 0};
+  unsigned suyosAceptados = 0, suyosRechazados = 0;
+  const int respuesta = suya.InsertaPunto<CAcceso::EN_TURNO>(p, cerca != nullptr ? *cerca : raiz, desde, {},
+                                                                    suyosAceptados, suyosRechazados, balance);
+  suya.abiertos.clear();  // none of them need be there at the next turn
+  inicio = raiz.inicio;
+  inicioCierto = true;
+  Cuenta(suyosAceptados, suyosRechazados);
+  return respuesta;
+}
+
+/// The deepest open set near the point, below the root; null where the root alone is open.
+CSetTriangulos2D* CMitad::SetCercano(CCoor3D<int> const& p, CDivisiones2D const& celda) const {
+  CDivisiones2D const* abierta = &celda;
+  while (abierta != nullptr && abierta->setAsociado->cerrado) abierta = abierta->padre;
+  if (abierta == nullptr) return nullptr;
+  CSetTriangulos2D* set = abierta->setAsociado;
+  for (int hijo = set->BuscaHijo(p); hijo >= 0 && !set->hijos[hijo].cerrado; hijo = set->BuscaHijo(p)) {
+    set = &set->hijos[hijo];
+  }
+  return set != &obra.raiz ? set : nullptr;
+}
+
+/// What CTriangulacion2D::TrianguloInicial finds below the root.
+CTriangulo2D* CMitad::Inicio(CSetTriangulos2D const& set) const {
+  for (CSetTriangulos2D const* s = &set; s != &obra.raiz; s = s->padre) {
+    if (s->cerrado) continue;
+    if (s->inicio != nullptr) return s->inicio;
+    for (unsigned i = 0; s->hijos != nullptr && i < CSetTriangulos2D::kHijos; ++i) {
+      if (!s->hijos[i].cerrado && s->hijos[i].inicio != nullptr) return s->hijos[i].inicio;
+    }
+  }
+  return nullptr;
+}
+
+/// Closes the set, in turn where that changes links of shared triangles.
+bool CMitad::Cierra(CSetTriangulos2D& set, CTurno& turno) {
+  if ((&set == &obra.raiz || TocaLoCompartido(set)) && !turno.Toma()) return false;
+  const int otra = obra.turnos.Numero(1 - mitad);
+  std::erase_if(cortes->sets, [otra](auto const& corte) { return corte.numero < otra; });
+  cortes->sets.push_back({numero, set.paso});
+  const unsigned triangulos = set.Cierra(mia.get(), inicio);
+  if (!turno.Tomado()) inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  std::vector<std::int32_t> registros;
+  registros.reserve(std::size_t{3} * triangulos);
+  Recoge(set, registros);
+  Anota(&set, triangulos, std::move(registros));
+  return true;
+}
+
+bool CMitad::TocaLoCompartido(CSetTriangulos2D const& set) {
+  const auto compartido = [](CTriangulo2D const* v) { return v != nullptr && v->EsCompartido(); };
+  for (CTriangulo2D const* t = set.primero; t != nullptr; t = t->Sig()) {
+    if (compartido(t->GetVecino12()) || compartido(t->GetVecino23()) || compartido(t->GetVecino31())) return true;
+  }
+  for (unsigned i = 0; set.hijos != nullptr && i < CSetTriangulos2D::kHijos; ++i) {
+    if (!set.hijos[i].cerrado && TocaLoCompartido(set.hijos[i])) return true;
+  }
+  return false;
+}
+
+/// Takes the records of a closed set and of those below it, and frees their triangles.
+void CMitad::Recoge(CSetTriangulos2D& set, std::vector<std::int32_t>& registros) {
+  set.RecogeNumeros(registros, obra.conBorde ? &borde : nullptr, &medidas);
+  const std::unique_ptr<CSetTriangulos2D[]> susHijos(std::exchange(set.hijos, nullptr));
+  for (unsigned i = 0; susHijos != nullptr && i < CSetTriangulos2D::kHijos; ++i) Recoge(susHijos[i], registros);
+}
+
+void CMitad::Anota(CSetTriangulos2D* set, unsigned triangulos, std::vector<std::int32_t> registros) {
+  const auto vivos = static_cast<std::int64_t>(balance.creados - balance.condenados);
+  obra.mezcla.Anade(mitad, {numero, vivos, set, triangulos, std::move(registros)});
+  if (set != nullptr) obra.mezcla.Vierte(obra.turnos.HechoHasta());
+}
+
+void CMitad::Acaba() {
+  Anota(nullptr, 0, {});
+  obra.turnos.Acaba(mitad);
+}
+
+}  // namespace Meseta47

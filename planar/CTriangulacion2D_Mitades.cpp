@@ -1,0 +1,100 @@
+// The points behind the seeds, inserted by two threads where that is worth it: each walks the drawings and takes those
+// of its half.
+#include <algorithm>
+
+#include "planar/CDosMitades.h"
+#include "planar/CFuentes.h"
+#include "planar/CTriangulacion2D.h"
+#include "platform/Procesadores.h"
+#include "run/Recorrido.h"
+
+namespace Meseta47 {
+
+/// Whether two threads can insert the points of this pass, with the same outcome as one, and it pays.
+bool CTriangulacion2D::CabenDosMitades(CFuentes const& fuentes, CEnlace const& enlace) const {
+  const bool soloEscribe = enlace.modo == CHiloSalvaTriangulosEnlazados::SALVA ||
+                           enlace.modo == CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN;
+  return NumeroProcesadores() > 1 && soloEscribe && fuentes.extra == nullptr && enlace.tolerancia.unidades == 0 &&
+         divisiones.hijos != nullptr && CReparto2D::VaPorDos(cantidadPuntos, porCuadrante, maximas, minimoDeDos);
+}
+
+/// Calls `visita` with the points behind the seeds and their numbers until it answers false. The last number.
+template <class F>
+int CTriangulacion2D::RecorreMitad(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const {
+  int numero = ultimaSemilla;
+  fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const* elegidos) {
+    auto siguiente = std::find_if(primerosPuntos.begin(), primerosPuntos.end(),
+                                [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); });
+    const bool va = RecorrePuntos(d, Filtro(d), elegidos, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
+      const CPosicion aqui(static_cast<unsigned>(lista), entidad, k);
+      if (siguiente != primerosPuntos.end() && *siguiente == aqui) {
+        ++siguiente;
+        return true;
+      }
+      return visita(PuntoDeRun(e, k), aqui, ++numero);
+    });
+    return va ? kHecho : kCancelado;
+  });
+  return numero;
+}
+
+/// What InsertaResto does with all points. kTarde: it is to be done anew, by one thread.
+int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& enlace, CMarcha& marcha,
+                                       CInsercion const& como, std::unique_ptr<CDosMitades>& mitades) {
+  const CReparto2D reparto = CReparto2D::Para(porCuadrante, divisiones.centro);
+  const auto ultimaSemilla = static_cast<int>(cantidadPuntos);
+  const std::uint64_t hechosAntes = marcha.Hechos();
+  const int contadorAntes = como.contador != nullptr ? *como.contador : 0;
+  mitades = std::make_unique<CDosMitades>(setRaiz, divisiones, reparto, Completa(enlace.modo), setsCerrados,
+                                          ficheroTemporal.Fichero(),
+                                          static_cast<std::int64_t>(balance.creados - balance.condenados),
+                                          ultimaSemilla);
+  int ultimo = ultimaSemilla;
+  const auto llega = [&](int numero) {
+    const int mas = numero - ultimaSemilla;
+    if (como.contador != nullptr) *como.contador = contadorAntes + mas;
+    return marcha.Llega(hechosAntes + static_cast<unsigned>(mas));
+  };
+  bool cancelado = false;
+  const auto alimenta = [&](CMitad& mitad, CMitad& otra) {
+    const unsigned cual = &mitad == &mitades->Mitad(0) ? 0 : 1;
+    const int suUltimo = RecorreMitad(fuentes, ultimaSemilla, [&](CCoor3D<int>* p, CPosicion const& lugar, int numero) {
+      if (reparto.Mitad(*p) != cual) return true;
+      if (cual == 0 && !llega(numero)) {
+        cancelado = true;
+        mitades->Para();
+        return false;
+      }
+      const CLugarEnLista suyo{static_cast<std::int16_t>(lugar.lista), static_cast<std::int32_t>(lugar.entidad),
+                               static_cast<std::int32_t>(lugar.punto)};
+      return mitad.Inserta(p, suyo, numero, otra);
+    });
+    if (cual == 0) ultimo = suUltimo;
+  };
+  const CDosMitades::CFinal fin = mitades->Corre(alimenta, [&] {
+    cancelado = cancelado || !marcha.Sigue();
+    return !cancelado;
+  });
+  if (cancelado) return kCancelado;
+  porDos = {fin == CDosMitades::HECHO, fin == CDosMitades::TARDE,
+            mitades->Mitad(0).enTurno + mitades->Mitad(1).enTurno};
+  if (fin != CDosMitades::HECHO) return kTarde;
+  cantidadPuntos = static_cast<std::uint32_t>(ultimo);
+  if (!llega(ultimo)) return kCancelado;
+  for (unsigned i = 0; i < 2; ++i) SumaMitad(mitades->Mitad(i));
+  resumen.picoVivos = std::max(resumen.picoVivos, mitades->Mezcla().PicoVivos());
+  return kHecho;
+}
+
+void CTriangulacion2D::SumaMitad(CMitad& mitad) {
+  balance.creados += mitad.balance.creados;
+  balance.condenados += mitad.balance.condenados;
+  duplicados += mitad.duplicados;
+  visitados.aceptados += static_cast<unsigned>(mitad.aceptados);
+  visitados.rechazados += static_cast<unsigned>(mitad.rechazados);
+  resumen.examinados += mitad.aceptados + mitad.rechazados;
+  borde.Toma(mitad.borde);
+  medidas.Suma(mitad.medidas);
+}
+
+}  // namespace Meseta47

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <limits>
+
+#include "platform/Exporta.h"
+
+namespace Meseta47 {
+
+/// Where two inserting threads stand, and who waits for whom. Each point has its number before it goes in; a half tells
+/// the number that it is at, and that says that all its points below are in.
+///
+/// A point that touches nothing but its half's own goes in whenever its half comes to it. Any other takes its turn: it
+/// waits until the other half is beyond its number and stands still, does its work alone, and lets the other go on. So
+/// points in turn go in one at a time, in the order of their numbers, and while one does nothing else happens. The lower
+/// of two numbers never waits for the higher to be done, so one of the two always goes on.
+///
+///   half 0   ...  513  514 | 515 in turn: waits for half 1      | 515 alone | 516 ...
+///   half 1   ...  300  301   ...  512 | is at 769: beyond 515, stands still | 769 ...
+///
+/// All that one half has written is seen by the other once it has its turn, or has been let go on. Nothing is locked
+/// while points go in; a half reads one word of its own for each of them.
+class URDIMBRE_API CTurnos {
+ public:
+  /// A half that has no more points is at this number.
+  static constexpr int kAcabada = std::numeric_limits<int>::max();
+  /// How far a half may be ahead of the other, in numbers: what it has finished waits in memory until then.
+  static constexpr int kVentaja = 1 << 12;
+
+  /// Called by a thread on its way through, with its half and what it is about to do. It may take its time; that is what
+  /// it is for.
+  using CTestigo = void (*)(unsigned mitad, char const* paso);
+  /// For tests: told of every crossing from now on. Null for none. Not while halves are under way.
+  static void Observa(CTestigo testigo);
+
+  CTurnos();
+  CTurnos(CTurnos const&) = delete;
+  CTurnos& operator=(CTurnos const&) = delete;
+
+  // --- of a half; each by its own thread ---
+  /// The half is now at this number, greater than the one before. Stands still if the other half wants its turn. False:
+  /// the work is to end.
+  [[nodiscard]] bool Empieza(unsigned mitad, int numero) {
+    CPuesto& mio = puestos[mitad];
+    mio.numero.store(numero, std::memory_order_release);
+    if (numero <= mio.hastaDonde && mio.llamada.load(std::memory_order_acquire) == 0) [[likely]] {
+      return true;
+    }
+    return Atiende(mitad, numero);
+  }
+  /// Waits for the turn of the number that the half is at; then the other half stands still, in between two points,
+  /// until Suelta. `sigue` is asked now and then. False: the work is to end, and the turn has not come.
+  [[nodiscard]] bool Toma(unsigned mitad);
+  void Suelta(unsigned mitad);
+  /// The half has no more points, and touches nothing any more.
+  void Acaba(unsigned mitad);
+
+  // --- of both ---
+  /// The number that a half is at.
+  [[nodiscard]] int Numero(unsigned mitad) const { return puestos[mitad].numero.load(std::memory_order_acquire); }
+  /// The lowest number that may still be under way.
+  [[nodiscard]] int HechoHasta() const;
+  /// The work is to end: no half begins another point, and no wait goes on.
+  void Para() noexcept;
+  [[nodiscard]] bool HaParado() const { return parado.load(std::memory_order_acquire); }
+
+ private:
+  // A cache line each, as the one thread writes what the other reads.
+  struct alignas(64) CPuesto {
+    std::atomic<int> numero{0};
+    std::atomic<bool> quieta{false};  ///< the half stands still
+    int hastaDonde = 0;               ///< its own: up to here it has leave to go without looking at the other
+    alignas(64) std::atomic<unsigned> llamada{0};  ///< the half is to look up: kTurno, kFin, kTestigo
+  };
+  enum : unsigned { kTurno = 1, kFin = 2, kTestigo = 4 };
+
+  bool Atiende(unsigned mitad, int numero);
+  void CedePaso(unsigned mitad);
+  template <class F>
+  bool EsperaA(unsigned mitad, F&& condicion);
+
+  CPuesto puestos[2];
+  std::atomic<bool> parado{false};
+};
+
+}  // namespace Meseta47
