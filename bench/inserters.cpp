@@ -33,7 +33,10 @@ struct Linked {
 
 class Phases : public CTriangulacion2D {
  public:
-  explicit Phases(CDataSemilla const& seed) : CTriangulacion2D(0, seed, 1) { Mensajes(MENSAJES_NINGUNO); }
+  explicit Phases(CDataSemilla const& seed) : CTriangulacion2D(0, seed, 1) {
+    Mensajes(MENSAJES_NINGUNO);
+    DosDesde(0);
+  }
 
   Linked run(CDibujo<int>& drawing) {
     drawing.PonNumerosACero();
@@ -58,7 +61,9 @@ class Phases : public CTriangulacion2D {
     CLectorTriples reader;
     if (!reader.Abre(ficheroTemporal.Ruta())) throw std::runtime_error("read");
     const std::uint64_t length = reader.Longitud();
-    if (!reader.Situa(0, static_cast<unsigned>(length / CFicheroTriples::kBytes), length)) throw std::runtime_error("read");
+    if (!reader.Situa(0, static_cast<unsigned>(length / CFicheroTriples::kBytes), length)) {
+      throw std::runtime_error("read");
+    }
     std::size_t hash = 14695981039346656037U;  // FNV-1a, a number at a time
     for (auto triples = reader.Siguiente(); !triples.empty(); triples = reader.Siguiente()) {
       for (CTriple const& triple : triples) {
@@ -78,7 +83,7 @@ bool agree(Linked const& a, Linked const& b) {
 void compare(std::string const& name, std::vector<CCoor3D<int>> points, std::size_t alternate, unsigned runs) {
   const std::size_t n = points.size();
   std::vector<std::uint32_t> order = hilbertOrder(points);
-  if (alternate != 0) alternateHalves(order, points);
+  if (alternate != 0) alternateHalves(order, points, alternate);
   applyOrder(points, order);
   CSetPuntos<int> set(L"CLOUD");
   set.CLinea<int>::Asigna(std::move(points));
@@ -112,7 +117,7 @@ void compare(std::string const& name, std::vector<CCoor3D<int>> points, std::siz
 
 int main(int argc, char** argv) {
   unsigned runs = 5;
-  std::size_t count = 1000000, alternate = 256;
+  std::size_t count = 1000000, alternate = 64;
   std::vector<std::string> files, families;
   for (int i = 1; i < argc; ++i) {
     const bool more = i + 1 < argc;
@@ -140,6 +145,7 @@ int main(int argc, char** argv) {
   quiet.quiet = true;
   HostApp app(quiet);
   std::vector<std::vector<std::string>> groups;
+  groups.reserve(files.size() + 1);
   for (std::string const& file : files) groups.push_back({file});
   if (files.size() > 1) groups.push_back(files);
   for (auto const& group : groups) {

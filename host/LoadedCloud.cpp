@@ -451,7 +451,7 @@ void warnOfZeroHeights(Groups const& groups, HostApp& app) {
 
 }  // namespace
 
-std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties) {
+std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties, Halves halves) {
   const std::vector<ScaledPoint> points = std::exchange(cloud.points, {});
   if (!hilbert) {
     std::vector<CCoor3D<int>> taken = Reservado<CCoor3D<int>>(points.size());
@@ -459,6 +459,7 @@ std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties
     return taken;
   }
   std::vector<std::uint32_t> order = hilbertOrder(points, ties);
+  if (halves == Halves::inTurns) alternateHalves(order, points);
   if (!cloud.places.empty()) applyOrder(cloud.places, order);
   if (!cloud.colours.empty()) applyOrder(cloud.colours, order);
   std::vector<CCoor3D<int>> taken = inOrder<CCoor3D<int>>(points, order);

@@ -62,7 +62,8 @@ struct LoadedCloud {
 
 /// Takes the points out of a cloud, as a drawing wants them, along the Hilbert curve of SpatialOrder.h when asked for;
 /// their places and colours follow. Needs the memory of both forms of the points.
-[[nodiscard]] std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties = Ties::asTheyCome);
+[[nodiscard]] std::vector<CCoor3D<int>> takePoints(LoadedCloud& cloud, bool hilbert, Ties ties = Ties::asTheyCome,
+                                                   Halves halves = Halves::asTheyCome);
 
 /// Reads groups of files, each group one cloud, all onto one seed. The origin is the middle of all extents. Throws
 /// FileError for a file that cannot be read or lies in another reference system than the rest, Failure for an extent

@@ -152,8 +152,7 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties t
 }
 
 template <class Point>
-void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points) {
-  constexpr std::size_t kStretch = 256;  // a thread waits for some of these; 64 does as well, 1,024 worse
+void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points, std::size_t stretch) {
   CMaximas<int> box;
   for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
   const CCoor3D<int> centre = CCeldas<2>::Centro(box);
@@ -167,7 +166,7 @@ void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const
   std::size_t taken[2] = {}, place = 0;
   while (place < order.size()) {
     for (unsigned half = 0; half < 2; ++half) {
-      const std::size_t count = std::min(kStretch, ofHalf[half].size() - taken[half]);
+      const std::size_t count = std::min(stretch, ofHalf[half].size() - taken[half]);
       std::copy_n(&ofHalf[half][taken[half]], count, &order[place]);
       taken[half] += count;
       place += count;
@@ -204,8 +203,8 @@ std::vector<To> inOrder(std::vector<From> const& items, std::vector<std::uint32_
 
 template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
 template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
-template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&);
-template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&);
+template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&, std::size_t);
+template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&, std::size_t);
 template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&, std::vector<std::uint32_t> const&);

@@ -29,6 +29,9 @@ enum class Ties {
   byPosition,
 };
 
+/// Whether points come as two threads want them that insert at once: those of either half in turns.
+enum class Halves { asTheyCome, inTurns };
+
 /// The order of the points along a Hilbert curve over the cells that a run divides their extents into, so that cells
 /// are finished one after another and hardly anything of the mesh is unfinished at a time. Element i of the result is
 /// the index of the i-th point. O(n), on all processors, and a sort of the points of each finest cell where they are to
@@ -36,12 +39,15 @@ enum class Ties {
 template <class Point>
 std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties = Ties::asTheyCome);
 
-/// The same order for two threads that insert at once: of each half of the extents in turns so many points, each half in
-/// its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other follows. Orders of few
-/// points, and of such as two threads don't take, stay as they are; neither the number of processors nor of threads
+constexpr std::size_t kStretch = 64;  ///< a thread waits for some of these: 256 cost all of the gain
+
+/// The same order for two threads that insert at once: of each half of the extents in turns so many points, each half
+/// in its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other follows. Orders of
+/// few points, and of such as two threads don't take, stay as they are; neither the number of processors nor of threads
 /// matters, so that the outcome of a run does not depend on them.
 template <class Point>
-void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points);
+void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points,
+                     std::size_t stretch = kStretch);
 
 /// Whether points that follow each other lie far apart, as they don't in the order of a flight: farther than a
 /// twentieth of the longer side of their box on average, of a sample.
@@ -58,8 +64,8 @@ void applyOrder(std::vector<T>& items, std::vector<std::uint32_t> const& order) 
 
 extern template std::vector<std::uint32_t> hilbertOrder(std::vector<CCoor3D<int>> const&, Ties);
 extern template std::vector<std::uint32_t> hilbertOrder(std::vector<ScaledPoint> const&, Ties);
-extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&);
-extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&);
+extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<CCoor3D<int>> const&, std::size_t);
+extern template void alternateHalves(std::vector<std::uint32_t>&, std::vector<ScaledPoint> const&, std::size_t);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<CCoor3D<int>> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<CCoor3D<int>> inOrder(std::vector<ScaledPoint> const&, std::vector<std::uint32_t> const&);
 extern template std::vector<std::uint32_t> inOrder(std::vector<std::uint32_t> const&,

@@ -34,7 +34,6 @@ unsigned long CDosMitades::Rutina(void* yo) {
     mio->turnos.Para();
   }
   mio->hecha = true;
-  mio->hecha.notify_one();
   // Triangles of this thread's memory are still in use. Once they have been given back, all of it goes to the system.
   mio->puedeIrse.wait(false);
   return 0;

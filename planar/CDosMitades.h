@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <exception>
 #include <functional>
 
@@ -16,8 +18,8 @@ class URDIMBRE_API CDosMitades {
   using CAlimenta = std::function<void(CMitad& mitad, CMitad& otra)>;
   enum CFinal {
     HECHO,
-    PARADO,  ///< by Para
-    TARDE,   ///< all is to be done anew by one thread
+    PARADO,    ///< by Para
+    TARDE,     ///< all is to be done anew by one thread
     SIN_HILO,  ///< the system gives no thread, and nothing has been done
   };
 
@@ -49,8 +51,8 @@ class URDIMBRE_API CDosMitades {
   CEnMitades comun;
   CMitad primera, segunda;
   CAlimenta const* alimenta = nullptr;
-  std::exception_ptr fallo;         ///< of the second thread
-  std::atomic<bool> hecha{false};   ///< the second thread's work
+  std::exception_ptr fallo;        ///< of the second thread
+  std::atomic<bool> hecha{false};  ///< the second thread's work
   std::atomic<bool> puedeIrse{false};
   HANDLE hilo = nullptr;
 };

@@ -28,7 +28,7 @@ class URDIMBRE_API CMezcla {
     std::vector<std::int32_t> registros;
   };
 
-  /// `losVivos`: triangles before the first point. `cola` and `fichero` are touched by this alone until Acaba.
+  /// `losVivos`: triangles before the first point. Queue and file are this object's alone while halves are under way.
   CMezcla(CColaCerrados<CSetTriangulos2D>& laCola, CFile* elFichero, std::int64_t losVivos)
       : cola(laCola), fichero(elFichero), vivosAntes(losVivos) {}
 

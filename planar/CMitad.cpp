@@ -97,8 +97,8 @@ int CMitad::PorSuCuenta(CCoor3D<int>* p, CDivisiones2D const& celda) {
   if (desde == nullptr) return CObra::AJENA;
   CTriangulo2D* const inicioAntes = inicio;
   unsigned suyosAceptados = 0, suyosRechazados = 0;
-  const int respuesta = mia->InsertaPunto<CAcceso::PROPIO>(p, *cerca, desde, {}, suyosAceptados,
-                                                                  suyosRechazados, balance);
+  const int respuesta =
+      mia->InsertaPunto<CAcceso::PROPIO>(p, *cerca, desde, {}, suyosAceptados, suyosRechazados, balance);
   if (respuesta == CObra::AJENA) {
     inicio = inicioAntes;
     return respuesta;
@@ -124,7 +124,7 @@ int CMitad::EnTurno(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& l
   suya.ajena = {laOtra.cortes->sets, obra.reparto.eje, obra.reparto.medio, mitad == 0};
   unsigned suyosAceptados = 0, suyosRechazados = 0;
   const int respuesta = suya.InsertaPunto<CAcceso::EN_TURNO>(p, cerca != nullptr ? *cerca : raiz, desde, {},
-                                                                    suyosAceptados, suyosRechazados, balance);
+                                                             suyosAceptados, suyosRechazados, balance);
   suya.abiertos.clear();  // none of them need be there at the next turn
   inicio = raiz.inicio;
   inicioCierto = true;

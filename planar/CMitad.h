@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -12,7 +11,6 @@
 #include "planar/CReparto2D.h"
 #include "planar/CSetTriangulos2D.h"
 #include "planar/CTurnos.h"
-#include "run/CPosicion.h"
 
 namespace Meseta47 {
 
@@ -31,8 +29,8 @@ struct CEnMitades {
 ///
 /// A triangle that is filed below the root is its quadrant's; one in the root's own list is shared. A point of one half
 /// lies in no circle of the other, so triangles of a half are made and destroyed by its own thread alone, and what
-/// touches nothing else needs no agreement. All else takes its turn (CTurnos). docs/architecture.md has the argument why
-/// the outcome is that of one thread.
+/// touches nothing else needs no agreement. All else takes its turn (CTurnos). docs/architecture.md has the argument
+/// why the outcome is that of one thread.
 class URDIMBRE_API CMitad {
  public:
   /// Points before have the numbers up to `elNumero`.
@@ -79,8 +77,8 @@ class URDIMBRE_API CMitad {
   CEnMitades obra;
   std::unique_ptr<CSetTriangulos2D::CObra> mia;
   std::unique_ptr<CCortes> cortes;  ///< sets closed at numbers that the other half has not come to
-  CDivisiones2D* hoja = nullptr;  ///< where the last point fell
-  int numero = 0;                 ///< of the last point
+  CDivisiones2D* hoja = nullptr;    ///< where the last point fell
+  int numero = 0;                   ///< of the last point
   bool tarde = false;
   // Where a walk would start next that nothing nearer gives a start, as the last point leaves it; it is certain where
   // no shared triangle had a part in it.

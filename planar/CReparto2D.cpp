@@ -14,8 +14,12 @@ std::uint64_t Derecha(std::uint64_t const (&porCuadrante)[4]) { return porCuadra
 std::uint64_t Arriba(std::uint64_t const (&porCuadrante)[4]) { return porCuadrante[0] + porCuadrante[1]; }
 std::uint64_t Abajo(std::uint64_t const (&porCuadrante)[4]) { return porCuadrante[2] + porCuadrante[3]; }
 
-std::uint64_t MenorEnX(std::uint64_t const (&porCuadrante)[4]) { return std::min(Izquierda(porCuadrante), Derecha(porCuadrante)); }
-std::uint64_t MenorEnY(std::uint64_t const (&porCuadrante)[4]) { return std::min(Arriba(porCuadrante), Abajo(porCuadrante)); }
+std::uint64_t MenorEnX(std::uint64_t const (&porCuadrante)[4]) {
+  return std::min(Izquierda(porCuadrante), Derecha(porCuadrante));
+}
+std::uint64_t MenorEnY(std::uint64_t const (&porCuadrante)[4]) {
+  return std::min(Arriba(porCuadrante), Abajo(porCuadrante));
+}
 
 }  // namespace
 

@@ -68,8 +68,8 @@ void CSetTriangulos2D::CObra::RecogeLados(CSetLados2D& lados) const {
 
 /// Whether what the walk is about to read of a triangle may be the work of a later point. A triangle is as old as its
 /// first vertex, and links change to new triangles or to none. Two triangles that are older than the point and side by
-/// side were so when it was the point's turn. A link that has gone has led into a set that was closed, and what is filed
-/// there has its corners in the frame of the set.
+/// side were so when it was the point's turn. A link that has gone has led into a set that was closed, and what is
+/// filed there has its corners in the frame of the set.
 inline bool CSetTriangulos2D::CObra::EsTardio(CTriangulo2D const& t, int numero) const {
   if (t.p1->num > numero) return true;
   if (ajena.cortes.empty() || t.LadosLimite() == 0 || t.EsCompartido() || !ajena.Tiene(*t.p1)) return false;
@@ -182,11 +182,11 @@ void CSetTriangulos2D::CObra::BorraCavidad() {
   }
 }
 
-template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::TODO>(
-    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
-template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::PROPIO>(
-    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
-template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::EN_TURNO>(
-    CSetTriangulos2D&, CCoor3D<int> const&, unsigned&, unsigned&, CTriangulo2D*, CTriangulo2D*&);
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::TODO>(CSetTriangulos2D&, CCoor3D<int> const&, unsigned&,
+                                                                  unsigned&, CTriangulo2D*, CTriangulo2D*&);
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::PROPIO>(CSetTriangulos2D&, CCoor3D<int> const&, unsigned&,
+                                                                    unsigned&, CTriangulo2D*, CTriangulo2D*&);
+template int CSetTriangulos2D::CObra::BuscaSemilla<CAcceso::EN_TURNO>(CSetTriangulos2D&, CCoor3D<int> const&, unsigned&,
+                                                                      unsigned&, CTriangulo2D*, CTriangulo2D*&);
 
 }  // namespace Meseta47

@@ -282,8 +282,7 @@ void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p) {
       CTriangulo2D* t = cavidad[cual];
       // A triangle without a circle, of three points on a line, has its place at the origin.
       CSetTriangulos2D& suyo =
-          t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual), inicio)
-                                  : raiz.SetPara(CajaDe(*t), inicio);
+          t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual), inicio) : raiz.SetPara(CajaDe(*t), inicio);
       suyo.AnexaALista(t);
       if (kAcceso == CAcceso::EN_TURNO && &suyo == &raiz) t->Comparte();
     }
@@ -322,9 +321,9 @@ void CSetTriangulos2D::CObra::SustituyePorBusqueda(CCoor3D<int>* p, CBalance& ba
   balance.creados += lados.lados.size();
 }
 
-template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::PROPIO>(
-    CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*, CTolerancia, unsigned&, unsigned&, CBalance&);
-template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::EN_TURNO>(
-    CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*, CTolerancia, unsigned&, unsigned&, CBalance&);
+template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::PROPIO>(CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*,
+                                                                    CTolerancia, unsigned&, unsigned&, CBalance&);
+template int CSetTriangulos2D::CObra::InsertaPunto<CAcceso::EN_TURNO>(CCoor3D<int>*, CSetTriangulos2D&, CTriangulo2D*,
+                                                                      CTolerancia, unsigned&, unsigned&, CBalance&);
 
 }  // namespace Meseta47

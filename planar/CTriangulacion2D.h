@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -114,11 +115,12 @@ class URDIMBRE_API CTriangulacion2D {
   /// for the outline of what is found; the mesh that is searched has its frame.
   void SinMarco(bool asi) { sinMarco = asi; }
 
-  /// From how many points on a linking pass that does nothing but write takes two threads, where the program has two
-  /// processors for it (NumeroProcesadores) and the points allow it: no extra ones under a tolerance, at most ten
-  /// million, at least a quarter of them on the lesser side of the middle of their extents, in x or in y, and extents
-  /// below 2^28. Results and counts are those of one thread, byte for byte. It pays for points that come from either
-  /// side in turns, some hundred of each: of those that come one half after the other, one thread waits for the other.
+  /// From how many points on a linking of drawings that does nothing but write takes two threads; by default none does.
+  /// It takes two processors (NumeroProcesadores) and points that allow it: no extra drawing, at most ten million, at
+  /// least a quarter of them in the lesser half of their extents, in x or in y, and extents up to 2^28 scaled units.
+  /// Results and counts are those of one thread, byte for byte; progress is told at fewer steps. It pays for points
+  /// that come from either half in turns, some dozens of each (CReparto2D, and 50,000 of them at least): where one half
+  /// comes after the other, each thread waits for the other. Stays until it is changed.
   void DosDesde(std::uint32_t puntos) { minimoDeDos = puntos; }
 
   // --- runs ---
@@ -475,7 +477,7 @@ class URDIMBRE_API CTriangulacion2D {
     std::uint64_t enTurno = 0;  ///< points for which both threads had to meet
   };
   CPorDos porDos;
-  std::int32_t reservado = 0;                    ///< 0: kept for the hosts that copy it
+  std::int32_t reservado = 0;  ///< 0: kept for the hosts that copy it
   std::uint32_t identificador;
 
  private:
@@ -504,7 +506,7 @@ class URDIMBRE_API CTriangulacion2D {
   int InsertaEnMitades(CFuentes const& fuentes, CEnlace const& enlace, CMarcha& marcha, CInsercion const& como,
                        std::unique_ptr<CDosMitades>& mitades);
   template <class F>
-  int RecorreMitad(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const;
+  int RecorreResto(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const;
   void SumaMitad(CMitad& mitad);
   bool InsertaUno(CCoor3D<int>* p, CPosicion const& lugar, CMarcha& marcha, CInsercion const& como, int& codigo);
   static bool Avanza(CMarcha& marcha, CInsercion const& como);
@@ -585,7 +587,7 @@ class URDIMBRE_API CTriangulacion2D {
   std::size_t ladosDelCasco = 0;  ///< sides of its hull
   bool sinMarco = false;
   std::uint64_t porCuadrante[4] = {};  ///< points of the filling, by quadrants of the root
-  std::uint32_t minimoDeDos = CReparto2D::kMinimo;
+  std::uint32_t minimoDeDos = std::numeric_limits<std::uint32_t>::max();
 };
 
 }  // namespace Meseta47

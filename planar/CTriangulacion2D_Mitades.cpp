@@ -20,11 +20,11 @@ bool CTriangulacion2D::CabenDosMitades(CFuentes const& fuentes, CEnlace const& e
 
 /// Calls `visita` with the points behind the seeds and their numbers until it answers false. The last number.
 template <class F>
-int CTriangulacion2D::RecorreMitad(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const {
+int CTriangulacion2D::RecorreResto(CFuentes const& fuentes, int ultimaSemilla, F&& visita) const {
   int numero = ultimaSemilla;
   fuentes.Recorre([&](short lista, CDibujo<int> const& d, auto const* elegidos) {
     auto siguiente = std::find_if(primerosPuntos.begin(), primerosPuntos.end(),
-                                [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); });
+                                  [lista](CPosicion const& s) { return s.lista == static_cast<unsigned>(lista); });
     const bool va = RecorrePuntos(d, Filtro(d), elegidos, [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
       const CPosicion aqui(static_cast<unsigned>(lista), entidad, k);
       if (siguiente != primerosPuntos.end() && *siguiente == aqui) {
@@ -45,10 +45,9 @@ int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& e
   const auto ultimaSemilla = static_cast<int>(cantidadPuntos);
   const std::uint64_t hechosAntes = marcha.Hechos();
   const int contadorAntes = como.contador != nullptr ? *como.contador : 0;
-  mitades = std::make_unique<CDosMitades>(setRaiz, divisiones, reparto, Completa(enlace.modo), setsCerrados,
-                                          ficheroTemporal.Fichero(),
-                                          static_cast<std::int64_t>(balance.creados - balance.condenados),
-                                          ultimaSemilla);
+  mitades = std::make_unique<CDosMitades>(
+      setRaiz, divisiones, reparto, Completa(enlace.modo), setsCerrados, ficheroTemporal.Fichero(),
+      static_cast<std::int64_t>(balance.creados - balance.condenados), ultimaSemilla);
   int ultimo = ultimaSemilla;
   const auto llega = [&](int numero) {
     const int mas = numero - ultimaSemilla;
@@ -58,7 +57,7 @@ int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& e
   bool cancelado = false;
   const auto alimenta = [&](CMitad& mitad, CMitad& otra) {
     const unsigned cual = &mitad == &mitades->Mitad(0) ? 0 : 1;
-    const int suUltimo = RecorreMitad(fuentes, ultimaSemilla, [&](CCoor3D<int>* p, CPosicion const& lugar, int numero) {
+    const int suUltimo = RecorreResto(fuentes, ultimaSemilla, [&](CCoor3D<int>* p, CPosicion const& lugar, int numero) {
       if (reparto.Mitad(*p) != cual) return true;
       if (cual == 0 && !llega(numero)) {
         cancelado = true;

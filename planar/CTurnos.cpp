@@ -19,7 +19,7 @@ void Cuenta(unsigned mitad, char const* paso) {
 class CEspera {
  public:
   void UnRato() {
-    constexpr unsigned kMiradas = 64, kCesiones = 256;
+    constexpr unsigned kMiradas = 400, kCesiones = 400;
     ++veces;
     if (veces <= kMiradas) return;
     if (veces <= kMiradas + kCesiones) {

@@ -13,8 +13,8 @@ namespace Meseta47 {
 ///
 /// A point that touches nothing but its half's own goes in whenever its half comes to it. Any other takes its turn: it
 /// waits until the other half is beyond its number and stands still, does its work alone, and lets the other go on. So
-/// points in turn go in one at a time, in the order of their numbers, and while one does nothing else happens. The lower
-/// of two numbers never waits for the higher to be done, so one of the two always goes on.
+/// points in turn go in one at a time, in the order of their numbers, and while one does nothing else happens. The
+/// lower of two numbers never waits for the higher to be done, so one of the two always goes on.
 ///
 ///   half 0   ...  513  514 | 515 in turn: waits for half 1      | 515 alone | 516 ...
 ///   half 1   ...  300  301   ...  512 | is at 769: beyond 515, stands still | 769 ...
@@ -28,8 +28,8 @@ class URDIMBRE_API CTurnos {
   /// How far a half may be ahead of the other, in numbers: what it has finished waits in memory until then.
   static constexpr int kVentaja = 1 << 12;
 
-  /// Called by a thread on its way through, with its half and what it is about to do. It may take its time; that is what
-  /// it is for.
+  /// Called by a thread on its way through, with its half and what it is about to do. It may take its time; that is
+  /// what it is for.
   using CTestigo = void (*)(unsigned mitad, char const* paso);
   /// For tests: told of every crossing from now on. Null for none. Not while halves are under way.
   static void Observa(CTestigo testigo);

@@ -103,7 +103,7 @@ class CSetEnArbol {
   }
   /// Takes an element out without destroying it; a walk that would have started there starts nearby. `inicioDeRaiz` is
   /// where one starts that nothing nearer gives a start.
-    void QuitaDeLista(TElemento* t, TElemento*& inicioDeRaiz) {
+  void QuitaDeLista(TElemento* t, TElemento*& inicioDeRaiz) {
     TElemento *antes = t->Ant(), *despues = t->Sig();
     if (antes != nullptr) {
       antes->sig = t->sig;

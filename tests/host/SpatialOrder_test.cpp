@@ -106,6 +106,46 @@ TEST(SpatialOrder, WithTiesByPositionHowPointsAreSortedShowsAtOnePlaceAlone) {
   }
 }
 
+TEST(SpatialOrder, TakesTheHalvesOfManyPointsInTurnsEachInItsOrder) {
+  std::mt19937 random(9);
+  std::uniform_int_distribution<int> wide(0, 1'000'000);
+  std::vector<ScaledPoint> points{{0, 0, 0, 0, 0}, {1'000'000, 1'000'000, 0, 0, 0}};  // their middle is known
+  for (int i = 0; i < 60'000; ++i) points.push_back({wide(random), wide(random), 0, 0, 0});
+  const std::vector<std::uint32_t> curve = hilbertOrder(points, Ties::byPosition);
+  std::vector<std::uint32_t> inTurns = curve;
+  alternateHalves(inTurns, points);
+  const auto left = [&](std::uint32_t i) { return points[i].x < 500'000; };
+  const auto upper = [&](std::uint32_t i) { return points[i].y < 500'000; };
+  const auto changes = [&](auto const& side) {
+    int count = 0;
+    for (std::size_t i = 1; i < inTurns.size(); ++i) count += side(inTurns[i]) != side(inTurns[i - 1]) ? 1 : 0;
+    return count;
+  };
+  EXPECT_GT(std::max(changes(left), changes(upper)), 60'000 / 64 * 9 / 10) << "of one axis";
+  for (const bool side : {false, true}) {
+    const bool inX = changes(left) > changes(upper);
+    std::vector<std::uint32_t> before, after;
+    const auto ofSide = [&](std::uint32_t i) { return (inX ? left(i) : upper(i)) == side; };
+    std::copy_if(curve.begin(), curve.end(), std::back_inserter(before), ofSide);
+    std::copy_if(inTurns.begin(), inTurns.end(), std::back_inserter(after), ofSide);
+    EXPECT_EQ(before, after);
+  }
+}
+
+TEST(SpatialOrder, LeavesTheOrderOfFewPointsAndOfThoseOnOneSide) {
+  std::mt19937 random(10);
+  std::uniform_int_distribution<int> wide(0, 1'000'000), narrow(0, 1'000);
+  std::vector<ScaledPoint> few, onOneSide{{1'000'000, 1'000'000, 0, 0, 0}};
+  for (int i = 0; i < 40'000; ++i) few.push_back({wide(random), wide(random), 0, 0, 0});
+  for (int i = 0; i < 60'000; ++i) onOneSide.push_back({narrow(random), narrow(random), 0, 0, 0});
+  for (auto const& points : {few, onOneSide}) {
+    const std::vector<std::uint32_t> curve = hilbertOrder(points);
+    std::vector<std::uint32_t> same = curve;
+    alternateHalves(same, points);
+    EXPECT_EQ(same, curve);
+  }
+}
+
 TEST(SpatialOrder, OfNoPointsIsEmpty) { EXPECT_TRUE(hilbertOrder(std::vector<ScaledPoint>()).empty()); }
 
 TEST(SpatialOrder, IsAppliedToWhatIsKeptBesideThePoints) {

@@ -106,6 +106,7 @@ class OpenTriangulation : public CTriangulacion2D {
   using CTriangulacion2D::paramCurvaB;
   using CTriangulacion2D::paramPicoA;
   using CTriangulacion2D::paramPicoB;
+  using CTriangulacion2D::porDos;
   using CTriangulacion2D::primerosPuntos;
   using CTriangulacion2D::reservado;
   using CTriangulacion2D::setRaiz;

@@ -1,0 +1,267 @@
+// Two threads that insert leave what one leaves: bytes, numbers and counts, whenever either of them gets the processor.
+#include <atomic>
+#include <chrono>
+#include <gmock/gmock.h>
+#include <new>
+#include <string_view>
+#include <thread>
+
+#include "planar/CTurnos.h"
+#include "planar/PhaseScenes.h"
+#include "support/PlanarFeeds.h"
+#include "support/PlanarSizes.h"
+#include "support/Random.h"
+
+namespace Meseta47 {
+namespace {
+
+using support::Family;
+using support::Point;
+using test::DrawingOf;
+using test::Feed;
+using test::ListeningApp;
+using test::OpenTriangulation;
+using test::Order;
+using test::QuietApp;
+
+constexpr std::size_t kMany = test::kFullSize ? 20'000 : 3'000;
+
+/// What a linking leaves, all that may not depend on threads.
+struct Left {
+  std::string bytes;
+  std::vector<int> numbers;
+  std::vector<std::uint64_t> counts;
+  std::vector<std::uint64_t> progress;
+  bool operator==(Left const&) const = default;
+};
+
+struct Outcome {
+  Left left;
+  bool byTwo = false, late = false;
+  std::uint64_t inTurn = 0;
+};
+
+/// So many points of the left and of the right of the middle in turns, each side in its order.
+std::vector<Point> InTurns(std::vector<Point> const& points, std::size_t stretch) {
+  CMaximas<int> box;
+  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
+  std::vector<Point> of[2], all;
+  for (Point const& p : points) of[p.x >= box.Centro(false).x ? 1 : 0].push_back(p);
+  std::size_t taken[2] = {};
+  while (all.size() < points.size()) {
+    for (unsigned side = 0; side < 2; ++side) {
+      for (std::size_t i = 0; i < stretch && taken[side] < of[side].size(); ++i) all.push_back(of[side][taken[side]++]);
+    }
+  }
+  return all;
+}
+
+Outcome Linked(std::vector<Point> const& points, unsigned threads, bool withoutFrame = false) {
+  const QuietApp app(threads);
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation t;
+  t.DosDesde(0);
+  t.SinMarco(withoutFrame);
+  EXPECT_EQ(t.Link(drawing), kHecho);
+  CResumenPlano const& r = t.Resumen();
+  Outcome outcome{{t.SpilledBytes(),
+                   test::NumbersOf(drawing[0]),
+                   {r.duplicados, r.rechazados, r.picoVivos, r.enlazados, r.examinados, r.completados, t.cantidadPuntos,
+                    t.duplicados, t.setsCerrados.Encolados()},
+                   {}},
+                  t.porDos.hecho,
+                  t.porDos.tarde,
+                  t.porDos.enTurno};
+  t.BorraFicheroTemporal();
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+  return outcome;
+}
+
+void ExpectTheSame(Outcome const& one, Outcome const& other, std::string const& what) {
+  EXPECT_TRUE(one.left.bytes == other.left.bytes) << what << ": bytes";
+  EXPECT_TRUE(one.left.numbers == other.left.numbers) << what << ": numbers";
+  EXPECT_EQ(one.left.counts, other.left.counts) << what;
+}
+
+class DosMitades : public testing::TestWithParam<Family> {};
+INSTANTIATE_TEST_SUITE_P(Families, DosMitades, testing::ValuesIn(support::kAllFamilies),
+                         [](testing::TestParamInfo<Family> const& family) { return support::name(family.param); });
+
+TEST_P(DosMitades, LeaveWhatOneThreadLeavesInEveryOrder) {
+  const std::size_t size = std::min(kMany, test::LargestSize(GetParam()) / 20);
+  for (const Order order : {Order::File, Order::Shuffled, Order::Hilbert}) {
+    const std::vector<Point> points = Feed{GetParam(), order, size}.Points();
+    const Outcome one = Linked(points, 1);
+    EXPECT_FALSE(one.byTwo);
+    for (const unsigned threads : {2U, 4U}) {
+      ExpectTheSame(one, Linked(points, threads),
+                    std::to_string(threads) + " threads, order " + std::to_string(static_cast<int>(order)));
+    }
+  }
+}
+
+TEST_P(DosMitades, LeaveWhatOneThreadLeavesOfHalvesInTurnsWithAFrameAndWithout) {
+  const std::size_t size = std::min(kMany, test::LargestSize(GetParam()) / 20);
+  const std::vector<Point> curve = Feed{GetParam(), Order::Hilbert, size}.Points();
+  for (const std::size_t stretch : {1U, 16U, 64U, 256U}) {
+    for (const bool withoutFrame : {false, true}) {
+      // A side of the whole extent leaves a frame without its corners no room.
+      if (withoutFrame && !support::hasOrdinarySpread(GetParam())) continue;
+      const std::vector<Point> points = InTurns(curve, stretch);
+      ExpectTheSame(Linked(points, 1, withoutFrame), Linked(points, 2, withoutFrame), std::to_string(stretch));
+    }
+  }
+}
+
+TEST(DosMitadesUso, TakeMostPointsWithoutATurn) {
+  const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 20'000}.Points(), 64);
+  const Outcome two = Linked(points, 2);
+  EXPECT_TRUE(two.byTwo);
+  EXPECT_FALSE(two.late);
+  EXPECT_GT(two.inTurn, 0U);
+  EXPECT_LT(two.inTurn, points.size() / 3) << "fewer of larger clouds: 3 % of a million";
+}
+
+/// Delays at crossings, drawn from a seed: how often, and how long.
+std::atomic<std::uint64_t> theDelays{0};
+std::atomic<unsigned> thePace{0};
+
+void Delay(unsigned half, char const*) {
+  static constexpr std::uint64_t kStep = 0x9E3779B97F4A7C15U;
+  std::uint64_t drawn = theDelays.fetch_add(kStep) + half;
+  drawn = (drawn ^ (drawn >> 30)) * 0xBF58476D1CE4E5B9U;
+  drawn ^= drawn >> 27;
+  const unsigned pace = thePace;
+  // The one half runs far ahead, or the other, or they take turns at random.
+  if (pace % 3 != 2 && half != pace % 3) return;
+  if (drawn % 8 == 0) std::this_thread::yield();
+  if (drawn % 64 == 1) std::this_thread::sleep_for(std::chrono::microseconds(20));
+}
+
+/// Tells every crossing while it lives.
+class Observed {
+ public:
+  explicit Observed(CTurnos::CTestigo witness) { CTurnos::Observa(witness); }
+  Observed(Observed const&) = delete;
+  Observed& operator=(Observed const&) = delete;
+  ~Observed() { CTurnos::Observa(nullptr); }
+};
+
+TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
+  const unsigned schedules = test::kFullSize ? 1'200 : 60;
+  std::uint64_t late = 0, byTwo = 0;
+  for (const Family family : {Family::Uniform, Family::RegularGrid, Family::Clusters, Family::Duplicates,
+                              Family::ScanLines, Family::TwoFarClusters}) {
+    for (const std::size_t size : {250U, 900U}) {
+      const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
+      const Outcome one = Linked(points, 1);
+      const Observed delays(&Delay);
+      for (unsigned i = 0; i < schedules / 12; ++i) {
+        theDelays = i * 7'919;
+        thePace = i;
+        const Outcome two = Linked(points, 2);
+        ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
+        late += two.late ? 1 : 0;
+        byTwo += two.byTwo ? 1 : 0;
+      }
+    }
+  }
+  EXPECT_GT(byTwo, schedules / 4) << "most clouds are made by two";
+  EXPECT_GT(late, 0U) << "and some must begin anew";
+}
+
+/// Holds one half up for good where it comes to a number, until the other cannot go on.
+std::atomic<int> theStopped{-1}, theSteps{0}, theStopAt{0};
+void Stop(unsigned half, char const*) {
+  if (static_cast<int>(half) != theStopped || theSteps.fetch_add(1) != theStopAt) return;
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));  // of a run that takes one
+}
+
+TEST(DosMitadesDemoradas, LeaveTheSameWhereverOneStandsStillForLong) {
+  const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 400}.Points(), 8);
+  const Outcome one = Linked(points, 1);
+  const Observed stop(&Stop);
+  for (const int half : {0, 1}) {
+    for (int at = 0; at < 240; at += test::kFullSize ? 2 : 16) {
+      theStopped = half;
+      theSteps = 0;
+      theStopAt = at;
+      ASSERT_TRUE(one.left == Linked(points, 2).left) << "half " << half << " at crossing " << at;
+    }
+  }
+}
+
+TEST(DosMitadesCanceladas, LeaveNoFileAndADrawingThatMayBeRunAgain) {
+  const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, kMany}.Points(), 64);
+  const Outcome one = Linked(points, 1);
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation t;
+  t.DosDesde(0);
+  int cancelled = 0;
+  for (const double at : {0.05, 0.3, 0.51, 0.6, 0.75, 0.9}) {
+    ListeningApp app(2);
+    app.cancelAt = static_cast<int>(at * 2 * static_cast<double>(kMany));
+    const int code = t.Link(drawing);
+    EXPECT_TRUE(code == kCancelado || code == kHecho);
+    cancelled += code == kCancelado ? 1 : 0;
+    if (code == kCancelado) {
+      EXPECT_EQ(app.TemporaryFiles(), 0U) << at;
+    }
+    t.BorraFicheroTemporal();
+  }
+  EXPECT_GT(cancelled, 3);
+  const QuietApp app(2);
+  ASSERT_EQ(t.Link(drawing), kHecho);
+  EXPECT_TRUE(t.SpilledBytes() == one.left.bytes);
+  t.BorraFicheroTemporal();
+}
+
+/// What a witness throws comes from the midst of a half's work; not from where a turn is given back, which cannot fail.
+std::atomic<int> theThrower{-1}, theCountdown{0};
+void Throw(unsigned half, char const* step) {
+  if (std::string_view(step) == "gives its turn back") return;
+  if (static_cast<int>(half) == theThrower && theCountdown.fetch_sub(1) == 1) throw std::bad_alloc();
+}
+
+TEST(DosMitadesRotas, ThrowOnWhatEitherHalfThrowsAndLeaveADrawingThatMayBeRunAgain) {
+  const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 2'000}.Points(), 16);
+  const Outcome one = Linked(points, 1);
+  const QuietApp app(2);
+  CDibujo<int> drawing = DrawingOf(points);
+  OpenTriangulation t;
+  t.DosDesde(0);
+  for (const int half : {0, 1}) {
+    for (const int countdown : {1, 2, 7, 60, 300, 900}) {
+      const Observed thrower(&Throw);
+      theThrower = half;
+      theCountdown = countdown;
+      EXPECT_THROW(static_cast<void>(t.Link(drawing)), std::bad_alloc) << "half " << half << ", " << countdown;
+      t.BorraFicheroTemporal();
+    }
+  }
+  ASSERT_EQ(t.Link(drawing), kHecho);
+  EXPECT_TRUE(t.SpilledBytes() == one.left.bytes);
+  t.BorraFicheroTemporal();
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(DosMitadesAparte, LeaveWhatTheyDoNotSuitToOneThread) {
+  const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, 2'000}.Points();
+  const auto byTwo = [&points](auto const& prepare, unsigned mode) {
+    const QuietApp app(2);
+    CDibujo<int> drawing = DrawingOf(points);
+    OpenTriangulation t;
+    t.DosDesde(0);
+    prepare(t);
+    EXPECT_EQ(t.Link(drawing, nullptr, nullptr, 0, mode), kHecho);
+    t.BorraFicheroTemporal();
+    return t.porDos.hecho;
+  };
+  const auto nothing = [](OpenTriangulation&) {};
+  EXPECT_TRUE(byTwo(nothing, CHiloSalvaTriangulosEnlazados::SALVA));
+  EXPECT_TRUE(byTwo(nothing, CHiloSalvaTriangulosEnlazados::SALVA_TAMBIEN));
+  EXPECT_FALSE(byTwo([](OpenTriangulation& t) { t.DosDesde(2'001); }, CHiloSalvaTriangulosEnlazados::SALVA));
+}
+
+}  // namespace
+}  // namespace Meseta47
