@@ -54,10 +54,10 @@ class CMallaSuelo {
   /// The cell of a point within the grid.
   [[nodiscard]] std::size_t CeldaDe(CCoor3D<int> const& p) const { return Celda((p.x - x0) / lado, (p.y - y0) / lado); }
   /// The square that a cell lies in.
-  [[nodiscard]] std::size_t Parte(std::uint32_t celda) const {
-    const std::int64_t fila = celda / columnas, columna = celda % columnas;
+  [[nodiscard]] std::size_t Parte(std::int64_t columna, std::int64_t fila) const {
     return static_cast<std::size_t>(fila / kParte * (columnas / kParte) + columna / kParte);
   }
+  [[nodiscard]] std::size_t Parte(std::uint32_t celda) const { return Parte(celda % columnas, celda / columnas); }
   [[nodiscard]] bool EsSuelo(std::size_t i) const { return estados[i] == CEstadoSuelo::Suelo; }
 
   /// Lets go of what tells neighbours. Vecinos() is over.

@@ -45,6 +45,29 @@ void CSuperficieSuelo::MideFacetas() {
   for (auto t = static_cast<std::uint32_t>(tin.tin.Cantidad()); t-- > 0;) {
     for (const std::uint32_t v : tin.tin.Vertices(t)) primero[tin.vertices[v]] = t;
   }
+  EligeInicios();
+}
+
+/// That of the first minimum of the square that has one, or of a square nearby.
+void CSuperficieSuelo::EligeInicios() {
+  const auto ancho = static_cast<std::size_t>(malla.columnas / CMallaSuelo::kParte);
+  inicios.assign(ancho * static_cast<std::size_t>(malla.filas / CMallaSuelo::kParte), kSinTriangulo);
+  for (std::size_t i = malla.Minimos(); i-- > 0;) {
+    CMinimoSuelo const& m = malla.minimos[i];
+    if (primero[i] != kSinTriangulo)
+      inicios[malla.Parte((m.x - malla.x0) / malla.lado, (m.y - malla.y0) / malla.lado)] = primero[i];
+  }
+  const auto toma = [this](std::size_t parte, bool hay, std::size_t otra) {
+    if (hay && inicios[parte] == kSinTriangulo) inicios[parte] = inicios[otra];
+  };
+  for (std::size_t p = 0; p < inicios.size(); ++p) {
+    toma(p, p % ancho > 0, p - 1);
+    toma(p, p >= ancho, p - ancho);
+  }
+  for (std::size_t p = inicios.size(); p-- > 0;) {
+    toma(p, p % ancho + 1 < ancho, p + 1);
+    toma(p, p + ancho < inicios.size(), p + ancho);
+  }
 }
 
 double CSuperficieSuelo::Rugosidad(std::size_t i) const {
@@ -63,7 +86,8 @@ double CSuperficieSuelo::Pendiente(std::size_t i) const {
   return std::min(k.mayorPendiente, std::sqrt(gx * gx + gy * gy));
 }
 
-/// Walks over the sides that have the point on their outer side. False at the rim of the surface.
+/// Walks over the sides that have the point on their outer side. False at the rim of the surface, which need not be
+/// convex: another walk may find a point there. So a walk begins where the place of the point says, and nowhere else.
 bool CSuperficieSuelo::Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const {
   for (std::size_t pasos = 0; pasos <= tin.tin.Cantidad(); ++pasos) {
     auto const& v = tin.tin.Vertices(triangulo);
@@ -136,20 +160,23 @@ CSuperficieSuelo::CLugar CSuperficieSuelo::Fuera(CCoor3D<int> const& p) const {
   return {m.z + sube * malla.metro / malla.metroZ, Pendiente(minimo), static_cast<double>(rugosidad[minimo]), true};
 }
 
-CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p, std::uint32_t& pista) const {
-  const std::uint32_t i = malla.indice[malla.CeldaDe(p)];
+CSuperficieSuelo::CLugar CSuperficieSuelo::En(CCoor3D<int> const& p) const {
+  const std::int64_t columna = (p.x - malla.x0) / malla.lado, fila = (p.y - malla.y0) / malla.lado;
+  const std::uint32_t i = malla.indice[malla.Celda(columna, fila)];
+  std::uint32_t triangulo = kSinTriangulo;
   if (i != CMallaSuelo::kNinguno && malla.EsSuelo(i)) {
     CMinimoSuelo const& m = malla.minimos[i];
     // Several triangles hold a vertex; what is asked of it must not depend on which of them is found.
     if (m.x == p.x && m.y == p.y) {
       return {static_cast<double>(m.z), Pendiente(i), static_cast<double>(rugosidad[i]), true};
     }
-    if (primero[i] != kSinTriangulo) pista = primero[i];
+    triangulo = primero[i];
   }
-  if (pista >= facetas.size() || !Busca(p, pista)) return Fuera(p);
-  CFaceta const& f = facetas[pista];
+  if (triangulo == kSinTriangulo) triangulo = inicios[malla.Parte(columna, fila)];
+  if (triangulo == kSinTriangulo || !Busca(p, triangulo)) return Fuera(p);
+  CFaceta const& f = facetas[triangulo];
   if (f.pendiente == CFaceta::kNoHay) return Fuera(p);
-  CPuntoTIN const& a = tin.tin.puntos[tin.tin.Vertices(pista)[0]];
+  CPuntoTIN const& a = tin.tin.puntos[tin.tin.Vertices(triangulo)[0]];
   const double z = a.z + static_cast<double>(f.dx) * Resta(p.x, a.x) + static_cast<double>(f.dy) * Resta(p.y, a.y);
   return {z, static_cast<double>(f.pendiente), static_cast<double>(f.rugosidad), true};
 }

@@ -34,8 +34,7 @@ class CSuperficieSuelo {
   /// Measures the triangles.
   void MideFacetas();
 
-  /// `pista` is any triangle, to begin at, and takes the one that was found; what is found does not depend on it.
-  [[nodiscard]] CLugar En(CCoor3D<int> const& p, std::uint32_t& pista) const;
+  [[nodiscard]] CLugar En(CCoor3D<int> const& p) const;
 
  private:
   /// A triangle as the points above it need it: its plane, from its first corner on. Single precision tells heights
@@ -51,6 +50,7 @@ class CSuperficieSuelo {
   [[nodiscard]] double Rugosidad(std::size_t i) const;
   [[nodiscard]] double Pendiente(std::size_t i) const;
   [[nodiscard]] CFaceta Faceta(std::uint32_t triangulo) const;
+  void EligeInicios();
   [[nodiscard]] bool Busca(CCoor3D<int> const& p, std::uint32_t& triangulo) const;
   [[nodiscard]] CLugar Fuera(CCoor3D<int> const& p) const;
 
@@ -61,6 +61,7 @@ class CSuperficieSuelo {
   std::vector<float> rugosidad;        ///< of each minimum, metres
   std::vector<CFaceta> facetas;        ///< of each triangle
   std::vector<std::uint32_t> primero;  ///< of each minimum, a triangle at it
+  std::vector<std::uint32_t> inicios;  ///< of each square of the grid, a triangle in it or near it
 };
 
 }  // namespace Meseta47

@@ -65,10 +65,9 @@ int ClasificaPuntos(CPuntosSuelo const& puntos, CMallaSuelo const& malla, CConst
   std::atomic<std::uint64_t> aceptados{0}, suelo{0}, ruido{0};
   avance.Pasada(puntos.Total());
   const auto busca = [&](std::size_t desde, std::size_t hasta) {
-    std::uint32_t pista = 0;
     std::uint64_t n = 0, s = 0, r = 0;
     puntos.Recorre(desde, hasta, [&](CCoor3D<int> const& p, std::size_t lugar) {
-      const CSuperficieSuelo::CLugar donde = superficie.En(p, pista);
+      const CSuperficieSuelo::CLugar donde = superficie.En(p);
       const unsigned char clase = banda.Clase(donde, (p.z - donde.z) * malla.metroZ, p.clasificacion);
       clases[lugar] = clase;
       ++n;
