@@ -161,9 +161,9 @@ std::vector<tipoAero3> surveyData(std::vector<Rgb8> const& colours) {
   return data;
 }
 
-CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app, Ties ties) {
+CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app, Ties ties, Halves halves) {
   CSetPuntos<int> set(L"CLOUD");
-  std::vector<CCoor3D<int>> points = takePoints(cloud, hilbert, ties);
+  std::vector<CCoor3D<int>> points = takePoints(cloud, hilbert, ties, halves);
   set.Asigna(std::move(points), surveyData(std::exchange(cloud.colours, {})));
   if (hilbert) app.step(1, 1);
   CDibujo<int> drawing(cloud.seed);

@@ -69,6 +69,7 @@ void requireNoCloudOptions(CLI::App const& verb, CloudOptions const& options, st
 /// What was loaded as a drawing: lines and points of vector files as they came, and behind them the cloud as one point
 /// set, along the Hilbert curve or in the order of the files. The loaded cloud is left without points and lines; its
 /// places, where it keeps them, come into the same order, and its colours go with the points.
-[[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app, Ties ties = Ties::asTheyCome);
+[[nodiscard]] CDibujo<int> drawingOf(LoadedCloud& cloud, bool hilbert, HostApp& app, Ties ties = Ties::asTheyCome,
+                                     Halves halves = Halves::asTheyCome);
 
 }  // namespace Meseta47::host

@@ -77,7 +77,9 @@ struct Drawings {
     first = std::move(clouds[0].lines);
     first.tipoNube = 1;  // filters look at the class of each point, as in the cloud
     clouds[0].lines.Clear();
-    others = {new CDibujo<int>(drawingOf(clouds[0], hilbert, app, Ties::byPosition))};
+    // Added points go in one after another, on one thread.
+    const Halves halves = clouds.size() > 1 ? Halves::asTheyCome : Halves::inTurns;
+    others = {new CDibujo<int>(drawingOf(clouds[0], hilbert, app, Ties::byPosition, halves))};
     if (clouds.size() > 1) update = drawingOf(clouds[1], hilbert, app);
   }
   ~Drawings() {
@@ -107,6 +109,7 @@ TinResult triangulate(Drawings& drawings, TinOptions const& options, TinFilters 
   TinResult made;
   CTriangulacion2D triangulation(0, seed, filters.data, 1);
   triangulation.SinMarco(options.cloud.fillsHull());
+  if (options.cloud.hilbert()) triangulation.DosDesde(CReparto2D::kMinimo);
   const CEncargo job{.dibujo = drawings.first,
                      .otros = &drawings.others,
                      .extra = drawings.update ? &*drawings.update : nullptr,
