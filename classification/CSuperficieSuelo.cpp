@@ -54,8 +54,8 @@ void CSuperficieSuelo::EligeInicios() {
   inicios.assign(ancho * static_cast<std::size_t>(malla.filas / CMallaSuelo::kParte), kSinTriangulo);
   for (std::size_t i = malla.Minimos(); i-- > 0;) {
     CMinimoSuelo const& m = malla.minimos[i];
-    if (primero[i] != kSinTriangulo)
-      inicios[malla.Parte((m.x - malla.x0) / malla.lado, (m.y - malla.y0) / malla.lado)] = primero[i];
+    if (primero[i] == kSinTriangulo) continue;
+    inicios[malla.Parte((m.x - malla.x0) / malla.lado, (m.y - malla.y0) / malla.lado)] = primero[i];
   }
   const auto toma = [this](std::size_t parte, bool hay, std::size_t otra) {
     if (hay && inicios[parte] == kSinTriangulo) inicios[parte] = inicios[otra];

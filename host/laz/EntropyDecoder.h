@@ -41,9 +41,10 @@ class EntropyDecoder {
     const std::uint32_t unit = length_ >> model.kShareBits;
     const unsigned symbol = model.find(value_ / unit);
     const std::uint32_t low = model.start(symbol) * unit;
-    const std::uint32_t high = symbol == model.last() ? length_ : model.start(symbol + 1) * unit;
+    const std::uint32_t high = model.start(symbol + 1) * unit;
+    const std::uint32_t isLast = 0U - static_cast<std::uint32_t>(symbol == model.last());  // a mask, not a branch
     value_ -= low;
-    length_ = high - low;
+    length_ = (high ^ ((high ^ length_) & isLast)) - low;
     renew();
     model.note(symbol);
     return symbol;

@@ -81,7 +81,7 @@ class IntegerModel {
       const std::uint32_t high = coder.symbol(corrections_[k - 1], place >> plain);
       place = high << plain | coder.bits(plain, place & ((1U << plain) - 1));
     }
-    return place >= 1U << (k - 1) ? place + 1 : place + lowest;
+    return place + lowest + (place >> (k - 1) << k);  // below the gap or behind it, which is unpredictable: no branch
   }
 
   std::array<Length, Contexts> lengths_;

@@ -13,8 +13,10 @@ class RunningMedian {
   [[nodiscard]] std::int32_t get() const { return sorted_[2]; }
 
   void add(std::int32_t v) {
-    const bool changesSide = dropsLargest_ ? v >= sorted_[2] : v <= sorted_[2];
-    std::int32_t const* const kept = sorted_.data() + (dropsLargest_ ? 0 : 1);
+    const unsigned keepsFrom = 1 - dropsLargest_;
+    const unsigned changesSide =
+        (static_cast<unsigned>(v >= sorted_[2]) & dropsLargest_) | (static_cast<unsigned>(v <= sorted_[2]) & keepsFrom);
+    std::int32_t const* const kept = sorted_.data() + keepsFrom;
     const std::int32_t a = kept[0], b = kept[1], c = kept[2], d = kept[3];
     sorted_ = {std::min(a, v), std::max(a, std::min(b, v)), std::max(b, std::min(c, v)), std::max(c, std::min(d, v)),
                std::max(d, v)};
@@ -23,7 +25,7 @@ class RunningMedian {
 
  private:
   std::array<std::int32_t, 5> sorted_{};
-  bool dropsLargest_ = true;
+  unsigned dropsLargest_ = 1;  // or 0: a number, as a branch on it or on where a number falls would be unpredictable
 };
 
 }  // namespace Meseta47::host::laz
