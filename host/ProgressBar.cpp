@@ -14,7 +14,10 @@ constexpr std::chrono::milliseconds kRedraw{100};
 constexpr std::chrono::seconds kBetweenLines{10};
 constexpr unsigned kStepsAPhase = 400;  // looks at the clock, at most
 
-void put(std::string const& text) { static_cast<void>(std::fputs(text.c_str(), stderr)); }
+void put(std::string const& text) {
+  static_cast<void>(std::fputs(text.c_str(), stderr));
+  static_cast<void>(std::fflush(stderr));  // not every system's stderr does that by itself
+}
 
 std::string timeLeft(double seconds) {
   const auto s = static_cast<long>(seconds + 0.5);
@@ -60,7 +63,6 @@ void ProgressBar::draw(double done) {
   const std::size_t width = columns_ > used + 10 ? std::min<std::size_t>(columns_ - used, 50) : 0;
   const auto full = static_cast<std::size_t>(done * static_cast<double>(width));
   put(fmt::format("\r{}{}{}{}", head, std::string(full, '='), std::string(width - full, ' '), tail));
-  std::fflush(stderr);
   drawn_ = true;
 }
 

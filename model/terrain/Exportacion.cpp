@@ -3,6 +3,8 @@
 #include <atomic>
 #include <charconv>
 #include <cmath>
+#include <condition_variable>
+#include <mutex>
 
 #include "model/threads/Reparto.h"
 #include "platform/CFile.h"
@@ -75,23 +77,29 @@ CSuperficieExportada::CSuperficieExportada(CTIN const& elTin)
 namespace {
 
 /// Takes blocks to a file in their order, whichever thread brings them: each waits until those before its own are
-/// written, while others form theirs.
+/// written, while others form theirs. By a lock and its condition: waiting on an atomic misses wake-ups in the library
+/// of GCC 12 where the system has no futexes.
 class CEscrituraPorTurno {
  public:
   explicit CEscrituraPorTurno(CFile& elFichero) : fichero(elFichero) {}
 
   /// `kNoHay` bytes: the block could not be made, and nothing more is written.
   void Escribe(std::size_t bloque, char const* bytes, std::size_t cuantos) {
-    for (std::size_t ahora = turno; ahora != bloque; ahora = turno) turno.wait(ahora);
+    std::unique_lock candado(cerrojo);
+    siguiente.wait(candado, [&] { return turno == bloque; });
+    candado.unlock();  // the turn is this thread's alone
     if (va && (cuantos == kNoHay || !fichero.Write(bytes, cuantos))) va = false;
+    candado.lock();
     turno = bloque + 1;
-    turno.notify_all();
+    siguiente.notify_all();
   }
   [[nodiscard]] bool Va() const { return va; }
 
  private:
   CFile& fichero;
-  std::atomic<std::size_t> turno{0};
+  std::mutex cerrojo;
+  std::condition_variable siguiente;
+  std::size_t turno = 0;
   std::atomic<bool> va{true};
 };
 
