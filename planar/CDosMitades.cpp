@@ -19,8 +19,11 @@ CDosMitades::CDosMitades(CSetTriangulos2D& laRaiz, CArbolDivisiones2D& divisione
 CDosMitades::~CDosMitades() {
   if (hilo == nullptr) return;
   turnos.Para();
-  puedeIrse = true;
-  puedeIrse.notify_one();
+  {
+    const std::lock_guard guarda(cerrojo);
+    puedeIrse = true;
+  }
+  aviso.notify_one();
   WaitForSingleObject(hilo, INFINITE);
   CloseHandle(hilo);
 }
@@ -35,7 +38,8 @@ unsigned long CDosMitades::Rutina(void* yo) {
   }
   mio->hecha = true;
   // Triangles of this thread's memory are still in use. Once they have been given back, all of it goes to the system.
-  mio->puedeIrse.wait(false);
+  std::unique_lock guarda(mio->cerrojo);
+  mio->aviso.wait(guarda, [mio] { return mio->puedeIrse; });
   return 0;
 }
 

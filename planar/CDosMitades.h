@@ -1,9 +1,11 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <mutex>
 
 #include "planar/CMitad.h"
 #include "platform/Manejadores.h"
@@ -53,7 +55,9 @@ class URDIMBRE_API CDosMitades {
   CAlimenta const* alimenta = nullptr;
   std::exception_ptr fallo;        ///< of the second thread
   std::atomic<bool> hecha{false};  ///< the second thread's work
-  std::atomic<bool> puedeIrse{false};
+  std::mutex cerrojo;              ///< guards what is below
+  std::condition_variable aviso;
+  bool puedeIrse = false;
   HANDLE hilo = nullptr;
 };
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -76,7 +78,7 @@ class CColaCerrados {
   /// Wakes the worker for what it has not been woken for yet.
   void Despierta() {
     avisadosHasta = Elementos();
-    aviso.notify_one();
+    Avisa();
   }
   /// Elements ever queued, and those of sets that are done.
   [[nodiscard]] std::uint64_t Elementos() const { return hasta.empty() ? 0 : hasta.back(); }
@@ -133,7 +135,12 @@ class CColaCerrados {
       bandera = 1;
     }
     aviso.fetch_add(1);
-    aviso.notify_one();
+    Avisa();
+  }
+  /// By a lock and its condition: where the system has no futexes, the library of GCC 12 misses wake-ups of an atomic.
+  void Avisa() {
+    { const std::lock_guard guarda(dormido); }  // whoever has looked at `aviso` sleeps by now
+    despertador.notify_one();
   }
 
   /// Waits until so many sets are done. The goal is set before it is looked at, and the worker counts before it looks
@@ -154,12 +161,13 @@ class CColaCerrados {
 
   /// Sets come every few microseconds while points go in, so a short spin catches most of them; after it the thread
   /// sleeps.
-  void EsperaNovedad(unsigned visto) const {
+  void EsperaNovedad(unsigned visto) {
     constexpr int kVueltas = 200;
     for (int i = 0; i < kVueltas; ++i) {
       if (aviso.load(std::memory_order_relaxed) != visto) return;
     }
-    aviso.wait(visto);
+    std::unique_lock guarda(dormido);
+    despertador.wait(guarda, [&] { return aviso != visto; });
   }
 
   static constexpr unsigned kNinguna = std::numeric_limits<unsigned>::max();
@@ -167,7 +175,9 @@ class CColaCerrados {
   mutable CCriticalSection seccion;  ///< guards the entries, and the flags as they rise
   std::vector<TSet*> entradas;
   std::atomic<int> parar{0}, fin{0};
-  std::atomic<unsigned> aviso{0};        ///< changes with every append and every flag
+  std::atomic<unsigned> aviso{0};  ///< changes with every append and every flag
+  std::mutex dormido;              ///< held by the worker until it sleeps
+  std::condition_variable despertador;
   std::atomic<unsigned> hechos{0};       ///< index of the next entry to be done
   std::atomic<unsigned> meta{kNinguna};  ///< how many sets the inserting thread waits for
   CEvent avance;                         ///< set when they are done
