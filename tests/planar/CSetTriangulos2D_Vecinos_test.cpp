@@ -157,7 +157,7 @@ TEST_F(CSetTriangulos2DLinks, TheSearchByPlaceStartsFromTheCursorAndGoesBothWays
   const std::vector<CTriangulo2D*> list = ListOf(root);  // upper, lower, upper, lower
   int side = 0;
   root.actual = list[1];
-  EXPECT_EQ(root.GetContieneLado(p[1], p[0], side), list[0]) << "one step back comes before one step forward";
+  EXPECT_EQ(root.GetContieneLado(p[1], p[0], side), list[2]) << "one step forward comes before one step back";
   root.actual = list[2];
   EXPECT_EQ(root.GetContieneLado(p[1], p[0], side), list[2]);
   root.actual = list[3];
