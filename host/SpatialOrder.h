@@ -39,8 +39,8 @@ enum class Halves { asTheyCome, inTurns };
 template <class Point>
 std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties = Ties::asTheyCome);
 
-constexpr std::size_t kStretch =
-    64;  ///< as long as a wait of one thread for the other, as a rule; 16 and 256 did as well
+/// As long as a wait of one thread for the other, as a rule; 16 and 256 did as well.
+constexpr std::size_t kStretch = 64;
 
 /// The same order for two threads that insert at once: of each half of the extents in turns so many points, each half
 /// in its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other follows. Orders of

@@ -19,8 +19,8 @@ void Cuenta(unsigned mitad, char const* paso) {
 class CEspera {
  public:
   void UnRato() {
-    constexpr unsigned kMiradas = 64,
-                       kCesiones = 400;  // more looks gain nothing, and cost where the other thread has no processor
+    // More looks gain nothing, and cost where the other thread has no processor.
+    constexpr unsigned kMiradas = 64, kCesiones = 400;
     ++veces;
     if (veces <= kMiradas) return;
     if (veces <= kMiradas + kCesiones) {

@@ -50,7 +50,7 @@ class URDIMBRE_API CTurnos {
     return Atiende(mitad, numero);
   }
   /// Waits for the turn of the number that the half is at; then the other half stands still, in between two points,
-  /// until Suelta. `sigue` is asked now and then. False: the work is to end, and the turn has not come.
+  /// until Suelta. False: the work is to end, and the turn has not come.
   [[nodiscard]] bool Toma(unsigned mitad);
   void Suelta(unsigned mitad);
   /// The half has no more points, and touches nothing any more.

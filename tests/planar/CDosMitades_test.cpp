@@ -31,7 +31,6 @@ struct Left {
   std::string bytes;
   std::vector<int> numbers;
   std::vector<std::uint64_t> counts;
-  std::vector<std::uint64_t> progress;
   bool operator==(Left const&) const = default;
 };
 
@@ -67,8 +66,7 @@ Outcome Linked(std::vector<Point> const& points, unsigned threads, bool withoutF
   Outcome outcome{{t.SpilledBytes(),
                    test::NumbersOf(drawing[0]),
                    {r.duplicados, r.rechazados, r.picoVivos, r.enlazados, r.examinados, r.completados, t.cantidadPuntos,
-                    t.duplicados, t.setsCerrados.Encolados()},
-                   {}},
+                    t.duplicados, t.setsCerrados.Encolados()}},
                   t.porDos.hecho,
                   t.porDos.tarde,
                   t.porDos.enTurno};
@@ -170,7 +168,7 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
   EXPECT_GT(late, 0U) << "and some must begin anew";
 }
 
-/// Holds one half up for good where it comes to a number, until the other cannot go on.
+/// Holds one half up at one of its crossings for so long that the other cannot go on.
 std::atomic<int> theStopped{-1}, theSteps{0}, theStopAt{0};
 void Stop(unsigned half, char const*) {
   if (static_cast<int>(half) != theStopped || theSteps.fetch_add(1) != theStopAt) return;
