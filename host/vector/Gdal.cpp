@@ -5,6 +5,10 @@
 #include <cpl_error.h>
 #include <gdal.h>
 #include <mutex>
+#include <new>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
 
 namespace Meseta47::host {
 
@@ -19,9 +23,26 @@ std::string oneLine(char const* message) {
   return line.empty() ? kNothingSaid : line;
 }
 
-void CPL_STDCALL hear(CPLErr severity, CPLErrorNum, char const* message) {
-  auto& failure = *static_cast<std::string*>(CPLGetErrorHandlerUserData());
-  if (severity >= CE_Failure && failure.empty()) failure = oneLine(message);
+/// GDAL's own number for it is rarely given: the register of systems and the databases beneath say it in their words.
+bool isOfMemory(CPLErrorNum number, std::string_view message) {
+  return number == CPLE_OutOfMemory || message.find("bad_alloc") != std::string_view::npos ||
+         message.find("ut of memory") != std::string_view::npos;  // with a capital or without
+}
+
+/// After a fatal error GDAL ends the program where it stands. An exception gets past that, so that unfinished outputs
+/// are removed and the user gets his line; GDAL is done for, but so is the run.
+void CPL_STDCALL getAway(CPLErr severity, CPLErrorNum number, char const* message) {
+  if (severity != CE_Fatal) return;
+  if (isOfMemory(number, message)) throw std::bad_alloc();
+  throw std::runtime_error("GDAL failed: " + oneLine(message));
+}
+
+void CPL_STDCALL hear(CPLErr severity, CPLErrorNum number, char const* message) {
+  getAway(severity, number, message);
+  if (severity < CE_Failure) return;
+  std::string line = oneLine(message);
+  const bool ofMemory = isOfMemory(number, line);
+  static_cast<GdalReport*>(CPLGetErrorHandlerUserData())->add(std::move(line), ofMemory);
 }
 
 }  // namespace
@@ -29,7 +50,7 @@ void CPL_STDCALL hear(CPLErr severity, CPLErrorNum, char const* message) {
 void startGdal() {
   static std::once_flag once;
   std::call_once(once, [] {
-    CPLSetErrorHandler(CPLQuietErrorHandler);
+    CPLSetErrorHandler(getAway);
     // Eastings come first whatever a system's authority says, as in every file of this trade.
     CPLSetConfigOption("OSR_DEFAULT_AXIS_MAPPING_STRATEGY", "TRADITIONAL_GIS_ORDER");
     CPLSetConfigOption("GTIFF_REPORT_COMPD_CS", "NO");  // it loses the code of the heights
@@ -53,8 +74,22 @@ void startGdalFormat(void (*registers)()) {
   registers();
 }
 
-GdalReport::GdalReport() { CPLPushErrorHandlerEx(hear, &failure_); }
+GdalReport::GdalReport() { CPLPushErrorHandlerEx(hear, this); }
 
 GdalReport::~GdalReport() { CPLPopErrorHandler(); }
+
+std::string const& GdalReport::failure() const {
+  check();
+  return failure_;
+}
+
+void GdalReport::check() const {
+  if (memoryGaveOut_) throw std::bad_alloc();
+}
+
+void GdalReport::add(std::string line, bool ofMemory) {
+  memoryGaveOut_ |= ofMemory;
+  if (failure_.empty()) failure_ = std::move(line);
+}
 
 }  // namespace Meseta47::host

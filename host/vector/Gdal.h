@@ -15,7 +15,9 @@ void startGdalFormats();
 /// Readies GDAL with one format, by the function of GDAL's that registers it. Cheap; from any thread.
 void startGdalFormat(void (*registers)());
 
-/// While one stands, it hears what GDAL reports on this thread and keeps the first failure. They nest.
+/// While one stands, it hears what GDAL reports on this thread and keeps the first failure. They nest. Where memory
+/// gives out, GDAL and what it stands on answer as if the file or the system were at fault: failure() and check() tell
+/// it as what it is.
 class GdalReport {
  public:
   GdalReport();
@@ -24,11 +26,17 @@ class GdalReport {
   GdalReport& operator=(GdalReport const&) = delete;
 
   [[nodiscard]] bool failed() const { return !failure_.empty(); }
-  /// The first failure in one line without a full stop; empty while there is none.
-  [[nodiscard]] std::string const& failure() const { return failure_; }
+  /// The first failure in one line without a full stop; empty while there is none. Throws std::bad_alloc like check().
+  [[nodiscard]] std::string const& failure() const;
+  /// Throws std::bad_alloc where a failure, the first or a later one, was that memory gave out.
+  void check() const;
+
+  /// For GDAL: takes a failure down.
+  void add(std::string line, bool ofMemory);
 
  private:
   std::string failure_;
+  bool memoryGaveOut_ = false;
 };
 
 }  // namespace Meseta47::host

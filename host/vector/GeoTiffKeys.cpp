@@ -180,16 +180,19 @@ GeoKeys withoutBlanks(GeoKeys keys) {
 std::string wktOfGeoKeys(GeoKeys const& keys, std::string const& file) {
   if (!keys.shortValue(kProjected) && !keys.shortValue(kGeographic)) return {};
   startGdalFormat(GDALRegister_GTiff);
-  const GdalReport quiet;
+  const GdalReport report;
   const auto plan =
       isInRegister(keys) ? planIn(MemoryImage(imageWith(withModelType(withoutBlanks(keys))))) : std::nullopt;
+  report.check();
   if (!plan) {
     throw FileError(file,
                     fmt::format("its GeoTIFF keys name no reference system that is known (projected {}, "
                                 "geographic {}): name it with --a-srs",
                                 keys.shortValue(kProjected).value_or(0), keys.shortValue(kGeographic).value_or(0)));
   }
-  return wktOf(withHeights(*plan, keys));
+  const OGRSpatialReference whole = withHeights(*plan, keys);
+  report.check();
+  return wktOf(whole);
 }
 
 }  // namespace Meseta47::host

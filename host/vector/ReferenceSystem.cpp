@@ -16,10 +16,11 @@ namespace {
 /// Texts that GDAL hands out of it live no longer than the result.
 OGRSpatialReference parsed(std::string const& wkt) {
   startGdal();
-  const GdalReport quiet;
+  const GdalReport report;
   OGRSpatialReference system;
   system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
   if (!wkt.empty()) system.importFromWkt(wkt.c_str());
+  report.check();
   return system;
 }
 
@@ -112,11 +113,12 @@ std::string ReferenceSystem::label() const {
 
 int ReferenceSystem::epsg() const {
   if (!isKnown()) return 0;
-  const GdalReport quiet;
+  const GdalReport report;
   const OGRSpatialReference plan = parsed(inPlan().wkt_);
   if (const int code = epsgOf(plan); code != 0) return code;
   constexpr int kSameUnderAnotherName = 70;  // the confidence that GDAL has in such a match
   OGRSpatialReference* const match = plan.FindBestMatch(kSameUnderAnotherName, "EPSG", nullptr);
+  report.check();
   if (match == nullptr) return 0;
   const int code = epsgOf(*match);
   match->Release();
