@@ -75,6 +75,11 @@ if [ -d "$data/laz" ]; then
   "$urdimbre" info "$copc" 2>/dev/null | grep -q 'octree      COPC, 65 nodes in' || fail "info of a COPC file"
   few=$("$urdimbre" --json tin "$copc" --resolution 1000000 -o few.ply 2>/dev/null | grep -o '"points_read": [0-9]*')
   expect "the first level alone" "$few" '"points_read": 24'
+  box=(--bounds "636000,849500,637000,851000")
+  some=$("$urdimbre" --json tin "$copc" "${box[@]}" -o some.ply 2>/dev/null | grep -o '"points_read": [0-9]*')
+  expect "the nodes alone that the box touches" "$some" '"points_read": 269'
+  "$urdimbre" --quiet tin "$data/laz/with-color.las" "${box[@]}" -o all.ply
+  cmp all.ply some.ply || fail "tin of a part of with-color.copc.laz"
   "$urdimbre" --quiet tin "$data/laz/bcts_1.laz" -o a.ply
   "$urdimbre" --quiet tin "$data/bcts_1.las" -o b.ply
   cmp a.ply b.ply || fail "tin of bcts_1.laz"
