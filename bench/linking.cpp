@@ -1,12 +1,13 @@
 // The triangulation alone, ours beside CGAL's, on the same points in the same run: generated families and real clouds.
 //
-//   bench_linking [--runs K] [--points N] [--family NAME ...] [FILE.las ...]
+//   bench_linking [--runs K] [--points N] [--threads N] [--family NAME ...] [FILE.las ...]
 //
 // Each cloud goes to both in turns; the table gives the median of the runs. Ours puts its points along the Hilbert
 // curve that the program uses and fills its cells before it links; CGAL sorts for itself. So the rate of ours and the
 // ratio count ordering, filling and linking; each is timed apart too. Without --family all are run;
 // --family none leaves only the files, each alone and then all as one cloud. Memory is what the heap held at
-// most beyond the points, a point.
+// most beyond the points, a point. With two --threads (one by default) both halves of a cloud are inserted at once, in
+// the order in which the program's tin gives them, and sorted by both.
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
@@ -21,6 +22,7 @@
 #include "model/terrain/CTIN.h"
 #include "planar/CFuentes.h"
 #include "planar/CTriangulacion2D.h"
+#include "platform/CWinApp.h"
 #include "support/Families.h"
 
 #ifdef URDIMBRE_WITH_CGAL
@@ -70,17 +72,21 @@ class Phases : public CTriangulacion2D {
   }
 };
 
-Ours runOurs(std::vector<CCoor3D<int>> points) {
+Ours runOurs(std::vector<CCoor3D<int>> points, unsigned threads) {
+  CWinApp app;
+  app.PonProcesadores(threads);
   Stopwatch watch;
-  applyOrder(points, hilbertOrder(points));
-  const double order = watch.seconds();
+  std::vector<std::uint32_t> order = hilbertOrder(points);
+  if (threads > 1) alternateHalves(order, points);
+  applyOrder(points, order);
+  const double ordering = watch.seconds();
   CSetPuntos<int> set(L"CLOUD");
   set.CLinea<int>::Asigna(std::move(points));
   const CDataSemilla seed;
   CDibujo<int> drawing(seed);
   drawing.tipoNube = 1;
   drawing.Inserta(std::move(set));
-  return Phases(seed).run(drawing, order);
+  return Phases(seed).run(drawing, ordering);
 }
 
 struct Peer {
@@ -113,11 +119,11 @@ double median(std::vector<T> const& runs, F&& value) {
   return values[values.size() / 2];
 }
 
-void compare(std::string const& name, std::vector<CCoor3D<int>> const& points, unsigned runs) {
+void compare(std::string const& name, std::vector<CCoor3D<int>> const& points, unsigned threads, unsigned runs) {
   std::vector<Ours> ours;
   std::vector<Peer> peers;
   for (unsigned i = 0; i < runs; ++i) {
-    ours.push_back(runOurs(points));
+    ours.push_back(runOurs(points, threads));
     if (auto peer = runPeer(points)) peers.push_back(*peer);
   }
   const auto n = static_cast<double>(points.size());
@@ -145,7 +151,7 @@ std::vector<CCoor3D<int>> cloudOf(std::vector<std::string> const& files) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  unsigned runs = 5;
+  unsigned runs = 5, threads = 1;
   std::size_t count = 1000000;
   std::vector<std::string> files, families;
   for (int i = 1; i < argc; ++i) {
@@ -153,10 +159,12 @@ int main(int argc, char** argv) {
       runs = static_cast<unsigned>(std::stoul(argv[++i]));
     } else if (std::strcmp(argv[i], "--points") == 0 && i + 1 < argc) {
       count = std::stoul(argv[++i]);
+    } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
+      threads = static_cast<unsigned>(std::stoul(argv[++i]));
     } else if (std::strcmp(argv[i], "--family") == 0 && i + 1 < argc) {
       families.emplace_back(argv[++i]);
     } else if (argv[i][0] == '-') {
-      fmt::print(stderr, "bench_linking [--runs K] [--points N] [--family NAME ...] [FILE.las ...]\n");
+      fmt::print(stderr, "bench_linking [--runs K] [--points N] [--threads N] [--family NAME ...] [FILE.las ...]\n");
       return 2;
     } else {
       files.emplace_back(argv[i]);
@@ -171,9 +179,9 @@ int main(int argc, char** argv) {
     if (!families.empty() && !chosen) continue;
     std::vector<CCoor3D<int>> points;
     for (support::Point const& p : support::family(family, count, 1)) points.emplace_back(p.x, p.y, p.z, 0);
-    compare(support::name(family), points, runs);
+    compare(support::name(family), points, threads, runs);
   }
   if (files.empty()) return 0;
-  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf({file}), runs);
-  if (files.size() > 1) compare("all files as one", cloudOf(files), runs);
+  for (std::string const& file : files) compare(file.substr(file.rfind('/') + 1), cloudOf({file}), threads, runs);
+  if (files.size() > 1) compare("all files as one", cloudOf(files), threads, runs);
 }
