@@ -113,44 +113,68 @@ void compare(std::string const& name, std::vector<CCoor3D<int>> points, std::siz
   std::fflush(stdout);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+struct Options {
   unsigned runs = 5;
   std::size_t count = 1000000, alternate = 64;
   std::vector<std::string> files, families;
+};
+
+Options parsed(int argc, char** argv) {
+  Options options;
   for (int i = 1; i < argc; ++i) {
     const bool more = i + 1 < argc;
     if (std::strcmp(argv[i], "--runs") == 0 && more) {
-      runs = static_cast<unsigned>(std::stoul(argv[++i]));
+      options.runs = static_cast<unsigned>(std::stoul(argv[++i]));
     } else if (std::strcmp(argv[i], "--points") == 0 && more) {
-      count = std::stoul(argv[++i]);
+      options.count = std::stoul(argv[++i]);
     } else if (std::strcmp(argv[i], "--alternate") == 0 && more) {
-      alternate = std::stoul(argv[++i]);
+      options.alternate = std::stoul(argv[++i]);
     } else if (std::strcmp(argv[i], "--family") == 0 && more) {
-      families.emplace_back(argv[++i]);
+      options.families.emplace_back(argv[++i]);
     } else {
-      files.emplace_back(argv[i]);
+      options.files.emplace_back(argv[i]);
     }
   }
-  fmt::print("{:<18} {:>10} | {:>7} {:>7} | {:>5} {:>5} |\n", "cloud", "points", "one", "two", "ratio", "Mpt/s");
+  return options;
+}
+
+void compareFamilies(Options const& options) {
+  auto const& wanted = options.families;
+  const bool all = std::find(wanted.begin(), wanted.end(), "all") != wanted.end();
   for (const support::Family family : support::kAllFamilies) {
-    const bool all = std::find(families.begin(), families.end(), "all") != families.end();
-    if (!all && std::find(families.begin(), families.end(), support::name(family)) == families.end()) continue;
+    if (!all && std::find(wanted.begin(), wanted.end(), support::name(family)) == wanted.end()) continue;
     std::vector<CCoor3D<int>> points;
-    for (support::Point const& p : support::family(family, count, 1)) points.emplace_back(p.x, p.y, p.z, 0);
-    compare(support::name(family), std::move(points), alternate, runs);
+    for (support::Point const& p : support::family(family, options.count, 1)) points.emplace_back(p.x, p.y, p.z, 0);
+    compare(support::name(family), std::move(points), options.alternate, options.runs);
   }
+}
+
+void compareFiles(Options const& options) {
   CommonOptions quiet;
   quiet.quiet = true;
   HostApp app(quiet);
   std::vector<std::vector<std::string>> groups;
-  groups.reserve(files.size() + 1);
-  for (std::string const& file : files) groups.push_back({file});
-  if (files.size() > 1) groups.push_back(files);
+  groups.reserve(options.files.size() + 1);
+  for (std::string const& file : options.files) groups.push_back({file});
+  if (options.files.size() > 1) groups.push_back(options.files);
   for (auto const& group : groups) {
     std::vector<CCoor3D<int>> points = takePoints(loadClouds({group}, LoadOptions(), app)[0], false);
-    compare(group.size() > 1 ? "all as one" : group[0].substr(group[0].rfind('/') + 1), std::move(points), alternate,
-            runs);
+    compare(group.size() > 1 ? "all as one" : group[0].substr(group[0].rfind('/') + 1), std::move(points),
+            options.alternate, options.runs);
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const Options options = parsed(argc, argv);
+    fmt::print("{:<18} {:>10} | {:>7} {:>7} | {:>5} {:>5} |\n", "cloud", "points", "one", "two", "ratio", "Mpt/s");
+    compareFamilies(options);
+    compareFiles(options);
+  } catch (std::exception const& failure) {
+    fmt::print(stderr, "bench_inserters: {}\n", failure.what());
+    return 1;
+  }
+  return 0;
 }

@@ -63,10 +63,11 @@ CDosMitades::CFinal CDosMitades::Corre(CAlimenta const& laAlimenta, std::functio
   EsperaALaSegunda(sigue);
   raiz.inicio = nullptr;  // it may be gone, and nothing starts there any more
   if (fallo != nullptr) std::rethrow_exception(fallo);
+  if (mezcla.FaltoMemoria()) return SIN_MEMORIA;
   if (primera.LlegaTarde() || segunda.LlegaTarde()) return TARDE;
   if (turnos.HaParado()) return PARADO;
   mezcla.Vierte(std::numeric_limits<int>::max());
-  return HECHO;
+  return mezcla.FaltoMemoria() ? SIN_MEMORIA : HECHO;
 }
 
 void CDosMitades::EsperaALaSegunda(std::function<bool()> const& sigue) {

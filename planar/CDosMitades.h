@@ -20,9 +20,10 @@ class URDIMBRE_API CDosMitades {
   using CAlimenta = std::function<void(CMitad& mitad, CMitad& otra)>;
   enum CFinal {
     HECHO,
-    PARADO,    ///< by Para
-    TARDE,     ///< all is to be done anew by one thread
-    SIN_HILO,  ///< the system gives no thread, and nothing has been done
+    PARADO,       ///< by Para
+    TARDE,        ///< all is to be done anew by one thread
+    SIN_HILO,     ///< the system gives no thread, and nothing has been done
+    SIN_MEMORIA,  ///< for the records of closed sets
   };
 
   /// The mesh has the points up to `numero`, and `vivos` triangles.

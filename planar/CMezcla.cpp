@@ -1,23 +1,32 @@
 #include "planar/CMezcla.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "platform/CFile.h"
 
 namespace Meseta47 {
 
-void CMezcla::Anade(unsigned mitad, CApunte apunte) {
+void CMezcla::Anade(unsigned mitad, CApunte apunte) noexcept {
   const std::lock_guard guarda(seccion);
-  pendientes[mitad].push_back(std::move(apunte));
+  try {
+    pendientes[mitad].push_back(std::move(apunte));
+  } catch (std::bad_alloc const&) {
+    FaltaMemoria();
+  }
 }
 
-void CMezcla::Vierte(int hasta) {
+void CMezcla::Vierte(int hasta) noexcept {
   const std::unique_lock guarda(escribiendo, std::try_to_lock);
   if (!guarda.owns_lock()) return;  // what this leaves, the next one takes
-  std::vector<CApunte> salen;
-  Saca(hasta, salen);
-  for (CApunte const& apunte : salen) Escribe(apunte);
+  try {
+    std::vector<CApunte> salen;
+    Saca(hasta, salen);
+    for (CApunte const& apunte : salen) Escribe(apunte);
+  } catch (std::bad_alloc const&) {
+    FaltaMemoria();
+  }
 }
 
 /// The notes below the number, in order; of each the half's living triangles become those of both.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <mutex>
@@ -33,10 +34,13 @@ class URDIMBRE_API CMezcla {
       : cola(laCola), fichero(elFichero), vivosAntes(losVivos) {}
 
   /// By the thread of the half.
-  void Anade(unsigned mitad, CApunte apunte);
+  void Anade(unsigned mitad, CApunte apunte) noexcept;
   /// Writes what comes before this number, to which neither half will add any more, unless the other thread is at it.
-  void Vierte(int hasta);
+  void Vierte(int hasta) noexcept;
   [[nodiscard]] std::uint64_t PicoVivos() const { return pico; }
+  /// Some record could not be kept for want of memory: the pass has failed. What is noted from then on may be lost.
+  [[nodiscard]] bool FaltoMemoria() const { return faltoMemoria.load(std::memory_order_acquire); }
+  void FaltaMemoria() noexcept { faltoMemoria = true; }
 
  private:
   void Saca(int hasta, std::vector<CApunte>& salen);
@@ -50,6 +54,7 @@ class URDIMBRE_API CMezcla {
   std::mutex seccion;      ///< guards what is below; never held for long
   std::deque<CApunte> pendientes[2];
   std::int64_t vivos[2] = {0, 0};  ///< those of the last note written, under `escribiendo`
+  std::atomic<bool> faltoMemoria{false};
 };
 
 }  // namespace Meseta47

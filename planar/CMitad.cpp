@@ -165,8 +165,12 @@ bool CMitad::Cierra(CSetTriangulos2D& set, CTurno& turno) {
   const unsigned triangulos = set.Cierra(mia.get(), inicio);
   if (!turno.Tomado()) inicioCierto = inicio != nullptr && !inicio->EsCompartido();
   std::vector<std::int32_t> registros;
-  registros.reserve(std::size_t{3} * triangulos);
-  Recoge(set, registros);
+  try {
+    registros.reserve(std::size_t{3} * triangulos);
+    Recoge(set, registros);
+  } catch (std::bad_alloc const&) {
+    obra.mezcla.FaltaMemoria();
+  }
   Anota(&set, triangulos, std::move(registros));
   return true;
 }
@@ -193,6 +197,7 @@ void CMitad::Anota(CSetTriangulos2D* set, unsigned triangulos, std::vector<std::
   const auto vivos = static_cast<std::int64_t>(balance.creados - balance.condenados);
   obra.mezcla.Anade(mitad, {numero, vivos, set, triangulos, std::move(registros)});
   if (set != nullptr) obra.mezcla.Vierte(obra.turnos.HechoHasta());
+  if (obra.mezcla.FaltoMemoria()) obra.turnos.Para();
 }
 
 void CMitad::Acaba() {

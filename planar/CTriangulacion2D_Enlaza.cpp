@@ -8,6 +8,7 @@
 #include "planar/CFuentes.h"
 #include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
+#include "run/Fases.h"
 #include "run/Recorrido.h"
 
 namespace Meseta47 {
@@ -135,6 +136,7 @@ int CTriangulacion2D::ConcluyeFichero() {
 }
 
 int CTriangulacion2D::Enlaza(CFuentes const& fuentes, CEnlace& enlace) {
+  const CSiSeRompe guarda([this] { Abandona(kCancelado); });  // the worker is at what the caller's frame holds
   const bool porAfinidad = enlace.modo == CHiloSalvaTriangulosEnlazados::AFINIDAD;
   const bool porPicos = enlace.modo == CHiloSalvaTriangulosEnlazados::PICOS;
   if (porPicos && cantidadPuntos >= kMinimoPuntos) enlace.alturasVecinas.Prepara(cantidadPuntos);

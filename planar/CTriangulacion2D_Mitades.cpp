@@ -77,6 +77,7 @@ int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& e
   if (cancelado) return kCancelado;
   porDos = {fin == CDosMitades::HECHO, fin == CDosMitades::TARDE,
             mitades->Mitad(0).enTurno + mitades->Mitad(1).enTurno};
+  if (fin == CDosMitades::SIN_MEMORIA) return kFicheroInconsistente;
   if (fin != CDosMitades::HECHO) return kTarde;
   cantidadPuntos = static_cast<std::uint32_t>(ultimo);
   if (!llega(ultimo)) return kCancelado;

@@ -11,7 +11,7 @@
 #include "model/terrain/CDataSacaLimites.h"
 #include "model/terrain/CSetPuntosMdt.h"
 #include "planar/CTriangulacion.h"
-#include "planar/PhaseScenes.h"
+#include "planar/HalvesScenes.h"
 #include "platform/CEvent.h"
 #include "platform/CFicheroParcial.h"
 #include "platform/Manejadores.h"
@@ -356,6 +356,48 @@ TEST(EachRequestRefused, SortingAndCleaningLeaveNoNullEntity) {
         EXPECT_FALSE(Described(d).empty());
         EXPECT_TRUE(!done || d.Cantidad() == count / 2);
       });
+}
+
+/// Two threads keep the records of a closed set until the other is beyond them; one writes them at once.
+TEST(EachRequestRefused, RecordsThatFindNoMemoryAreToldByACodeByOneThreadAndByTwo) {
+  const QuietApp app;
+  CDibujo<int> drawing = DrawingOf(test::InTurns(Scatter(2'000), 16));
+  OpenTriangulation t;
+  t.DosDesde(0);
+  ASSERT_EQ(t.Link(drawing), kHecho);
+  const std::string expected = t.SpilledBytes();
+  for (const unsigned threads : {1U, 2U}) {
+    AfxGetApp()->PonProcesadores(threads);
+    int answered = 0, thrown = 0;
+    for (long nth = 1;; nth += 1 + nth / 16) {
+      SCOPED_TRACE(std::to_string(threads) + " threads, request " + std::to_string(nth));
+      t.BorraFicheroTemporal();
+      int code = 0;
+      failing_heap::RefuseAt(nth, Refusal::Once);
+      try {
+        code = t.Link(drawing);
+      } catch (std::bad_alloc const&) {
+        ++thrown;
+      }
+      const bool fired = failing_heap::Stop() >= nth;
+      if (code == kHecho) {
+        EXPECT_TRUE(t.SpilledBytes() == expected);
+      } else {
+        EXPECT_TRUE(code == kFicheroInconsistente || thrown > 0);
+        const bool fileStays = app.TemporaryFiles() != 0;
+        EXPECT_TRUE(!fileStays || answered == 0) << "but for want of an event, which comes before all records";
+        answered += code == kFicheroInconsistente && !fileStays ? 1 : 0;
+      }
+      ASSERT_FALSE(HasFailure());
+      if (!fired) break;
+      ASSERT_EQ(t.Link(drawing), kHecho);
+      ASSERT_TRUE(t.SpilledBytes() == expected);
+    }
+    EXPECT_GT(answered, 0);
+    EXPECT_GT(thrown, 0) << "for the mesh itself, as ever";
+    t.BorraFicheroTemporal();
+  }
+  EXPECT_EQ(app.TemporaryFiles(), 0U);
 }
 
 /// Mode 2 gives the points the classes that they had when they went in. Here one gets another class after that.

@@ -11,7 +11,7 @@
 #include "classification/SearchScene.h"
 #include "classification/SeenScene.h"
 #include "model/terrain/CModeloDigital.h"
-#include "planar/PhaseScenes.h"
+#include "planar/HalvesScenes.h"
 #include "support/ScratchFolder.h"
 #include "support/WorkingFolder.h"
 
@@ -61,6 +61,21 @@ class ToModel : public Road {
 class ToWholeModel : public ToModel {
  public:
   ToWholeModel() : ToModel(true) {}
+};
+
+/// Linked by two threads, each with the points of its half.
+class ToModelByTwo : public Road {
+ public:
+  int Run() override {
+    OpenTriangulation t;
+    t.DosDesde(0);
+    return t.Run(drawing, model, 0, nullptr, false, nullptr, nullptr, nullptr);
+  }
+  std::string Result() const override { return Described(model); }
+
+ private:
+  CDibujo<int> drawing = DrawingOf(InTurns(Near(1'200), 16));
+  CTIN model{0, 0, CDataSemilla()};
 };
 
 class Update : public Road {
@@ -367,9 +382,9 @@ Kind Named(char const* name) {
 /// All of them, as parameters of a test.
 inline auto EveryRoad() {
   return testing::Values(
-      Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<Update>("RunActualiza"),
-      Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"), Named<Contours>("Curvado"),
-      Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
+      Named<ToModel>("Run"), Named<ToWholeModel>("RunWithoutFrame"), Named<ToModelByTwo>("RunByTwoThreads"),
+      Named<Update>("RunActualiza"), Named<Extend>("RunWithAnUpdate"), Named<Rebuild>("RunOfAModel"),
+      Named<Contours>("Curvado"), Named<WholeContours>("CurvadoWithoutFrame"), Named<HighPoints>("RunPuntosAltos"),
       Named<Looks<ByColour>>("RunPuntosAltosRGB"), Named<Looks<ByIntensity>>("RunPuntosAltosIntensidad"),
       Named<Looks<ByJumps>>("RunPuntosDifIntensidad"), Named<IsolatedPoints>("RunPuntosAislados"),
       Named<AerialPoints>("RunPuntosAereos"), Named<PeaksAndPits>("BuscaPicos"),

@@ -1,16 +1,13 @@
 // Two threads that insert leave what one leaves: bytes, numbers and counts, whenever either of them gets the processor.
 #include <atomic>
 #include <chrono>
-#include <gmock/gmock.h>
 #include <new>
 #include <string_view>
 #include <thread>
 
-#include "planar/CTurnos.h"
-#include "planar/PhaseScenes.h"
+#include "planar/HalvesScenes.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarSizes.h"
-#include "support/Random.h"
 
 namespace Meseta47 {
 namespace {
@@ -19,61 +16,16 @@ using support::Family;
 using support::Point;
 using test::DrawingOf;
 using test::Feed;
+using test::InTurns;
+using test::LinkedBy;
 using test::ListeningApp;
+using test::Observed;
 using test::OpenTriangulation;
 using test::Order;
+using test::Outcome;
 using test::QuietApp;
 
 constexpr std::size_t kMany = test::kFullSize ? 20'000 : 3'000;
-
-/// What a linking leaves, all that may not depend on threads.
-struct Left {
-  std::string bytes;
-  std::vector<int> numbers;
-  std::vector<std::uint64_t> counts;
-  bool operator==(Left const&) const = default;
-};
-
-struct Outcome {
-  Left left;
-  bool byTwo = false, late = false;
-  std::uint64_t inTurn = 0;
-};
-
-/// So many points of the left and of the right of the middle in turns, each side in its order.
-std::vector<Point> InTurns(std::vector<Point> const& points, std::size_t stretch) {
-  CMaximas<int> box;
-  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
-  std::vector<Point> of[2], all;
-  for (Point const& p : points) of[p.x >= box.Centro(false).x ? 1 : 0].push_back(p);
-  std::size_t taken[2] = {};
-  while (all.size() < points.size()) {
-    for (unsigned side = 0; side < 2; ++side) {
-      for (std::size_t i = 0; i < stretch && taken[side] < of[side].size(); ++i) all.push_back(of[side][taken[side]++]);
-    }
-  }
-  return all;
-}
-
-Outcome Linked(std::vector<Point> const& points, unsigned threads, bool withoutFrame = false) {
-  const QuietApp app(threads);
-  CDibujo<int> drawing = DrawingOf(points);
-  OpenTriangulation t;
-  t.DosDesde(0);
-  t.SinMarco(withoutFrame);
-  EXPECT_EQ(t.Link(drawing), kHecho);
-  CResumenPlano const& r = t.Resumen();
-  Outcome outcome{{t.SpilledBytes(),
-                   test::NumbersOf(drawing[0]),
-                   {r.duplicados, r.rechazados, r.picoVivos, r.enlazados, r.examinados, r.completados, t.cantidadPuntos,
-                    t.duplicados, t.setsCerrados.Encolados()}},
-                  t.porDos.hecho,
-                  t.porDos.tarde,
-                  t.porDos.enTurno};
-  t.BorraFicheroTemporal();
-  EXPECT_EQ(app.TemporaryFiles(), 0U);
-  return outcome;
-}
 
 void ExpectTheSame(Outcome const& one, Outcome const& other, std::string const& what) {
   EXPECT_TRUE(one.left.bytes == other.left.bytes) << what << ": bytes";
@@ -89,10 +41,10 @@ TEST_P(DosMitades, LeaveWhatOneThreadLeavesInEveryOrder) {
   const std::size_t size = std::min(kMany, test::LargestSize(GetParam()) / 20);
   for (const Order order : {Order::File, Order::Shuffled, Order::Hilbert}) {
     const std::vector<Point> points = Feed{GetParam(), order, size}.Points();
-    const Outcome one = Linked(points, 1);
+    const Outcome one = LinkedBy(1, points);
     EXPECT_FALSE(one.byTwo);
     for (const unsigned threads : {2U, 4U}) {
-      ExpectTheSame(one, Linked(points, threads),
+      ExpectTheSame(one, LinkedBy(threads, points),
                     std::to_string(threads) + " threads, order " + std::to_string(static_cast<int>(order)));
     }
   }
@@ -106,44 +58,19 @@ TEST_P(DosMitades, LeaveWhatOneThreadLeavesOfHalvesInTurnsWithAFrameAndWithout) 
       // A side of the whole extent leaves a frame without its corners no room.
       if (withoutFrame && !support::hasOrdinarySpread(GetParam())) continue;
       const std::vector<Point> points = InTurns(curve, stretch);
-      ExpectTheSame(Linked(points, 1, withoutFrame), Linked(points, 2, withoutFrame), std::to_string(stretch));
+      ExpectTheSame(LinkedBy(1, points, withoutFrame), LinkedBy(2, points, withoutFrame), std::to_string(stretch));
     }
   }
 }
 
 TEST(DosMitadesUso, TakeMostPointsWithoutATurn) {
   const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 20'000}.Points(), 64);
-  const Outcome two = Linked(points, 2);
+  const Outcome two = LinkedBy(2, points);
   EXPECT_TRUE(two.byTwo);
   EXPECT_FALSE(two.late);
   EXPECT_GT(two.inTurn, 0U);
   EXPECT_LT(two.inTurn, points.size() / 3) << "fewer of larger clouds: 3 % of a million";
 }
-
-/// Delays at crossings, drawn from a seed: how often, and how long.
-std::atomic<std::uint64_t> theDelays{0};
-std::atomic<unsigned> thePace{0};
-
-void Delay(unsigned half, char const*) {
-  static constexpr std::uint64_t kStep = 0x9E3779B97F4A7C15U;
-  std::uint64_t drawn = theDelays.fetch_add(kStep) + half;
-  drawn = (drawn ^ (drawn >> 30)) * 0xBF58476D1CE4E5B9U;
-  drawn ^= drawn >> 27;
-  const unsigned pace = thePace;
-  // The one half runs far ahead, or the other, or they take turns at random.
-  if (pace % 3 != 2 && half != pace % 3) return;
-  if (drawn % 8 == 0) std::this_thread::yield();
-  if (drawn % 64 == 1) std::this_thread::sleep_for(std::chrono::microseconds(20));
-}
-
-/// Tells every crossing while it lives.
-class Observed {
- public:
-  explicit Observed(CTurnos::CTestigo witness) { CTurnos::Observa(witness); }
-  Observed(Observed const&) = delete;
-  Observed& operator=(Observed const&) = delete;
-  ~Observed() { CTurnos::Observa(nullptr); }
-};
 
 TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
   const unsigned schedules = test::kFullSize ? 1'200 : 60;
@@ -152,12 +79,12 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
                               Family::ScanLines, Family::TwoFarClusters}) {
     for (const std::size_t size : {250U, 900U}) {
       const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
-      const Outcome one = Linked(points, 1);
-      const Observed delays(&Delay);
+      const Outcome one = LinkedBy(1, points);
+      const Observed delays(&test::Delay);
       for (unsigned i = 0; i < schedules / 12; ++i) {
-        theDelays = i * 7'919;
-        thePace = i;
-        const Outcome two = Linked(points, 2);
+        test::theDelays = i * 7'919;
+        test::thePace = i;
+        const Outcome two = LinkedBy(2, points);
         ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
         late += two.late ? 1 : 0;
         byTwo += two.byTwo ? 1 : 0;
@@ -177,21 +104,21 @@ void Stop(unsigned half, char const*) {
 
 TEST(DosMitadesDemoradas, LeaveTheSameWhereverOneStandsStillForLong) {
   const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 400}.Points(), 8);
-  const Outcome one = Linked(points, 1);
+  const Outcome one = LinkedBy(1, points);
   const Observed stop(&Stop);
   for (const int half : {0, 1}) {
     for (int at = 0; at < 240; at += test::kFullSize ? 2 : 16) {
       theStopped = half;
       theSteps = 0;
       theStopAt = at;
-      ASSERT_TRUE(one.left == Linked(points, 2).left) << "half " << half << " at crossing " << at;
+      ASSERT_TRUE(one.left == LinkedBy(2, points).left) << "half " << half << " at crossing " << at;
     }
   }
 }
 
 TEST(DosMitadesCanceladas, LeaveNoFileAndADrawingThatMayBeRunAgain) {
   const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, kMany}.Points(), 64);
-  const Outcome one = Linked(points, 1);
+  const Outcome one = LinkedBy(1, points);
   CDibujo<int> drawing = DrawingOf(points);
   OpenTriangulation t;
   t.DosDesde(0);
@@ -223,7 +150,7 @@ void Throw(unsigned half, char const* step) {
 
 TEST(DosMitadesRotas, ThrowOnWhatEitherHalfThrowsAndLeaveADrawingThatMayBeRunAgain) {
   const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 2'000}.Points(), 16);
-  const Outcome one = Linked(points, 1);
+  const Outcome one = LinkedBy(1, points);
   const QuietApp app(2);
   CDibujo<int> drawing = DrawingOf(points);
   OpenTriangulation t;

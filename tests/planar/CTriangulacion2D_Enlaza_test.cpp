@@ -1,6 +1,7 @@
 // The linking pass: frame, file, seeds, queue, and what stays after each way out.
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 #include "planar/PhaseScenes.h"
 #include "support/FaultGuard.h"
@@ -49,6 +50,21 @@ TEST(EnlazaLista, ThreePointsSpillEveryTriangleOnceThoughTheRootIsQueuedTwice) {
   EXPECT_EQ(t.setRaiz.Cantidad(), 0U);
   t.BorraFicheroTemporal();
   EXPECT_EQ(app.TemporaryFiles(), 0U);
+}
+
+TEST(EnlazaLista, AnExceptionOfAHostLeavesNoWorkerAtWhatHasGoneAndNoFile) {
+  for (const unsigned mode : {CHiloSalvaTriangulosEnlazados::SALVA, CHiloSalvaTriangulosEnlazados::PICOS}) {
+    constexpr std::size_t kPoints = 2'000;
+    ListeningApp app;
+    CDibujo<int> drawing = DrawingOf(Scatter(kPoints));
+    OpenTriangulation t;
+    app.onStep = [&app] {
+      if (app.steps.size() == 3 * kPoints / 2) throw std::runtime_error("a host's own");
+    };
+    EXPECT_THROW(static_cast<void>(t.Link(drawing, nullptr, nullptr, 0, mode)), std::runtime_error);
+    EXPECT_FALSE(t.hiloSalva.EstaEnMarcha()) << mode;
+    EXPECT_EQ(app.TemporaryFiles(), 0U) << mode;
+  }
 }
 
 TEST(EnlazaLista, TheFrameIsASquareWithATenthOfTheLargerExtentToSpareOnEachSide) {
