@@ -6,8 +6,8 @@
 #include <string_view>
 #include <thread>
 
-#include "planar/CTurnos.h"
 #include "planar/PhaseScenes.h"
+#include "run/CTurnos.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarSizes.h"
 #include "support/Random.h"
