@@ -10,7 +10,7 @@
 #include "planar/CMezcla.h"
 #include "planar/CReparto2D.h"
 #include "planar/CSetTriangulos2D.h"
-#include "planar/CTurnos.h"
+#include "run/CTurnos.h"
 
 namespace Meseta47 {
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "planar/HalvesScenes.h"
+#include "run/CTurnos.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarSizes.h"
 

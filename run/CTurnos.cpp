@@ -1,4 +1,4 @@
-#include "planar/CTurnos.h"
+#include "run/CTurnos.h"
 
 #include <algorithm>
 #include <chrono>
