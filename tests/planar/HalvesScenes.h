@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "planar/CTurnos.h"
 #include "planar/PhaseScenes.h"
+#include "run/CTurnos.h"
 
 /// Clouds for two threads that insert, what a linking leaves of them, and who is held up at which crossing.
 namespace Meseta47::test {
