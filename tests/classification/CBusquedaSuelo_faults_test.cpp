@@ -55,15 +55,19 @@ TEST(CBusquedaSuelo, CancelledAtAnyStepItChangesNothing) {
     GroundSearch().Classes(Meadow());
     steps = app.steps.size();
   }
-  ASSERT_GT(steps, 30U);
+  std::size_t cancelled = 0;
   for (std::size_t at = 1; at <= steps; ++at) {
     ListeningApp app(1);
     app.cancelAt = static_cast<int>(at);
     CDibujo<int> drawing = Cloud(Meadow(), test::kCentimetres);
-    ASSERT_EQ(GroundSearch().Run(drawing), kCancelado) << "at step " << at;
-    ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "at step " << at;
+    const int code = GroundSearch().Run(drawing);
     ASSERT_EQ(app.TemporaryFiles(), 0U);
+    if (app.steps.size() < at) continue;  // waiting for the readers of triangles took fewer reports this time
+    ++cancelled;
+    ASSERT_EQ(code, kCancelado) << "at step " << at;
+    ASSERT_THAT(ClassesOf(drawing), Each(kBefore)) << "at step " << at;
   }
+  EXPECT_GT(cancelled, 2000U);
 }
 
 TEST(CBusquedaSuelo, CancelledBesideAThreadThatTriangulatesItChangesNothing) {

@@ -339,8 +339,10 @@ TEST(Run3D, CancelledAtAnyStepASurfaceLeavesNoFile) {
   for (int at = 1; at <= steps; at += at < 5 || at > steps - 8 ? 1 : 67) {
     app.steps.clear();
     app.cancelAt = at;
-    EXPECT_EQ(t.Run(drawing, tin, 1500, false, nullptr, false), kCancelado) << at;
+    const int code = t.Run(drawing, tin, 1500, false, nullptr, false);
     EXPECT_EQ(app.TemporaryFiles(), 0U) << at;
+    if (static_cast<int>(app.steps.size()) < at) continue;  // waiting for another thread took fewer reports this time
+    EXPECT_EQ(code, kCancelado) << at;
   }
 }
 

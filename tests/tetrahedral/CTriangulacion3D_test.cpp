@@ -268,8 +268,10 @@ TEST(CTriangulacion3D, CancelledAtAnyStepItLeavesNoFileAndTheDrawingCanBeUsedAga
   for (int at = 1; at <= steps; at += at < 4 || at > steps - 4 ? 1 : 211) {
     app.steps.clear();
     app.cancelAt = at;
-    EXPECT_EQ(t.RunTetraedros(drawing), kCancelado) << at;
+    const int code = t.RunTetraedros(drawing);
     EXPECT_EQ(app.TemporaryFiles(), 0U) << at;
+    if (static_cast<int>(app.steps.size()) < at) continue;  // waiting for the worker took fewer reports this time
+    EXPECT_EQ(code, kCancelado) << at;
   }
   app.steps.clear();
   app.cancelAt = 0;
