@@ -95,9 +95,10 @@ void OutputFile::commit() {
 
 void OutputFile::fail(std::string_view what) {
   const std::string cause = partial_.Causa().Utf8();
+  const bool held = partial_.CodigoError() == static_cast<int>(std::errc::text_file_busy);
   partial_.Descarta();
-  throw FileError(name_,
-                  fmt::format("{}: {}: free room or write elsewhere; what was written has been removed", what, cause));
+  throw FileError(name_, fmt::format("{}: {}: {} or write elsewhere; what was written has been removed", what, cause,
+                                     held ? "close it there" : "free room"));
 }
 
 }  // namespace Meseta47::host
