@@ -1,7 +1,6 @@
 #include "host/las/ByteSource.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <system_error>
 
@@ -9,8 +8,6 @@
 #include "host/Paths.h"
 
 namespace Meseta47::host {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -28,9 +25,7 @@ namespace {
 }  // namespace
 
 void requireOrdinaryFile(std::string const& path) {
-  std::error_code error;
-  const fs::file_status status = fs::status(pathOf(path), error);
-  if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
+  if (lookAt(path).EsOtro()) {
     throw FileError(path, "is not an ordinary file: copy what it gives to one, and name that");
   }
 }
@@ -59,7 +54,8 @@ std::size_t FileSource::read(std::uint64_t from, std::span<std::uint8_t> to) {
     }
   }
   if (file_.HayError()) {
-    throw FileError(name_, fmt::format("cannot be read at byte {}: {}", withThousands(from + done), file_.Causa().Utf8()));
+    throw FileError(name_,
+                    fmt::format("cannot be read at byte {}: {}", withThousands(from + done), file_.Causa().Utf8()));
   }
   return done;
 }

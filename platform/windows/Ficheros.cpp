@@ -325,6 +325,48 @@ int CreaExclusivo(CString const& path) {
 
 bool Existe(CString const& path) { return ::GetFileAttributesW(Ruta(path)) != INVALID_FILE_ATTRIBUTES; }
 
+CDatosFichero Examina(CString const& path) {
+  CDatosFichero datos;
+  HANDLE const abierto = ::CreateFileW(Ruta(path), FILE_READ_ATTRIBUTES, kTodosPueden, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (abierto == INVALID_HANDLE_VALUE) {
+    return datos;
+  }
+  const Manejador guarda(abierto);
+  if (::GetFileType(abierto) != FILE_TYPE_DISK) {
+    datos.clase = CDatosFichero::Otro;
+    return datos;
+  }
+  BY_HANDLE_FILE_INFORMATION este{};
+  ::GetFileInformationByHandle(abierto, &este);
+  const auto une = [](DWORD alto, DWORD bajo) { return static_cast<unsigned long long>(alto) << 32 | bajo; };
+  datos.clase =
+      (este.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? CDatosFichero::Carpeta : CDatosFichero::Fichero;
+  datos.bytes = une(este.nFileSizeHigh, este.nFileSizeLow);
+  datos.escrito = static_cast<long long>(une(este.ftLastWriteTime.dwHighDateTime, este.ftLastWriteTime.dwLowDateTime));
+  datos.disco = este.dwVolumeSerialNumber;
+  datos.numero = une(este.nFileIndexHigh, este.nFileIndexLow);
+  return datos;
+}
+
+std::vector<CString> Nombres(CString const& carpeta) {
+  std::vector<CString> nombres;
+  WIN32_FIND_DATAW hallado;
+  const CString patron = EnCarpeta(carpeta, L"*");
+  HANDLE const busca = ::FindFirstFileExW(Ruta(patron), FindExInfoBasic, &hallado, FindExSearchNameMatch, nullptr, 0);
+  if (busca == INVALID_HANDLE_VALUE) {
+    return nombres;
+  }
+  do {
+    const CString nombre = hallado.cFileName;
+    if (nombre != L"." && nombre != L"..") {
+      nombres.push_back(nombre);
+    }
+  } while (::FindNextFileW(busca, &hallado) != 0);
+  ::FindClose(busca);
+  return nombres;
+}
+
 // A link's target as the system follows it, whatever kind of link it is: to the end of the row in one step. A link to
 // nowhere cannot be followed so, and counts as none: what is written then takes its place.
 bool SigueEnlace(CString const& path, CString& hasta) {

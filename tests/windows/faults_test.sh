@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What goes wrong on Windows, seen through the program: Ctrl-C, a full disk, files that others hold, folders and files that
-# may only be read, long paths, names in any script.
+# What goes wrong on Windows, seen through the program: Ctrl-C, files that others hold, disks that are full or may only be read,
+# long paths, names in any script.
 #   tests/windows/faults_test.sh PROGRAM HOLD_FILE
 . "$(dirname "$0")/../roads/lib.sh"
 hold_file=$2
@@ -48,12 +48,7 @@ same in.las few.las
 "$urdimbre" --quiet classify ground in.las -o in.las
 pass
 
-# A file that may only be read is not replaced.
-cp few.las read_only.ply
-chmod a-w read_only.ply
-refuses 1 "read_only.ply.*ermission denied\|read_only.ply.*ccess" "$urdimbre" tin few.las -o read_only.ply
-same read_only.ply few.las
-# Nor is anything made on a disk that may only be read, or that is full.
+# Nothing is made on a disk that may only be read, or that is full.
 mkdir disk
 if mount -t tmpfs -o size=1m tmpfs disk 2>/dev/null; then
   trap 'umount "$work/disk"; rm -rf "$work"' EXIT
@@ -86,7 +81,12 @@ for folder in "$long" "Ελλάδα/" "漢字/" "🏔/"; do
   same "$name.ply" wanted.ply
   "$urdimbre" --quiet contour "$folder" --interval 2 -o "$name.geojson"
   "$urdimbre" --quiet classify ground "$name.las" -o "$name.las"
-  "$urdimbre" --quiet tin "${folder}*.las" -o "${name}2.ply" --temp-dir "$folder"
+  temp=$folder
+  if [ ${#folder} -gt 200 ]; then  # temporary files are named by calls whose paths have 260 characters at most
+    refuses 1 "temporary folder has more than" "$urdimbre" tin "$name.las" -o "${name}2.ply" --temp-dir "$folder"
+    temp=.
+  fi
+  "$urdimbre" --quiet tin "${folder}*.las" -o "${name}2.ply" --temp-dir "$temp"
   same "${name}2.ply" wanted.ply
   "$urdimbre" --json info "$name.las" >info.json
   grep -qF "${folder%%/*}.las" info.json || fail "the name came back otherwise: $(cat info.json)"

@@ -86,6 +86,10 @@ TEST(LongPaths, HoldFoldersAndFilesBeyondThePlainLimit) {
     ASSERT_TRUE(next.Confirma()) << next.Error();
   }
   EXPECT_EQ(Got(path), "next");
+  EXPECT_THAT(NombresEnCarpeta(deep), testing::ElementsAre(CString(L"points.bin")));
+  EXPECT_EQ(ExaminaFichero(path).bytes, 4U);
+  EXPECT_TRUE(ExaminaFichero(deep).EsCarpeta());
+  EXPECT_TRUE(SonElMismoFichero(path, deep + L"/POINTS.bin"));
   EXPECT_TRUE(RenombraFichero(path, deep + L"/other.bin"));
   EXPECT_EQ(Got(deep + L"\\other.bin"), "next");
   EXPECT_TRUE(BorraFichero(deep + L"\\other.bin"));
