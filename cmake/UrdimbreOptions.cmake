@@ -14,6 +14,14 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   endif()
 endif()
 
+if(MSVC)  # warnings that no one has gone through yet are no errors
+  target_compile_options(urdimbre_options INTERFACE
+    /fp:precise /permissive- /Zc:__cplusplus /Zc:preprocessor /utf-8 /bigobj /EHsc /W4
+    /wd4251 /wd4275  # members and bases that are not exported: one compiler builds the library and what uses it
+    /wd4324)         # room that alignas leaves, as it is meant to
+  target_compile_definitions(urdimbre_options INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
+endif()
+
 set(URDIMBRE_SANITIZE "" CACHE STRING "Sanitizers to build with: empty, 'address,undefined' or 'thread'")
 if(URDIMBRE_SANITIZE)
   target_compile_options(urdimbre_options INTERFACE -fsanitize=${URDIMBRE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

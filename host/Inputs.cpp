@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 
 #include "host/FileError.h"
 #include "host/Paths.h"
@@ -65,12 +64,9 @@ bool matches(std::string_view pattern, std::string_view name) {
   return pattern.find_first_not_of('*') == std::string_view::npos;
 }
 
-std::vector<fs::path> entriesOf(fs::path const& folder) {
-  std::error_code error;
-  std::vector<fs::path> entries;
-  for (fs::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end; at.increment(error)) {
-    entries.push_back(at->path().filename());
-  }
+std::vector<std::string> entriesOf(std::string_view folder) {
+  std::vector<std::string> entries;
+  for (CString const& name : NombresEnCarpeta(CString::DesdeUtf8(folder))) entries.push_back(name.Utf8());
   std::sort(entries.begin(), entries.end());
   return entries;
 }
@@ -80,25 +76,23 @@ void expandPattern(fs::path const& folder, fs::path::const_iterator part, fs::pa
                    std::vector<std::string>& found) {
   const std::string wanted = textOf(*part);
   const bool last = std::next(part) == end;
-  const auto take = [&](fs::path const& name) {
-    const fs::path path = folder / name;
-    std::error_code error;
-    if (last && fs::exists(path, error) && !fs::is_directory(path, error)) found.push_back(textOf(path));
-    if (!last && fs::is_directory(path, error)) expandPattern(path, std::next(part), end, found);
+  const auto take = [&](std::string const& name) {
+    const fs::path path = folder / pathOf(name);
+    const CDatosFichero here = lookAt(textOf(path));
+    if (last && (here.EsFichero() || here.EsOtro())) found.push_back(textOf(path));
+    if (!last && here.EsCarpeta()) expandPattern(path, std::next(part), end, found);
   };
   if (!isPattern(wanted)) return take(wanted);
-  for (fs::path const& entry : entriesOf(folder)) {
-    const std::string name = textOf(entry);
-    if (name[0] != '.' && matches(wanted, name)) take(entry);
+  for (std::string const& name : entriesOf(textOf(folder))) {
+    if (name[0] != '.' && matches(wanted, name)) take(name);
   }
 }
 
 void expandFolder(std::string const& folder, std::vector<std::string>& found) {
   const std::size_t before = found.size();
-  for (fs::path const& entry : entriesOf(pathOf(folder))) {
-    const fs::path path = pathOf(folder) / entry;
-    std::error_code error;
-    if (isNamedLas(textOf(entry)) && !fs::is_directory(path, error)) found.push_back(textOf(path));
+  for (std::string const& name : entriesOf(folder)) {
+    const std::string path = textOf(pathOf(folder) / pathOf(name));
+    if (isNamedLas(name) && !lookAt(path).EsCarpeta()) found.push_back(path);
   }
   if (found.size() == before) throw FileError(folder, "is a folder without a .las or .laz file: name the files");
 }
@@ -108,10 +102,10 @@ void expandFolder(std::string const& folder, std::vector<std::string>& found) {
 std::vector<std::string> expandInputs(std::vector<std::string> const& inputs) {
   std::vector<std::string> files;
   for (std::string const& input : inputs) {
-    std::error_code error;
-    if (fs::is_directory(pathOf(input), error) && !isVectorFile(input)) {
+    const CDatosFichero here = lookAt(input);
+    if (here.EsCarpeta() && !isVectorFile(input)) {
       expandFolder(input, files);
-    } else if (isPattern(input) && !fs::exists(pathOf(input), error)) {
+    } else if (isPattern(input) && here.clase == CDatosFichero::Nada) {
       const fs::path pattern = pathOf(input);
       const std::size_t before = files.size();
       expandPattern({}, pattern.begin(), pattern.end(), files);

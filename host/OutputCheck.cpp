@@ -1,19 +1,14 @@
 #include "host/OutputCheck.h"
 
-#include <filesystem>
 #include <fmt/format.h>
-#include <system_error>
 
 #include "host/FileError.h"
 #include "host/OutputFile.h"
-#include "host/Paths.h"
 #include "host/vector/VectorOutput.h"
 #include "platform/CFicheroParcial.h"
 #include "platform/Ficheros.h"
 
 namespace Meseta47::host {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -24,20 +19,11 @@ std::vector<std::string> familyOf(std::string const& name) {
   return family;
 }
 
-/// Whether two names lead to one file, be it there already or not.
-bool areOne(std::string const& a, std::string const& b) {
-  std::error_code error;
-  if (fs::equivalent(pathOf(a), pathOf(b), error)) return true;
-  error.clear();
-  const fs::path one = fs::weakly_canonical(pathOf(a), error), other = fs::weakly_canonical(pathOf(b), error);
-  return !error && one == other;
-}
-
 void requireApart(std::string const& output, std::string const& other, std::string_view what) {
   const std::vector<std::string> others = familyOf(other);
   for (std::string const& mine : familyOf(replacedBy(output))) {
     for (std::string const& its : others) {
-      if (!areOne(mine, its)) continue;
+      if (!SonElMismoFichero(CString::DesdeUtf8(mine), CString::DesdeUtf8(its))) continue;
       const std::string name = its == other ? other : fmt::format("{}, which belongs to {},", its, other);
       throw FileError(output, fmt::format("would replace {} {}: give another name", name, what));
     }

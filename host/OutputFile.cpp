@@ -1,7 +1,6 @@
 #include "host/OutputFile.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <limits>
 #include <system_error>
@@ -12,18 +11,15 @@
 
 namespace Meseta47::host {
 
-namespace fs = std::filesystem;
-
 std::string replacedBy(std::string const& name) { return DestinoFinal(CString::DesdeUtf8(name)).Utf8(); }
 
 // Renaming onto a device would put a plain file in its place.
 void requireReplaceable(std::string const& name) {
-  std::error_code error;
-  const fs::file_status status = fs::status(pathOf(name), error);
-  if (fs::is_directory(status)) {
+  const CDatosFichero here = lookAt(name);
+  if (here.EsCarpeta()) {
     throw FileError(name, "is a folder: give the name of a file to write");
   }
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
+  if (here.EsOtro()) {
     throw FileError(name, "is not an ordinary file: write to a file and copy it there");
   }
 }
@@ -95,9 +91,10 @@ void OutputFile::commit() {
 
 void OutputFile::fail(std::string_view what) {
   const std::string cause = partial_.Causa().Utf8();
+  const bool held = partial_.CodigoError() == static_cast<int>(std::errc::text_file_busy);
   partial_.Descarta();
-  throw FileError(name_,
-                  fmt::format("{}: {}: free room or write elsewhere; what was written has been removed", what, cause));
+  throw FileError(name_, fmt::format("{}: {}: {} or write elsewhere; what was written has been removed", what, cause,
+                                     held ? "close it there" : "free room"));
 }
 
 }  // namespace Meseta47::host

@@ -93,7 +93,9 @@ CString CFicheroParcial::Error() const {
   return fichero_.Error(ruta_);
 }
 
-CString CFicheroParcial::Causa() const { return CodigoError() == 0 ? CString() : sistema::TextoError(CodigoError()); }
+CString CFicheroParcial::Causa() const {
+  return codigoNombre_ != 0 ? sistema::TextoError(codigoNombre_) : fichero_.Causa();
+}
 
 CCerrojoCarpeta::CCerrojoCarpeta(CString const& carpeta)
     : carpeta_(sistema::BloqueaCarpeta(carpeta.IsEmpty() ? CString(L".") : carpeta)) {}

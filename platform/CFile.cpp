@@ -263,10 +263,12 @@ bool CFile::SetLength(unsigned long long bytes) {
 CString CFile::Error(CString const& nombre) const {
   CString texto;
   if (HayError()) {
-    texto.Format("cannot %s %s: %s", accion_, nombre.Utf8().c_str(), sistema::TextoError(codigo_).Utf8().c_str());
+    texto.Format("cannot %s %s: %s", accion_, nombre.Utf8().c_str(), Causa().Utf8().c_str());
   }
   return texto;
 }
+
+CString CFile::Causa() const { return HayError() ? sistema::TextoError(codigo_) : CString(); }
 
 // Writes the pending run of bytes, which then is part of the window like any other.
 bool CFile::Vuelca() {

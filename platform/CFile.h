@@ -100,13 +100,14 @@ class URDIMBRE_API CFile {
 
   [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
 
-  /// The first failure since the last Open(): whether there is one, its number (that of std::errc), and a sentence for
-  /// a person: "cannot write PATH: No space left on device".
+  /// The first failure since the last Open(): whether there is one, its number (that of std::errc), a sentence for a
+  /// person: "cannot write PATH: No space left on device", and its cause alone, the sentence's end; empty without one.
   [[nodiscard]] bool HayError() const { return codigo_ != 0; }
   [[nodiscard]] int CodigoError() const { return codigo_; }
   [[nodiscard]] CString Error() const { return Error(path_); }
   /// The same with another name for the file: that by which the person knows it.
   [[nodiscard]] CString Error(CString const& nombre) const;
+  [[nodiscard]] CString Causa() const;
 
   /// Asks Flush() and Close() to wait until the data are on the disk itself. Off until asked for; stays through Open().
   void PonSincroniza(bool sincroniza) { sincroniza_ = sincroniza; }

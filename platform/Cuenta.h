@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
 #include <bit>
 #include <emmintrin.h>
 #endif
@@ -10,7 +10,7 @@
 /// How many of sixteen ascending numbers do not exceed `v`: the place in a sorted table, found without a branch where
 /// the processor compares many numbers at once. Every call costs the same.
 inline unsigned CuentaHasta(std::int16_t const* dieciseis, std::int16_t v) noexcept {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   const __m128i buscado = _mm_set1_epi16(v);
   const auto mayores = [&](std::int16_t const* ocho) {
     return _mm_cmpgt_epi16(_mm_loadu_si128(reinterpret_cast<__m128i const*>(ocho)), buscado);

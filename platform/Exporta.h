@@ -13,6 +13,24 @@
 #define URDIMBRE_API __attribute__((visibility("default")))
 #endif
 
+/// The same of a template's instances that the library makes: URDIMBRE_API_PLANTILLA marks their declaration,
+/// URDIMBRE_API_INSTANCIA their definition. Most compilers want the first alone to say it; Microsoft's, in the library
+/// itself, the second alone.
+#if defined(_MSC_VER) && defined(URDIMBRE_BUILDING)
+#define URDIMBRE_API_PLANTILLA
+#define URDIMBRE_API_INSTANCIA URDIMBRE_API
+#else
+#define URDIMBRE_API_PLANTILLA URDIMBRE_API
+#define URDIMBRE_API_INSTANCIA
+#endif
+
+/// For the few small functions that a hot loop cannot do without in its own code.
+#if defined(_MSC_VER)
+#define URDIMBRE_EN_LINEA __forceinline
+#else
+#define URDIMBRE_EN_LINEA __attribute__((always_inline)) inline
+#endif
+
 /// Has the compiler compare the arguments behind a format of printf's with what it says.
 #if defined(__GNUC__) && !defined(_WIN32)
 #define URDIMBRE_FORMATO(formato, primero) __attribute__((format(printf, formato, primero)))

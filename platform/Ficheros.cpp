@@ -1,5 +1,6 @@
 #include "platform/Ficheros.h"
 
+#include "platform/CFicheroParcial.h"
 #include "platform/CFile.h"
 #include "platform/Sistema.h"
 
@@ -33,4 +34,21 @@ bool CarpetaEscribible(CString const& path, CString* error) {
   CFile prueba;
   static_cast<void>(prueba.AbreTemporal(path, L"urdimbre"));
   return Informa(prueba.CodigoError(), "write in", path, error);
+}
+
+CDatosFichero ExaminaFichero(CString const& path) { return sistema::Examina(path); }
+
+bool SonElMismoFichero(CString const& uno, CString const& otro) {
+  const auto mismo = [](CDatosFichero const& a, CDatosFichero const& b) {
+    return a.clase == b.clase && a.disco == b.disco && a.numero == b.numero && a.numero != 0;
+  };
+  const CDatosFichero este = sistema::Examina(uno), aquel = sistema::Examina(otro);
+  if (este.clase != CDatosFichero::Nada || aquel.clase != CDatosFichero::Nada) return mismo(este, aquel);
+  const auto nombre = [](CString const& path) { return path.Mid(sistema::UltimoSeparador(path) + 1); };
+  return sistema::SonElMismoNombre(nombre(uno), nombre(otro)) &&
+         mismo(sistema::Examina(CarpetaDe(uno)), sistema::Examina(CarpetaDe(otro)));
+}
+
+std::vector<CString> NombresEnCarpeta(CString const& path) {
+  return sistema::Nombres(path.IsEmpty() ? CString(L".") : path);
 }

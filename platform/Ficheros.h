@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/CString.h"
 #include "platform/Exporta.h"
 
@@ -21,6 +23,24 @@ bool URDIMBRE_API CreaCarpeta(CString const& path, CString* error = nullptr);
 /// Bytes that this user may still write on the disk that holds a file or folder; -1 when it cannot be told.
 [[nodiscard]] long long URDIMBRE_API EspacioLibre(CString const& path);
 
-/// A path as the system's own functions take it, whatever its length: on Windows one too long for them gets the prefix
-/// that lifts their limit, and is then a whole one.
-[[nodiscard]] CString URDIMBRE_API RutaSistema(CString const& path);
+/// What stands under a name, links followed.
+struct CDatosFichero {
+  enum EClase { Nada, Fichero, Carpeta, Otro };  ///< Otro: a pipe, a device
+
+  EClase clase = Nada;
+  unsigned long long bytes = 0;
+  long long escrito = 0;                     ///< when it was last written, as the system counts
+  unsigned long long disco = 0, numero = 0;  ///< what tells it from every other one; 0 where the disk does not say
+
+  [[nodiscard]] bool EsFichero() const { return clase == Fichero; }
+  [[nodiscard]] bool EsCarpeta() const { return clase == Carpeta; }
+  [[nodiscard]] bool EsOtro() const { return clase == Otro; }
+};
+[[nodiscard]] URDIMBRE_API CDatosFichero ExaminaFichero(CString const& path);
+
+/// Whether two names lead to one file, be it there already or not: then they are the same name in the same folder.
+[[nodiscard]] URDIMBRE_API bool SonElMismoFichero(CString const& uno, CString const& otro);
+
+/// The names of what a folder holds, in no order; none of a folder that cannot be read. An empty path is the folder
+/// that the process is in.
+[[nodiscard]] URDIMBRE_API std::vector<CString> NombresEnCarpeta(CString const& path);

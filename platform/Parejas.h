@@ -2,13 +2,13 @@
 
 #include <cstdint>
 
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
 #endif
 
 /// Two integers, the companions of a CPareja: all bits set where a comparison holds, or a count of such.
 struct CMarcas {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   __m128i dos;
   friend CMarcas operator|(CMarcas a, CMarcas b) { return {_mm_or_si128(a.dos, b.dos)}; }
   friend CMarcas operator-(CMarcas a, CMarcas b) { return {_mm_sub_epi64(a.dos, b.dos)}; }
@@ -27,7 +27,7 @@ struct CMarcas {
 /// Two numbers that go through each operation together, in one instruction where the processor has it. For loops in
 /// which compilers don't find such instructions by themselves.
 struct CPareja {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   __m128d dos;
   static CPareja De(double const* donde) { return {_mm_loadu_pd(donde)}; }
   friend CPareja operator+(CPareja a, CPareja b) { return {_mm_add_pd(a.dos, b.dos)}; }

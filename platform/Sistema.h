@@ -6,8 +6,10 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/CString.h"
+#include "platform/Ficheros.h"
 #include "platform/IVigilante.h"
 
 /// The seam between the framework layer and the operating system: the few operations that it is built on, one
@@ -64,6 +66,8 @@ int CreaExclusivo(CString const& path);
 int CreaTemporal(CString const& carpeta, CString const& prefijo, CString& path, unsigned& numero);
 /// Whether something, a link for what it is, stands under a name.
 bool Existe(CString const& path);
+CDatosFichero Examina(CString const& path);
+std::vector<CString> Nombres(CString const& carpeta);
 /// Where a symbolic link points, from its own folder; false for what is none.
 bool SigueEnlace(CString const& path, CString& hasta);
 /// Bytes that a step of a path may have.
@@ -92,9 +96,11 @@ unsigned NumeroAlAzar();
 #if defined(_WIN32)
 inline constexpr wchar_t kSeparador = L'\\';
 inline bool EsSeparador(wchar_t c) { return c == kSeparador || c == L'/'; }
+inline bool SonElMismoNombre(CString const& uno, CString const& otro) { return uno.CompareNoCase(otro) == 0; }
 #else
 inline constexpr wchar_t kSeparador = L'/';
 inline bool EsSeparador(wchar_t c) { return c == kSeparador; }
+inline bool SonElMismoNombre(CString const& uno, CString const& otro) { return uno == otro; }
 #endif
 /// Position of the last separator in a path; -1 in a name alone.
 int UltimoSeparador(CString const& path);

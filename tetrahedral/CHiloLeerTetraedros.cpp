@@ -10,12 +10,18 @@
 
 namespace Meseta47 {
 
-CHiloLeerTetraedros::~CHiloLeerTetraedros() { Stop(); }
+CHiloLeerTetraedros::~CHiloLeerTetraedros() { Espera(); }
+
+void CHiloLeerTetraedros::Espera() {
+  if (hilo == nullptr) return;
+  WaitForSingleObject(hilo, INFINITE);
+  CloseHandle(std::exchange(hilo, nullptr));
+}
 
 bool CHiloLeerTetraedros::Start(unsigned elIndice, CEvent* elEvento, CString const& ruta, CCriticalSection* laSeccion,
                                 std::vector<CSetTetraedros*>* losSets, std::vector<unsigned long long>* losLugares,
                                 unsigned long long* losLeidos) {
-  Stop();
+  Espera();
   indice = elIndice;
   evento = elEvento;
   seccion = laSeccion;
@@ -25,7 +31,8 @@ bool CHiloLeerTetraedros::Start(unsigned elIndice, CEvent* elEvento, CString con
   codigo = kHecho;
   faltoMemoria = false;
   fichero.Open(ruta, CFile::modeRead | CFile::shareDenyNone);
-  if (Arranca(Rutina, this)) return true;
+  hilo = CreateThread(nullptr, 0, &Rutina, this, 0, nullptr);
+  if (hilo != nullptr) return true;
   evento->SetEvent();
   return false;
 }

@@ -2,25 +2,29 @@
 
 #include <vector>
 
-#include "model/threads/CHilo.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
 #include "platform/CFile.h"
 #include "platform/CString.h"
+#include "platform/Exporta.h"
+#include "platform/Manejadores.h"
 
 namespace Meseta47 {
 
 class CSetTetraedros;
 
 /// Reads the tetrahedra of nodes of a file's tree, on a thread of its own and through a handle of its own. Several of
-/// them take nodes from one vector until none is left.
-class URDIMBRE_API CHiloLeerTetraedros : public CHilo {
+/// them take nodes from one vector until none is left. A plain record.
+class URDIMBRE_API CHiloLeerTetraedros {
  public:
+  static constexpr int P_CRITICAL = 15, P_NORMAL = 0, P_LOWEST = -2, P_IDLE = -15, P_HIGHEST = 2, P_BELOW_NORMAL = -1,
+                       P_ABOVE_NORMAL = 1;  ///< as SetThreadPriority takes them
+
   CHiloLeerTetraedros() = default;
   CHiloLeerTetraedros(CHiloLeerTetraedros const&) = delete;
   CHiloLeerTetraedros& operator=(CHiloLeerTetraedros const&) = delete;
   /// Waits for the thread.
-  ~CHiloLeerTetraedros() override;
+  ~CHiloLeerTetraedros();
 
   /// Begins to read. `losSets` are the nodes, of which the workers set those that they take to null under `laSeccion`;
   /// `losLugares` where in the file the head of each stands. `losLeidos` grows under the lock by the tetrahedra of each
@@ -42,7 +46,10 @@ class URDIMBRE_API CHiloLeerTetraedros : public CHilo {
  private:
   static unsigned long Rutina(void* yo);
   CSetTetraedros* Siguiente(std::size_t& desde);
+  void Espera();
 
+  HANDLE hilo = nullptr;
+  unsigned indice = 0;
   CEvent* evento = nullptr;
   CFile fichero;
   CCriticalSection* seccion = nullptr;

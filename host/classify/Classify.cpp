@@ -64,11 +64,11 @@ LoadedCloud load(ClassifyOptions const& options, CloudSearch const& search, Host
 
 /// By what a file is known again: another one in its place, or one written over, has other marks.
 struct FileMarks {
-  std::uintmax_t bytes;
-  std::filesystem::file_time_type written;
+  unsigned long long bytes;
+  long long written;
 
-  explicit FileMarks(std::string const& file)
-      : bytes(std::filesystem::file_size(pathOf(file))), written(std::filesystem::last_write_time(pathOf(file))) {}
+  explicit FileMarks(std::string const& file) : FileMarks(lookAt(file)) {}
+  explicit FileMarks(CDatosFichero const& here) : bytes(here.bytes), written(here.escrito) {}
   bool operator==(FileMarks const&) const = default;
 };
 

@@ -1,7 +1,6 @@
 #include "host/las/ByteSource.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <system_error>
 
@@ -10,27 +9,23 @@
 
 namespace Meseta47::host {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-[[noreturn]] void failToOpen(std::string const& path, int code) {
-  const std::error_code error(code, std::generic_category());
-  if (error == std::errc::no_such_file_or_directory) {
+[[noreturn]] void failToOpen(std::string const& path, CFile const& file) {
+  const auto code = static_cast<std::errc>(file.CodigoError());
+  if (code == std::errc::no_such_file_or_directory) {
     throw FileError(path, "there is no such file: check the name and the folder");
   }
-  if (error == std::errc::is_a_directory) {
+  if (code == std::errc::is_a_directory) {
     throw FileError(path, "is a folder: name the files in it");
   }
-  throw FileError(path, fmt::format("cannot be opened: {}", error.message()));
+  throw FileError(path, fmt::format("cannot be opened: {}", file.Causa().Utf8()));
 }
 
 }  // namespace
 
 void requireOrdinaryFile(std::string const& path) {
-  std::error_code error;
-  const fs::file_status status = fs::status(pathOf(path), error);
-  if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
+  if (lookAt(path).EsOtro()) {
     throw FileError(path, "is not an ordinary file: copy what it gives to one, and name that");
   }
 }
@@ -38,11 +33,11 @@ void requireOrdinaryFile(std::string const& path) {
 FileSource::FileSource(std::string const& path) : ByteSource(path, 0) {
   requireOrdinaryFile(path);
   if (!file_.Open(CString::DesdeUtf8(path), CFile::modeRead)) {
-    failToOpen(path, file_.CodigoError());
+    failToOpen(path, file_);
   }
   size_ = file_.GetLength();
   if (file_.HayError()) {
-    failToOpen(path, file_.CodigoError());
+    failToOpen(path, file_);
   }
 }
 
@@ -59,8 +54,8 @@ std::size_t FileSource::read(std::uint64_t from, std::span<std::uint8_t> to) {
     }
   }
   if (file_.HayError()) {
-    throw FileError(name_, fmt::format("cannot be read at byte {}: {}", withThousands(from + done),
-                                       std::generic_category().message(file_.CodigoError())));
+    throw FileError(name_,
+                    fmt::format("cannot be read at byte {}: {}", withThousands(from + done), file_.Causa().Utf8()));
   }
   return done;
 }

@@ -8,6 +8,7 @@
 
 #include "host/las/LasBytes.h"
 #include "host/laz/EntropyModel.h"
+#include "platform/Exporta.h"
 
 namespace Meseta47::host::laz {
 
@@ -88,7 +89,7 @@ class EntropyDecoder {
   }
 
   // Whole bytes move in until the length has its highest byte again. How many is unpredictable, so there is no loop.
-  [[gnu::always_inline]] void renew() {
+  URDIMBRE_EN_LINEA void renew() {
     const auto shift = static_cast<unsigned>(std::countl_zero(length_ | 1U)) & 24U;
     length_ <<= shift;
     value_ = static_cast<std::uint32_t>(((std::uint64_t{value_} << 32U | ahead()) << shift) >> 32U);

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <fmt/format.h>
+#include <numbers>
 
 namespace Meseta47::host {
 
@@ -108,7 +109,7 @@ class Labels {
   void write(std::string const& text, Pixel const& from, Pixel const& to) {
     const Pixel middle{(from.x + to.x) / 2, (from.y + to.y) / 2};
     double angle = std::atan2(to.y - from.y, to.x - from.x);
-    if (std::abs(angle) > M_PI / 2) angle += M_PI;
+    if (std::abs(angle) > std::numbers::pi / 2) angle += std::numbers::pi;
     cairo_t* pen = canvas_.pen();
     cairo_save(pen);
     cairo_translate(pen, middle.x, middle.y);

@@ -26,8 +26,7 @@ OGRLineString lineOf(std::span<Place const> places) {
 }  // namespace
 
 void requireNoOtherGpkgLayers(std::string const& name, std::string const& layer) {
-  std::error_code error;
-  if (!std::filesystem::exists(pathOf(name), error)) return;
+  if (lookAt(name).clase == CDatosFichero::Nada) return;
   startGdalFormat(RegisterOGRGeoPackage);
   const GdalReport report;
   char const* const drivers[] = {"GPKG", nullptr};

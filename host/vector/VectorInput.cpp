@@ -245,8 +245,7 @@ bool isVectorFile(std::string const& path) {
 }
 
 VectorContent readVectorFile(std::string const& path, VectorOptions const& options) {
-  std::error_code error;
-  if (!std::filesystem::exists(pathOf(path), error)) throw FileError(path, "cannot be read: No such file or directory");
+  if (lookAt(path).clase == CDatosFichero::Nada) throw FileError(path, "cannot be read: No such file or directory");
   startGdalFormats();
   return Reader(path, options).read();
 }

@@ -13,8 +13,6 @@
 
 namespace Meseta47::host {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 VectorFormat const* findFormat(std::string const& name) {
@@ -88,9 +86,7 @@ void VectorOutput::commit() {
   const std::string replaced = replacedBy(target_.path);
   const CCerrojoCarpeta lock(CarpetaDe(CString::DesdeUtf8(replaced)));
   for (std::string const& side : companionsOf(replaced)) {
-    std::error_code ignored;
-    const fs::path path = pathOf(side);
-    if (!writer_->makes(textOf(path.filename()))) fs::remove(path, ignored);
+    if (!writer_->makes(textOf(pathOf(side).filename()))) BorraFichero(CString::DesdeUtf8(side));
   }
   writer_->commit();
 }

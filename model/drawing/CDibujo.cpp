@@ -274,6 +274,6 @@ bool CDibujo<T>::Transformacion(CDataHelmertNTV2 const& datos) {
   return true;
 }
 
-template class CDibujo<int>;
+template class URDIMBRE_API_INSTANCIA CDibujo<int>;
 
 }  // namespace Meseta47

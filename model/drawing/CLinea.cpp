@@ -439,7 +439,7 @@ bool CLinea<T>::LeePuntos(CFile& fichero, double factor, unsigned short version,
   return true;
 }
 
-template class CLinea<int>;
-template class CLinea<double>;
+template class URDIMBRE_API_INSTANCIA CLinea<int>;
+template class URDIMBRE_API_INSTANCIA CLinea<double>;
 
 }  // namespace Meseta47

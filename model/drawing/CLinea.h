@@ -108,7 +108,7 @@ class CLinea : public CEntidadDigi<T> {
   }
 };
 
-extern template class URDIMBRE_API CLinea<int>;
-extern template class URDIMBRE_API CLinea<double>;
+extern template class URDIMBRE_API_PLANTILLA CLinea<int>;
+extern template class URDIMBRE_API_PLANTILLA CLinea<double>;
 
 }  // namespace Meseta47

@@ -160,7 +160,7 @@ bool CSetPuntos<T>::ReadDigi(CFile* fichero, double factor, unsigned short versi
   return LeeVector(*fichero, cuantos, datos) && Asigna(std::move(leidos), std::move(datos));
 }
 
-template class CSetPuntos<int>;
-template class CSetPuntos<double>;
+template class URDIMBRE_API_INSTANCIA CSetPuntos<int>;
+template class URDIMBRE_API_INSTANCIA CSetPuntos<double>;
 
 }  // namespace Meseta47

@@ -68,7 +68,7 @@ class CSetPuntos : public CLinea<T> {
   std::vector<tipoAero3> infos;  ///< as many as points, or none
 };
 
-extern template class URDIMBRE_API CSetPuntos<int>;
-extern template class URDIMBRE_API CSetPuntos<double>;
+extern template class URDIMBRE_API_PLANTILLA CSetPuntos<int>;
+extern template class URDIMBRE_API_PLANTILLA CSetPuntos<double>;
 
 }  // namespace Meseta47

@@ -147,7 +147,7 @@ bool CCoor3D<T>::Read(CFile* fichero, double factor, CTipoFichero) {
   return true;
 }
 
-template class CCoor3D<int>;
-template class CCoor3D<double>;
+template class URDIMBRE_API_INSTANCIA CCoor3D<int>;
+template class URDIMBRE_API_INSTANCIA CCoor3D<double>;
 
 }  // namespace Meseta47

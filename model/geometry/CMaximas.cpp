@@ -2,7 +2,7 @@
 
 namespace Meseta47 {
 
-template class CMaximas<int>;
-template class CMaximas<double>;
+template class URDIMBRE_API_INSTANCIA CMaximas<int>;
+template class URDIMBRE_API_INSTANCIA CMaximas<double>;
 
 }  // namespace Meseta47

@@ -127,7 +127,7 @@ class CMaximas {
   }
 };
 
-extern template class URDIMBRE_API CMaximas<int>;
-extern template class URDIMBRE_API CMaximas<double>;
+extern template class URDIMBRE_API_PLANTILLA CMaximas<int>;
+extern template class URDIMBRE_API_PLANTILLA CMaximas<double>;
 
 }  // namespace Meseta47

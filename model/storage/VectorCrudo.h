@@ -17,6 +17,10 @@ class AsignadorCrudo : public std::allocator<T> {
     using other = AsignadorCrudo<U>;
   };
 
+  AsignadorCrudo() = default;
+  template <class U>
+  AsignadorCrudo(AsignadorCrudo<U> const&) noexcept {}
+
   template <class U>
   void construct(U* lugar) noexcept {
     ::new (static_cast<void*>(lugar)) U;

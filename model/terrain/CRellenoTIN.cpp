@@ -19,8 +19,6 @@ std::uint64_t MiHilo() {
 
 }  // namespace
 
-constinit thread_local CRellenoTIN::Ultimo CRellenoTIN::ultimo;
-
 CRellenoTIN::CRellenoTIN() : numero(NumeroNuevo()) {}
 
 CRellenoTIN::CRellenoTIN(CRellenoTIN const& otro) : numero(NumeroNuevo()) { Copia(otro); }
@@ -55,19 +53,25 @@ void CRellenoTIN::Vacia() {
   numero = NumeroNuevo();
 }
 
-void CRellenoTIN::InsertaEnOtro(Terna const& terna) {
+void CRellenoTIN::Inserta(Terna const& terna) {
+  // The piece that the thread wrote to last, and the filling that it belongs to.
+  static constinit thread_local std::uint64_t relleno = 0;
+  static constinit thread_local Trozo* trozo = nullptr;
+  if (relleno == numero && trozo->Inserta(terna)) return;
+  trozo = OtroTrozo();
+  relleno = numero;
+  trozo->Inserta(terna);
+}
+
+// A piece with room. A thread that fills several models in turn comes back to the piece that it left. Only the newest
+// of its pieces can have room, and every piece before it is full.
+CRellenoTIN::Trozo* CRellenoTIN::OtroTrozo() {
   const std::uint64_t hilo = MiHilo();
   const std::lock_guard guarda(cerrojo);
-  // A thread that fills several models in turn comes back to the piece that it left. Only the newest of its pieces can
-  // have room, and every piece before it is full.
   const auto mio = std::find_if(trozos.rbegin(), trozos.rend(), [hilo](auto const& t) { return t->hilo == hilo; });
-  if (mio != trozos.rend() && (*mio)->Inserta(terna)) {
-    ultimo = {numero, mio->get()};
-    return;
-  }
+  if (mio != trozos.rend() && (*mio)->cuantos < Trozo::kCabida) return mio->get();
   trozos.push_back(std::make_unique<Trozo>(hilo));
-  trozos.back()->Inserta(terna);
-  ultimo = {numero, trozos.back().get()};
+  return trozos.back().get();
 }
 
 void CRellenoTIN::Copia(CRellenoTIN const& otro) {

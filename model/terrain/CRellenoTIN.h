@@ -24,10 +24,7 @@ class URDIMBRE_API CRellenoTIN {
   ~CRellenoTIN() = default;
 
   /// From any thread at any time.
-  void Inserta(Terna const& terna) {
-    if (ultimo.relleno == numero && ultimo.trozo->Inserta(terna)) return;
-    InsertaEnOtro(terna);
-  }
+  void Inserta(Terna const& terna);
 
   // The rest belongs to one thread, while nobody inserts.
   [[nodiscard]] std::uint64_t Cantidad() const;
@@ -53,16 +50,8 @@ class URDIMBRE_API CRellenoTIN {
     }
   };
 
-  /// The piece that a thread wrote to last, and the filling that it belongs to.
-  struct Ultimo {
-    std::uint64_t relleno = 0;
-    Trozo* trozo = nullptr;
-  };
-
-  void InsertaEnOtro(Terna const& terna);
+  Trozo* OtroTrozo();
   void Copia(CRellenoTIN const& otro);
-
-  static constinit thread_local Ultimo ultimo;
 
   std::uint64_t numero;  // never used twice, so that a thread's note of an old filling matches no new one
   std::mutex cerrojo;

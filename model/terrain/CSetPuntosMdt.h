@@ -3,6 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "model/storage/CIteradorIndice.h"
@@ -101,21 +104,31 @@ class URDIMBRE_API CSetPuntosMdt {
   int Read(CFile* fichero, unsigned int& valor, unsigned int total, IPorcentaje* porcentaje, CNivelMensajes nivel);
 
  private:
-  /// Elements are neither constructed nor destroyed here: the caller of resize() fills them. The destructor of a
-  /// point does nothing, but is virtual, and would be called for each.
-  struct Asignador : AsignadorCrudo<CPuntoTIN> {
+  /// Points are neither constructed nor destroyed here: the caller of resize() fills them. The destructor of a point
+  /// does nothing, but is virtual, and would be called for each. What else a vector may keep is made as ever.
+  template <class T>
+  struct Asignador : AsignadorCrudo<T> {
     /// The allocator of another type, as containers ask for it.
     template <class U>
     struct rebind {
-      using other = Asignador;
+      using other = Asignador<U>;
     };
-    template <class... Args>
-    void construct(CPuntoTIN* lugar, Args const&... args) {
-      if constexpr (sizeof...(args) > 0) std::construct_at(lugar, args...);
+    Asignador() = default;
+    template <class U>
+    Asignador(Asignador<U> const&) noexcept {}
+
+    template <class U, class... Args>
+    void construct(U* lugar, Args&&... args) {
+      if constexpr (!std::is_same_v<U, CPuntoTIN> || sizeof...(args) > 0) {
+        std::construct_at(lugar, std::forward<Args>(args)...);
+      }
     }
-    void destroy(CPuntoTIN*) noexcept {}
+    template <class U>
+    void destroy(U* lugar) noexcept {
+      if constexpr (!std::is_same_v<U, CPuntoTIN>) std::destroy_at(lugar);
+    }
   };
-  using Bloque = std::vector<CPuntoTIN, Asignador>;
+  using Bloque = std::vector<CPuntoTIN, Asignador<CPuntoTIN>>;
 
   static constexpr std::size_t kAnexo = 1024;  // points of a block that is added: 50 KB
 

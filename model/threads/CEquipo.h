@@ -20,6 +20,8 @@ class URDIMBRE_API CEquipo {
     for (unsigned k = 0; k < cuantos; ++k) eventos.emplace_back(senalados, true);
     for (CEvent& evento : eventos) manejadores.push_back(evento.m_hObject);
   }
+  CEquipo(CEquipo const&) = delete;
+  CEquipo& operator=(CEquipo const&) = delete;
 
   [[nodiscard]] CEvent& operator[](unsigned k) { return eventos[k]; }
   [[nodiscard]] HANDLE* Manejador(unsigned k) { return &manejadores[k]; }

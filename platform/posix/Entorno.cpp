@@ -42,5 +42,3 @@ long long EspacioLibre(CString const& path) {
   }
   return static_cast<long long>(datos.f_bavail) * static_cast<long long>(datos.f_frsize);
 }
-
-CString RutaSistema(CString const& path) { return path; }

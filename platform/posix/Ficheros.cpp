@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -260,6 +262,39 @@ int CreaExclusivo(CString const& path) {
 bool Existe(CString const& path) {
   struct stat datos {};
   return ::lstat(path.Utf8().c_str(), &datos) == 0;
+}
+
+CDatosFichero Examina(CString const& path) {
+  CDatosFichero datos;
+  struct stat este {};
+  if (::stat(Ruta(path), &este) != 0) {
+    return datos;
+  }
+  datos.clase = S_ISREG(este.st_mode)   ? CDatosFichero::Fichero
+                : S_ISDIR(este.st_mode) ? CDatosFichero::Carpeta
+                                        : CDatosFichero::Otro;
+  datos.bytes = static_cast<unsigned long long>(este.st_size);
+  constexpr long long kNanosegundos = 1'000'000'000;
+  datos.escrito = este.st_mtim.tv_sec * kNanosegundos + este.st_mtim.tv_nsec;
+  datos.disco = este.st_dev;
+  datos.numero = este.st_ino;
+  return datos;
+}
+
+std::vector<CString> Nombres(CString const& carpeta) {
+  std::vector<CString> nombres;
+  DIR* const abierta = ::opendir(Ruta(carpeta));
+  if (abierta == nullptr) {
+    return nombres;
+  }
+  const std::unique_ptr<DIR, int (*)(DIR*)> guarda(abierta, ::closedir);
+  while (dirent const* const entrada = ::readdir(abierta)) {
+    const std::string_view nombre = entrada->d_name;
+    if (nombre != "." && nombre != "..") {
+      nombres.push_back(CString::DesdeUtf8(nombre));
+    }
+  }
+  return nombres;
 }
 
 bool SigueEnlace(CString const& path, CString& hasta) {

@@ -51,5 +51,3 @@ long long EspacioLibre(CString const& path) {
                             : ::GetDiskFreeSpaceExW(win32::Ruta(CarpetaDe(path)), &libres, nullptr, nullptr);
   return bien != 0 ? static_cast<long long>(libres.QuadPart) : -1;
 }
-
-CString RutaSistema(CString const& path) { return CString(win32::Ruta(path)); }

@@ -51,6 +51,23 @@ int CodigoDeRuta(Ruta const& ruta) {
   return error == ERROR_ACCESS_DENIED && EsCarpeta(ruta) ? static_cast<int>(std::errc::is_a_directory) : Codigo(error);
 }
 
+constexpr int kOcupado = static_cast<int>(std::errc::text_file_busy);
+
+/// Why a file could not take the place of another. Of one that is open the system says, as of a folder, that access is
+/// denied; to open it for oneself alone is what tells.
+int CodigoDeCambio(Ruta const& destino) {
+  const int codigo = CodigoDeRuta(destino);
+  if (codigo != static_cast<int>(std::errc::permission_denied)) {
+    return codigo;
+  }
+  HANDLE const solo = ::CreateFileW(destino, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (solo == INVALID_HANDLE_VALUE) {
+    return ::GetLastError() == ERROR_SHARING_VIOLATION ? kOcupado : codigo;
+  }
+  ::CloseHandle(solo);
+  return codigo;
+}
+
 /// Rights for who makes the file, the administrators and the system, and nobody else; none given where those cannot be
 /// formed, as the folder's own are what the user chose.
 class SoloUsuario {
@@ -308,6 +325,48 @@ int CreaExclusivo(CString const& path) {
 
 bool Existe(CString const& path) { return ::GetFileAttributesW(Ruta(path)) != INVALID_FILE_ATTRIBUTES; }
 
+CDatosFichero Examina(CString const& path) {
+  CDatosFichero datos;
+  HANDLE const abierto = ::CreateFileW(Ruta(path), FILE_READ_ATTRIBUTES, kTodosPueden, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (abierto == INVALID_HANDLE_VALUE) {
+    return datos;
+  }
+  const Manejador guarda(abierto);
+  if (::GetFileType(abierto) != FILE_TYPE_DISK) {
+    datos.clase = CDatosFichero::Otro;
+    return datos;
+  }
+  BY_HANDLE_FILE_INFORMATION este{};
+  ::GetFileInformationByHandle(abierto, &este);
+  const auto une = [](DWORD alto, DWORD bajo) { return static_cast<unsigned long long>(alto) << 32 | bajo; };
+  datos.clase =
+      (este.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? CDatosFichero::Carpeta : CDatosFichero::Fichero;
+  datos.bytes = une(este.nFileSizeHigh, este.nFileSizeLow);
+  datos.escrito = static_cast<long long>(une(este.ftLastWriteTime.dwHighDateTime, este.ftLastWriteTime.dwLowDateTime));
+  datos.disco = este.dwVolumeSerialNumber;
+  datos.numero = une(este.nFileIndexHigh, este.nFileIndexLow);
+  return datos;
+}
+
+std::vector<CString> Nombres(CString const& carpeta) {
+  std::vector<CString> nombres;
+  WIN32_FIND_DATAW hallado;
+  const CString patron = EnCarpeta(carpeta, L"*");
+  HANDLE const busca = ::FindFirstFileExW(Ruta(patron), FindExInfoBasic, &hallado, FindExSearchNameMatch, nullptr, 0);
+  if (busca == INVALID_HANDLE_VALUE) {
+    return nombres;
+  }
+  do {
+    const CString nombre = hallado.cFileName;
+    if (nombre != L"." && nombre != L"..") {
+      nombres.push_back(nombre);
+    }
+  } while (::FindNextFileW(busca, &hallado) != 0);
+  ::FindClose(busca);
+  return nombres;
+}
+
 // A link's target as the system follows it, whatever kind of link it is: to the end of the row in one step. A link to
 // nowhere cannot be followed so, and counts as none: what is written then takes its place.
 bool SigueEnlace(CString const& path, CString& hasta) {
@@ -335,20 +394,26 @@ bool SigueEnlace(CString const& path, CString& hasta) {
   return true;
 }
 
+// A new file is held for a moment by whatever looks at new files, virus scanners and search indexes among them: what is
+// refused for a holder is tried again, for a second altogether.
 int Renombra(CString const& desde, CString const& hasta) {
   if (const int codigo = Consulta(EOperacion::Renombra, desde); codigo != 0) {
     return codigo;
   }
+  constexpr int kIntentos = 20;
+  constexpr DWORD kPausa = 50;  // milliseconds
   const Ruta origen(desde);
   const Ruta destino(hasta);
-  const BOOL bien = ::MoveFileExW(origen, destino, MOVEFILE_REPLACE_EXISTING);
-  if (bien != 0) {
-    return 0;
+  for (int intento = 1;; ++intento) {
+    if (::MoveFileExW(origen, destino, MOVEFILE_REPLACE_EXISTING) != 0) {
+      return 0;
+    }
+    const int codigo = CodigoDeCambio(destino);
+    if (codigo != kOcupado || intento == kIntentos) {
+      return codigo;
+    }
+    ::Sleep(kPausa);
   }
-  const int codigo = UltimoCodigo();
-  return codigo == static_cast<int>(std::errc::permission_denied) && EsCarpeta(destino)
-             ? static_cast<int>(std::errc::is_a_directory)
-             : codigo;
 }
 
 int Borra(wchar_t const* path) {

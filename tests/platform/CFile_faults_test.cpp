@@ -56,6 +56,7 @@ TEST(CFileFaults, AfterAFullDiskTheFileHoldsTheFirstRecordsAndNoLaterOne) {
     EXPECT_FALSE(file.Flush());
     EXPECT_FALSE(file.Close());
     EXPECT_EQ(file.CodigoError(), kNoSpace);
+    EXPECT_EQ(file.Causa(), L"No space left on device");
     EXPECT_EQ(BytesOf(folder.Path("a")), Records(50000).substr(0, room));
   }
 }

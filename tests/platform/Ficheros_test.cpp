@@ -96,4 +96,48 @@ TEST(FreeSpace, IsThatOfTheDiskUnderThePath) {
   EXPECT_EQ(EspacioLibre(folder.Path("none")), -1);
 }
 
+TEST(LookAtFile, TellsFilesFoldersAndWhatIsNotThereApart) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a"), "four");
+  EXPECT_TRUE(ExaminaFichero(folder.Path("a")).EsFichero());
+  EXPECT_EQ(ExaminaFichero(folder.Path("a")).bytes, 4U);
+  EXPECT_TRUE(ExaminaFichero(folder.Path()).EsCarpeta());
+  EXPECT_EQ(ExaminaFichero(folder.Path("none")).clase, CDatosFichero::Nada);
+}
+
+TEST(LookAtFile, OneInThePlaceOfAnotherHasOtherMarks) {
+  ScratchFolder folder;
+  PutBytes(folder.Path("a"), "old");
+  const CDatosFichero before = ExaminaFichero(folder.Path("a"));
+  EXPECT_EQ(ExaminaFichero(folder.Path("a")).numero, before.numero);
+  PutBytes(folder.Path("b"), "new");
+  ASSERT_TRUE(RenombraFichero(folder.Path("b"), folder.Path("a")));
+  EXPECT_NE(ExaminaFichero(folder.Path("a")).numero, before.numero);
+}
+
+TEST(OneFile, IsKnownByWhateverName) {
+  ScratchFolder folder;
+  ASSERT_TRUE(CreaCarpeta(folder.Path("in")));
+  PutBytes(folder.Path("a"), "");
+  PutBytes(folder.Path("b"), "");
+  EXPECT_TRUE(SonElMismoFichero(folder.Path("a"), folder.Path("in/../a")));
+  EXPECT_FALSE(SonElMismoFichero(folder.Path("a"), folder.Path("b")));
+  EXPECT_FALSE(SonElMismoFichero(folder.Path("a"), folder.Path("none")));
+  EXPECT_TRUE(SonElMismoFichero(folder.Path("none"), folder.Path("in/../none"))) << "before it is there, too";
+  EXPECT_FALSE(SonElMismoFichero(folder.Path("none"), folder.Path("in/none")));
+  EXPECT_FALSE(SonElMismoFichero(folder.Path("no/a"), folder.Path("no/b")));
+}
+
+TEST(FolderNames, AreAllThatItHolds) {
+  ScratchFolder folder;
+  ASSERT_TRUE(CreaCarpeta(folder.Path("in")));
+  PutBytes(folder.Path(".a"), "");
+  ASSERT_TRUE(CFile(folder.Path() + L"/\u03b3\u5730", CFile::modeCreate | CFile::modeWrite).Close());
+  EXPECT_THAT(NombresEnCarpeta(folder.Path()),
+              testing::UnorderedElementsAre(CString(L"in"), CString(L".a"), CString(L"\u03b3\u5730")));
+  EXPECT_THAT(NombresEnCarpeta(folder.Path("in")), testing::IsEmpty());
+  EXPECT_THAT(NombresEnCarpeta(folder.Path("none")), testing::IsEmpty());
+  EXPECT_FALSE(NombresEnCarpeta(L"").empty()) << "the folder that the process is in";
+}
+
 }  // namespace

@@ -566,4 +566,14 @@ TEST(Tin3d, AMeshOfAnotherObjectIsReplacedAndAFailureLeavesNothing) {
   ASSERT_EQ(t.Run(drawing, false), kHecho);
 }
 
+TEST(CHiloLeerTetraedros, PrioritiesAreThoseOfTheSystem) {
+  EXPECT_EQ(CHiloLeerTetraedros::P_CRITICAL, 15);
+  EXPECT_EQ(CHiloLeerTetraedros::P_NORMAL, 0);
+  EXPECT_EQ(CHiloLeerTetraedros::P_LOWEST, -2);
+  EXPECT_EQ(CHiloLeerTetraedros::P_IDLE, -15);
+  EXPECT_EQ(CHiloLeerTetraedros::P_HIGHEST, 2);
+  EXPECT_EQ(CHiloLeerTetraedros::P_BELOW_NORMAL, -1);
+  EXPECT_EQ(CHiloLeerTetraedros::P_ABOVE_NORMAL, 1);
+}
+
 }  // namespace

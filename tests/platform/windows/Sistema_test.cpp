@@ -2,8 +2,10 @@
 // with their last holder.
 #include "platform/Sistema.h"
 
+#include <atomic>
 #include <gmock/gmock.h>
 #include <system_error>
+#include <thread>
 #include <windows.h>  // last: it makes macros of common names
 
 #include "platform/CFicheroParcial.h"
@@ -84,6 +86,10 @@ TEST(LongPaths, HoldFoldersAndFilesBeyondThePlainLimit) {
     ASSERT_TRUE(next.Confirma()) << next.Error();
   }
   EXPECT_EQ(Got(path), "next");
+  EXPECT_THAT(NombresEnCarpeta(deep), testing::ElementsAre(CString(L"points.bin")));
+  EXPECT_EQ(ExaminaFichero(path).bytes, 4U);
+  EXPECT_TRUE(ExaminaFichero(deep).EsCarpeta());
+  EXPECT_TRUE(SonElMismoFichero(path, deep + L"/POINTS.bin"));
   EXPECT_TRUE(RenombraFichero(path, deep + L"/other.bin"));
   EXPECT_EQ(Got(deep + L"\\other.bin"), "next");
   EXPECT_TRUE(BorraFichero(deep + L"\\other.bin"));
@@ -119,10 +125,27 @@ TEST(HeldFiles, StayAsTheyAreWhenANewOneCannotTakeTheirPlace) {
     ASSERT_TRUE(next.EstaAbierto());
     next.Fichero().Write("new", 3);
     EXPECT_FALSE(next.Confirma());
-    EXPECT_THAT(next.Error().Utf8(), HasSubstr("cannot put a new file in the place of"));
+    EXPECT_EQ(next.Causa(), L"another program has the file open");
+    EXPECT_EQ(next.Error(), L"cannot put a new file in the place of " + folder.Path("a") + L": " + next.Causa());
   }
   EXPECT_EQ(Got(folder.Path("a")), "old");
   EXPECT_FALSE(There(folder.Path("a.part")));
+}
+
+TEST(HeldFiles, ThatAreLetGoWithinASecondAreReplaced) {
+  const ScratchFolder folder;
+  Put(folder.Path("a"), "old");
+  Put(folder.Path("new"), "new");
+  std::atomic<bool> holds{false};
+  std::jthread scanner([&] {
+    const Held held(folder.Path("a"), FILE_SHARE_READ | FILE_SHARE_WRITE);
+    holds = true;
+    holds.notify_one();
+    ::Sleep(200);
+  });
+  holds.wait(false);
+  EXPECT_TRUE(RenombraFichero(folder.Path("new"), folder.Path("a")));
+  EXPECT_EQ(Got(folder.Path("a")), "new");
 }
 
 TEST(ReadOnlyFiles, AreNotWritten) {
