@@ -48,8 +48,11 @@ class Phases : public CTriangulacion2D {
     if (Enlaza(sources, linking) != kHecho) throw std::runtime_error("link");
     linked.seconds = watch.seconds();
     linked.bytes = hashOfSpill();
-    linked.how = fmt::format("{}{:.2f} %", porDos.tarde ? "late " : "",
-                             100 * static_cast<double>(porDos.enTurno) / static_cast<double>(Resumen().aceptados));
+    const auto percent = [this](std::uint64_t n) {
+      return 100 * static_cast<double>(n) / static_cast<double>(Resumen().aceptados);
+    };
+    linked.how = fmt::format("{}{:.2f} % in turn, {:.0f} % by one alone", porDos.tarde ? "late, " : "",
+                             percent(porDos.enTurno), percent(porDos.aSolas));
     linked.counts = Resumen();
     BorraFicheroTemporal();
     return linked;

@@ -175,6 +175,19 @@ void CAbanico::Situa(CMarcos const& m) {
   }
 }
 
+/// A batch that is not full repeats the ring, so that all of it can be looked at.
+bool CAbanico::DejanMenosDe(std::size_t marcos) const {
+  const auto limite = static_cast<std::int64_t>(marcos);
+  std::int64_t menos = -1;  // below 0 while all differences are
+  bool nulo = false;
+  for (std::size_t i = 0; i < cantidad; i += kTanda) {
+    CTanda const& t = tandas[i / kTanda];
+    for (std::size_t k = 0; k < kTanda; ++k) menos &= t.fuera[k] - limite;
+    for (std::size_t k = 0; k < kTanda; ++k) nulo |= t.radio2[k] == 0;
+  }
+  return menos < 0 && !nulo;
+}
+
 /// What `CCirculo::Por3Puntos` does, several at once, where all that it divides is exact.
 inline void CAbanico::PonCirculos(CTanda& t, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y;

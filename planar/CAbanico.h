@@ -70,6 +70,8 @@ class CAbanico {
   [[nodiscard]] std::size_t Fuera(std::size_t i) const {
     return static_cast<std::size_t>(tandas[i / kTanda].fuera[i % kTanda]);
   }
+  /// Whether each circle leaves fewer frames than that, and none is of three points on a line.
+  [[nodiscard]] bool DejanMenosDe(std::size_t marcos) const;
   /// Which triangle is the `i`th by the numbers of its side, as `CLado2D` has it.
   [[nodiscard]] std::size_t Orden(std::size_t i) const { return orden[i]; }
 

@@ -16,12 +16,15 @@ class CMitad::CTurno {
   CTurno(CTurno const&) = delete;
   CTurno& operator=(CTurno const&) = delete;
   ~CTurno() {
+    if (!tomado) return;
     if (std::uncaught_exceptions() > antes) turnos.Para();  // what the other half would see is not whole
-    if (tomado) turnos.Suelta(mitad);
+    turnos.Suelta(mitad);
   }
   /// False: the work is to end.
   bool Toma() {
-    if (!tomado) tomado = turnos.Toma(mitad);
+    if (tomado) return true;
+    antes = std::uncaught_exceptions();
+    tomado = turnos.Toma(mitad);
     return tomado;
   }
   [[nodiscard]] bool Tomado() const { return tomado; }
@@ -30,7 +33,7 @@ class CMitad::CTurno {
   CTurnos& turnos;
   unsigned mitad;
   bool tomado = false;
-  int antes = std::uncaught_exceptions();
+  int antes = 0;
 };
 
 struct CMitad::CCortes {
@@ -51,6 +54,8 @@ void CMitad::Comparte(CSetTriangulos2D& raiz) {
   for (CTriangulo2D* t = raiz.primero; t != nullptr; t = t->Sig()) t->Comparte();
 }
 
+void CMitad::Une(CSetTriangulos2D& raiz) { raiz.Obra().OlvidaCamino(); }
+
 bool CMitad::Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int suNumero, CMitad& laOtra) {
   using CObra = CSetTriangulos2D::CObra;
   // What this half has come to matters to sets that the other one closes in between.
@@ -60,11 +65,12 @@ bool CMitad::Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int suNumero, 
   p->num = numero;
   CDivisiones2D* celda = nullptr;
   const bool esUltimo = obra.divisiones.Inserta(*p, lugar, celda, hoja);
+  if (numero != anterior + 1) inicioCierto = false;
   CTurno turno(obra.turnos, mitad);
-  int respuesta = PorSuCuenta(p, *celda);
+  const bool aSolas = obra.turnos.EstaUnoSolo() && DeAntes(laOtra).inicioCierto;
+  int respuesta = aSolas ? ASolas(p, *celda, laOtra) : PorSuCuenta(p, *celda);
   if (respuesta == CObra::AJENA) {
     if (!turno.Toma()) return false;
-    if (numero != anterior + 1) inicioCierto = false;
     respuesta = EnTurno(p, *celda, laOtra);
     ++enTurno;
   }
@@ -108,12 +114,28 @@ int CMitad::PorSuCuenta(CCoor3D<int>* p, CDivisiones2D const& celda) {
   return respuesta;
 }
 
+/// The same where one thread has both halves, and knows what the point before has left as a start: as if there had
+/// never been two.
+int CMitad::ASolas(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& laOtra) {
+  CSetTriangulos2D& raiz = obra.raiz;
+  raiz.inicio = DeAntes(laOtra).inicio;
+  CSetTriangulos2D* cerca = SetCercano(*p, celda);
+  CTriangulo2D* desde = cerca != nullptr ? Inicio(*cerca) : nullptr;
+  if (desde == nullptr) desde = raiz.GetActual(true);
+  unsigned suyosAceptados = 0, suyosRechazados = 0;
+  const int respuesta =
+      raiz.InsertaPunto(p, cerca != nullptr ? *cerca : raiz, desde, {}, suyosAceptados, suyosRechazados, balance);
+  inicio = raiz.inicio;
+  inicioCierto = true;
+  Cuenta(suyosAceptados, suyosRechazados);
+  return respuesta;
+}
+
 /// The same with the whole mesh, while the other half stands still.
 int CMitad::EnTurno(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& laOtra) {
   using CObra = CSetTriangulos2D::CObra;
   CSetTriangulos2D& raiz = obra.raiz;
-  // Whichever half the point before is of, it has left a start.
-  CMitad const& deAntes = laOtra.numero == numero - 1 ? laOtra : *this;
+  CMitad const& deAntes = DeAntes(laOtra);  // it has left a start
   const bool haySuInicio = deAntes.inicioCierto && deAntes.inicio != nullptr;
   CSetTriangulos2D* cerca = SetCercano(*p, celda);
   CTriangulo2D* desde = cerca != nullptr ? Inicio(*cerca) : nullptr;
@@ -158,12 +180,18 @@ CTriangulo2D* CMitad::Inicio(CSetTriangulos2D const& set) const {
 
 /// Closes the set, in turn where that changes links of shared triangles.
 bool CMitad::Cierra(CSetTriangulos2D& set, CTurno& turno) {
-  if ((&set == &obra.raiz || TocaLoCompartido(set)) && !turno.Toma()) return false;
+  CSetTriangulos2D& raiz = obra.raiz;
+  const bool solo = obra.turnos.EstaUnoSolo();
+  if (!solo && (&set == &raiz || TocaLoCompartido(set)) && !turno.Toma()) return false;
   const int otra = obra.turnos.Numero(1 - mitad);
   std::erase_if(cortes->sets, [otra](auto const& corte) { return corte.numero < otra; });
   cortes->sets.push_back({numero, set.paso});
   const unsigned triangulos = set.Cierra(mia.get(), inicio);
-  if (!turno.Tomado()) inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  if (solo) {
+    raiz.Obra().OlvidaCamino();
+  } else if (!turno.Tomado()) {
+    inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  }
   std::vector<std::int32_t> registros;
   try {
     registros.reserve(std::size_t{3} * triangulos);

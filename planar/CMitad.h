@@ -39,12 +39,16 @@ class URDIMBRE_API CMitad {
   CMitad& operator=(CMitad const&) = delete;
   ~CMitad();
 
-  /// The triangles of a root whose mesh begins to grow in halves: those of its own list are shared.
+  /// The mesh of this root goes on to grow in halves: the triangles of its own list are shared.
   static void Comparte(CSetTriangulos2D& raiz);
+  /// One thread goes on with both halves of it.
+  static void Une(CSetTriangulos2D& raiz);
 
   /// Gives the point its number and inserts it. False when the work is to end: it has been stopped, or must begin anew
   /// on one thread (LlegaTarde).
   bool Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int numero, CMitad& laOtra);
+  /// The other half goes on while this one has nothing to insert: notes what sets that it closes meanwhile must know.
+  void Descansa() { Anota(nullptr, 0, {}); }
   /// There are no more points.
   void Acaba();
   /// A point would have seen what a later one has made.
@@ -63,9 +67,14 @@ class URDIMBRE_API CMitad {
   struct CCortes;
 
   int PorSuCuenta(CCoor3D<int>* p, CDivisiones2D const& celda);
+  int ASolas(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& laOtra);
   int EnTurno(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& laOtra);
   [[nodiscard]] CSetTriangulos2D* SetCercano(CCoor3D<int> const& p, CDivisiones2D const& celda) const;
   [[nodiscard]] CTriangulo2D* Inicio(CSetTriangulos2D const& set) const;
+  /// Of the two, the one that has the point before.
+  [[nodiscard]] CMitad const& DeAntes(CMitad const& laOtra) const {
+    return laOtra.numero == numero - 1 ? laOtra : *this;
+  }
   void Cuenta(unsigned suyosAceptados, unsigned suyosRechazados);
   bool Cierra(CSetTriangulos2D& set, CTurno& turno);
   static bool TocaLoCompartido(CSetTriangulos2D const& set);

@@ -239,8 +239,12 @@ void CSetTriangulos2D::CObra::CalculaAbanico(CCoor3D<int> const& p, CSetTriangul
   abanico.Situa(camino.marcos);
 }
 
-/// Whether all triangles of the fan go to the quadrant that the point falls in.
+/// Whether all triangles of the fan go to the quadrant that the point falls in: to a set below the root.
 bool CSetTriangulos2D::CObra::QuedaEnCuadrante(CCoor3D<int> const& p) const {
+  const std::size_t bajoLaRaiz = camino.sets[0]->nivel;
+  if (abanico.DejanMenosDe(std::min(bajoLaRaiz, CCamino::kNiveles))) return true;
+  if (bajoLaRaiz <= CCamino::kNiveles) return false;
+  // So deep that some may have left all sets whose frames are kept, and still be below the root.
   CMarco const& suyo = raiz.hijos[raiz.BuscaHijo(p)].paso;
   bool queda = true;
   for (std::size_t i = 0; i < abanico.Cantidad(); ++i) {

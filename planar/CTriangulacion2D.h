@@ -475,6 +475,7 @@ class URDIMBRE_API CTriangulacion2D {
   struct CPorDos {
     bool hecho = false, tarde = false;
     std::uint64_t enTurno = 0;  ///< points for which both threads had to meet
+    std::uint64_t aSolas = 0;   ///< points that one thread inserted alone, as the other was too long in coming
   };
   CPorDos porDos;
   std::int32_t reservado = 0;  ///< 0: kept for the hosts that copy it
@@ -503,6 +504,7 @@ class URDIMBRE_API CTriangulacion2D {
   static constexpr int kTarde = -1;  ///< no code of a run: linking is to be done anew, by one thread
   int InsertaTodo(CFuentes const& fuentes, CEnlace& enlace, CMarcha& marcha, bool conDos);
   [[nodiscard]] bool CabenDosMitades(CFuentes const& fuentes, CEnlace const& enlace) const;
+  struct CAlimento;
   int InsertaEnMitades(CFuentes const& fuentes, CEnlace const& enlace, CMarcha& marcha, CInsercion const& como,
                        std::unique_ptr<CDosMitades>& mitades);
   template <class F>

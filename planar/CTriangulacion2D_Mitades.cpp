@@ -1,6 +1,7 @@
 // The points behind the seeds, inserted by two threads where that is worth it: each walks the drawings and takes those
 // of its half.
 #include <algorithm>
+#include <functional>
 
 #include "planar/CDosMitades.h"
 #include "planar/CFuentes.h"
@@ -38,6 +39,43 @@ int CTriangulacion2D::RecorreResto(CFuentes const& fuentes, int ultimaSemilla, F
   return numero;
 }
 
+/// Feeds two halves, and tells how far they are.
+struct CTriangulacion2D::CAlimento {
+  CTriangulacion2D const& run;
+  CFuentes const& fuentes;
+  CDosMitades& mitades;
+  CReparto2D reparto;
+  int ultimaSemilla;
+  std::function<bool(int)> llega;  ///< told where the caller's thread is; false cancels
+  int ultimo = 0;                  ///< number of the last point that the caller's thread has come by
+  bool cancelado = false;
+
+  bool Cancela() {
+    cancelado = true;
+    mitades.Para();
+    return false;
+  }
+  /// CDosMitades::CAlimenta.
+  bool operator()(CDosMitades::CTramo const& tramo) {
+    bool quedan = false;
+    const auto inserta = [&](CCoor3D<int>* p, CPosicion const& lugar, int numero) {
+      if (numero < tramo.desde) return true;
+      const unsigned cual = reparto.Mitad(*p);
+      if (!tramo.Tiene(cual)) return true;
+      quedan = true;
+      if (numero >= tramo.hasta) return false;
+      if (tramo.EsDelQueLlama() && !llega(numero)) return Cancela();
+      const CLugarEnLista suyo{static_cast<std::int16_t>(lugar.lista), static_cast<std::int32_t>(lugar.entidad),
+                               static_cast<std::int32_t>(lugar.punto)};
+      quedan = !mitades.Inserta(tramo, cual, p, suyo, numero);
+      return !quedan;
+    };
+    const int suUltimo = run.RecorreResto(fuentes, ultimaSemilla, inserta);
+    if (tramo.EsDelQueLlama()) ultimo = suUltimo;
+    return !quedan;
+  }
+};
+
 /// What InsertaResto does with all points. kTarde: it is to be done anew, by one thread.
 int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& enlace, CMarcha& marcha,
                                        CInsercion const& como, std::unique_ptr<CDosMitades>& mitades) {
@@ -48,39 +86,21 @@ int CTriangulacion2D::InsertaEnMitades(CFuentes const& fuentes, CEnlace const& e
   mitades = std::make_unique<CDosMitades>(
       setRaiz, divisiones, reparto, Completa(enlace.modo), setsCerrados, ficheroTemporal.Fichero(),
       static_cast<std::int64_t>(balance.creados - balance.condenados), ultimaSemilla);
-  int ultimo = ultimaSemilla;
   const auto llega = [&](int numero) {
     const int mas = numero - ultimaSemilla;
     if (como.contador != nullptr) *como.contador = contadorAntes + mas;
     return marcha.Llega(hechosAntes + static_cast<unsigned>(mas));
   };
-  bool cancelado = false;
-  const auto alimenta = [&](CMitad& mitad, CMitad& otra) {
-    const unsigned cual = &mitad == &mitades->Mitad(0) ? 0 : 1;
-    const int suUltimo = RecorreResto(fuentes, ultimaSemilla, [&](CCoor3D<int>* p, CPosicion const& lugar, int numero) {
-      if (reparto.Mitad(*p) != cual) return true;
-      if (cual == 0 && !llega(numero)) {
-        cancelado = true;
-        mitades->Para();
-        return false;
-      }
-      const CLugarEnLista suyo{static_cast<std::int16_t>(lugar.lista), static_cast<std::int32_t>(lugar.entidad),
-                               static_cast<std::int32_t>(lugar.punto)};
-      return mitad.Inserta(p, suyo, numero, otra);
-    });
-    if (cual == 0) ultimo = suUltimo;
-  };
-  const CDosMitades::CFinal fin = mitades->Corre(alimenta, [&] {
-    cancelado = cancelado || !marcha.Sigue();
-    return !cancelado;
-  });
-  if (cancelado) return kCancelado;
-  porDos = {fin == CDosMitades::HECHO, fin == CDosMitades::TARDE,
-            mitades->Mitad(0).enTurno + mitades->Mitad(1).enTurno};
+  CAlimento alimento{*this, fuentes, *mitades, reparto, ultimaSemilla, llega};
+  const CDosMitades::CFinal fin =
+      mitades->Corre(std::ref(alimento), [&] { return marcha.Sigue() || alimento.Cancela(); });
+  if (alimento.cancelado) return kCancelado;
+  porDos = {fin == CDosMitades::HECHO, fin == CDosMitades::TARDE, mitades->Mitad(0).enTurno + mitades->Mitad(1).enTurno,
+            mitades->ASolas()};
   if (fin == CDosMitades::SIN_MEMORIA) return kFicheroInconsistente;
   if (fin != CDosMitades::HECHO) return kTarde;
-  cantidadPuntos = static_cast<std::uint32_t>(ultimo);
-  if (!llega(ultimo)) return kCancelado;
+  cantidadPuntos = static_cast<std::uint32_t>(alimento.ultimo);
+  if (!llega(alimento.ultimo)) return kCancelado;
   for (unsigned i = 0; i < 2; ++i) SumaMitad(mitades->Mitad(i));
   resumen.picoVivos = std::max(resumen.picoVivos, mitades->Mezcla().PicoVivos());
   return kHecho;

@@ -121,6 +121,8 @@ TEST_P(CAbanicoOf, ACircleIsCountedOutOfEachFrameThatItsBoxLeaves) {
     ASSERT_TRUE(ring.LaidOut());
     ring.fan.Calcula(ring.p);
     ring.fan.Situa(frames);
+    std::size_t most = 0;
+    bool proper = true;
     for (std::size_t i = 0; i < ring.fan.Cantidad(); ++i) {
       const CCirculo c = ring.fan.Circulo(i);
       const auto leaves = [&c](Box const& box) {
@@ -130,7 +132,10 @@ TEST_P(CAbanicoOf, ACircleIsCountedOutOfEachFrameThatItsBoxLeaves) {
       const auto left = static_cast<std::size_t>(std::count_if(std::begin(nested), std::end(nested), leaves));
       EXPECT_EQ(ring.fan.Fuera(i), left);
       seen[left] = true;
+      most = std::max(most, left);
+      proper &= c.radio2 != 0;
     }
+    for (std::size_t n = 0; n <= 5; ++n) EXPECT_EQ(ring.fan.DejanMenosDe(n), proper && most < n) << n;
   }
   EXPECT_GE(std::count(seen.begin(), seen.end(), true), 4);
 }

@@ -86,7 +86,10 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
         test::theDelays = i * 7'919;
         test::thePace = i;
         const Outcome two = LinkedBy(2, points);
-        ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
+        ExpectTheSame(one, two,
+                      support::name(family) + std::string(", ") + std::to_string(size) + " points, schedule " +
+                          std::to_string(i));
+        ASSERT_FALSE(HasFailure());
         late += two.late ? 1 : 0;
         byTwo += two.byTwo ? 1 : 0;
       }
@@ -98,9 +101,10 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
 
 /// Holds one half up at one of its crossings for so long that the other cannot go on.
 std::atomic<int> theStopped{-1}, theSteps{0}, theStopAt{0};
-void Stop(unsigned half, char const*) {
-  if (static_cast<int>(half) != theStopped || theSteps.fetch_add(1) != theStopAt) return;
+CTurnos::CJuicio Stop(unsigned half, char const*) {
+  if (static_cast<int>(half) != theStopped || theSteps.fetch_add(1) != theStopAt) return CTurnos::VAN_BIEN;
   std::this_thread::sleep_for(std::chrono::milliseconds(5));  // of a run that takes one
+  return CTurnos::VAN_BIEN;
 }
 
 TEST(DosMitadesDemoradas, LeaveTheSameWhereverOneStandsStillForLong) {
@@ -115,6 +119,54 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhereverOneStandsStillForLong) {
       ASSERT_TRUE(one.left == LinkedBy(2, points).left) << "half " << half << " at crossing " << at;
     }
   }
+}
+
+/// Delays, and every third or so of the waits was too long: the halves meet, one thread goes on for a little, and both
+/// begin again.
+CTurnos::CJuicio Meet(unsigned half, char const* step) {
+  test::Delay(half, step);
+  const bool tooLong = std::string_view(step) == "weighs its waits" && test::theDelays % 3 == 0;
+  return tooLong ? CTurnos::ESPERAN_DEMASIADO : CTurnos::VAN_BIEN;
+}
+
+TEST(DosMitadesReunidas, LeaveTheSameWhereverTheyMeetAndHoweverOftenOneGoesOnAlone) {
+  const unsigned schedules = test::kFullSize ? 540 : 36;
+  std::uint64_t alone = 0, byTwo = 0;
+  for (const Family family : {Family::Uniform, Family::RegularGrid, Family::Clusters, Family::Duplicates,
+                              Family::ScanLines, Family::TwoFarClusters}) {
+    for (const std::size_t size : {250U, 900U, 2'500U}) {
+      const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
+      const Outcome one = LinkedBy(1, points);
+      for (unsigned i = 0; i < schedules / 18; ++i) {
+        const Observed meetings(&Meet, 1 << (i % 7));
+        test::theDelays = i * 7'919;
+        test::thePace = i;
+        const Outcome two = LinkedBy(2, points);
+        ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
+        alone += two.byTwo ? two.alone : 0;
+        byTwo += two.byTwo ? points.size() - two.alone : 0;
+      }
+    }
+  }
+  EXPECT_GT(alone, 10'000U);
+  EXPECT_GT(byTwo, 10'000U);
+}
+
+/// One half comes late to everything for a while, as a thread does whose processor another program has.
+CTurnos::CJuicio Lag(unsigned half, char const*) {
+  if (half == 1 && theSteps.fetch_add(1) % 16 == 0) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  return CTurnos::POR_EL_RELOJ;
+}
+
+TEST(DosMitadesReunidas, LeaveItToOneThreadWhileTheOtherIsLongInComing) {
+  const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 20'000}.Points(), 64);
+  const Outcome one = LinkedBy(1, points);
+  theSteps = 0;
+  const Observed lag(&Lag);
+  const Outcome two = LinkedBy(2, points);
+  EXPECT_TRUE(one.left == two.left);
+  EXPECT_TRUE(two.byTwo);
+  EXPECT_GT(two.alone, points.size() / 2);
 }
 
 TEST(DosMitadesCanceladas, LeaveNoFileAndADrawingThatMayBeRunAgain) {
@@ -144,9 +196,10 @@ TEST(DosMitadesCanceladas, LeaveNoFileAndADrawingThatMayBeRunAgain) {
 
 /// What a witness throws comes from the midst of a half's work; not from where a turn is given back, which cannot fail.
 std::atomic<int> theThrower{-1}, theCountdown{0};
-void Throw(unsigned half, char const* step) {
-  if (std::string_view(step) == "gives its turn back") return;
+CTurnos::CJuicio Throw(unsigned half, char const* step) {
+  if (std::string_view(step) == "gives its turn back") return CTurnos::VAN_BIEN;
   if (static_cast<int>(half) == theThrower && theCountdown.fetch_sub(1) == 1) throw std::bad_alloc();
+  return CTurnos::VAN_BIEN;
 }
 
 TEST(DosMitadesRotas, ThrowOnWhatEitherHalfThrowsAndLeaveADrawingThatMayBeRunAgain) {

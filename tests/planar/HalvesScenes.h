@@ -50,7 +50,7 @@ inline Left LeftOf(OpenTriangulation& t, CDibujo<int> const& drawing) {
 struct Outcome {
   Left left;
   bool byTwo = false, late = false;
-  std::uint64_t inTurn = 0;
+  std::uint64_t inTurn = 0, alone = 0;
 };
 
 /// Linked by so many threads, two of them inserting wherever that is allowed.
@@ -61,7 +61,7 @@ inline Outcome LinkedBy(unsigned threads, std::vector<support::Point> const& poi
   t.DosDesde(0);
   t.SinMarco(withoutFrame);
   EXPECT_EQ(t.Link(drawing), kHecho);
-  Outcome outcome{LeftOf(t, drawing), t.porDos.hecho, t.porDos.tarde, t.porDos.enTurno};
+  Outcome outcome{LeftOf(t, drawing), t.porDos.hecho, t.porDos.tarde, t.porDos.enTurno, t.porDos.aSolas};
   EXPECT_EQ(app.TemporaryFiles(), 0U);
   return outcome;
 }
@@ -69,7 +69,7 @@ inline Outcome LinkedBy(unsigned threads, std::vector<support::Point> const& poi
 /// Tells every crossing while it lives.
 class Observed {
  public:
-  explicit Observed(CTurnos::CTestigo witness) { CTurnos::Observa(witness); }
+  explicit Observed(CTurnos::CTestigo witness, int alone = CTurnos::kTramoSolo) { CTurnos::Observa(witness, alone); }
   Observed(Observed const&) = delete;
   Observed& operator=(Observed const&) = delete;
   ~Observed() { CTurnos::Observa(nullptr); }
@@ -79,16 +79,17 @@ class Observed {
 inline std::atomic<std::uint64_t> theDelays{0};
 inline std::atomic<unsigned> thePace{0};
 
-inline void Delay(unsigned half, char const*) {
+inline CTurnos::CJuicio Delay(unsigned half, char const*) {
   static constexpr std::uint64_t kStep = 0x9E3779B97F4A7C15U;
   std::uint64_t drawn = theDelays.fetch_add(kStep) + half;
   drawn = (drawn ^ (drawn >> 30)) * 0xBF58476D1CE4E5B9U;
   drawn ^= drawn >> 27;
   const unsigned pace = thePace;
   // The one half runs far ahead, or the other, or they take turns at random.
-  if (pace % 3 != 2 && half != pace % 3) return;
+  if (pace % 3 != 2 && half != pace % 3) return CTurnos::VAN_BIEN;
   if (drawn % 8 == 0) std::this_thread::yield();
   if (drawn % 64 == 1) std::this_thread::sleep_for(std::chrono::microseconds(20));
+  return CTurnos::VAN_BIEN;
 }
 
 }  // namespace Meseta47::test
