@@ -13,14 +13,17 @@
 #define URDIMBRE_API __attribute__((visibility("default")))
 #endif
 
-/// The same of a template's instances that the library makes: URDIMBRE_API_PLANTILLA marks their declaration,
-/// URDIMBRE_API_INSTANCIA their definition. Most compilers want the first alone to say it; Microsoft's, in the library
-/// itself, the second alone.
-#if defined(_MSC_VER) && defined(URDIMBRE_BUILDING)
-#define URDIMBRE_API_PLANTILLA
+/// The same of a template's instances that the library makes, in their declaration and before their definition. Most
+/// compilers want the first alone to say it; Microsoft's, in the library itself, the second alone; and GCC on Windows
+/// exports no function that stands in its class, so that who uses the library makes those for himself.
+#if defined(_WIN32) && defined(__GNUC__) && !defined(URDIMBRE_BUILDING) && !defined(URDIMBRE_OBJETOS)
+#define URDIMBRE_INSTANCIA_DE(clase) static_assert(true)
+#define URDIMBRE_API_INSTANCIA
+#elif defined(_MSC_VER) && defined(URDIMBRE_BUILDING)
+#define URDIMBRE_INSTANCIA_DE(clase) extern template class clase
 #define URDIMBRE_API_INSTANCIA URDIMBRE_API
 #else
-#define URDIMBRE_API_PLANTILLA URDIMBRE_API
+#define URDIMBRE_INSTANCIA_DE(clase) extern template class URDIMBRE_API clase
 #define URDIMBRE_API_INSTANCIA
 #endif
 

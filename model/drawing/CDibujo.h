@@ -123,6 +123,6 @@ class CDibujo : public CObjetoFichero {
   CMaximas<T> marco;
 };
 
-extern template class URDIMBRE_API_PLANTILLA CDibujo<int>;
+URDIMBRE_INSTANCIA_DE(CDibujo<int>);
 
 }  // namespace Meseta47

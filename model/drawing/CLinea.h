@@ -108,7 +108,7 @@ class CLinea : public CEntidadDigi<T> {
   }
 };
 
-extern template class URDIMBRE_API_PLANTILLA CLinea<int>;
-extern template class URDIMBRE_API_PLANTILLA CLinea<double>;
+URDIMBRE_INSTANCIA_DE(CLinea<int>);
+URDIMBRE_INSTANCIA_DE(CLinea<double>);
 
 }  // namespace Meseta47

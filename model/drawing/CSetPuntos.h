@@ -68,7 +68,7 @@ class CSetPuntos : public CLinea<T> {
   std::vector<tipoAero3> infos;  ///< as many as points, or none
 };
 
-extern template class URDIMBRE_API_PLANTILLA CSetPuntos<int>;
-extern template class URDIMBRE_API_PLANTILLA CSetPuntos<double>;
+URDIMBRE_INSTANCIA_DE(CSetPuntos<int>);
+URDIMBRE_INSTANCIA_DE(CSetPuntos<double>);
 
 }  // namespace Meseta47

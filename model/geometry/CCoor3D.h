@@ -166,7 +166,7 @@ class CCoor3D : public CCoor2D<T> {
   bool Read(CFile* fichero, double factor, CTipoFichero);
 };
 
-extern template class URDIMBRE_API_PLANTILLA CCoor3D<int>;
-extern template class URDIMBRE_API_PLANTILLA CCoor3D<double>;
+URDIMBRE_INSTANCIA_DE(CCoor3D<int>);
+URDIMBRE_INSTANCIA_DE(CCoor3D<double>);
 
 }  // namespace Meseta47

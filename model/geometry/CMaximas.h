@@ -127,7 +127,7 @@ class CMaximas {
   }
 };
 
-extern template class URDIMBRE_API_PLANTILLA CMaximas<int>;
-extern template class URDIMBRE_API_PLANTILLA CMaximas<double>;
+URDIMBRE_INSTANCIA_DE(CMaximas<int>);
+URDIMBRE_INSTANCIA_DE(CMaximas<double>);
 
 }  // namespace Meseta47
