@@ -182,8 +182,8 @@ bool CAbanico::DejanMenosDe(std::size_t marcos) const {
   bool nulo = false;
   for (std::size_t i = 0; i < cantidad; i += kTanda) {
     CTanda const& t = tandas[i / kTanda];
-    for (std::size_t k = 0; k < kTanda; ++k) menos &= t.fuera[k] - limite;
-    for (std::size_t k = 0; k < kTanda; ++k) nulo |= t.radio2[k] == 0;
+    for (const std::int64_t deja : t.fuera) menos &= deja - limite;
+    for (const double r2 : t.radio2) nulo |= r2 == 0;
   }
   return menos < 0 && !nulo;
 }

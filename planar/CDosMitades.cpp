@@ -65,8 +65,8 @@ CDosMitades::CFinal CDosMitades::Corre(CAlimenta const& laAlimenta, std::functio
   alimenta = &laAlimenta;
   hilo = CreateThread(nullptr, 0, Rutina, this, 0, nullptr);
   if (hilo == nullptr) return SIN_HILO;
-  // Where two go on for less than one did before, one goes on for four times as long.
-  constexpr int kCrece = 4, kMayor = 1 << 28;
+  // Where two go on for less than one did before, one goes on for eight times as long.
+  constexpr int kCrece = 8, kMayor = 1 << 28;
   int solo = 0;
   for (int desde = primero;;) {
     TrabajanLasDos(desde, sigue);
