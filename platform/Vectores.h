@@ -1,5 +1,12 @@
 #pragma once
 
+#include <cmath>
+#include <cstdint>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 /// Marks a second form of a function whose loops do four doubles in an instruction where the processor can
 /// (HayVectoresAnchos), and either form's calls for one piece with it. The operations are the same and in the same
 /// order, none is fused: so are the results, to the bit.
@@ -14,3 +21,28 @@
 #define URDIMBRE_ANCHO
 [[nodiscard]] inline bool HayVectoresAnchos() noexcept { return false; }
 #endif
+
+/// A bit for each of eight numbers that lies below 0, as their differences do whose order is asked for. None of them is
+/// -0 or no number.
+[[nodiscard]] inline unsigned BajoCero(double const (&v)[8]) noexcept {
+#if defined(__SSE2__)
+  const auto par = [&v](unsigned i) { return static_cast<unsigned>(_mm_movemask_pd(_mm_loadu_pd(v + i))); };
+  return par(0) | par(2) << 2 | par(4) << 4 | par(6) << 6;
+#else
+  unsigned bits = 0;
+  for (unsigned i = 0; i < 8; ++i) bits |= static_cast<unsigned>(std::signbit(v[i])) << i;
+  return bits;
+#endif
+}
+
+/// Puts 0 in place of a number among four.
+inline void BorraDeCuatro(std::uint32_t (&v)[4], std::uint32_t numero) {
+#if defined(__SSE2__)
+  auto* sitio = reinterpret_cast<__m128i*>(v);
+  const __m128i cuatro = _mm_loadu_si128(sitio);
+  const __m128i iguales = _mm_cmpeq_epi32(cuatro, _mm_set1_epi32(static_cast<int>(numero)));
+  _mm_storeu_si128(sitio, _mm_andnot_si128(iguales, cuatro));
+#else
+  for (std::uint32_t& suyo : v) suyo = suyo == numero ? 0 : suyo;
+#endif
+}

@@ -57,13 +57,17 @@ CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p) const {
   const double x = p.x, y = p.y, z = p.z;
   double menor = HUGE_VAL;
   std::size_t mejor = 0;
-  for (std::size_t i = 0; i < cantidad; ++i) {
+  for (std::size_t i = 0; i < cantidad; i += kTanda) {
     CTanda const& t = tandas[i / kTanda];
-    const std::size_t k = i % kTanda;
-    const double dx = t.x[k] - x, dy = t.y[k] - y, dz = t.z[k] - z;
-    const double exceso = dx * dx + dy * dy + dz * dz - t.radio2[k];
-    mejor = exceso < menor ? i : mejor;
-    menor = exceso < menor ? exceso : menor;
+    double exceso[kTanda];
+    for (std::size_t k = 0; k < kTanda; ++k) {
+      const double dx = t.x[k] - x, dy = t.y[k] - y, dz = t.z[k] - z;
+      exceso[k] = dx * dx + dy * dy + dz * dz - t.radio2[k];
+    }
+    for (std::size_t k = 0; k < std::min(kTanda, cantidad - i); ++k) {
+      mejor = exceso[k] < menor ? i + k : mejor;
+      menor = exceso[k] < menor ? exceso[k] : menor;
+    }
   }
   return sitios[mejor];
 }
@@ -109,7 +113,7 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
   if (cavidad.empty()) AmpliaCavidad();
   cavidad[0] = semilla;
   numeros[0] = semilla->Numero();
-  std::size_t dentro = 1, caras = 0;
+  std::size_t dentro = 1, caras = 0, probadas = 0;
   for (std::size_t i = 0; i < dentro && !repetido; ++i) {
     if (dentro + 4 > cavidad.size()) AmpliaCavidad();
     if (caras + 4 > bordes.size()) Amplia();
@@ -119,51 +123,57 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
     for (unsigned cara = 0; cara < 4; ++cara) {
       const std::uint32_t n = t->vecinos[cara];
       CTetraedro* v = n != 0 ? CTetraedro::De(n) : &nadie;
-      const std::int32_t sello = v->identificador;
-      const auto nuevo = static_cast<unsigned>(sello != segunda) & static_cast<unsigned>(sello != marca);
+      const auto sello = static_cast<std::uint32_t>(v->identificador) - static_cast<std::uint32_t>(marca);
+      const auto nuevo = static_cast<unsigned>(sello > 1);
       double exceso = v->Exceso(x, y, z);
-      const auto dudoso = static_cast<unsigned>(!(std::abs(exceso) > v->margen));
-      if ((nuevo & dudoso) != 0) [[unlikely]] {
-        exceso = Decide(*v, p, repetido);
+      if (!(std::abs(exceso) > v->margen)) [[unlikely]] {
+        if (nuevo != 0) exceso = Decide(*v, p, repetido);
       }
-      const unsigned fuera = (nuevo & static_cast<unsigned>(exceso > 0)) | static_cast<unsigned>(sello == marca);
+      const unsigned fuera = (nuevo & static_cast<unsigned>(exceso > 0)) | static_cast<unsigned>(sello == 0);
       v->identificador = segunda - static_cast<std::int32_t>(fuera);
       cavidad[dentro] = v;
       numeros[dentro] = n;
-      dentro += nuevo & ~fuera;
+      dentro += static_cast<unsigned>(nuevo > fuera);
       CBorde& b = bordes[caras];
       b.fuera = n;
       b.condenado = static_cast<std::uint32_t>(i);
       b.cara = static_cast<std::uint8_t>(cara);
       caras += fuera;
-      esferas += nuevo;
+      probadas += nuevo;
     }
   }
+  esferas += probadas;
   condenados = dentro;
   cantidad = caras;
   return !repetido;
 }
 
-/// Whether a vertex has been met before is as good as random: its entry is written in any case.
+/// Whether a vertex has been met before is unpredictable, so its entry is written in any case. Another vertex of this
+/// star in its place, which is rare, has a key that differs in the address alone: one comparison, one branch.
 inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
   constexpr std::uint64_t kReparto = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
-  std::size_t i = (reinterpret_cast<std::uintptr_t>(punto) >> 4) * kReparto >> 40 & mascara;
-  while (casillas[i].vez == vez && casillas[i].punto != punto) [[unlikely]] {
+  const std::uint64_t clave = std::uint64_t{reinterpret_cast<std::uintptr_t>(punto)} << kBitsDeVez | vez;
+  std::size_t i = clave * kReparto >> 40 & mascara;
+  std::uint64_t distinta = casillas[i].clave ^ clave;
+  const auto esDeOtro = [&] { return std::rotr(distinta, kBitsDeVez) - 1 < (UINT64_MAX >> kBitsDeVez); };
+  while (esDeOtro()) [[unlikely]] {
       i = (i + 1) & mascara;
+      distinta = casillas[i].clave ^ clave;
     }
   CCasilla& suya = casillas[i];
-  const bool nuevo = suya.vez != vez;
-  suya = {punto, vez, nuevo ? static_cast<std::uint32_t>(vertices) : suya.vertice};
+  const auto nuevo = static_cast<std::uint64_t>(distinta != 0);
+  const std::uint64_t suyo = (vertices & (0 - nuevo)) | (suya.vertice & (nuevo - 1));
+  suya = {clave, suyo};
   vertice[vertices].punto = punto;
-  vertices += static_cast<std::size_t>(nuevo);
-  return suya.vertice;
+  vertices += nuevo;
+  return static_cast<unsigned>(suyo);
 }
 
 bool CEstrella::Dispone(CCoor3D<int> const& p) {
   vertices = 0;
   // A large star leaves a large table, which would fill the nearest cache: a small one takes its beginning alone.
   mascara = std::bit_ceil(kCasillasPorCara * cantidad) - 1;
-  if (++vez == 0) {
+  if (++vez == 1U << kBitsDeVez) {
     std::fill(casillas.begin(), casillas.end(), CCasilla{});
     vez = 1;
   }
@@ -318,15 +328,31 @@ bool CEstrella::Calcula(CCoor3D<int> const& p) {
   return true;
 }
 
+void CEstrella::Guarda(CTetraedro* t) noexcept {
+  t->clear();
+  if (libres.size() == libres.capacity() || !t->EsDeReserva()) {
+    delete t;
+  } else {
+    libres.push_back(t);
+  }
+}
+
+void CEstrella::SueltaLibres() noexcept {
+  CTetraedro::Destruye(libres);
+  libres.clear();
+}
+
 void CEstrella::PideSitios() {
   if (sitios.size() < bordes.size()) sitios.resize(bordes.size());
   const std::size_t propios = std::min(condenados, cantidad);
   std::copy(cavidad.begin(), cavidad.begin() + static_cast<std::ptrdiff_t>(propios), sitios.begin());
   std::size_t i = propios;
+  for (; i < cantidad && !libres.empty(); libres.pop_back()) sitios[i++] = libres.back();
+  const std::size_t tenidos = i;
   try {
     for (; i < cantidad; ++i) sitios[i] = CTetraedro::PideSitio();
     // Without a pool a number takes memory too.
-    for (std::size_t k = propios; k < cantidad; ++k) static_cast<void>(sitios[k]->Numero());
+    for (std::size_t k = tenidos; k < cantidad; ++k) static_cast<void>(sitios[k]->Numero());
   } catch (...) {
     while (i-- > propios) delete sitios[i];
     throw;
@@ -339,10 +365,7 @@ void CEstrella::Construye(CCoor3D<int>* p) {
   const std::size_t propios = std::min(condenados, n);
   for (std::size_t i = 0; i < propios; ++i) numero[i] = numeros[i];
   for (std::size_t i = propios; i < n; ++i) numero[i] = sitios[i]->Numero();
-  for (std::size_t i = n; i < condenados; ++i) {
-    cavidad[i]->clear();
-    delete cavidad[i];
-  }
+  for (std::size_t i = n; i < condenados; ++i) Guarda(cavidad[i]);
   for (std::size_t i = 0; i < n; ++i) {
     CBorde const& b = bordes[i];
     CTetraedro& t = *sitios[i];

@@ -19,6 +19,11 @@ class CEstrella {
     double minX, minY, minZ, maxX, maxY, maxZ;
   };
 
+  CEstrella() = default;
+  CEstrella(CEstrella const&) = delete;
+  CEstrella& operator=(CEstrella const&) = delete;
+  ~CEstrella() { SueltaLibres(); }
+
   /// The stamps of an insertion, this and the next number: far below all point numbers and their second stamps.
   [[nodiscard]] static std::int32_t Marca(std::uint32_t insercion) {
     return static_cast<std::int32_t>(0x80000000U + 2 * insercion);
@@ -46,6 +51,13 @@ class CEstrella {
   [[nodiscard]] bool Calcula(CCoor3D<int> const& p);
   /// Takes places for the new tetrahedra: those of the condemned, and new ones. Throws std::bad_alloc, with none taken.
   void PideSitios();
+  /// Keeps up to so many tetrahedra that are done with for new ones to come: cheaper than to give each back and ask for
+  /// it again. Throws std::bad_alloc.
+  void GuardaHasta(std::size_t cuantos) { libres.reserve(cuantos); }
+  /// One that is done with: in no list, nobody's neighbour. Its own links no longer count.
+  void Guarda(CTetraedro* t) noexcept;
+  /// Gives back what is kept.
+  void SueltaLibres() noexcept;
   /// Makes the tetrahedra in their places, linked to one another and to those around. The condemned must be in no list.
   void Construye(CCoor3D<int>* p);
 
@@ -84,10 +96,10 @@ class CEstrella {
     double x[kTanda], y[kTanda], z[kTanda], radio2[kTanda], margen[kTanda], radio[kTanda];
     double volumen6[kTanda], tamano[kTanda], error[kTanda];
   };
+  static constexpr int kBitsDeVez = 8;  ///< what an address can spare: its highest byte tells nothing
   struct CCasilla {
-    CCoor3D<int> const* punto = nullptr;
-    std::uint32_t vez = 0;
-    std::uint32_t vertice = 0;
+    std::uint64_t clave = 0;  ///< a vertex's address, and in its lowest bits which star
+    std::uint64_t vertice = 0;
   };
 
   [[nodiscard]] int Decide(CTetraedro const& t, CCoor3D<int> const& p, bool& repetido);
@@ -103,12 +115,13 @@ class CEstrella {
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
   CTetraedro nadie;  ///< behind a face without a neighbour
   std::vector<CTetraedro*> cavidad, sitios;
+  std::vector<CTetraedro*> libres;     ///< kept for new ones, owned; never more than was asked for
   std::vector<std::uint32_t> numeros;  ///< of the condemned
   std::vector<CBorde> bordes;
   std::vector<CVertice> vertice;
   std::vector<CCasilla> casillas;  ///< hash of the vertices, emptied by counting
   std::size_t mascara = 0;         ///< what of it the star uses, less one
-  std::uint32_t vez = 0;
+  std::uint64_t vez = 0;           ///< of the star, counted until its bits are used up
   // An edge of a face: four times the face, plus 1 to 3 for its edges 12, 13, 23.
   std::vector<std::uint16_t> aristas;  ///< by two local numbers: the edge that was last there, 0 for none
   std::vector<std::uint32_t> pareja;   ///< of each edge, that of the face behind it

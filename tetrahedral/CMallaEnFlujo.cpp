@@ -16,6 +16,8 @@ constexpr std::size_t kRegistros = 4096;  // of 16 bytes, that go to the file at
 constexpr std::size_t kPorDelante = 8;    // tetrahedra of a list that are on their way from memory
 constexpr std::size_t kMuestra = 32;      // of a list where a descent begins
 constexpr std::size_t kCerca = 64;        // tetrahedra around the end of a descent: the spheres of a few grid cells
+constexpr std::size_t kGuardados = 4096;  // places, of 128 bytes: what a leaf lets go of, about
+constexpr std::size_t kDeUnaVez = 256;    // tetrahedra given back together: so many lie in a near cache
 constexpr std::size_t kTodos = std::numeric_limits<std::size_t>::max();
 
 std::size_t Paso(std::size_t cuantos) { return cuantos / kMuestra + 1; }
@@ -26,6 +28,7 @@ void CMallaEnFlujo::Empieza(std::vector<CTetraedro> const& marco, std::vector<CP
   porVenir.Prepara(std::move(puntos));
   listas.resize(std::max<std::size_t>(porVenir.Hojas(), 1));
   registros.reserve(kRegistros);
+  estrella.GuardaHasta(kGuardados);
   std::vector<CTetraedro*> hechos;
   for (CTetraedro const& t : marco) {
     listas[0].reserve(listas[0].size() + 1);
@@ -191,6 +194,10 @@ void CMallaEnFlujo::Tacha(CTetraedro const* t) {
 
 void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
   movidos.clear();
+  if (!porVenir.Quedan()) {
+    AcabaTodo(std::exchange(listas[hoja], {}));
+    return;
+  }
   movidos.reserve(listas[hoja].size());
   vecindad.Pon(porVenir, hoja);
   std::vector<std::uint32_t> lista = std::exchange(listas[hoja], {});
@@ -223,12 +230,48 @@ void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
   }
 }
 
-void CMallaEnFlujo::Despide(CTetraedro* t) {
-  registros.push_back({t->puntos[0]->num, t->puntos[1]->num, t->puntos[2]->num, t->puntos[3]->num});
-  if (registros.size() == kRegistros) Vuelca();
+/// All that lives is final and waits for the last leaf. Over a closed surface that is most of the mesh, long cold: no
+/// link is followed any more, so that of each only the points are fetched.
+void CMallaEnFlujo::AcabaTodo(std::vector<std::uint32_t> const& lista) {
+  const std::size_t n = lista.size();
+  std::array<CTetraedro*, kDeUnaVez> hechos;
+  for (std::size_t desde = 0; desde < n; desde += kDeUnaVez) {
+    const std::size_t cuantos = std::min(kDeUnaVez, n - desde);
+    for (std::size_t i = 0; i < cuantos; ++i) {
+      const std::size_t luego = desde + i + kPorDelante;
+      if (luego + kPorDelante < n) {
+        CTetraedro* t = CTetraedro::De(lista[luego + kPorDelante]);
+        AnticipaLectura(t);
+        AnticipaLectura(&t->puntos);
+      }
+      if (luego < n) {
+        for (CCoor3D<int> const* p : CTetraedro::De(lista[luego])->puntos) AnticipaLectura(p);
+      }
+      hechos[i] = CTetraedro::De(lista[desde + i]);
+      Registra(*hechos[i]);
+    }
+    CTetraedro::Destruye({hechos.data(), cuantos});
+  }
   viveEstrella = false;
-  delete t;  // and its neighbours forget it
+  vivos -= n;
+}
+
+void CMallaEnFlujo::Despide(CTetraedro* t) {
+  Registra(*t);
+  viveEstrella = false;
+  t->DejaDeSerVecino();
+  estrella.Guarda(t);
   --vivos;
+}
+
+inline void CMallaEnFlujo::Registra(CTetraedro const& t) {
+  registros.push_back({t.puntos[0]->num, t.puntos[1]->num, t.puntos[2]->num, t.puntos[3]->num});
+  if (registros.size() == kRegistros) Vuelca();
+}
+
+bool CMallaEnFlujo::Termina() {
+  estrella.SueltaLibres();
+  return Vuelca();
 }
 
 bool CMallaEnFlujo::Vuelca() {

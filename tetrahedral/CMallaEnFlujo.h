@@ -36,8 +36,9 @@ class CMallaEnFlujo {
   /// One of the points comes, and what was waiting for it alone goes. 0: it is in. 3: it falls on another. 4: no sphere
   /// holds it. 5: it lies in the plane of a face of its cavity. After any but 0 the mesh is as it was.
   int Inserta(CCoor3D<int>* p);
-  /// Hands what is written to the file. False when the disk has refused any of it.
-  bool Vuelca();
+  /// All points have come: hands what is written to the file, and gives memory back. False when the disk has refused
+  /// any of it.
+  bool Termina();
 
   [[nodiscard]] CBalance const& Balance() const { return balance; }
   [[nodiscard]] std::uint64_t Vivos() const { return vivos; }
@@ -55,7 +56,10 @@ class CMallaEnFlujo {
   void Anota(CTetraedro* t, std::uint32_t numero, std::uint32_t hoja);
   void Tacha(CTetraedro const* t);
   void Acaba(std::uint32_t hoja);
+  void AcabaTodo(std::vector<std::uint32_t> const& lista);
   void Despide(CTetraedro* t);
+  void Registra(CTetraedro const& t);
+  bool Vuelca();
 
   CPorVenir porVenir;
   CPorVenir::CVecindad vecindad;

@@ -19,36 +19,25 @@ unsigned Octante(CPunto const& p, std::array<std::int32_t, 3> const& corte) {
          4 * static_cast<unsigned>(p.eje[2] >= corte[2]);
 }
 
+/// What a point of the box may lack to lie outside the sphere for certain; below 0 none lacks anything. The squared
+/// distance to a box is rounded in the same steps as that to a point, and each step keeps the order of what it is
+/// given: it is never more than that to a point of the box, rounding included. So it is with the distance to a plane.
+inline double Falta(CPorVenir::CCajas const& cajas, unsigned i, CPorVenir::CBola const& b) {
+  const auto hasta = [&](unsigned eje, double centro) {
+    const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
+    const double mayor = bajo > 0 ? bajo : 0;
+    return mayor > alto ? mayor : alto;
+  };
+  const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
+  return b.margen - (dx * dx + dy * dy + dz * dz - b.radio2);
+}
+
 /// Which of the boxes with points to come the sphere may hold a point of, a bit each; of the others it holds none, for
-/// certain. The squared distance to a box is rounded in the same steps as that to a point, and each step keeps the
-/// order of what it is given: it is never more than that to a point of the box, rounding included. So it is with the
-/// distance to a plane.
-inline unsigned AlcanzadasDe(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
-  double sobra[8];
-  for (unsigned i = 0; i < 8; ++i) {
-    const auto hasta = [&](unsigned eje, double centro) {
-      const double bajo = cajas.minimo[eje][i] - centro, alto = centro - cajas.maximo[eje][i];
-      const double mayor = bajo > 0 ? bajo : 0;
-      return mayor > alto ? mayor : alto;
-    };
-    const double dx = hasta(0, b.x), dy = hasta(1, b.y), dz = hasta(2, b.z);
-    sobra[i] = dx * dx + dy * dy + dz * dz - b.radio2;
-  }
-  unsigned cuales = 0;
-  for (unsigned i = 0; i < 8; ++i) cuales |= static_cast<unsigned>(!(sobra[i] > b.margen)) << i;
-  return cuales & cajas.abiertas;
-}
-
-URDIMBRE_DE_UNA_PIEZA unsigned AlcanzadasEstrecho(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
-  return AlcanzadasDe(cajas, b);
-}
-URDIMBRE_ANCHO unsigned AlcanzadasAncho(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
-  return AlcanzadasDe(cajas, b);
-}
-
-unsigned Alcanzadas(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
-  static const bool ancho = HayVectoresAnchos();
-  return ancho ? AlcanzadasAncho(cajas, b) : AlcanzadasEstrecho(cajas, b);
+/// certain.
+inline unsigned Alcanzadas(CPorVenir::CCajas const& cajas, CPorVenir::CBola const& b) {
+  double falta[8];
+  for (unsigned i = 0; i < 8; ++i) falta[i] = Falta(cajas, i, b);
+  return ~BajoCero(falta) & cajas.abiertas;
 }
 
 }  // namespace
@@ -177,6 +166,12 @@ bool CPorVenir::Llega(std::uint32_t hoja) {
   return true;
 }
 
+bool CPorVenir::Quedan() const {
+  if (nodos.empty()) return false;
+  CNodo const& raiz = nodos[0];
+  return raiz.hijos != 0 ? tablas[raiz.tabla].cajas.abiertas != 0 : raiz.abiertos != 0;
+}
+
 std::uint32_t CPorVenir::UltimaAbierta(std::uint32_t nodo) const {
   while (nodos[nodo].hijos != 0) {
     nodo = nodos[nodo].hijos + static_cast<unsigned>(std::countr_zero(tablas[nodos[nodo].tabla].cajas.abiertas));
@@ -184,17 +179,24 @@ std::uint32_t CPorVenir::UltimaAbierta(std::uint32_t nodo) const {
   return nodos[nodo].cuantos;
 }
 
-/// A large sphere grazes many small boxes: from a certain size on what it reaches is taken for reached by its points.
-std::uint32_t CPorVenir::Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const {
-  CNodo const& n = nodos[nodo];
-  if (n.hijos == 0) return kNinguna;  // the only leaf, which has ended
-  CHijos const& hijos = tablas[n.tabla];
-  for (unsigned quedan = Alcanzadas(hijos.cajas, bola); quedan != 0; quedan &= quedan - 1) {
-    const auto i = static_cast<unsigned>(std::countr_zero(quedan));
-    const std::uint32_t hallado = hijos.lado2[i] < fino2 ? n.hijos + i : Alcanza(n.hijos + i, bola, fino2);
-    if (hallado != kNinguna) return hallado;
+inline std::uint32_t CPorVenir::Alcanza(CBola const& bola, double fino2) const {
+  if (nodos[0].hijos == 0) return kNinguna;  // the only leaf, which has ended
+  unsigned quedan[kNiveles];                 // of the boxes that it reaches, a level each, those not looked into yet
+  unsigned nivel = 0;
+  std::uint32_t nodo = 0;
+  quedan[0] = Alcanzadas(tablas[nodos[0].tabla].cajas, bola);
+  for (;;) {
+    for (; quedan[nivel] == 0; --nivel) {
+      if (nivel == 0) return kNinguna;
+      nodo = nodos[nodo].padre;
+    }
+    const auto i = static_cast<unsigned>(std::countr_zero(quedan[nivel]));
+    quedan[nivel] &= quedan[nivel] - 1;
+    const double lado2 = tablas[nodos[nodo].tabla].lado2[i];
+    nodo = nodos[nodo].hijos + i;
+    if (lado2 < fino2) return nodo;
+    quedan[++nivel] = Alcanzadas(tablas[nodos[nodo].tabla].cajas, bola);
   }
-  return kNinguna;
 }
 
 void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
@@ -204,8 +206,10 @@ void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
   abiertas.clear();
   hechas = 0;
   std::uint32_t nodo = arbol->nodoDeHoja[hoja];
+  primeras = nullptr;
   if (nodo == 0) return;
   Acota(nodo);
+  BuscaPrimera();
   for (; arbol->nodos[nodo].padre != kNinguna; nodo = arbol->nodos[nodo].padre) {
     CNodo const& padre = arbol->nodos[arbol->nodos[nodo].padre];
     const auto octante = static_cast<unsigned>(
@@ -230,11 +234,27 @@ void CPorVenir::CVecindad::Acota(std::uint32_t nodo) {
   const std::uint32_t i = nodo - padre.hijos;
   double lado = 0;
   for (unsigned eje = 0; eje < 3; ++eje) {
-    lado = std::max(lado, double{1} * cajas.maximo[eje][i] - cajas.minimo[eje][i]);
+    lado = std::max(lado, cajas.maximo[eje][i] - cajas.minimo[eje][i]);
   }
   for (unsigned eje = 0; eje < 3; ++eje) {
     cercaBaja[eje] = cajas.minimo[eje][i] - lado;
     cercaAlta[eje] = cajas.maximo[eje][i] + lado;
+  }
+}
+
+/// The first box that is fine beside large spheres, in the order in which the tree is searched.
+void CPorVenir::CVecindad::BuscaPrimera() {
+  for (std::uint32_t nodo = 0;;) {
+    CNodo const& n = arbol->nodos[nodo];
+    CHijos const& hijos = arbol->tablas[n.tabla];
+    if (hijos.cajas.abiertas == 0) return;
+    const auto i = static_cast<unsigned>(std::countr_zero(hijos.cajas.abiertas));
+    nodo = n.hijos + i;
+    if (hijos.lado2[i] >= arbol->mayor2) continue;
+    primeras = &hijos.cajas;
+    primera = i;
+    hojaPrimera = arbol->UltimaAbierta(nodo);
+    return;
   }
 }
 
@@ -246,9 +266,9 @@ void CPorVenir::CVecindad::Reune(std::uint32_t nodo) {
     CCaja caja;
     bool cerca = true;
     for (unsigned eje = 0; eje < 3; ++eje) {
-      const std::int32_t minimo = hijos.cajas.minimo[eje][i], maximo = hijos.cajas.maximo[eje][i];
-      caja.minimo[eje] = minimo;
-      caja.maximo[eje] = maximo;
+      const double minimo = hijos.cajas.minimo[eje][i], maximo = hijos.cajas.maximo[eje][i];
+      caja.minimo[eje] = static_cast<std::int32_t>(minimo);
+      caja.maximo[eje] = static_cast<std::int32_t>(maximo);
       cerca = cerca && maximo >= cercaBaja[eje] && minimo <= cercaAlta[eje];
       caja.tras |= static_cast<unsigned>(maximo <= celdaBaja[eje]) << eje;
       caja.tras |= static_cast<unsigned>(minimo >= celdaAlta[eje]) << (eje + 3);
@@ -284,6 +304,14 @@ std::vector<CPorVenir::CVecindad::CTanda> const& CPorVenir::CVecindad::Tras(unsi
   return tandas;
 }
 
+/// Whether the sphere keeps within six planes, for certain: the nearest of them tells, as rounding keeps the order.
+bool CPorVenir::CVecindad::Cabe(CBola const& b, double const (&bajo)[3], double const (&alto)[3]) {
+  const double c[3] = {b.x, b.y, b.z};
+  double menor = HUGE_VAL;
+  for (unsigned eje = 0; eje < 3; ++eje) menor = std::min(menor, std::min(c[eje] - bajo[eje], alto[eje] - c[eje]));
+  return menor > 0 && menor * menor - b.radio2 > b.margen;
+}
+
 /// Which of six planes the sphere may reach: those of the lower limits, then of the upper ones.
 unsigned CPorVenir::CVecindad::Cruza(CBola const& b, double const (&bajo)[3], double const (&alto)[3]) {
   const double c[3] = {b.x, b.y, b.z};
@@ -297,18 +325,28 @@ unsigned CPorVenir::CVecindad::Cruza(CBola const& b, double const (&bajo)[3], do
   return cruza;
 }
 
-std::uint32_t CPorVenir::CVecindad::Alcanza(CBola const& bola) {
-  const unsigned cruza = Cruza(bola, celdaBaja, celdaAlta);
-  if (cruza == 0) return kNinguna;  // within the cell, all points of which have come
-  if (Cruza(bola, cercaBaja, cercaAlta) != 0) {
-    const std::uint32_t nodo = arbol->Alcanza(0, bola, std::min(bola.radio2, arbol->mayor2));
+inline std::uint32_t CPorVenir::CVecindad::AlcanzaDe(CBola const& bola) {
+  if (Cabe(bola, celdaBaja, celdaAlta)) return kNinguna;  // within the cell, all points of which have come
+  if (!Cabe(bola, cercaBaja, cercaAlta)) {
+    // Who reaches a box reaches those around it, so that a search would end there. Near a sphere most do.
+    const bool grande = bola.radio2 >= arbol->mayor2;
+    if (grande && primeras != nullptr && !(Falta(*primeras, primera, bola) < 0)) return hojaPrimera;
+    const std::uint32_t nodo = arbol->Alcanza(bola, std::min(bola.radio2, arbol->mayor2));
     return nodo != kNinguna ? arbol->UltimaAbierta(nodo) : kNinguna;
   }
-  for (CTanda const& tanda : Tras(cruza)) {
+  for (CTanda const& tanda : Tras(Cruza(bola, celdaBaja, celdaAlta))) {
     const unsigned alcanzadas = Alcanzadas(tanda.cajas, bola);
     if (alcanzadas != 0) return tanda.hojas[std::countr_zero(alcanzadas)];
   }
   return kNinguna;
+}
+
+URDIMBRE_DE_UNA_PIEZA std::uint32_t CPorVenir::CVecindad::AlcanzaEstrecho(CBola const& bola) { return AlcanzaDe(bola); }
+URDIMBRE_ANCHO std::uint32_t CPorVenir::CVecindad::AlcanzaAncho(CBola const& bola) { return AlcanzaDe(bola); }
+
+std::uint32_t CPorVenir::CVecindad::Alcanza(CBola const& bola) {
+  static const bool ancho = HayVectoresAnchos();
+  return ancho ? AlcanzaAncho(bola) : AlcanzaEstrecho(bola);
 }
 
 }  // namespace Meseta47

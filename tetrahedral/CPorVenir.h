@@ -18,6 +18,7 @@ class CPorVenir {
  public:
   static constexpr std::size_t kPorHoja = 512;  ///< points of a leaf, unless more stand at one place
   static constexpr std::uint32_t kNinguna = 0xFFFFFFFF;
+  static constexpr unsigned kNiveles = 33;  ///< at most: each halves the extents, of 32 bits
 
   struct CPunto {
     std::int32_t eje[3];
@@ -34,10 +35,13 @@ class CPorVenir {
   bool PorCercania(std::uint32_t hoja, F const& f) const;
   /// A point of the leaf has come. True when it was the last.
   bool Llega(std::uint32_t hoja);
+  /// Whether points are to come.
+  [[nodiscard]] bool Quedan() const;
 
-  /// Eight boxes at most, in columns: one loop compares a sphere with all of them.
+  /// Eight boxes at most, in columns: one loop compares a sphere with all of them. As doubles, which takes more room,
+  /// but they are compared far more often than made.
   struct CCajas {
-    std::int32_t minimo[3][8] = {}, maximo[3][8] = {};
+    double minimo[3][8] = {}, maximo[3][8] = {};
     unsigned abiertas = 0;  ///< a bit for each that has points to come
 
     void Pon(unsigned i, std::int32_t const (&menor)[3], std::int32_t const (&mayor)[3]) {
@@ -72,13 +76,21 @@ class CPorVenir {
       std::uint32_t hojas[8];
     };
     void Acota(std::uint32_t nodo);
+    void BuscaPrimera();
     void Reune(std::uint32_t nodo);
+    [[nodiscard]] std::uint32_t AlcanzaDe(CBola const& bola);
+    [[nodiscard]] std::uint32_t AlcanzaEstrecho(CBola const& bola);
+    [[nodiscard]] std::uint32_t AlcanzaAncho(CBola const& bola);
     [[nodiscard]] std::vector<CTanda> const& Tras(unsigned cruza);
+    [[nodiscard]] static bool Cabe(CBola const& bola, double const (&bajo)[3], double const (&alto)[3]);
     [[nodiscard]] static unsigned Cruza(CBola const& bola, double const (&bajo)[3], double const (&alto)[3]);
 
     CPorVenir const* arbol = nullptr;
     double celdaBaja[3], celdaAlta[3];  ///< where only points of the leaf lie: from the one, below the other
     double cercaBaja[3], cercaAlta[3];  ///< of all leaves that reach into this box the list tells
+    CCajas const* primeras = nullptr;   ///< hold the box that a large sphere is compared with first; null without one
+    unsigned primera = 0;               ///< which of them it is
+    std::uint32_t hojaPrimera = kNinguna;
     std::vector<CCaja> abiertas;
     std::array<std::vector<CTanda>, 64> porCruce;  ///< those behind no other limits than a sphere crosses
     std::uint64_t hechas = 0;                      ///< which of them have been made
@@ -103,8 +115,9 @@ class CPorVenir {
   struct CGrupo;
   [[nodiscard]] static std::array<CGrupo, 8> Reparte(CGrupo const& grupo, std::array<std::int32_t, 3> const& corte);
   void Divide(std::uint32_t nodo, CGrupo const& grupo);
-  /// The first node below `nodo` that a sphere reaches and that is fine enough for it; kNinguna without one.
-  [[nodiscard]] std::uint32_t Alcanza(std::uint32_t nodo, CBola const& bola, double fino2) const;
+  /// The first node that a sphere reaches and that is fine enough for it; kNinguna without one. A large sphere grazes
+  /// many small boxes: from a certain size on what it reaches is taken for reached by its points.
+  [[nodiscard]] std::uint32_t Alcanza(CBola const& bola, double fino2) const;
   [[nodiscard]] std::uint32_t UltimaAbierta(std::uint32_t nodo) const;
   template <class F>
   bool Visita(std::uint32_t nodo, std::uint32_t menos, F const& f) const;

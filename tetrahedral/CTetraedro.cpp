@@ -6,6 +6,7 @@
 
 #include "model/storage/CDeReserva_Define.h"
 #include "model/terrain/CTriangulo.h"
+#include "platform/Vectores.h"
 #include "tetrahedral/CSetTetraedros.h"
 
 namespace Meseta47 {
@@ -59,7 +60,7 @@ CTetraedro* CTetraedro::Nuevo(CTetraedro const& t) {
 }
 
 void CTetraedro::Deja(CTetraedro* t, CReserva::CLote& lote) noexcept {
-  if ((t->marcas & kMascaraSitio) == kEnReserva) {
+  if (t->EsDeReserva()) {
     lote.Anade(t);  // a plain record without links: its destructor would have nothing to do
   } else {
     t->clear();
@@ -257,6 +258,13 @@ void CTetraedro::SueltaDeVecinos(bool grabado) {
     vecino->vecinos[cara] = 0;
     vecino->SetGrabado(cara, grabado);
   }
+}
+
+/// Whether there is a neighbour, and across which of its faces, is as good as random: no jump depends on it.
+void CTetraedro::DejaDeSerVecino() {
+  const std::uint32_t mio = Numero();
+  std::uint32_t deNadie[4] = {};
+  for (const std::uint32_t numero : vecinos) BorraDeCuatro(numero != 0 ? De(numero)->vecinos : deNadie, mio);
 }
 
 bool CTetraedro::Dentro(CCoor3D<int> const& p) {

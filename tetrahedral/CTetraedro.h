@@ -223,9 +223,8 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   }
   [[nodiscard]] static std::uint32_t NumeroDe(CTetraedro* t) { return t == nullptr ? 0 : t->Numero(); }
   /// The number that others link to this one by.
-  [[nodiscard]] std::uint32_t Numero() {
-    return (marcas & kMascaraSitio) == kEnReserva ? CReserva::Numero<128>(this) : NumeroPropio();
-  }
+  [[nodiscard]] std::uint32_t Numero() { return EsDeReserva() ? CReserva::Numero<128>(this) : NumeroPropio(); }
+  [[nodiscard]] bool EsDeReserva() const { return (marcas & kMascaraSitio) == kEnReserva; }
   [[nodiscard]] std::uint32_t NumeroPropio();
   void OlvidaNumero() noexcept;
   static void Deja(CTetraedro* t, CReserva::CLote& lote) noexcept;
@@ -258,6 +257,8 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   }
   void SetVecino(unsigned cara, CTetraedro* t, short a, short b, short c, bool grabado);
   void SueltaDeVecinos(bool grabado);
+  /// Clears the links of its neighbours to it; its own, and what they know of the faces, stay.
+  void DejaDeSerVecino();
   /// Which face is shared with the tetrahedron of that number; 4 for none.
   [[nodiscard]] unsigned CaraHacia(std::uint32_t numero) const {
     const auto no0 = static_cast<unsigned>(vecinos[0] != numero), no1 = static_cast<unsigned>(vecinos[1] != numero);

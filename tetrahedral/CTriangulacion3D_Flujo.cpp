@@ -54,8 +54,9 @@ int CTriangulacion3D::EnlazaEnFlujo(CDibujo<int>& dibujo) {
   resumen.visitados = malla.Visitados();
   resumen.picoVivos = malla.PicoVivos();
   ResumeBalance();
+  const bool escrita = malla.Termina();
   CTetraedro::EncogeReserva();
-  return malla.Vuelca() && ficheroTemporal.Vuelca() ? kHecho : Abandona(kFicheroInaccesible);
+  return escrita && ficheroTemporal.Vuelca() ? kHecho : Abandona(kFicheroInaccesible);
 }
 
 }  // namespace Meseta47

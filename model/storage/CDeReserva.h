@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 
 #include "model/storage/CReserva.h"
 #include "platform/Exporta.h"
@@ -23,12 +24,14 @@ class CDeReserva {
   /// Destroys the elements of a list that starts with `primero`, none of which may be linked to one that lives on. One
   /// exchange with the thread that made them, whatever their number.
   URDIMBRE_API static void DestruyeLista(T* primero) noexcept;
+  /// The same of those in `cuales`, which are in no list.
+  URDIMBRE_API static void Destruye(std::span<T* const> cuales) noexcept;
   /// Returns to the system the calling thread's share of the pool, if nothing of it is in use.
   URDIMBRE_API static void EncogeReserva() noexcept;
 
  protected:
-  /// How `DestruyeLista` ends one element. A class whose elements may live elsewhere, or whose destructor has something
-  /// to do even then, has its own.
+  /// How these end one element. A class whose elements may live elsewhere, or whose destructor has something to do even
+  /// then, has its own.
   static void Deja(T* t, CReserva::CLote& lote) noexcept { lote.Anade(t); }
 
  private:

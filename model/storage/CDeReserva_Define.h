@@ -53,6 +53,12 @@ void CDeReserva<T, kNumera>::DestruyeLista(T* primero) noexcept {
 }
 
 template <class T, bool kNumera>
+void CDeReserva<T, kNumera>::Destruye(std::span<T* const> cuales) noexcept {
+  CReserva::CLote lote(MiMonton());
+  for (T* t : cuales) T::Deja(t, lote);
+}
+
+template <class T, bool kNumera>
 void CDeReserva<T, kNumera>::EncogeReserva() noexcept {
   // Without a share there may be no pool either, and making one takes memory.
   if (CReserva::CMonton*& mio = MiMonton(); mio != nullptr) Reserva().Encoge(mio);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Anticipa.h"
+#include "platform/Memoria.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define URDIMBRE_SIN_RESERVA 1
@@ -26,6 +27,8 @@ namespace {
 
 constexpr std::size_t kLinea = 64;                     // bytes of a cache line
 [[maybe_unused]] constexpr std::size_t kAnticipo = 6;  // slots looked ahead: those of a new point's triangles
+constexpr std::size_t kTrozo = 2 << 20;                // bytes of several blocks at once: a large page of most systems
+constexpr std::size_t kSueltos = 64;  // blocks from which on a heap grows by such pieces: by an eighth at most
 
 }  // namespace
 
@@ -37,6 +40,9 @@ struct CReserva::CMonton {
   std::byte* fin = nullptr;
   std::size_t repartidas = 0;  ///< slots ever carved out of the blocks
   std::vector<void*> bloques;
+  std::byte* bloqueSiguiente = nullptr;  ///< first block of the newest piece that is not in use yet
+  std::byte* bloqueFin = nullptr;
+  std::vector<std::pair<void*, std::size_t>> trozos;  ///< what the system gave, of one block or several; with its bytes
   alignas(kLinea) std::mutex cerrojo;
   std::vector<void*> devueltas;  ///< given back by other threads, under the lock
   std::atomic<bool> hayDevueltas{false};
@@ -59,6 +65,16 @@ struct CReserva::CMonton {
     const std::lock_guard guarda(cerrojo);
     devueltas.reserve(libres.capacity());
   }
+  /// One large page instead of hundreds: fewer faults, and fewer misses in the processor's table of pages when elements
+  /// are visited that lie far apart.
+  void PideTrozo() {
+    const std::size_t bytes = bloques.size() < kSueltos ? kBloque : kTrozo;
+    trozos.reserve(trozos.size() + 1);
+    bloqueSiguiente = static_cast<std::byte*>(::operator new (bytes, std::align_val_t{bytes}));
+    bloqueFin = bloqueSiguiente + bytes;
+    trozos.emplace_back(bloqueSiguiente, bytes);
+    if (bytes == kTrozo) EnPaginasGrandes(bloqueSiguiente, bytes);
+  }
   [[nodiscard]] bool TodasEnCasa() {
     const std::lock_guard guarda(cerrojo);
     return libres.size() + devueltas.size() == repartidas;
@@ -78,8 +94,8 @@ CReserva::CCabecera* Cabecera(void const* ranura) {
 CReserva::CMonton::~CMonton() {
   for (void* bloque : bloques) {
     if (const std::uint32_t numero = Cabecera(bloque)->numero; numero != 0) CNumeros::Quita(numero);
-    ::operator delete (bloque, std::align_val_t{kBloque});
   }
+  for (auto const& [trozo, bytes] : trozos) ::operator delete (trozo, std::align_val_t{bytes});
 }
 
 struct CReserva::CHuerfanos {
@@ -137,9 +153,11 @@ void* CReserva::Talla(CMonton& monton) {
     const std::size_t ranuras = kBloque / paso - 1;  // the first place is the header's
     monton.Crece(ranuras);
     monton.bloques.reserve(monton.bloques.size() + 1);
-    auto* bloque = static_cast<std::byte*>(::operator new (kBloque, std::align_val_t{kBloque}));
-    monton.bloques.push_back(bloque);
+    if (monton.bloqueSiguiente == monton.bloqueFin) monton.PideTrozo();
+    std::byte* bloque = monton.bloqueSiguiente;
     new (bloque) CCabecera{&monton, numerada ? CNumeros::Pon(bloque) : 0};
+    monton.bloques.push_back(bloque);
+    monton.bloqueSiguiente += kBloque;
     monton.siguiente = bloque + paso;
     monton.fin = monton.siguiente + ranuras * paso;
   }

@@ -11,3 +11,9 @@ void Puebla([[maybe_unused]] void* desde, [[maybe_unused]] std::size_t bytes) no
   ::madvise(desde, bytes / pagina * pagina, MADV_POPULATE_WRITE);
 #endif
 }
+
+void EnPaginasGrandes([[maybe_unused]] void* desde, [[maybe_unused]] std::size_t bytes) noexcept {
+#ifdef MADV_HUGEPAGE
+  ::madvise(desde, bytes, MADV_HUGEPAGE);
+#endif
+}

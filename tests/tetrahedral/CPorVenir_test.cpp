@@ -30,13 +30,16 @@ TEST(CPorVenir, WithoutPointsThereIsNoLeaf) {
   CPorVenir tree;
   tree.Prepara({});
   EXPECT_EQ(tree.Hojas(), 0U);
+  EXPECT_FALSE(tree.Quedan());
 }
 
 TEST(CPorVenir, PointsAtOnePlaceShareALeafHoweverManyTheyAre) {
   CPorVenir tree = TreeOf(std::vector<Point>(1000, {7, -8, 9}));
   ASSERT_EQ(tree.Hojas(), 1U);
   for (int i = 0; i < 999; ++i) EXPECT_FALSE(tree.Llega(tree.Hoja({7, -8, 9, 0}))) << i;
+  EXPECT_TRUE(tree.Quedan());
   EXPECT_TRUE(tree.Llega(0));
+  EXPECT_FALSE(tree.Quedan());
 }
 
 TEST(CPorVenir, TheFarthestCoordinatesAreDividedWithoutOverflow) {
@@ -94,12 +97,14 @@ TEST_P(Coming, OnceAllHaveComeNothingReachesThem) {
   std::uint32_t last = 0;
   std::size_t ended = 0;
   for (Point const& p : points) {
+    EXPECT_TRUE(tree.Quedan());
     const std::uint32_t leaf = tree.Hoja(At(p));
     if (!tree.Llega(leaf)) continue;
     last = leaf;
     ++ended;
   }
   EXPECT_EQ(ended, tree.Hojas());
+  EXPECT_FALSE(tree.Quedan());
   CPorVenir::CVecindad around;
   around.Pon(tree, last);
   EXPECT_EQ(around.Alcanza({0, 0, 0, 1e20, 1e9}), CPorVenir::kNinguna);

@@ -66,6 +66,21 @@ TEST(CReserva, SlotsStartACacheLineEachAndLieApart) {
   pool.Abandona(mine);
 }
 
+TEST(CReserva, AHeapThatGrowsBySeveralBlocksAtOnceFindsEachSlotByItsNumber) {
+  constexpr std::size_t kStep = 128, kCount = 200'000;  // 100 blocks
+  CReserva pool(kStep, true);
+  CReserva::CMonton* mine = nullptr;
+  const std::vector<void*> slots = Take(pool, mine, kCount);
+  EXPECT_EQ(std::set<void*>(slots.begin(), slots.end()).size(), kCount);
+  if (kPooled) {
+    for (void* slot : slots) ASSERT_EQ(CNumeros::Direccion<kStep>(CReserva::Numero<kStep>(slot)), slot);
+  }
+  for (void* slot : slots) std::memset(slot, 3, kStep);
+  GiveBack(slots, mine);
+  pool.Encoge(mine);
+  EXPECT_EQ(mine, nullptr) << "all slots are home";
+}
+
 TEST(CReserva, TheSlotGivenBackLastIsTakenFirst) {
   CReserva pool(kBytes);
   CReserva::CMonton* mine = nullptr;
