@@ -57,14 +57,15 @@ CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p) const {
   const double x = p.x, y = p.y, z = p.z;
   double menor = HUGE_VAL;
   std::size_t mejor = 0;
-  for (std::size_t i = 0; i < cantidad; i += kTanda) {
+  const std::size_t n = std::min(cantidad, hechos);
+  for (std::size_t i = 0; i < n; i += kTanda) {
     CTanda const& t = tandas[i / kTanda];
     double exceso[kTanda];
     for (std::size_t k = 0; k < kTanda; ++k) {
       const double dx = t.x[k] - x, dy = t.y[k] - y, dz = t.z[k] - z;
       exceso[k] = dx * dx + dy * dy + dz * dz - t.radio2[k];
     }
-    for (std::size_t k = 0; k < std::min(kTanda, cantidad - i); ++k) {
+    for (std::size_t k = 0; k < std::min(kTanda, n - i); ++k) {
       mejor = exceso[k] < menor ? i + k : mejor;
       menor = exceso[k] < menor ? exceso[k] : menor;
     }
@@ -361,6 +362,7 @@ void CEstrella::PideSitios() {
 
 void CEstrella::Construye(CCoor3D<int>* p) {
   const std::size_t n = cantidad;
+  hechos = n;
   std::uint32_t* numero = reinterpret_cast<std::uint32_t*>(claves.data());
   const std::size_t propios = std::min(condenados, n);
   for (std::size_t i = 0; i < propios; ++i) numero[i] = numeros[i];

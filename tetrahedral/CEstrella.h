@@ -113,7 +113,8 @@ class CEstrella {
   static void PonEsferasAncho(CTanda& t, CCoor3D<int> const& p);
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
-  CTetraedro nadie;  ///< behind a face without a neighbour
+  std::size_t hechos = 0;  ///< places that hold tetrahedra made last: those of a growth that led to none do not count
+  CTetraedro nadie;        ///< behind a face without a neighbour
   std::vector<CTetraedro*> cavidad, sitios;
   std::vector<CTetraedro*> libres;     ///< kept for new ones, owned; never more than was asked for
   std::vector<std::uint32_t> numeros;  ///< of the condemned

@@ -168,6 +168,7 @@ void CMallaEnFlujo::Sustituye(CCoor3D<int>* p, std::uint32_t hoja) {
     if (i < propios && t->ant != hoja) Anota(t, estrella.NumeroDeCondenado(i), hoja);
   }
   estrella.Construye(p);
+  movidos.clear();  // some of them may have gone with the cavity
   for (std::size_t i = propios; i < nuevos; ++i) Anota(estrella.Nuevo(i), estrella.Nuevo(i)->Numero(), hoja);
   viveEstrella = true;
   balance.condenados += condenados;
@@ -202,31 +203,32 @@ void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
   vecindad.Pon(porVenir, hoja);
   std::vector<std::uint32_t> lista = std::exchange(listas[hoja], {});
   const std::size_t n = lista.size();
-  for (std::size_t i = 0; i < n; ++i) {
-    if (i + kPorDelante < n) {
-      CTetraedro* luego = CTetraedro::De(lista[i + kPorDelante]);
-      AnticipaLectura(luego);
-      Anticipa(&luego->sig);
-    }
-    if (i + kPorDelante / 2 < n) {
-      for (const std::uint32_t vecino : CTetraedro::De(lista[i + kPorDelante / 2])->vecinos) {
-        Anticipa(CNumeros::Direccion<128>(vecino));
+  std::size_t i = 0;
+  try {
+    for (; i < n; ++i) {
+      if (i + kPorDelante < n) {
+        CTetraedro* luego = CTetraedro::De(lista[i + kPorDelante]);
+        AnticipaLectura(luego);
+        Anticipa(&luego->sig);
       }
-    }
-    CTetraedro* t = CTetraedro::De(lista[i]);
-    const std::uint32_t otra = vecindad.Alcanza({t->cx, t->cy, t->cz, t->radio2, t->margen});
-    if (otra != CPorVenir::kNinguna) {
-      try {
+      if (i + kPorDelante / 2 < n) {
+        for (const std::uint32_t vecino : CTetraedro::De(lista[i + kPorDelante / 2])->vecinos) {
+          Anticipa(CNumeros::Direccion<128>(vecino));
+        }
+      }
+      CTetraedro* t = CTetraedro::De(lista[i]);
+      const std::uint32_t otra = vecindad.Alcanza({t->cx, t->cy, t->cz, t->radio2, t->margen});
+      if (otra == CPorVenir::kNinguna) {
+        Despide(t);
+      } else {
         Anota(t, lista[i], otra);
-      } catch (...) {  // its owner is this list, and so is that of those behind it
-        lista.erase(lista.begin(), lista.begin() + static_cast<std::ptrdiff_t>(i));
-        listas[hoja] = std::move(lista);
-        throw;
+        movidos.push_back(t);
       }
-      movidos.push_back(t);
-      continue;
     }
-    Despide(t);
+  } catch (...) {  // this one's owner is this list, and so is that of those behind it
+    lista.erase(lista.begin(), lista.begin() + static_cast<std::ptrdiff_t>(i));
+    listas[hoja] = std::move(lista);
+    throw;
   }
 }
 

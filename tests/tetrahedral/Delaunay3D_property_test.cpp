@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "support/PlanarSizes.h"
 #include "support/SpaceFamilies.h"
@@ -54,6 +56,30 @@ TEST_P(HardSpaces, TetrahedraTileTheFrameExactlySortedAndInFinerCells) {
   SCOPED_TRACE(GetParam().recipe);
   std::vector<Point> points = spaceFamily(GetParam().kind, GetParam().size, 3);
   std::sort(points.begin(), points.end());
+  ExpectSound(points, true, 27);
+}
+
+/// The cavity of a repeated point grows over the sphere until its double is met. It leaves nothing new: what the next
+/// point starts from is still the star of the point before, which is much smaller here.
+TEST(HardSpaces, AfterARepeatedPointOfASphereTheSearchStartsFromWhatIsThere) {
+  constexpr int kRadius = 65;
+  std::vector<Point> sphere, points;
+  for (int x = -kRadius; x <= kRadius; ++x) {
+    for (int y = -kRadius; y <= kRadius; ++y) {
+      for (int z = -kRadius; z <= kRadius; ++z) {
+        if (x * x + y * y + z * z == kRadius * kRadius) sphere.push_back({x, y, z});
+      }
+    }
+  }
+  ASSERT_GT(sphere.size(), 200U);
+  points = sphere;
+  std::shuffle(points.begin(), points.end(), std::mt19937(1));
+  for (std::size_t i = 0; i < sphere.size(); ++i) {
+    points.push_back(
+        {1000 + 7 * static_cast<int>(i), 900 + static_cast<int>(i * i % 613), static_cast<int>(i * 31 % 557)});
+    for (const std::size_t step : {1U, 77U, 131U}) points.push_back(sphere[(i * step + step) % sphere.size()]);
+  }
+  ExpectSound(points, false, 1);
   ExpectSound(points, true, 27);
 }
 
