@@ -8,5 +8,6 @@ if [ -n "${TMPDIR:-}" ]; then  # the program's folder for temporary files; Wine 
   export TEMP=$TMP
   unset TMPDIR
 fi
+trap '' XFSZ  # a file over the allowed size is a failed write, not the end of Wine
 wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
 exec "$wine" "$@"
