@@ -86,7 +86,9 @@ Ours runOurs(std::vector<CCoor3D<int>> points, unsigned threads) {
   CDibujo<int> drawing(seed);
   drawing.tipoNube = 1;
   drawing.Inserta(std::move(set));
-  return Phases(seed).run(drawing, ordering);
+  Phases phases(seed);
+  if (threads > 1) phases.DosDesde(0);
+  return phases.run(drawing, ordering);
 }
 
 struct Peer {
