@@ -6,7 +6,7 @@ target_include_directories(urdimbre_objects PUBLIC $<BUILD_INTERFACE:${PROJECT_S
 target_compile_definitions(urdimbre_objects PRIVATE URDIMBRE_BUILDING)
 if(WIN32)  # what links the objects themselves imports nothing
   target_compile_definitions(urdimbre_objects INTERFACE URDIMBRE_OBJETOS PUBLIC UNICODE _UNICODE)
-  target_link_libraries(urdimbre_objects PUBLIC advapi32 psapi shell32)
+  target_link_libraries(urdimbre_objects PUBLIC advapi32 psapi shell32 synchronization)
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")  # what the library exports its own loops call too: directly, and inlined where it pays
   target_compile_options(urdimbre_objects PRIVATE -fno-semantic-interposition)

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -14,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/CAviso.h"
 #include "platform/Sistema.h"
 
 namespace {
@@ -23,7 +22,7 @@ using Puntero = std::shared_ptr<Objeto>;
 
 /// A thread that waits for one of several objects to be set.
 struct Espera {
-  std::condition_variable aviso;
+  CAviso aviso;
 };
 
 enum class EClase { Evento, Hilo };
@@ -40,7 +39,7 @@ struct Objeto {
   long numero = 0;  // in the system; 0 before the thread has begun
   int prioridad = 0;
   std::atomic<unsigned> suspensiones{0};  // changed with the table locked; the thread itself looks without
-  std::condition_variable reanuda;
+  CAviso reanuda;                         // the thread itself alone sleeps on it
 };
 
 /// One object that a thread waits for. The waiting thread owns it, and the object strings it with those of others: so a
@@ -89,7 +88,7 @@ Puntero Busca(HANDLE manejador, EClase clase) {
 void Senala(Objeto& objeto) {
   objeto.senalado = true;
   for (Apunte const* a = objeto.esperan; a != nullptr; a = a->siguiente) {
-    a->espera->aviso.notify_one();
+    a->espera->aviso.Avisa();
   }
 }
 
@@ -117,7 +116,8 @@ std::optional<unsigned long> Resultado(std::span<const Apunte> apuntes, bool tod
 
 /// Stands still until every request has been taken back.
 void QuedaQuieto(Objeto& hilo, std::unique_lock<std::mutex>& cerrojo) {
-  hilo.reanuda.wait(cerrojo, [&] { return hilo.suspensiones.load(std::memory_order_relaxed) == 0; });
+  hilo.reanuda.Espera(cerrojo, CAviso::kSinLimite,
+                      [&] { return hilo.suspensiones.load(std::memory_order_relaxed) == 0; });
 }
 
 /// Takes a thread that waits off the objects it waited for, on every way out.
@@ -276,7 +276,7 @@ unsigned long ResumeThread(HANDLE manejador) {
   if (habia != 0) {
     suspension::peticiones.fetch_sub(1, std::memory_order_relaxed);
     hilo->suspensiones.store(habia - 1, std::memory_order_relaxed);
-    hilo->reanuda.notify_all();
+    hilo->reanuda.Avisa();
   }
   return habia;
 }
@@ -321,11 +321,7 @@ unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE const* maneja
   const Apuntada apuntada(apuntes, espera);
   std::optional<unsigned long> resultado;
   const auto acaba = [&] { return (resultado = Resultado(apuntes, todos)).has_value(); };
-  if (milisegundos >= INFINITE) {
-    espera.aviso.wait(cerrojo, acaba);
-  } else {
-    espera.aviso.wait_for(cerrojo, std::chrono::milliseconds(milisegundos), acaba);
-  }
+  espera.aviso.Espera(cerrojo, milisegundos, acaba);
   return resultado.value_or(WAIT_TIMEOUT);
 } catch (std::bad_alloc const&) {
   return WAIT_FAILED;

@@ -7,6 +7,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "platform/CAviso.h"
 #include "platform/Sistema.h"
 
 namespace {
@@ -69,3 +70,13 @@ bool PonPrioridad(long hilo, int prioridad) {
 }
 
 }  // namespace sistema
+
+void CAviso::Duerme(std::unique_lock<std::mutex>& cerrojo, unsigned long milisegundos) {
+  if (milisegundos == kSinLimite) {
+    aviso_.wait(cerrojo);
+  } else {
+    aviso_.wait_for(cerrojo, std::chrono::milliseconds(milisegundos));
+  }
+}
+
+void CAviso::Avisa() { aviso_.notify_one(); }

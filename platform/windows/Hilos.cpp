@@ -4,6 +4,7 @@
 #include <new>
 #include <process.h>
 
+#include "platform/CAviso.h"
 #include "platform/Sistema.h"
 #include "platform/windows/Win32.h"
 
@@ -69,3 +70,15 @@ bool PonPrioridad(long hilo, int prioridad) {
 }
 
 }  // namespace sistema
+
+void CAviso::Duerme(std::unique_lock<std::mutex>& cerrojo, unsigned long milisegundos) {
+  std::uint32_t vistos = avisos_;
+  cerrojo.unlock();
+  ::WaitOnAddress(&avisos_, &vistos, sizeof vistos, milisegundos);
+  cerrojo.lock();
+}
+
+void CAviso::Avisa() {
+  ++avisos_;
+  ::WakeByAddressSingle(&avisos_);
+}

@@ -182,6 +182,25 @@ TEST(Waits, WithATimeLastThatTime) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(kShort));
 }
 
+TEST(Waits, WhoseTimeIsOverAsTheyAreWokenLoseNothing) {
+  const Handle event{CreateEventW(nullptr, false, false, nullptr)};
+  std::atomic<bool> goesOn{true};
+  std::function<void()> sets = [&] {
+    while (goesOn) {
+      SetEvent(event);
+      std::this_thread::sleep_for(1ms);
+    }
+  };
+  const Handle setter{Start(sets)};
+  for (int i = 0; i < 1000; ++i) {
+    EXPECT_NE(WaitForSingleObject(event, 1), WAIT_FAILED);
+  }
+  goesOn = false;
+  EXPECT_EQ(WaitForSingleObject(setter, 10'000), WAIT_OBJECT_0);
+  SetEvent(event);
+  EXPECT_EQ(WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
+}
+
 TEST(Threads, RunTheirRoutineAndAreSetWhenItHasEnded) {
   int result = 0;
   std::function<void()> body = [&] { result = 42; };
