@@ -13,12 +13,19 @@
 #include "classification/FasesSuelo.h"
 #include "model/threads/CAvance.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/CEvent.h"
 #include "platform/Procesadores.h"
 #include "run/Fases.h"
 
 namespace Meseta47 {
 
 namespace {
+
+/// Sets an event at the end of a block, however it is left.
+struct Avisa {
+  CEvent& evento;
+  ~Avisa() { evento.SetEvent(); }
+};
 
 constexpr unsigned kMensajeRellena = 19020, kMensajeBusca = 19045, kMensajeClases = 39102;
 
@@ -68,16 +75,24 @@ class CFases {
   /// Triangulates the ground on one processor, which takes longest, while the others measure its vertices, or
   /// afterwards where there is but one.
   int MideYTriangula() {
-    constexpr auto kEspera = std::chrono::milliseconds(20);
+    constexpr long long kMilisegundos = 20;
     std::atomic<bool> sigue{true};
     const auto pregunta = [this, &sigue, mio = std::this_thread::get_id()] {
       return sigue && (std::this_thread::get_id() != mio || avance.Sigue());  // progress is told by the caller's thread
     };
-    const auto modo = NumeroProcesadores() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
-    auto triangulos = std::async(modo, [&] { return tin.Construye(malla, pregunta); });
+    // Waiting for the future itself with a time limit loses a wake-up on Windows, as CAviso tells.
+    CEvent acabado(false, true);
+    const bool aLaVez = NumeroProcesadores() > 1 && acabado.m_hObject != nullptr;
+    const auto modo = aLaVez ? std::launch::async | std::launch::deferred : std::launch::deferred;
+    auto triangulos = std::async(modo, [&] {
+      const Avisa alFinal{acabado};
+      return tin.Construye(malla, pregunta);
+    });
     RenuevaPlanos(malla, k, pozos, planos);
     sigue = superficie.MideVertices(std::move(planos), avance, 1);
-    while (triangulos.wait_for(kEspera) == std::future_status::timeout) sigue = sigue && avance.Sigue();
+    if (triangulos.wait_for(std::chrono::seconds(0)) != std::future_status::deferred) {
+      while (!acabado.Lock(kMilisegundos)) sigue = sigue && avance.Sigue();
+    }
     const int codigo = triangulos.get();
     return sigue ? codigo : kCancelado;
   }

@@ -1,7 +1,6 @@
 #include "planar/CDosMitades.h"
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 namespace Meseta47 {
@@ -35,7 +34,7 @@ void CDosMitades::AtiendeOrdenes() {
   for (;;) {
     {
       std::unique_lock guarda(cerrojo);
-      aviso.wait(guarda, [this] { return orden != NADA; });
+      mandada.Espera(guarda, CAviso::kSinLimite, [this] { return orden != NADA; });
       if (orden == VETE) return;
     }
     try {
@@ -49,11 +48,9 @@ void CDosMitades::AtiendeOrdenes() {
 }
 
 void CDosMitades::Manda(COrden laOrden) {
-  {
-    const std::lock_guard guarda(cerrojo);
-    orden = laOrden;
-  }
-  aviso.notify_one();
+  const std::lock_guard guarda(cerrojo);
+  orden = laOrden;
+  (laOrden == NADA ? hecha : mandada).Avisa();
 }
 
 /// One half's part of what two threads do.
@@ -117,9 +114,9 @@ bool CDosMitades::TrabajaUna(int desde, int hasta) {
 }
 
 void CDosMitades::EsperaALaSegunda(std::function<bool()> const& sigue) {
-  constexpr auto kUnRato = std::chrono::milliseconds(40);  // no longer than a person takes to miss an answer to Ctrl-C
+  constexpr unsigned long kMilisegundos = 40;  // no longer than a person takes to miss an answer to Ctrl-C
   std::unique_lock guarda(cerrojo);
-  while (!aviso.wait_for(guarda, kUnRato, [this] { return orden == NADA; })) {
+  while (!hecha.Espera(guarda, kMilisegundos, [this] { return orden == NADA; })) {
     guarda.unlock();
     if (sigue && !turnos.HaParado() && !sigue()) turnos.Para();
     guarda.lock();

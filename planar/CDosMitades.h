@@ -1,6 +1,5 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -8,6 +7,7 @@
 #include <utility>
 
 #include "planar/CMitad.h"
+#include "platform/CAviso.h"
 #include "platform/Manejadores.h"
 
 namespace Meseta47 {
@@ -90,8 +90,8 @@ class URDIMBRE_API CDosMitades {
   unsigned ultima = 2;       ///< of the halves that one thread takes on, the one that its last point fell in
   std::exception_ptr fallo;  ///< of the second thread
   std::mutex cerrojo;        ///< guards what is below
-  std::condition_variable aviso;
-  COrden orden = NADA;  ///< to the second thread, which takes it back when it is done
+  COrden orden = NADA;       ///< to the second thread, which takes it back when it is done
+  CAviso mandada, hecha;     ///< on which the second thread sleeps, and the caller's
   HANDLE hilo = nullptr;
 };
 

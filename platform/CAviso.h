@@ -9,13 +9,14 @@
 #include <chrono>
 #include <mutex>
 
-/// What one thread sleeps on until another tells it to look again. Both hold the same lock when they call. Internal.
+/// What one thread sleeps on until another tells it to look again. Both hold the same lock when they call. Every wait
+/// with a time limit sleeps here. Internal.
 class CAviso {
  public:
   static constexpr unsigned long kSinLimite = 0xFFFFFFFF;
 
-  /// Sleeps, with the lock given up, until `acaba()`; at most so many milliseconds. `acaba()` is called with the lock
-  /// held. Returns what it answered last.
+  /// Sleeps, with the lock given up, until `acaba()`, which is called with the lock held. False when so many
+  /// milliseconds have passed before.
   template <class F>
   bool Espera(std::unique_lock<std::mutex>& cerrojo, unsigned long milisegundos, F&& acaba) {
     using Reloj = std::chrono::steady_clock;
@@ -27,7 +28,7 @@ class CAviso {
       }
       const auto queda = std::chrono::ceil<std::chrono::milliseconds>(fin - Reloj::now()).count();
       if (queda <= 0) {
-        return acaba();
+        return false;
       }
       Duerme(cerrojo, static_cast<unsigned long>(queda));
     }

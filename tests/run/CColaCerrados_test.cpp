@@ -23,12 +23,12 @@ class Worker final : public CHiloCerrados<int> {
   using CHiloCerrados::SinHilo;
 
   std::vector<int> seen;
-  std::atomic<bool> gate{true};
+  CEvent gate{true, true};
   int failsAt = -1;
 
  private:
   void Trabaja(int& set) override {
-    gate.wait(false);
+    gate.Lock();
     if (set == failsAt) throw std::bad_alloc();
     seen.push_back(set);
   }
@@ -41,10 +41,7 @@ class CColaCerradosTest : public testing::Test {
     worker.Stop();
     CloseHandle(event);
   }
-  void OpenGate() {
-    worker.gate = true;
-    worker.gate.notify_one();
-  }
+  void OpenGate() { worker.gate.SetEvent(); }
   void Append(int set, std::uint64_t elements = 1) { queue.Anade(&numbers[static_cast<std::size_t>(set)], elements); }
   [[nodiscard]] bool HasLeft() const { return WaitForSingleObject(event, 0) == WAIT_TIMEOUT; }
   void WaitForLeaving() const {
@@ -157,7 +154,7 @@ TEST_F(CColaCerradosTest, AQueueMadeReadyAnewIsEmptyWithItsFlagsDown) {
 }
 
 TEST_F(CColaCerradosTest, ElementsAreCountedAsTheyAreQueuedAndAsTheyAreDone) {
-  worker.gate = false;
+  worker.gate.ResetEvent();
   ASSERT_TRUE(worker.Start(&event, queue));
   Append(0, 10);
   Append(1, 5);
@@ -169,7 +166,7 @@ TEST_F(CColaCerradosTest, ElementsAreCountedAsTheyAreQueuedAndAsTheyAreDone) {
 }
 
 TEST_F(CColaCerradosTest, TheQueueIsFullAboveItsLimitAndHasRoomOnceHalfIsDone) {
-  worker.gate = false;
+  worker.gate.ResetEvent();
   ASSERT_TRUE(worker.Start(&event, queue));
   for (int i = 0; i < 8; ++i) Append(i, kLimit / 8);
   EXPECT_FALSE(queue.EstaLlena());

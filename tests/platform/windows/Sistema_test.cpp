@@ -2,7 +2,7 @@
 // with their last holder.
 #include "platform/Sistema.h"
 
-#include <atomic>
+#include <future>
 #include <gmock/gmock.h>
 #include <system_error>
 #include <thread>
@@ -136,14 +136,13 @@ TEST(HeldFiles, ThatAreLetGoWithinASecondAreReplaced) {
   const ScratchFolder folder;
   Put(folder.Path("a"), "old");
   Put(folder.Path("new"), "new");
-  std::atomic<bool> holds{false};
+  std::promise<void> holds;
   std::jthread scanner([&] {
     const Held held(folder.Path("a"), FILE_SHARE_READ | FILE_SHARE_WRITE);
-    holds = true;
-    holds.notify_one();
+    holds.set_value();
     ::Sleep(200);
   });
-  holds.wait(false);
+  holds.get_future().wait();
   EXPECT_TRUE(RenombraFichero(folder.Path("new"), folder.Path("a")));
   EXPECT_EQ(Got(folder.Path("a")), "new");
 }
