@@ -1,10 +1,15 @@
 #include "host/mesh/SpaceSurface.h"
 
+#include <array>
+#include <cmath>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
 
 #include "host/SpaceDrawing.h"
+#include "platform/CFile.h"
+#include "support/ScratchFolder.h"
 
 namespace Meseta47::host {
 namespace {
@@ -134,6 +139,38 @@ TEST(SpaceSurface, WithoutALongestSideToSpeakOfTheSurfaceIsTheHullAndLooksOutwar
   }
   EXPECT_GT(volume / 6, 3.5e9);  // of a ball of 4.19e9: inwards it would be below 0
   for (auto const& [side, times] : sides) EXPECT_EQ(times, 1);
+}
+
+/// The first face of an STL: its normal, then its three corners.
+std::array<float, 12> firstFaceOfStl(SpaceSurface const& surface) {
+  const ScratchFolder folder;
+  const CString path = folder.Path("s.stl");
+  writeSurface(surface, path.Utf8());
+  constexpr std::size_t kHead = 84;
+  std::array<char, kHead + 48> bytes{};
+  CFile file(path, CFile::modeRead);
+  EXPECT_EQ(file.Read(bytes.data(), bytes.size()), bytes.size());
+  std::array<float, 12> face{};
+  std::memcpy(face.data(), bytes.data() + kHead, sizeof face);
+  return face;
+}
+
+TEST(SpaceSurface, ANormalOfAnStlIsThatOfThePointsFarFromTheOriginToo) {
+  // Two million metres away single precision has steps of an eighth of one: the side of 0.3 m in y is 0.25 m there.
+  SpaceSurface surface = surfaceOf(
+      {{2000000123, -2000000371, 5}, {2000000423, -2000000371, 5}, {2000000123, -2000000071, 305}}, {{0, 1, 2}});
+  surface.seed = CDataSemilla(3, 0, 0, 0);
+  const auto face = firstFaceOfStl(surface);
+  EXPECT_EQ(face[3], 2000000.125F) << "the corners are single precision";
+  const float half = static_cast<float>(std::sqrt(0.5));
+  EXPECT_FLOAT_EQ(face[0], 0.0F);
+  EXPECT_FLOAT_EQ(face[1], -half);
+  EXPECT_FLOAT_EQ(face[2], half);
+}
+
+TEST(SpaceSurface, AFlatFaceOfAnStlHasNoNormal) {
+  const auto face = firstFaceOfStl(surfaceOf({{0, 0, 0}, {1, 2, 3}, {2, 4, 6}}, {{0, 1, 2}}));
+  for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(face[static_cast<std::size_t>(axis)], 0.0F);
 }
 
 }  // namespace
