@@ -34,9 +34,7 @@ void requireApart(std::string const& output, std::string const& other, std::stri
 void requireFolder(std::string const& output) {
   CString why;
   if (CarpetaEscribible(CarpetaDe(DestinoFinal(CString::DesdeUtf8(output))), &why)) return;
-  throw FileError(output, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
-                                      "for the file",
-                                      why.Utf8()));
+  throw FileError(output, fmt::format("cannot be written: {}: {}", why.Utf8(), helpFor(0)));
 }
 
 }  // namespace

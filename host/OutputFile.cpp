@@ -24,14 +24,19 @@ void requireReplaceable(std::string const& name) {
   }
 }
 
+std::string_view helpFor(int failure) {
+  return failure == static_cast<int>(std::errc::text_file_busy)
+             ? "close the program that holds it, or give another name"
+             : "write into a folder that exists and is yours, with room for the file";
+}
+
 OutputFile::OutputFile(std::string const& name, std::string shown)
     : name_(shown.empty() ? name : std::move(shown)),
       partial_((requireReplaceable(name), CString::DesdeUtf8(name))),
       file_(partial_.Fichero()) {
   if (partial_.EstaAbierto()) return;
-  throw FileError(name_, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
-                                     "for the file",
-                                     partial_.Causa().Utf8()));
+  throw FileError(name_,
+                  fmt::format("cannot be written: {}: {}", partial_.Causa().Utf8(), helpFor(partial_.CodigoError())));
 }
 
 void OutputFile::write(void const* data, std::size_t bytes) {

@@ -15,6 +15,10 @@ namespace Meseta47::host {
 /// Throws a FileError for a name that no new file can take: that of a folder or a device.
 void requireReplaceable(std::string const& name);
 
+/// What helps when a file cannot be made or take its name, by the number of the failure in std::errc: the end of a
+/// message.
+[[nodiscard]] std::string_view helpFor(int failure);
+
 /// A file in the making. It is written as NAME.part and takes its name in one step in commit(): until then whatever
 /// stands under that name is untouched, and without a commit() nothing is left behind. Links, permissions and other
 /// runs that write the same file are as CFicheroParcial has them.

@@ -6,6 +6,7 @@
 
 #include "host/Failure.h"
 #include "host/HostApp.h"
+#include "host/OutputFile.h"
 #include "host/Parsing.h"
 #include "host/Paths.h"
 #include "model/threads/Codigos.h"
@@ -40,8 +41,10 @@ int unitOf(ReferenceSystem const& system, std::string const& output) {
                   output, system.label(), unit.name));
 }
 
-[[noreturn]] void failWriting(CString const& cause) {
-  throw Failure(fmt::format("{}: write into a folder that exists and is yours, with room for the file", cause.Utf8()));
+/// `Written`: what tells of its own failure.
+template <class Written>
+[[noreturn]] void failWriting(Written const& file) {
+  throw Failure(fmt::format("{}: {}", file.Error().Utf8(), helpFor(file.CodigoError())));
 }
 
 }  // namespace
@@ -60,7 +63,7 @@ void ModelOutput::lieIn(ReferenceSystem const& system) {
 void ModelOutput::write(CModeloDigital& model) const {
   const CString path = CString::DesdeUtf8(output_);
   const int code = how_.formato == FORMATO_NATIVO ? model.Write(path, 4) : model.Exportar(path, how_);
-  if (code == kFicheroInaccesible) failWriting(model.Error());
+  if (code == kFicheroInaccesible) failWriting(model);
   requireDone(code, output_);
 }
 
@@ -70,11 +73,11 @@ CFile* ModelOutput::file() {
 }
 
 void ModelOutput::requireWritten() const {
-  if (partial_ && partial_->CodigoError() != 0) failWriting(partial_->Error());
+  if (partial_ && partial_->CodigoError() != 0) failWriting(*partial_);
 }
 
 void ModelOutput::commit() {
-  if (!partial_->Confirma()) failWriting(partial_->Error());
+  if (!partial_->Confirma()) failWriting(*partial_);
 }
 
 }  // namespace Meseta47::host

@@ -6,6 +6,7 @@
 
 #include "host/Failure.h"
 #include "host/FileError.h"
+#include "host/OutputFile.h"
 #include "host/Parsing.h"
 #include "host/SpaceDrawing.h"
 #include "host/las/ByteSource.h"
@@ -71,9 +72,8 @@ void writeTin3d(CTriangulacion3D& mesh, std::string const& output, int version) 
   const int code = partial.EstaAbierto() ? mesh.Write(&partial.Fichero(), version) : kFicheroInaccesible;
   if (code == kCancelado) throw Cancelled();
   if (code == kHecho && partial.Confirma()) return;
-  throw FileError(output, fmt::format("cannot be written: {}: write into a folder that exists and is yours, with room "
-                                      "for the file",
-                                      partial.Causa().Utf8()));
+  throw FileError(output,
+                  fmt::format("cannot be written: {}: {}", partial.Causa().Utf8(), helpFor(partial.CodigoError())));
 }
 
 ExactSpaceMesh framedMesh(CTriangulacion3D& kept) {

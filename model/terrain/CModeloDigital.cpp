@@ -32,9 +32,10 @@ CNivelMensajes CModeloDigital::Mensajes(CNivelMensajes nivel) {
 
 IPorcentaje* CModeloDigital::Progreso() const { return nivelMensajes > 0 ? BuscaPorcentaje() : nullptr; }
 
-/// The end of every way of writing: the file gets its name, or the failure its text.
+/// The end of every way of writing: the file gets its name, or the failure its number and text.
 int CModeloDigital::Entrega(CFicheroParcial& parcial, int codigo) {
   if (codigo == kHecho && !parcial.Confirma()) codigo = kFicheroInaccesible;
+  codigoError = codigo == kFicheroInaccesible ? parcial.CodigoError() : 0;
   error = codigo == kFicheroInaccesible ? parcial.Error() : CString();
   return codigo;
 }

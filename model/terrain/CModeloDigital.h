@@ -31,6 +31,8 @@ class URDIMBRE_API CModeloDigital : public CObjetoFichero {
 
   /// Why the last Write, Read or Exportar failed, for a person; empty when it did not, or was cancelled.
   [[nodiscard]] CString const& Error() const { return error; }
+  /// The number in std::errc of what the disk refused then; 0 when it refused nothing.
+  [[nodiscard]] int CodigoError() const { return codigoError; }
 
   /// Writes the native binary model, whose form is given in docs/formats.md. 4 is the only version there is; another
   /// one is refused with kFicheroInconsistente. Asks for a sorted surface. The name becomes the object's.
@@ -65,6 +67,7 @@ class URDIMBRE_API CModeloDigital : public CObjetoFichero {
 
   std::unique_ptr<CTIN> tin;
   CString error;
+  int codigoError = 0;
 };
 
 }  // namespace Meseta47

@@ -157,14 +157,17 @@ int CModeloDigital::ReadPuntos(CString const& ruta) { return Lee(ruta, true); }
 
 int CModeloDigital::Lee(CString const& ruta, bool soloPuntos) {
   error.Empty();
+  codigoError = 0;
   CFile abierto;
   if (!abierto.Open(ruta, CFile::modeRead | CFile::shareDenyNone)) {
     error = abierto.Error();
+    codigoError = abierto.CodigoError();
     return kFicheroInaccesible;
   }
   auto leido = std::make_unique<CTIN>(0, 0, CDataSemilla());
   leido->Mensajes(nivelMensajes);
   int codigo = LeeSuperficie(abierto, *leido, soloPuntos);
+  codigoError = abierto.CodigoError();
   if (abierto.HayError()) codigo = kFicheroInaccesible;
   if (codigo != kHecho) {
     error = codigo == kFicheroInaccesible ? abierto.Error() : TextoDelFallo(codigo, ruta);

@@ -36,10 +36,16 @@ refuses 1 "few.las: cannot be opened: another program has the file open" "$urdim
 let_go
 cp wanted.ply o.ply
 held o.ply
-refuses 1 "o.ply.*another program has the file open" "$urdimbre" tin few.las -o o.ply
+close="another program has the file open: close the program that holds it, or give another name"
+refuses 1 "o.ply: $close" "$urdimbre" tin few.las -o o.ply
+refuses 1 "o.ply: $close" "$urdimbre" tin few.las -o o.ply --max-side 50
 same o.ply wanted.ply
-cp few.las in.las
 let_go
+"$urdimbre" --quiet tetra few.las -o o.tin3d
+held o.tin3d
+refuses 1 "o.tin3d: .*$close" "$urdimbre" tetra few.las -o o.tin3d
+let_go
+cp few.las in.las
 held in.las
 refuses 1 "in.las.*another program has the file open" "$urdimbre" classify ground in.las -o in.las
 let_go
@@ -48,7 +54,8 @@ same in.las few.las
 "$urdimbre" --quiet classify ground in.las -o in.las
 pass
 
-# Nothing is made on a disk that may only be read, or that is full.
+# Nothing is made on a disk that may only be read, or that is full: small ones of memory. The first stands for folders of somebody
+# else, too, which root may write in.
 mkdir disk
 if mount -t tmpfs -o size=1m tmpfs disk 2>/dev/null; then
   trap 'umount "$work/disk"; rm -rf "$work"' EXIT
