@@ -85,12 +85,10 @@ expect "differing bytes within bounds" "$(wc -l <differing)" "$(number reclassif
 pass
 
 # --- profiles ---
-export XDG_CONFIG_HOME=$work/config
 "$urdimbre" --json $growth --once --profile wood -o p.las >given.json 2>/dev/null
 "$urdimbre" --json classify affinity scan.las --profile wood -o q.las >kept.json 2>/dev/null
 expect "parameters of the profile" "$(sed -n '/parameters/,/}/p' kept.json)" "$(sed -n '/parameters/,/}/p' given.json)"
 expect "what they give" "$(cmp p.las q.las && echo same)" same
-unset XDG_CONFIG_HOME
 
 # --- what makes no sense, and what can't be done ---
 refuses 2 "nothing would stop the growth" "$urdimbre" classify affinity scan.las -o o.las

@@ -73,7 +73,6 @@ expect "a file classified onto itself" "$(cmp scan.las out.las && echo same)" sa
 cp before.las scan.las
 
 # --- profiles ---
-export XDG_CONFIG_HOME=$work/config
 "$urdimbre" --json $high --to 64 --single-pass --profile wood -o p.las >given.json 2>/dev/null
 "$urdimbre" --json classify high scan.las --profile wood -o q.las >kept.json 2>/dev/null
 expect "parameters of the profile" "$(sed -n '/parameters/,/}/p' kept.json)" "$(sed -n '/parameters/,/}/p' given.json)"
@@ -83,10 +82,11 @@ expect "what they give" "$(cmp p.las q.las && echo same)" same
 expect "a value given goes before the profile's, and is kept" "$(number height kept.json)" 3.0
 "$urdimbre" --json classify high scan.las --profile town --dry-run >town.json 2>/dev/null
 expect "another profile" "$(number height town.json)" 5.0
-expect "profiles kept" "$(find config -type f -exec grep -c '^wood\.' {} +)" 4
-echo x >blocked
-refuses 1 "could not be kept" env XDG_CONFIG_HOME="$work/blocked" "$urdimbre" $high --profile wood -o q.las
-unset XDG_CONFIG_HOME
+expect "profiles kept" "$(grep -c '^wood\.' "$settings/urdimbre.ini")" 4
+rm "$settings/urdimbre.ini"
+mkdir "$settings/urdimbre.ini"
+refuses 1 "could not be kept" "$urdimbre" $high --profile wood -o q.las
+rmdir "$settings/urdimbre.ini"
 
 # --- what makes no sense, and what can't be done ---
 refuses 2 "distance" "$urdimbre" classify high scan.las --distance -1 -o o.las

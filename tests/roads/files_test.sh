@@ -44,7 +44,6 @@ meets two.tin3d "$urdimbre --quiet tetra other.las -o" "$urdimbre --quiet tetra 
 meets two.gltf "$urdimbre --quiet surface other.las --max-side 6 -o" "$urdimbre --quiet surface other.las --max-side 4 -o"
 meets two.las "$urdimbre --quiet generate --points 30000 --seed 1" "$urdimbre --quiet generate --points 9000 --seed 2"
 # Six runs that keep parameters in one file of profiles keep all of them, also where that file is a link.
-export XDG_CONFIG_HOME=$work/settings
 mkdir settings
 ln -s real.ini settings/urdimbre.ini
 "$urdimbre" --quiet generate few.las --points 500 --seed 3

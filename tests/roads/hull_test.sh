@@ -49,9 +49,9 @@ printf '0 0 0.5\n3000 200 10\n10000 0 20\n6000 -250 30\n' >kite.txt
 expect "triangles of the kite" "$(fact triangles kite.ply)" 2
 expect "corners of its outline" "$(grep -o '\[ *[0-9.-]*, *[0-9.-]* *\(, *[0-9.-]* *\)\?\]' kite.geojson | sort -u | wc -l)" 4
 refuses 1 "without --border frame" "$urdimbre" tin kite.txt -o none.ply --border frame
-"$urdimbre" --json contour kite.txt -o kite.gpkg --interval 1 >kite.json 2>/dev/null
+"$urdimbre" --json contour kite.txt -o contours.geojson --interval 1 >kite.json 2>/dev/null
 expect "levels of the kite" "$(number levels kite.json)" 29
-refuses 1 "" "$urdimbre" contour kite.txt -o none.gpkg --interval 1 --border frame
+refuses 1 "" "$urdimbre" contour kite.txt -o none.geojson --interval 1 --border frame
 printf '0 0 0\n1000 100 1\n3000 300 2\n2000 200 9\n' >line.txt
 refuses 1 "all points lie on one line in plan; there is no surface" "$urdimbre" tin line.txt -o none.ply
 

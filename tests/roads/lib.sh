@@ -11,6 +11,27 @@ mkdir tmp
 export TMPDIR=$work/tmp
 passed=0
 
+# What depends on the system: where profiles are kept, and what a file over the allowed size is called. $URDIMBRE_WINE tells that
+# the program is one for Windows under Wine, which keeps them in its user's folder and has no word of its own for such a file.
+settings=$work/settings
+too_large="File too large"
+export XDG_CONFIG_HOME=$settings
+on_windows() { [ -n "${URDIMBRE_WINE:-}" ]; }
+if on_windows; then
+  settings=$WINEPREFIX/drive_c/users/$(id -un)/AppData/Roaming
+  too_large="Input/output error"
+  rm -rf "$settings/urdimbre.ini"
+fi
+
+# built_with gdal|cairo: whether the program has that library. One without says so itself.
+built_with() {
+  case $1 in
+    gdal) set -- tin none.las -o none.ply --a-srs EPSG:25830 ;;
+    cairo) set -- render none.ply -o none.png ;;
+  esac
+  ! grep -q 'built without it' < <("$urdimbre" "$@" 2>&1)
+}
+
 fail() {
   echo "FAILED: $*" >&2
   exit 1

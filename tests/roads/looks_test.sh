@@ -56,12 +56,10 @@ disjoint="--when 0:60:2:5 --when 61:65535:2:6 --distance 0"
 differing=$( (cmp -l hilbert.las file.las || true) | wc -l)
 [ "$differing" -le 20 ] || fail "disjoint conditions in the order of the file: $differing points differ"
 pass
-export XDG_CONFIG_HOME=$work/config
 "$urdimbre" --json classify intensity scan.las $disjoint --profile wood -o p.las >given.json 2>/dev/null
 "$urdimbre" --json classify intensity scan.las --profile wood -o q.las >kept.json 2>/dev/null
 expect "parameters of the profile" "$(sed -n '/parameters/,/}/p' kept.json)" "$(sed -n '/parameters/,/}/p' given.json)"
 expect "what they give" "$(cmp p.las q.las && echo same)" same
-unset XDG_CONFIG_HOME
 
 # --- what makes no sense, and what can't be done ---
 refuses 2 "nothing to look for" "$urdimbre" classify colour scan.las -o o.las

@@ -32,8 +32,9 @@ for output in e.PLY e.OBJ e.2DM e.XML e.URD; do
   [ -s "$output" ] || fail "no $output"
   pass
 done
-"$urdimbre" --quiet render good.las -o e.PNG
-"$urdimbre" --quiet contour good.las --interval 1 -o e.GPKG
+if built_with cairo; then "$urdimbre" --quiet render good.las -o e.PNG; fi
+if built_with gdal; then "$urdimbre" --quiet contour good.las --interval 1 -o e.GPKG; fi
+"$urdimbre" --quiet contour good.las --interval 1 -o e.GEOJSON
 "$urdimbre" --quiet classify high good.las --distance 5 --height 2 --to 6 -o e.LAS
 "$urdimbre" --quiet tin e.URD -o again.ply
 
@@ -48,12 +49,14 @@ if [ -c /dev/full ]; then
   done
 fi
 
-# Names that are no UTF-8 leave the JSON sound.
-name=$(printf 'gr\374n.txt')
-printf '0 0 1\n90 0 2\n0 90 3\n91 92 3\n' >"$name"
-"$urdimbre" --json info "$name" >name.json 2>/dev/null || fail "a name that is no UTF-8 ends info"
-iconv -f UTF-8 -t UTF-8 name.json >/dev/null || fail "the JSON is no UTF-8"
-"$urdimbre" --json tin "$name" -o t.ply >name.json 2>/dev/null || fail "a name that is no UTF-8 ends tin"
-iconv -f UTF-8 -t UTF-8 name.json >/dev/null || fail "the JSON is no UTF-8"
-pass
+# Names that are no UTF-8 leave the JSON sound. On Windows no file has such a name.
+if ! on_windows; then
+  name=$(printf 'gr\374n.txt')
+  printf '0 0 1\n90 0 2\n0 90 3\n91 92 3\n' >"$name"
+  "$urdimbre" --json info "$name" >name.json 2>/dev/null || fail "a name that is no UTF-8 ends info"
+  iconv -f UTF-8 -t UTF-8 name.json >/dev/null || fail "the JSON is no UTF-8"
+  "$urdimbre" --json tin "$name" -o t.ply >name.json 2>/dev/null || fail "a name that is no UTF-8 ends tin"
+  iconv -f UTF-8 -t UTF-8 name.json >/dev/null || fail "the JSON is no UTF-8"
+  pass
+fi
 done_with

@@ -40,9 +40,11 @@ plain contour.txt contour scan.las -o c.geojson --interval 5
 holds contour.txt "^c.geojson: $(told contours contour.json) contours on $(told levels contour.json) levels from "
 holds contour.txt "$(told vertices contour.json) vertices, 0 contours left out as too short$"
 
-plain render.txt render m.ply -o m.png --contours 5 --size 300x200
-holds render.txt "^m.png: [0-9]+ by [0-9]+ pixels, .* $(told triangles tin.json) triangles$"
-holds render.txt '^contours   [0-9,]+ lines$'
+if built_with cairo; then
+  plain render.txt render m.ply -o m.png --contours 5 --size 300x200
+  holds render.txt "^m.png: [0-9]+ by [0-9]+ pixels, .* $(told triangles tin.json) triangles$"
+  holds render.txt '^contours   [0-9,]+ lines$'
+fi
 
 plain classify.txt classify high scan.las -o h.las --distance 5 --height 2 --to 6
 "$urdimbre" --json classify high scan.las -o h.las --distance 5 --height 2 --to 6 >classify.json 2>/dev/null
@@ -51,9 +53,10 @@ holds classify.txt "^points     20,000 read, 20,000 accepted, $(told found class
 plain dry.txt classify high scan.las --dry-run --distance 5 --height 2 --to 6
 holds dry.txt "^scan.las: $(told reclassified classify.json) of 20,000 points would change their class; nothing was written$"
 
-# On a terminal: a bar for each phase that fits the columns, and none of it left over. A bare root has no pseudo-terminals.
+# On a terminal: a bar for each phase that fits the columns, and none of it left over. A bare root has no pseudo-terminals, and a
+# program for Windows has a console of its own, which is no terminal here.
 command -v script >/dev/null || fail "script is not there: install bsdutils"
-if ! script -qec true /dev/null >/dev/null 2>&1; then
+if on_windows || ! script -qec true /dev/null >/dev/null 2>&1; then
   echo "This system gives no pseudo-terminal: the bars on a terminal were not looked at."
   done_with
   exit

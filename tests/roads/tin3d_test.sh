@@ -81,7 +81,7 @@ for verb in info check "tetra -o o.vtu"; do
 done
 [ ! -e o.vtu ] || rm o.vtu
 refuses 1 "nowhere" "$urdimbre" tetra m.tin3d -o nowhere/o.tin3d
-refuses 1 "o.tin3d: cannot be written: .*File too large" bash -c "ulimit -f 200; exec \"$urdimbre\" tetra scan.las -o o.tin3d"
+refuses 1 "o.tin3d: cannot be written: .*$too_large" bash -c "ulimit -f 200; exec \"$urdimbre\" tetra scan.las -o o.tin3d"
 ln -s /dev/full full.tin3d
 refuses 1 "not an ordinary file" "$urdimbre" tetra scan.las -o full.tin3d
 echo precious >kept.tin3d
