@@ -1,9 +1,9 @@
 #include "classification/CBusquedaSuelo.h"
 
 #include <atomic>
-#include <chrono>
 #include <cmath>
-#include <future>
+#include <exception>
+#include <functional>
 #include <thread>
 #include <utility>
 
@@ -13,7 +13,7 @@
 #include "classification/FasesSuelo.h"
 #include "model/threads/CAvance.h"
 #include "model/threads/IPorcentaje.h"
-#include "platform/CEvent.h"
+#include "platform/Manejadores.h"
 #include "platform/Procesadores.h"
 #include "run/Fases.h"
 
@@ -21,10 +21,48 @@ namespace Meseta47 {
 
 namespace {
 
-/// Sets an event at the end of a block, however it is left.
-struct Avisa {
-  CEvent& evento;
-  ~Avisa() { evento.SetEvent(); }
+/// Work beside the caller's, on a thread of its own; where there is none, on the caller's when it asks for the result.
+/// The thread is one of this library's handles: those of GCC on Windows end under a lock of their own, which takes the
+/// system's for what was theirs alone (CReserva), and any other thread that ends takes the two the other way round.
+class CAparte {
+ public:
+  CAparte(bool conHilo, std::function<int()> elTrabajo) : trabajo(std::move(elTrabajo)) {
+    if (conHilo) hilo = CreateThread(nullptr, 0, Rutina, this, 0, nullptr);
+  }
+  CAparte(CAparte const&) = delete;
+  CAparte& operator=(CAparte const&) = delete;
+  ~CAparte() {
+    if (hilo == nullptr) return;
+    WaitForSingleObject(hilo, INFINITE);
+    CloseHandle(hilo);
+  }
+
+  /// Whether nothing goes on beside the caller, or ends within so many milliseconds.
+  bool HaAcabado(unsigned long milisegundos) {
+    return hilo == nullptr || WaitForSingleObject(hilo, milisegundos) == WAIT_OBJECT_0;
+  }
+  /// Once it has ended. Throws what the work has thrown.
+  int Resultado() {
+    if (hilo == nullptr) return trabajo();
+    if (fallo != nullptr) std::rethrow_exception(fallo);
+    return resultado;
+  }
+
+ private:
+  static unsigned long Rutina(void* dato) {
+    auto& yo = *static_cast<CAparte*>(dato);
+    try {
+      yo.resultado = yo.trabajo();
+    } catch (...) {
+      yo.fallo = std::current_exception();
+    }
+    return 0;
+  }
+
+  std::function<int()> trabajo;
+  HANDLE hilo = nullptr;
+  int resultado = 0;
+  std::exception_ptr fallo;
 };
 
 constexpr unsigned kMensajeRellena = 19020, kMensajeBusca = 19045, kMensajeClases = 39102;
@@ -75,25 +113,16 @@ class CFases {
   /// Triangulates the ground on one processor, which takes longest, while the others measure its vertices, or
   /// afterwards where there is but one.
   int MideYTriangula() {
-    constexpr long long kMilisegundos = 20;
+    constexpr unsigned long kMilisegundos = 20;
     std::atomic<bool> sigue{true};
     const auto pregunta = [this, &sigue, mio = std::this_thread::get_id()] {
       return sigue && (std::this_thread::get_id() != mio || avance.Sigue());  // progress is told by the caller's thread
     };
-    // Waiting for the future itself with a time limit loses a wake-up on Windows, as CAviso tells.
-    CEvent acabado(false, true);
-    const bool aLaVez = NumeroProcesadores() > 1 && acabado.m_hObject != nullptr;
-    const auto modo = aLaVez ? std::launch::async | std::launch::deferred : std::launch::deferred;
-    auto triangulos = std::async(modo, [&] {
-      const Avisa alFinal{acabado};
-      return tin.Construye(malla, pregunta);
-    });
+    CAparte triangulos(NumeroProcesadores() > 1, [&] { return tin.Construye(malla, pregunta); });
     RenuevaPlanos(malla, k, pozos, planos);
     sigue = superficie.MideVertices(std::move(planos), avance, 1);
-    if (triangulos.wait_for(std::chrono::seconds(0)) != std::future_status::deferred) {
-      while (!acabado.Lock(kMilisegundos)) sigue = sigue && avance.Sigue();
-    }
-    const int codigo = triangulos.get();
+    while (!triangulos.HaAcabado(kMilisegundos)) sigue = sigue && avance.Sigue();
+    const int codigo = triangulos.Resultado();
     return sigue ? codigo : kCancelado;
   }
 
