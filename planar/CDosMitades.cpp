@@ -73,6 +73,7 @@ CDosMitades::CFinal CDosMitades::Corre(CAlimenta const& laAlimenta, std::functio
     desde = encuentro + solo;
     if (TrabajaUna(encuentro, desde)) break;
   }
+  CMitad::Une(primera, segunda);
   raiz.inicio = nullptr;  // it may be gone, and nothing starts there any more
   if (mezcla.FaltoMemoria()) return SIN_MEMORIA;
   if (primera.LlegaTarde() || segunda.LlegaTarde()) return TARDE;
@@ -83,7 +84,7 @@ CDosMitades::CFinal CDosMitades::Corre(CAlimenta const& laAlimenta, std::functio
 
 /// From that number on, until there are no more points or the halves meet.
 void CDosMitades::TrabajanLasDos(int desde, std::function<bool()> const& sigue) {
-  CMitad::Comparte(raiz);
+  CMitad::Comparte(primera, segunda);
   turnos.VanLosDos(desde);
   desdeDonde = desde;
   Manda(TRABAJA);
@@ -100,7 +101,7 @@ void CDosMitades::TrabajanLasDos(int desde, std::function<bool()> const& sigue) 
 
 /// True when the work has come to its end.
 bool CDosMitades::TrabajaUna(int desde, int hasta) {
-  CMitad::Une(raiz);
+  CMitad::Une(primera, segunda);
   turnos.VaUno();
   ultima = 2;
   primera.Descansa();

@@ -36,6 +36,24 @@ class CMitad::CTurno {
   int antes = 0;
 };
 
+namespace {
+
+/// The triangles of a list, which is empty from then on.
+CTriangulo2D* Saca(CSetTriangulos2D& set) {
+  set.ultimo = set.actual = set.inicio = nullptr;
+  set.cantidad = 0;
+  return std::exchange(set.primero, nullptr);
+}
+
+/// Whether one thread would have filed `a` before `b`: by the point that made it, and the side that it was made on.
+bool VaAntes(CTriangulo2D const* a, CTriangulo2D const* b) {
+  if (a == nullptr || b == nullptr) return a != nullptr && b == nullptr;
+  const auto lado = [](CTriangulo2D const& t) { return CLado2D::Clave(t.N2(), t.N3()); };
+  return a->N1() < b->N1() || (a->N1() == b->N1() && lado(*a) < lado(*b));
+}
+
+}  // namespace
+
 struct CMitad::CCortes {
   std::vector<CSetTriangulos2D::CObra::CCorteDeSet> sets;
 };
@@ -46,15 +64,44 @@ CMitad::CMitad(unsigned laMitad, CEnMitades const& laObra, int elNumero)
       mia(std::make_unique<CSetTriangulos2D::CObra>(obra.raiz, inicio)),
       cortes(std::make_unique<CCortes>()),
       numero(elNumero),
-      inicio(obra.raiz.inicio) {}
+      inicio(obra.raiz.inicio) {
+  enRaiz.padre = &obra.raiz;
+  auto const& corte = obra.raiz.cortes[obra.reparto.eje == &CCoor3D<int>::x ? 0 : 1];
+  auto& marco = mia->propia.marco = obra.raiz.paso;
+  auto& limite = obra.reparto.eje == &CCoor3D<int>::x ? (mitad == 0 ? marco.maxX : marco.minX)
+                                                      : (mitad == 0 ? marco.maxY : marco.minY);
+  limite = mitad == 0 ? corte.bajo : corte.alto;
+}
 
 CMitad::~CMitad() = default;
 
-void CMitad::Comparte(CSetTriangulos2D& raiz) {
-  for (CTriangulo2D* t = raiz.primero; t != nullptr; t = t->Sig()) t->Comparte();
+void CMitad::Comparte(CMitad& una, CMitad& otra) noexcept {
+  CSetTriangulos2D& raiz = una.obra.raiz;
+  for (CMitad* mitad : {&una, &otra}) mitad->mia->propia.enRaiz = &mitad->enRaiz;
+  for (CTriangulo2D *t = Saca(raiz), *siguiente = nullptr; t != nullptr; t = siguiente) {
+    siguiente = t->Sig();
+    CMitad* suya = una.mia->propia.Tiene(t->circulo) ? &una : &otra;
+    const bool deAmbas = !suya->mia->propia.Tiene(t->circulo);
+    (deAmbas ? raiz : suya->enRaiz).AnexaALista(t);
+    t->Comparte(deAmbas);
+  }
 }
 
-void CMitad::Une(CSetTriangulos2D& raiz) { raiz.Obra().OlvidaCamino(); }
+void CMitad::Une(CMitad& una, CMitad& otra) noexcept {
+  CSetTriangulos2D& raiz = una.obra.raiz;
+  raiz.Obra().OlvidaCamino();
+  for (CSetTriangulos2D::CObra* obra : {una.mia.get(), otra.mia.get(), &raiz.Obra()}) obra->propia.enRaiz = &raiz;
+  if (una.enRaiz.cantidad + otra.enRaiz.cantidad == 0) return;
+  CTriangulo2D* listas[] = {Saca(raiz), Saca(una.enRaiz), Saca(otra.enRaiz)};
+  for (;;) {
+    CTriangulo2D** primera = &listas[0];
+    for (CTriangulo2D*& lista : listas) primera = VaAntes(lista, *primera) ? &lista : primera;
+    CTriangulo2D* t = *primera;
+    if (t == nullptr) return;
+    *primera = t->Sig();
+    raiz.AnexaALista(t);
+  }
+}
 
 bool CMitad::Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int suNumero, CMitad& laOtra) {
   using CObra = CSetTriangulos2D::CObra;
@@ -80,7 +127,7 @@ bool CMitad::Inserta(CCoor3D<int>* p, CLugarEnLista const& lugar, int suNumero, 
     return true;
   }
   if (respuesta != CSetTriangulos2D::HECHA) return Abandona();
-  return !esUltimo || Cierra(*celda->setAsociado, turno);
+  return !esUltimo || Cierra(*celda->setAsociado, turno, laOtra);
 }
 
 /// All that follows would be of no use.
@@ -93,6 +140,15 @@ bool CMitad::Abandona() {
 void CMitad::Cuenta(unsigned suyosAceptados, unsigned suyosRechazados) {
   aceptados += suyosAceptados;
   rechazados += suyosRechazados;
+}
+
+/// What a point leaves as a start is known unless it is what comes next in the root's list, of which each half has a
+/// part: a triangle below the root, the one that was there before, or the last one that the point itself has filed
+/// there.
+void CMitad::AsientaInicio(CTriangulo2D const* elDeAntes, bool trasCerrar) {
+  inicioCierto =
+      inicio != nullptr && (inicio == elDeAntes || inicio->set->nivel != 0 || (!trasCerrar && inicio->N1() == numero));
+  if (!inicioCierto) inicio = nullptr;
 }
 
 /// AJENA unless the point touches nothing but its half's own. Then nothing has changed.
@@ -109,7 +165,7 @@ int CMitad::PorSuCuenta(CCoor3D<int>* p, CDivisiones2D const& celda) {
     inicio = inicioAntes;
     return respuesta;
   }
-  inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  AsientaInicio(desde);
   Cuenta(suyosAceptados, suyosRechazados);
   return respuesta;
 }
@@ -141,15 +197,20 @@ int CMitad::EnTurno(CCoor3D<int>* p, CDivisiones2D const& celda, CMitad const& l
   CTriangulo2D* desde = cerca != nullptr ? Inicio(*cerca) : nullptr;
   if (desde == nullptr && haySuInicio) desde = deAntes.inicio;
   if (desde == nullptr) return CObra::TARDIA;
-  CObra& suya = raiz.Obra();
-  suya.OlvidaCamino();  // sets have been closed without its knowledge
-  suya.ajena = {laOtra.cortes->sets, obra.reparto.eje, obra.reparto.medio, mitad == 0};
+  if (cerca == nullptr) cerca = &raiz;
+  mia->ajena = {laOtra.cortes->sets, obra.reparto.eje, obra.reparto.medio, mitad == 0};
   unsigned suyosAceptados = 0, suyosRechazados = 0;
-  const int respuesta = suya.InsertaPunto<CAcceso::EN_TURNO>(p, cerca != nullptr ? *cerca : raiz, desde, {},
-                                                             suyosAceptados, suyosRechazados, balance);
-  suya.abiertos.clear();  // none of them need be there at the next turn
-  inicio = raiz.inicio;
-  inicioCierto = true;
+  int respuesta = mia->InsertaPunto<CAcceso::EN_TURNO>(p, *cerca, desde, {}, suyosAceptados, suyosRechazados, balance);
+  if (respuesta == CObra::LARGA) {
+    CObra& suya = raiz.Obra();
+    suya.OlvidaCamino();  // sets have been closed without its knowledge
+    suya.ajena = mia->ajena;
+    suya.propia = mia->propia;
+    respuesta = suya.InsertaPunto<CAcceso::EN_TURNO>(p, *cerca, desde, {}, suyosAceptados, suyosRechazados, balance);
+    suya.abiertos.clear();  // none of them need be there at the next turn
+    inicio = raiz.inicio;
+  }
+  AsientaInicio(desde);
   Cuenta(suyosAceptados, suyosRechazados);
   return respuesta;
 }
@@ -179,18 +240,20 @@ CTriangulo2D* CMitad::Inicio(CSetTriangulos2D const& set) const {
 }
 
 /// Closes the set, in turn where that changes links of shared triangles.
-bool CMitad::Cierra(CSetTriangulos2D& set, CTurno& turno) {
+bool CMitad::Cierra(CSetTriangulos2D& set, CTurno& turno, CMitad& laOtra) {
   CSetTriangulos2D& raiz = obra.raiz;
   const bool solo = obra.turnos.EstaUnoSolo();
   if (!solo && (&set == &raiz || TocaLoCompartido(set)) && !turno.Toma()) return false;
+  if (&set == &raiz) Une(*this, laOtra);
   const int otra = obra.turnos.Numero(1 - mitad);
   std::erase_if(cortes->sets, [otra](auto const& corte) { return corte.numero < otra; });
   cortes->sets.push_back({numero, set.paso});
+  CTriangulo2D const* const inicioAntes = inicio;
   const unsigned triangulos = set.Cierra(mia.get(), inicio);
   if (solo) {
     raiz.Obra().OlvidaCamino();
-  } else if (!turno.Tomado()) {
-    inicioCierto = inicio != nullptr && !inicio->EsCompartido();
+  } else {
+    AsientaInicio(inicioAntes, true);
   }
   std::vector<std::int32_t> registros;
   try {

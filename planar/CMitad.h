@@ -27,10 +27,10 @@ struct CEnMitades {
 /// One of the two halves of a mesh that two threads make: the thread's working lists, what it has counted, and how a
 /// point goes in.
 ///
-/// A triangle that is filed below the root is its quadrant's; one in the root's own list is shared. A point of one half
-/// lies in no circle of the other, so triangles of a half are made and destroyed by its own thread alone, and what
-/// touches nothing else needs no agreement. All else takes its turn (CTurnos). docs/architecture.md has the argument
-/// why the outcome is that of one thread.
+/// A triangle whose circle lies in a half is that half's own; one whose circle crosses the line between them is shared.
+/// A point of one half lies in no circle of the other, so triangles of a half are made and destroyed by its own thread
+/// alone, and what touches nothing else needs no agreement. All else takes its turn (CTurnos). docs/architecture.md has
+/// the argument why the outcome is that of one thread.
 class URDIMBRE_API CMitad {
  public:
   /// Points before have the numbers up to `elNumero`.
@@ -39,10 +39,11 @@ class URDIMBRE_API CMitad {
   CMitad& operator=(CMitad const&) = delete;
   ~CMitad();
 
-  /// The mesh of this root goes on to grow in halves: the triangles of its own list are shared.
-  static void Comparte(CSetTriangulos2D& raiz);
-  /// One thread goes on with both halves of it.
-  static void Une(CSetTriangulos2D& raiz);
+  /// Both halves of a mesh go on to grow by themselves: what is theirs of the root's list stands apart, and the rest of
+  /// it is shared.
+  static void Comparte(CMitad& una, CMitad& otra) noexcept;
+  /// One thread goes on with both halves: all stands in the root's list again, in the order that one would have left.
+  static void Une(CMitad& una, CMitad& otra) noexcept;
 
   /// Gives the point its number and inserts it. False when the work is to end: it has been stopped, or must begin anew
   /// on one thread (LlegaTarde).
@@ -54,8 +55,9 @@ class URDIMBRE_API CMitad {
   /// A point would have seen what a later one has made.
   [[nodiscard]] bool LlegaTarde() const { return tarde; }
 
-  // What was counted, once the thread is done.
-  CSetTriangulos2D::CBalance balance;
+  // What was counted, once the thread is done. It is written at every point, and so are other members: no cache line is
+  // to hold any of both halves.
+  alignas(64) CSetTriangulos2D::CBalance balance;
   std::uint64_t aceptados = 0, rechazados = 0;
   std::uint32_t duplicados = 0;
   std::uint64_t enTurno = 0;  ///< points that took their turn
@@ -76,21 +78,23 @@ class URDIMBRE_API CMitad {
     return laOtra.numero == numero - 1 ? laOtra : *this;
   }
   void Cuenta(unsigned suyosAceptados, unsigned suyosRechazados);
-  bool Cierra(CSetTriangulos2D& set, CTurno& turno);
+  bool Cierra(CSetTriangulos2D& set, CTurno& turno, CMitad& laOtra);
   static bool TocaLoCompartido(CSetTriangulos2D const& set);
   void Recoge(CSetTriangulos2D& set, std::vector<std::int32_t>& registros);
   void Anota(CSetTriangulos2D* set, unsigned triangulos, std::vector<std::int32_t> registros);
   bool Abandona();
+  void AsientaInicio(CTriangulo2D const* elDeAntes, bool trasCerrar = false);
 
   unsigned mitad;
   CEnMitades obra;
+  CSetTriangulos2D enRaiz;  ///< this half's own of the root's list, while two threads insert
   std::unique_ptr<CSetTriangulos2D::CObra> mia;
   std::unique_ptr<CCortes> cortes;  ///< sets closed at numbers that the other half has not come to
   CDivisiones2D* hoja = nullptr;    ///< where the last point fell
   int numero = 0;                   ///< of the last point
   bool tarde = false;
-  // Where a walk would start next that nothing nearer gives a start, as the last point leaves it; it is certain where
-  // no shared triangle had a part in it.
+  // Where a walk would start next that nothing nearer gives a start, as the last point leaves it; null where it is not
+  // certain, since which triangle comes next in the root's list had a part in it.
   CTriangulo2D* inicio = nullptr;
   bool inicioCierto = true;
 };

@@ -117,8 +117,9 @@ void CSetTriangulos2D::EnlazaVecinos(CTriangulo2D* t) {
 CTriangulo2D* CSetTriangulos2D::GetContieneLado(CCoor3D<int> const& a, CCoor3D<int> const& b, int& lado) {
   if (cerrado) return nullptr;
   CSetTriangulos2D* raiz = GetNivel0();
-  if (CObra* suya = raiz->obra.get(); suya != nullptr && !suya->abiertos.empty()) {
-    return suya->BuscaEnAbiertos(a.num, b.num, lado);
+  if (CObra* suya = raiz->obra.get(); suya != nullptr) {
+    if (!suya->abiertos.empty()) return suya->BuscaEnAbiertos(a.num, b.num, lado);
+    suya->BuscaEnTodo();
   }
   return BuscaEnLista(a, b, lado);
 }

@@ -109,7 +109,7 @@ CTriangulo2D* CSetTriangulos2D::CObra::PrimeroQueContiene(CTriangulo2D* desde, C
       if (ajeno) return nullptr;
     }
     t->ultimoPunto = numero;
-    if constexpr (kAcceso == CAcceso::PROPIO) buscados = i + 1;
+    if constexpr (kAcceso != CAcceso::TODO) buscados = i + 1;
     if (t->EnCirculo(x, y)) return t;
     ++rechazados;
     if (cola.size() < puestos + 3) cola.resize(2 * puestos + 64);

@@ -40,16 +40,16 @@ int CSetTriangulos2D::CObra::InsertaPunto(CCoor3D<int>* p, CSetTriangulos2D& cer
   const bool repetido = semilla->TieneVerticeEn(*p);
   const bool porAnillo = !repetido && CreceContorno<kAcceso>(*p, semilla, aceptados, rechazados);
   if (kEnTurno && ajeno) return TARDIA;
-  if (kPropio && !porAnillo && !repetido) {
+  if ((kPropio || (kEnTurno && this != raiz.obra.get())) && !porAnillo && !repetido) {
     DeshaceBusqueda();
-    return AJENA;
+    return kPropio ? AJENA : LARGA;
   }
   const int respuesta =
       porAnillo ? JuzgaAltura(p, tolerancia) : MarcaCavidad(p, aceptados, rechazados, semilla, tolerancia);
   if (respuesta != HECHA) return respuesta;
   if (porAnillo) {
     CalculaAbanico(*p, cerca);
-    if (kPropio && !QuedaEnCuadrante(*p)) {
+    if (kPropio && !QuedaEnMitad()) {
       DeshaceVisitas();
       DeshaceBusqueda();
       return AJENA;
@@ -239,18 +239,13 @@ void CSetTriangulos2D::CObra::CalculaAbanico(CCoor3D<int> const& p, CSetTriangul
   abanico.Situa(camino.marcos);
 }
 
-/// Whether all triangles of the fan go to the quadrant that the point falls in: to a set below the root.
-bool CSetTriangulos2D::CObra::QuedaEnCuadrante(CCoor3D<int> const& p) const {
+/// Whether all triangles of the fan are the half's own: they go to a set below the root, in the quadrant of the point,
+/// or cross the line between the two quadrants of the half and no other.
+bool CSetTriangulos2D::CObra::QuedaEnMitad() const {
   const std::size_t bajoLaRaiz = camino.sets[0]->nivel;
   if (abanico.DejanMenosDe(std::min(bajoLaRaiz, CCamino::kNiveles))) return true;
-  if (bajoLaRaiz <= CCamino::kNiveles) return false;
-  // So deep that some may have left all sets whose frames are kept, and still be below the root.
-  CMarco const& suyo = raiz.hijos[raiz.BuscaHijo(p)].paso;
   bool queda = true;
-  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) {
-    CCirculo const c = abanico.Circulo(i);
-    queda &= suyo.Contiene({c.x - c.radio, c.y - c.radio, c.x + c.radio, c.y + c.radio}) && c.radio2 != 0;
-  }
+  for (std::size_t i = 0; i < abanico.Cantidad(); ++i) queda &= propia.Tiene(abanico.Circulo(i));
   return queda;
 }
 
@@ -287,14 +282,26 @@ void CSetTriangulos2D::CObra::SustituyeCavidad(CCoor3D<int>* p) {
       // A triangle without a circle, of three points on a line, has its place at the origin.
       CSetTriangulos2D& suyo =
           t->circulo.radio2 != 0 ? camino.SetPara(*t, abanico.Fuera(cual), inicio) : raiz.SetPara(CajaDe(*t), inicio);
-      suyo.AnexaALista(t);
-      if (kAcceso == CAcceso::EN_TURNO && &suyo == &raiz) t->Comparte();
+      if (kAcceso != CAcceso::TODO && &suyo == &raiz) {
+        ArchivaEnRaiz<kAcceso>(t);
+      } else {
+        suyo.AnexaALista(t);
+      }
     }
   } catch (...) {  // no memory for new leaves: a set that is there takes the rest, as somebody must own them
     CSetTriangulos2D& refugio = kAcceso == CAcceso::PROPIO ? *camino.sets[0] : raiz;
     for (; i < n; ++i) refugio.AnexaALista(cavidad[abanico.Orden(i)]);
     throw;
   }
+}
+
+/// What is the half's own there stands apart.
+template <CAcceso kAcceso>
+void CSetTriangulos2D::CObra::ArchivaEnRaiz(CTriangulo2D* t) {
+  const bool esPropio = kAcceso == CAcceso::PROPIO || propia.Tiene(t->circulo);
+  (esPropio ? *propia.enRaiz : raiz).AnexaALista(t);
+  if (!esPropio) t->Comparte();
+  inicio = t;  // as filing in the root does for one thread
 }
 
 /// Makes the triangles of the fan in the places that stand in `cavidad`, and links them.

@@ -19,14 +19,16 @@ enum class CAcceso {
 /// The work on a mesh that grows: how a point finds its cavity, and how the cavity gives way to new triangles. Its
 /// lists are kept from point to point, so that no insertion allocates once the largest cavity has been seen.
 ///
-/// One object a mesh, owned by its root; for the inserting thread. Where two insert (CMitad), each has one of its own
-/// for what touches its own triangles alone, and the root's serves the one whose turn it is.
+/// One object a mesh, owned by its root; for the inserting thread. Where two insert (CMitad), each has one of its own,
+/// so that its lists stay in the cache of its processor; the root's serves the one whose turn it is where a cavity has
+/// to be filled by a search for the sides.
 class CSetTriangulos2D::CObra {
  public:
   /// Answers beside CRespuesta.
   enum : int {
     AJENA = 6,   ///< PROPIO: it would touch what is shared; nothing has changed
     TARDIA = 7,  ///< EN_TURNO: it would see what a later point has made; the mesh is of no more use
+    LARGA = 8,   ///< EN_TURNO, not the root's: it is for the root's work; nothing has changed
   };
   /// A set that was closed, and what is filed in it lies in this frame.
   struct CCorteDeSet {
@@ -43,9 +45,21 @@ class CSetTriangulos2D::CObra {
     [[nodiscard]] bool Tiene(CCoor3D<int> const& p) const { return (p.*eje >= medio) == alta; }
   };
 
+  /// The half that inserts.
+  struct CPropia {
+    CMarco marco{};                      ///< what a box must keep to, to lie in it
+    CSetTriangulos2D* enRaiz = nullptr;  ///< has what lies in it of the root's list: the root itself for one thread
+
+    /// Whether a triangle with this circle is the half's own. Circles that are judged by their vertices are not.
+    [[nodiscard]] bool Tiene(CCirculo const& c) const {
+      return c.radio2 != 0 && c.radio <= CTriangulo2D::kRadioDudoso &&
+             marco.Contiene({c.x - c.radio, c.y - c.radio, c.x + c.radio, c.y + c.radio});
+    }
+  };
+
   explicit CObra(CSetTriangulos2D& laRaiz) : CObra(laRaiz, laRaiz.inicio) {}
   /// `elInicio` stands for the root's.
-  CObra(CSetTriangulos2D& laRaiz, CTriangulo2D*& elInicio) : raiz(laRaiz), inicio(elInicio) {}
+  CObra(CSetTriangulos2D& laRaiz, CTriangulo2D*& elInicio) : raiz(laRaiz), inicio(elInicio) { propia.enRaiz = &raiz; }
 
   int Implicados(CSetTriangulos2D& set, CCoor3D<int>* p, CSetLados2D& lados, unsigned& aceptados, unsigned& rechazados,
                  CTriangulo2D* desde, int tolerancia);
@@ -54,11 +68,14 @@ class CSetTriangulos2D::CObra {
                    unsigned& aceptados, unsigned& rechazados, CBalance& balance);
   /// The triangle of the open list that has the side from `a` to `b`; it leaves the list with its last free side.
   CTriangulo2D* BuscaEnAbiertos(int a, int b, int& lado);
+  /// All lists are about to be searched for a side, of which two threads have some that one would find elsewhere.
+  void BuscaEnTodo() { ajeno |= propia.enRaiz != &raiz; }
   /// Sets have been closed or made since the last point.
   void OlvidaCamino() { camino.sets[0] = nullptr; }
 
   std::vector<CTriangulo2D*> abiertos;  ///< triangles with a free side
   CAjena ajena;                         ///< EN_TURNO
+  CPropia propia;                       ///< PROPIO and EN_TURNO
 
  private:
   /// An open set near a point and those above it. The circle of a triangle that has the point as a vertex belongs to
@@ -104,7 +121,9 @@ class CSetTriangulos2D::CObra {
   template <CAcceso kAcceso>
   void SustituyeCavidad(CCoor3D<int>* p);
   void PonAbanico(CCoor3D<int>* p);
-  [[nodiscard]] bool QuedaEnCuadrante(CCoor3D<int> const& p) const;
+  template <CAcceso kAcceso>
+  void ArchivaEnRaiz(CTriangulo2D* t);
+  [[nodiscard]] bool QuedaEnMitad() const;
   [[nodiscard]] bool InvadeOtroCuadrante(CCoor3D<int> const& p) const;
   [[nodiscard]] bool InvadeOtroCuadrante(CCirculo const& c, CCoor3D<int> const& p) const;
   [[nodiscard]] bool EsTardio(CTriangulo2D const& t, int numero) const;

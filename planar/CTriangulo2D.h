@@ -213,7 +213,7 @@ class URDIMBRE_API CTriangulo2D : public CDeReserva<CTriangulo2D> {
 
   /// Two threads insert, and the triangle belongs to neither alone.
   [[nodiscard]] bool EsCompartido() const { return (flags & kCompartido) != 0; }
-  void Comparte() { flags |= kCompartido; }
+  void Comparte(bool si = true) { flags = static_cast<std::uint16_t>((flags & ~kCompartido) | (si ? kCompartido : 0)); }
 
   [[nodiscard]] bool TieneVerticeEn(CCoor3D<int> const& p) const {
     const auto coincide = [&p](CCoor3D<int> const* v) { return v->x == p.x && v->y == p.y; };
