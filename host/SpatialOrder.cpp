@@ -82,9 +82,8 @@ Lanes curveKeys(std::span<Point const> points, CMaximas<int> const& box) {
   }
   columns(x, distance(box.Minimo.x, box.Maximo.x));
   columns(y, distance(box.Minimo.y, box.Maximo.y));
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    keys[i] = static_cast<std::uint32_t>(Hilbert(x[i] << (32 - kLevels), y[i] << (32 - kLevels)) >> 32);
-  }
+  static_assert(kLevels == 16);
+  for (std::size_t i = 0; i < points.size(); ++i) keys[i] = Hilbert16(x[i], y[i]);
   return keys;
 }
 
@@ -124,14 +123,43 @@ unsigned partsFor(std::size_t n) {
   return static_cast<unsigned>(std::clamp<std::size_t>(n / kWorthAThread, 1, NumeroProcesadores()));
 }
 
+template <class Point>
+CMaximas<int> boxOf(std::vector<Point> const& points) {
+  const unsigned parts = partsFor(points.size());
+  std::vector<CMaximas<int>> boxes(parts);
+  inParallel(parts, [&](unsigned part, unsigned) {
+    CMaximas<int> box;
+    for (std::size_t i = points.size() * part / parts; i < points.size() * (part + 1) / parts; ++i) {
+      box.Nuevo(CCoor3D<int>(points[i].x, points[i].y, 0, 0));
+    }
+    boxes[part] = box;
+  });
+  CMaximas<int> all;
+  for (CMaximas<int> const& box : boxes) all.Nuevo(box);
+  return all;
+}
+
+/// Indices in a row.
+using Run = std::span<std::uint32_t const>;
+
+/// Takes so many indices from the front of runs.
+std::uint32_t* takeFrom(std::span<Run> runs, std::size_t count, std::uint32_t* to) {
+  for (Run& run : runs) {
+    const std::size_t taken = std::min(count, run.size());
+    to = std::copy_n(run.begin(), taken, to);
+    run = run.subspan(taken);
+    count -= taken;
+  }
+  return to;
+}
+
 }  // namespace
 
 template <class Point>
 std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties ties) {
   const std::size_t n = points.size();
   const unsigned parts = partsFor(n);
-  CMaximas<int> box;
-  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
+  const CMaximas<int> box = boxOf(points);
   std::vector<std::uint32_t> order(n);  // first, so that what is freed here is one piece and serves whoever asks next
   VectorCrudo<Item> items(n), other(n);
   inParallel(parts, [&](unsigned part, unsigned) {
@@ -147,31 +175,36 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties t
     items.swap(other);
   }
   if (ties == Ties::byPosition) orderTies(items, points);
-  std::transform(items.begin(), items.end(), order.begin(), [](Item const& item) { return item.index; });
+  inParallel(parts, [&](unsigned part, unsigned) {
+    for (std::size_t i = n * part / parts; i < n * (part + 1) / parts; ++i) order[i] = items[i].index;
+  });
   return order;
 }
 
 template <class Point>
 void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points, std::size_t stretch) {
-  CMaximas<int> box;
-  for (Point const& p : points) box.Nuevo(CCoor3D<int>(p.x, p.y, 0, 0));
+  const CMaximas<int> box = boxOf(points);
   const CCoor3D<int> centre = CCeldas<2>::Centro(box);
   const auto position = [&points](std::uint32_t i) { return CCoor3D<int>(points[i].x, points[i].y, 0, 0); };
+  const auto quadrant = [&](std::uint32_t i) { return CCeldas<2>::Hijo(position(i), centre); };
+  // The curve has done with a quadrant when it leaves it, so four searches by halves find where each of them ends.
+  std::vector<Run> runs;
   std::uint64_t inQuadrant[4] = {};
-  for (const std::uint32_t i : order) ++inQuadrant[CCeldas<2>::Hijo(position(i), centre)];
+  for (Run rest(order); !rest.empty(); rest = rest.subspan(runs.back().size())) {
+    const auto here = [&, its = quadrant(rest.front())](std::uint32_t i) { return quadrant(i) == its; };
+    runs.push_back(rest.first(static_cast<std::size_t>(std::ranges::partition_point(rest, here) - rest.begin())));
+    inQuadrant[quadrant(rest.front())] = runs.back().size();
+  }
   if (!CReparto2D::VaPorDos(order.size(), inQuadrant, box)) return;
   const CReparto2D halves = CReparto2D::Para(inQuadrant, centre);
-  std::vector<std::uint32_t> ofHalf[2];
-  for (const std::uint32_t i : order) ofHalf[halves.Mitad(position(i))].push_back(i);
-  std::size_t taken[2] = {}, place = 0;
-  while (place < order.size()) {
-    for (unsigned half = 0; half < 2; ++half) {
-      const std::size_t count = std::min(stretch, ofHalf[half].size() - taken[half]);
-      std::copy_n(&ofHalf[half][taken[half]], count, &order[place]);
-      taken[half] += count;
-      place += count;
-    }
+  std::vector<Run> ofHalf[2];
+  for (Run const& run : runs) ofHalf[halves.Mitad(position(run.front()))].push_back(run);
+  std::vector<std::uint32_t> inTurns(order.size());
+  std::uint32_t* const end = inTurns.data() + inTurns.size();
+  for (std::uint32_t* to = inTurns.data(); to != end;) {
+    for (std::vector<Run>& half : ofHalf) to = takeFrom(half, stretch, to);
   }
+  order.swap(inTurns);
 }
 
 bool jumpsAbout(std::vector<ScaledPoint> const& points) {

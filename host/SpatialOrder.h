@@ -42,10 +42,10 @@ std::vector<std::uint32_t> hilbertOrder(std::vector<Point> const& points, Ties t
 /// As long as a wait of one thread for the other, as a rule; 16 and 256 did as well.
 constexpr std::size_t kStretch = 64;
 
-/// The same order for two threads that insert at once: of each half of the extents in turns so many points, each half
-/// in its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other follows. Orders of
-/// few points, and of such as two threads don't take, stay as they are; neither the number of processors nor of threads
-/// matters, so that the outcome of a run does not depend on them.
+/// The order that hilbertOrder gave, for two threads that insert at once: of each half of the extents in turns so many
+/// points, each half in its own order (CTriangulacion2D::DosDesde). Where one half has no more, the rest of the other
+/// follows. Orders of few points, and of such as two threads don't take, stay as they are; neither the number of
+/// processors nor of threads matters, so that the outcome of a run does not depend on them.
 template <class Point>
 void alternateHalves(std::vector<std::uint32_t>& order, std::vector<Point> const& points,
                      std::size_t stretch = kStretch);

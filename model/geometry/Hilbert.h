@@ -43,20 +43,31 @@ constexpr std::array<std::uint16_t, 1024> Tabla() {
 }
 inline constexpr std::array<std::uint16_t, 1024> kTabla = Tabla();
 
+/// Place of the coordinates of so many bits, four at a time.
+template <int kBits>
+constexpr std::uint64_t Lugar(std::uint32_t x, std::uint32_t y) noexcept {
+  std::uint64_t lugar = 0;
+  unsigned orientacion = 0;
+  for (int bit = kBits - 4; bit >= 0; bit -= 4) {
+    const unsigned entrada = kTabla[orientacion | (x >> bit & 15) << 4 | (y >> bit & 15)];
+    lugar = lugar << 8 | (entrada & 0xFF);
+    orientacion = entrada & 0x300;
+  }
+  return lugar;
+}
+
 }  // namespace hilbert
 
 /// Place of (x, y) on the Hilbert curve that fills the square of 2^32 by 2^32: a number of its own for each pair, and
 /// numbers in a row are neighbours. The curve of a smaller square at the origin is the beginning of it, transposed for
 /// every odd power of two. Eight look-ups in a table of 2 KB.
 [[nodiscard]] constexpr std::uint64_t Hilbert(std::uint32_t x, std::uint32_t y) noexcept {
-  std::uint64_t lugar = 0;
-  unsigned orientacion = 0;
-  for (int bit = 28; bit >= 0; bit -= 4) {
-    const unsigned entrada = hilbert::kTabla[orientacion | (x >> bit & 15) << 4 | (y >> bit & 15)];
-    lugar = lugar << 8 | (entrada & 0xFF);
-    orientacion = entrada & 0x300;
-  }
-  return lugar;
+  return hilbert::Lugar<32>(x, y);
+}
+
+/// The same of two numbers below 2^16, on the curve over their square: the upper half of Hilbert(x << 16, y << 16).
+[[nodiscard]] constexpr std::uint32_t Hilbert16(std::uint32_t x, std::uint32_t y) noexcept {
+  return static_cast<std::uint32_t>(hilbert::Lugar<16>(x, y));
 }
 
 }  // namespace Meseta47

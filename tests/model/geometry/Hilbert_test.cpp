@@ -35,6 +35,14 @@ TEST(Hilbert, AgreesWithTheCurveTakenABitAtATime) {
   }
 }
 
+TEST(Hilbert, OfSixteenBitsIsTheUpperHalfOfThePlace) {
+  std::mt19937 random(20240616);
+  for (int i = 0; i < 10000; ++i) {
+    const auto x = static_cast<std::uint32_t>(random() >> 16), y = static_cast<std::uint32_t>(random() >> 16);
+    ASSERT_EQ(Hilbert16(x, y), SlowHilbert(x << 16, y << 16) >> 32) << x << ' ' << y;
+  }
+}
+
 TEST(Hilbert, FillsASquareAtTheOriginFirstAndStepsToANeighbourEachTime) {
   constexpr std::uint32_t kSide = 256;
   std::vector<int> cellAt(kSide * kSide, -1);
