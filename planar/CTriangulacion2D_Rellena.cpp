@@ -84,9 +84,13 @@ int CTriangulacion2D::TerminaRelleno() {
 
 int CTriangulacion2D::ColocaPuntos(short lista, CDibujo<int> const& dibujo,
                                    std::vector<CPosicionEntidad> const* seleccion, CMarcha& marcha, bool daSemillas) {
+  CArbolDivisiones2D::CSeguidos seguidos(divisiones);
   return RecorrePuntos(dibujo, Filtro(dibujo), seleccion, marcha,
                        [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
-                         ColocaIndices(*e.PunteroAPunto(static_cast<int>(k)), lista, entidad, k, daSemillas);
+                         const bool primera = seguidos.Coloca(*e.PunteroAPunto(static_cast<int>(k)),
+                                                              {lista, static_cast<int>(entidad), static_cast<int>(k)});
+                         if (primera && daSemillas)
+                           primerosPuntos.emplace_back(static_cast<unsigned>(lista), entidad, k);
                          ++cantidadPuntos;
                        });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "run/CCeldas.h"
@@ -122,8 +123,8 @@ class CCeldaDivision : public TRasgos::CLugar {
     Divide();
     for (CCeldaDivision& h : Hijos()) h.DivideDelTodo();
   }
-  void Anota(CLugar const& lugar) {
-    ++lista.cantidad;
+  void Anota(CLugar const& lugar, int cuantos = 1) {
+    lista.cantidad += cuantos;
     Ultimo() = lugar;
   }
   void Poda() {
@@ -184,6 +185,7 @@ class CArbolDivisiones : public CCeldaDivision<TRasgos> {
   }
   /// Records the point as the last one of all cells down its path. True if it is the first of its leaf.
   bool ColocaIndices(CCoor3D<int> const& p, CLugar const& lugar);
+  class CSeguidos;
   /// `celda` takes the largest cell of which this is the last point, or its leaf. True if it is the last of its leaf.
   bool Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda) {
     return Inserta(p, lugar, celda, ultimaHoja);
@@ -201,6 +203,19 @@ class CArbolDivisiones : public CCeldaDivision<TRasgos> {
     if (ajenos) this->hijos = nullptr;
     ajenos = false;
     ultimaHoja = nullptr;
+  }
+  /// Goes down to the leaf of the point, which is then the last one; cells on the way are divided as they are to be.
+  void BajaA(CCoor3D<int> const& p) {
+    for (ultimaHoja = this;; ultimaHoja = ultimaHoja->Hijo(p)) {
+      if (ultimaHoja->esperados != 0) ultimaHoja->Divide();
+      if (ultimaHoja->hijos == nullptr) break;
+    }
+  }
+  /// So many points have fallen in the leaf, this one last. Upward by levels: the cells of a shared tree lead to its
+  /// owner's root, and not to this one.
+  void Anota(CCelda* hoja, CLugar const& lugar, int cuantos) {
+    for (CCelda* celda = hoja; celda->nivel != this->nivel; celda = celda->padre) celda->Anota(lugar, cuantos);
+    CCelda::Anota(lugar, cuantos);
   }
 
   bool ajenos = false;           ///< the children belong to another tree
@@ -273,18 +288,45 @@ void CArbolDivisiones<TRasgos>::Comparte(CArbolDivisiones const& otro) {
 
 template <class TRasgos>
 bool CArbolDivisiones<TRasgos>::ColocaIndices(CCoor3D<int> const& p, CLugar const& lugar) {
-  if (ultimaHoja == nullptr || !ultimaHoja->Encierra(p)) {
-    for (ultimaHoja = this;; ultimaHoja = ultimaHoja->Hijo(p)) {
-      if (ultimaHoja->esperados != 0) ultimaHoja->Divide();
-      if (ultimaHoja->hijos == nullptr) break;
-    }
-  }
+  if (ultimaHoja == nullptr || !ultimaHoja->Encierra(p)) BajaA(p);
   const bool primera = ultimaHoja->EstaVacio();
-  // Upward by levels: the cells of a shared tree lead to its owner's root, and not to this one.
-  for (CCelda* celda = ultimaHoja; celda->nivel != this->nivel; celda = celda->padre) celda->Anota(lugar);
-  this->Anota(lugar);
+  Anota(ultimaHoja, lugar, 1);
   return primera;
 }
+
+/// ColocaIndices for points of which many in a row fall in one leaf: its cells are told once points leave it, and at
+/// the end of this object. In between nobody else may look at the tree.
+template <class TRasgos>
+class CArbolDivisiones<TRasgos>::CSeguidos {
+ public:
+  explicit CSeguidos(CArbolDivisiones& elArbol) : arbol(elArbol) {}
+  CSeguidos(CSeguidos const&) = delete;
+  CSeguidos& operator=(CSeguidos const&) = delete;
+  ~CSeguidos() { Anota(); }
+
+  bool Coloca(CCoor3D<int> const& p, CLugar const& lugar) {
+    if (hoja == nullptr || !hoja->Encierra(p)) {
+      Anota();
+      arbol.BajaA(p);
+      hoja = arbol.ultimaHoja;
+      esPrimera = hoja->EstaVacio();
+    }
+    ultimo = lugar;
+    ++cuantos;
+    return std::exchange(esPrimera, false);
+  }
+
+ private:
+  void Anota() {
+    if (cuantos != 0) arbol.Anota(hoja, ultimo, std::exchange(cuantos, 0));
+  }
+
+  CArbolDivisiones& arbol;
+  CCelda* hoja = nullptr;
+  CLugar ultimo;    ///< of those that have fallen in it in a row
+  int cuantos = 0;  ///< how many
+  bool esPrimera = false;
+};
 
 template <class TRasgos>
 bool CArbolDivisiones<TRasgos>::Inserta(CCoor3D<int> const& p, CLugar const& lugar, CCelda*& celda, CCelda*& suHoja) {

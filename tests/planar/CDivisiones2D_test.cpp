@@ -1,6 +1,7 @@
 #include "planar/CDivisiones2D.h"
 
 #include <gmock/gmock.h>
+#include <random>
 
 #include "support/PlanarScene.h"
 
@@ -266,6 +267,37 @@ TEST_F(CDivisiones2DTest, ATreeThatGrowsWithItsPointsEndsAsTheOneThatWasDividedA
   };
   same(same, atOnce, growing);
   EXPECT_EQ(growing.CantidadNiveles(), 5U);
+}
+
+TEST_F(CDivisiones2DTest, PointsPlacedInARowLeaveWhatTheyLeaveOneByOne) {
+  constexpr unsigned kPoints = 64 * 201;
+  CArbolDivisiones2D oneByOne, inARow, owner, guest;
+  for (CArbolDivisiones2D* tree : {&oneByOne, &inARow, &owner})
+    tree->EstableceDivisiones(kPoints, Box(0, 0, 1000, 1000));
+  guest.Comparte(owner);
+  std::mt19937 random(11);
+  std::vector<CCoor3D<int>> places;
+  for (int i = 0; i < 200; ++i) {  // some to a leaf, some on and beyond the limits
+    const CCoor3D<int> about = Place(static_cast<int>(random() % 1100), static_cast<int>(random() % 1100));
+    for (int n = static_cast<int>(random() % 5); n > 0; --n) places.push_back(Place(about.x + n, about.y));
+  }
+  {
+    CArbolDivisiones2D::CSeguidos row(inARow), ofGuest(guest);
+    for (int i = 0; i < static_cast<int>(places.size()); ++i) {
+      CCoor3D<int> const& p = places[static_cast<std::size_t>(i)];
+      const bool first = oneByOne.ColocaIndices(p, {0, 3, i});
+      EXPECT_EQ(row.Coloca(p, {0, 3, i}), first);
+      EXPECT_EQ(ofGuest.Coloca(p, {0, 3, i}), first);
+    }
+  }
+  const auto same = [](auto&& self, CDivisiones2D const& a, CDivisiones2D const& b) -> void {
+    ASSERT_EQ(LastOf(a), LastOf(b));
+    ASSERT_EQ(a.lista.Cantidad(), b.lista.Cantidad());
+    for (unsigned i = 0; a.hijos != nullptr && i < 4; ++i) self(self, a.hijos[i], b.hijos[i]);
+  };
+  same(same, oneByOne, inARow);
+  same(same, oneByOne, guest);
+  EXPECT_EQ(LastOf(owner), std::tuple(-1, -1, -1)) << "its cells are shared, its root is not";
 }
 
 TEST_F(CDivisiones2DTest, ACopyHasTheSameCellsOfItsOwn) {
