@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -32,6 +33,20 @@
   unsigned bits = 0;
   for (unsigned i = 0; i < 8; ++i) bits |= static_cast<unsigned>(std::signbit(v[i])) << i;
   return bits;
+#endif
+}
+
+/// The first place of a number among four; 4 when it is not there.
+[[nodiscard]] inline unsigned LugarEntreCuatro(std::uint32_t const (&v)[4], std::uint32_t numero) noexcept {
+#if defined(__SSE2__)
+  const __m128i cuatro = _mm_loadu_si128(reinterpret_cast<__m128i const*>(v));
+  const __m128i iguales = _mm_cmpeq_epi32(cuatro, _mm_set1_epi32(static_cast<int>(numero)));
+  return static_cast<unsigned>(
+      std::countr_zero(16U | static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(iguales)))));
+#else
+  unsigned i = 0;
+  while (i < 4 && v[i] != numero) ++i;
+  return i;
 #endif
 }
 

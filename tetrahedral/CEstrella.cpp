@@ -15,7 +15,7 @@ constexpr std::size_t kComparados = 64;        // up to here all are compared wi
 constexpr std::size_t kVerticesEnTabla = 256;  // a table of all pairs takes 128 KB then
 constexpr std::size_t kCarasEnTabla = 0x3FFF;  // whose edges count to 16 bits
 
-constexpr std::size_t kCasillasPorCara = 4;  // an eighth in use
+constexpr std::size_t kCasillasPorCara = 8;  // a sixteenth in use
 
 constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};  // the edges of a face, by its vertices
 
@@ -31,10 +31,7 @@ void CuentaMenores(T const* numeros, std::size_t n, int* menores) {
 
 }  // namespace
 
-void CEstrella::AmpliaCavidad() {
-  cavidad.resize(2 * cavidad.size() + kComparados);
-  numeros.resize(cavidad.size());
-}
+void CEstrella::AmpliaCavidad() { cavidad.resize(2 * cavidad.size() + kComparados); }
 
 void CEstrella::Amplia() {
   const std::size_t n = std::max<std::size_t>(kComparados, 2 * bordes.size());
@@ -53,23 +50,25 @@ CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p, CTetraedro* a, CTetraed
   return b->Exceso(p.x, p.y, p.z) < a->Exceso(p.x, p.y, p.z) ? b : a;
 }
 
-CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p) const {
+/// The least first, then who has it: which of them is nearest is unpredictable, and this way a single branch depends on
+/// it.
+CTetraedro* CEstrella::MasCercano(CCoor3D<int> const& p) {
   const double x = p.x, y = p.y, z = p.z;
-  double menor = HUGE_VAL;
-  std::size_t mejor = 0;
+  double menores[kTanda];
+  std::fill(std::begin(menores), std::end(menores), HUGE_VAL);
   const std::size_t n = std::min(cantidad, hechos);
   for (std::size_t i = 0; i < n; i += kTanda) {
-    CTanda const& t = tandas[i / kTanda];
-    double exceso[kTanda];
+    CTanda& t = tandas[i / kTanda];
     for (std::size_t k = 0; k < kTanda; ++k) {
       const double dx = t.x[k] - x, dy = t.y[k] - y, dz = t.z[k] - z;
-      exceso[k] = dx * dx + dy * dy + dz * dz - t.radio2[k];
+      t.exceso[k] = dx * dx + dy * dy + dz * dz - t.radio2[k];
     }
-    for (std::size_t k = 0; k < std::min(kTanda, n - i); ++k) {
-      mejor = exceso[k] < menor ? i + k : mejor;
-      menor = exceso[k] < menor ? exceso[k] : menor;
-    }
+    for (std::size_t k = n - i; k < kTanda; ++k) t.exceso[k] = HUGE_VAL;  // no tetrahedron's
+    for (std::size_t k = 0; k < kTanda; ++k) menores[k] = t.exceso[k] < menores[k] ? t.exceso[k] : menores[k];
   }
+  const double menor = *std::min_element(std::begin(menores), std::end(menores));
+  std::size_t mejor = 0;
+  while (mejor + 1 < n && tandas[mejor / kTanda].exceso[mejor % kTanda] != menor) ++mejor;
   return sitios[mejor];
 }
 
@@ -112,16 +111,19 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
   nadie.identificador = marca;
   semilla->identificador = segunda;
   if (cavidad.empty()) AmpliaCavidad();
-  cavidad[0] = semilla;
-  numeros[0] = semilla->Numero();
+  cavidad[0] = {semilla, semilla->Numero(), 4};
   std::size_t dentro = 1, caras = 0, probadas = 0;
   for (std::size_t i = 0; i < dentro && !repetido; ++i) {
     if (dentro + 4 > cavidad.size()) AmpliaCavidad();
     if (caras + 4 > bordes.size()) Amplia();
-    CTetraedro const* t = cavidad[i];
+    CTetraedro const* t = cavidad[i].t;
+    const std::uint32_t mio = cavidad[i].numero;
     AnticipaLectura(&t->puntos);
-    for (const std::uint32_t n : cavidad[std::min(i + 2, dentro - 1)]->vecinos) Anticipa(CNumeros::Direccion<128>(n));
-    for (unsigned cara = 0; cara < 4; ++cara) {
+    for (const std::uint32_t n : cavidad[std::min(i + 2, dentro - 1)].t->vecinos) Anticipa(CNumeros::Direccion<128>(n));
+    const unsigned vuelta = cavidad[i].vuelta;  // leads to one that is known to lie inside
+    const unsigned otras = vuelta == 4 ? 4 : 3;
+    for (unsigned k = 0; k < otras; ++k) {
+      const unsigned cara = k + static_cast<unsigned>(k >= vuelta);
       const std::uint32_t n = t->vecinos[cara];
       CTetraedro* v = n != 0 ? CTetraedro::De(n) : &nadie;
       const auto sello = static_cast<std::uint32_t>(v->identificador) - static_cast<std::uint32_t>(marca);
@@ -132,13 +134,14 @@ bool CEstrella::Crece(CCoor3D<int> const& p, CTetraedro* semilla, std::int32_t m
       }
       const unsigned fuera = (nuevo & static_cast<unsigned>(exceso > 0)) | static_cast<unsigned>(sello == 0);
       v->identificador = segunda - static_cast<std::int32_t>(fuera);
-      cavidad[dentro] = v;
-      numeros[dentro] = n;
+      const unsigned suya = v->CaraHacia(mio);
+      cavidad[dentro] = {v, n, suya};
       dentro += static_cast<unsigned>(nuevo > fuera);
       CBorde& b = bordes[caras];
       b.fuera = n;
       b.condenado = static_cast<std::uint32_t>(i);
       b.cara = static_cast<std::uint8_t>(cara);
+      b.suCara = static_cast<std::uint8_t>(suya);
       caras += fuera;
       probadas += nuevo;
     }
@@ -170,7 +173,7 @@ inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
   return static_cast<unsigned>(suyo);
 }
 
-bool CEstrella::Dispone(CCoor3D<int> const& p) {
+URDIMBRE_DE_UNA_PIEZA void CEstrella::NumeraVertices() {
   vertices = 0;
   // A large star leaves a large table, which would fill the nearest cache: a small one takes its beginning alone.
   mascara = std::bit_ceil(kCasillasPorCara * cantidad) - 1;
@@ -180,12 +183,17 @@ bool CEstrella::Dispone(CCoor3D<int> const& p) {
   }
   for (std::size_t i = 0; i < cantidad; ++i) {
     CBorde& b = bordes[i];
-    CTetraedro const* t = cavidad[b.condenado];
+    CTetraedro const* t = cavidad[b.condenado].t;
     unsigned const* v = CTetraedro::kVertice[b.cara];
     b.grabado = t->Grabado(b.cara);
-    b.suCara = b.fuera != 0 ? static_cast<std::uint8_t>(CTetraedro::De(b.fuera)->CaraHacia(numeros[b.condenado])) : 0;
-    for (unsigned k = 0; k < 3; ++k) b.v[k] = Vertice(t->puntos[v[k]]);
+    b.v[0] = Vertice(t->puntos[v[0]]);
+    b.v[1] = Vertice(t->puntos[v[1]]);
+    b.v[2] = Vertice(t->puntos[v[2]]);
   }
+}
+
+bool CEstrella::Dispone(CCoor3D<int> const& p) {
+  NumeraVertices();
   for (std::size_t i = 0; i < vertices; ++i) {
     CCoor3D<int> const& v = *vertice[i].punto;
     vertice[i].num = v.num;
@@ -277,7 +285,8 @@ void CEstrella::Ordena() {
   });
 }
 
-inline void CEstrella::PonTanda(CTanda& t, CCoor3D<int> const& p) {
+/// Which of them have to be computed exactly, a bit each.
+inline unsigned CEstrella::PonTanda(CTanda& t, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y, pz = p.z;
   for (std::size_t k = 0; k < kTanda; ++k) {
     const CEsfera::CCalculo r =
@@ -288,14 +297,13 @@ inline void CEstrella::PonTanda(CTanda& t, CCoor3D<int> const& p) {
     t.radio2[k] = r.radio2;
     t.margen[k] = r.margen;
     t.radio[k] = r.radio;
-    t.volumen6[k] = r.volumen6;
-    t.tamano[k] = r.tamano;
-    t.error[k] = r.error;
+    t.certeza[k] = CEsfera::EsBuena(r.volumen6, r.tamano, r.error) ? 1 : -1;
   }
+  return BajoCero(t.certeza);
 }
 
-URDIMBRE_DE_UNA_PIEZA void CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) { PonTanda(t, p); }
-URDIMBRE_ANCHO void CEstrella::PonEsferasAncho(CTanda& t, CCoor3D<int> const& p) { PonTanda(t, p); }
+URDIMBRE_DE_UNA_PIEZA unsigned CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) { return PonTanda(t, p); }
+URDIMBRE_ANCHO unsigned CEstrella::PonEsferasAncho(CTanda& t, CCoor3D<int> const& p) { return PonTanda(t, p); }
 
 bool CEstrella::Calcula(CCoor3D<int> const& p) {
   static const bool ancho = HayVectoresAnchos();
@@ -308,24 +316,27 @@ bool CEstrella::Calcula(CCoor3D<int> const& p) {
       t.bx[k] = vx[v[1]], t.by[k] = vy[v[1]], t.bz[k] = vz[v[1]];
       t.cx[k] = vx[v[2]], t.cy[k] = vy[v[2]], t.cz[k] = vz[v[2]];
     }
-    ancho ? PonEsferasAncho(t, p) : PonEsferas(t, p);
-  }
-  for (std::size_t i = 0; i < cantidad; ++i) {
-    CTanda& t = tandas[i / kTanda];
-    const std::size_t k = i % kTanda;
-    if (CEsfera::EsBuena(t.volumen6[k], t.tamano[k], t.error[k])) [[likely]] {
-      continue;
+    for (unsigned inciertas = ancho ? PonEsferasAncho(t, p) : PonEsferas(t, p); inciertas != 0;
+         inciertas &= inciertas - 1) {
+      const std::size_t cual = i + static_cast<unsigned>(std::countr_zero(inciertas));
+      if (cual < cantidad && !Afina(cual, p)) return false;
     }
-    unsigned const* v = bordes[i].v;
-    CEsfera e;
-    if (!e.Afina(*vertice[v[0]].punto, *vertice[v[1]].punto, *vertice[v[2]].punto, p)) return false;
-    t.x[k] = e.x;
-    t.y[k] = e.y;
-    t.z[k] = e.z;
-    t.radio2[k] = e.radio2;
-    t.margen[k] = e.margen;
-    t.radio[k] = e.radio;
   }
+  return true;
+}
+
+bool CEstrella::Afina(std::size_t i, CCoor3D<int> const& p) {
+  unsigned const* v = bordes[i].v;
+  CEsfera e;
+  if (!e.Afina(*vertice[v[0]].punto, *vertice[v[1]].punto, *vertice[v[2]].punto, p)) return false;
+  CTanda& t = tandas[i / kTanda];
+  const std::size_t k = i % kTanda;
+  t.x[k] = e.x;
+  t.y[k] = e.y;
+  t.z[k] = e.z;
+  t.radio2[k] = e.radio2;
+  t.margen[k] = e.margen;
+  t.radio[k] = e.radio;
   return true;
 }
 
@@ -346,7 +357,7 @@ void CEstrella::SueltaLibres() noexcept {
 void CEstrella::PideSitios() {
   if (sitios.size() < bordes.size()) sitios.resize(bordes.size());
   const std::size_t propios = std::min(condenados, cantidad);
-  std::copy(cavidad.begin(), cavidad.begin() + static_cast<std::ptrdiff_t>(propios), sitios.begin());
+  for (std::size_t k = 0; k < propios; ++k) sitios[k] = cavidad[k].t;
   std::size_t i = propios;
   for (; i < cantidad && !libres.empty(); libres.pop_back()) sitios[i++] = libres.back();
   const std::size_t tenidos = i;
@@ -365,9 +376,9 @@ void CEstrella::Construye(CCoor3D<int>* p) {
   hechos = n;
   std::uint32_t* numero = reinterpret_cast<std::uint32_t*>(claves.data());
   const std::size_t propios = std::min(condenados, n);
-  for (std::size_t i = 0; i < propios; ++i) numero[i] = numeros[i];
+  for (std::size_t i = 0; i < propios; ++i) numero[i] = cavidad[i].numero;
   for (std::size_t i = propios; i < n; ++i) numero[i] = sitios[i]->Numero();
-  for (std::size_t i = n; i < condenados; ++i) Guarda(cavidad[i]);
+  for (std::size_t i = n; i < condenados; ++i) Guarda(cavidad[i].t);
   for (std::size_t i = 0; i < n; ++i) {
     CBorde const& b = bordes[i];
     CTetraedro& t = *sitios[i];

@@ -34,7 +34,7 @@ class CEstrella {
   [[nodiscard]] static CTetraedro* Desciende(CCoor3D<int> const& p, CTetraedro* desde, std::uint64_t& pasos,
                                              bool& dentro);
   /// Of those made last the one whose sphere gives the point the least power. They must live.
-  [[nodiscard]] CTetraedro* MasCercano(CCoor3D<int> const& p) const;
+  [[nodiscard]] CTetraedro* MasCercano(CCoor3D<int> const& p);
   /// The one of the two, which may be null, whose sphere gives the point the lesser power.
   [[nodiscard]] static CTetraedro* MasCercano(CCoor3D<int> const& p, CTetraedro* a, CTetraedro* b);
 
@@ -62,8 +62,8 @@ class CEstrella {
   void Construye(CCoor3D<int>* p);
 
   [[nodiscard]] std::size_t Condenados() const { return condenados; }
-  [[nodiscard]] CTetraedro* Condenado(std::size_t i) const { return cavidad[i]; }
-  [[nodiscard]] std::uint32_t NumeroDeCondenado(std::size_t i) const { return numeros[i]; }
+  [[nodiscard]] CTetraedro* Condenado(std::size_t i) const { return cavidad[i].t; }
+  [[nodiscard]] std::uint32_t NumeroDeCondenado(std::size_t i) const { return cavidad[i].numero; }
   [[nodiscard]] std::size_t Cantidad() const { return cantidad; }
   /// Which of the new tetrahedra is the `i`th by the numbers of its face.
   [[nodiscard]] unsigned Orden(std::size_t i) const { return orden[i]; }
@@ -75,6 +75,11 @@ class CEstrella {
   [[nodiscard]] std::uint64_t Exactas() const { return exactas; }
 
  private:
+  struct CCondenado {
+    CTetraedro* t;
+    std::uint32_t numero;
+    std::uint32_t vuelta;  ///< the face that leads back to the one that it was reached from; 4 for none
+  };
   /// A face of the boundary.
   struct CBorde {
     unsigned v[3];            ///< local numbers of its vertices, ascending by point number
@@ -94,7 +99,8 @@ class CEstrella {
   struct CTanda {
     double ax[kTanda], ay[kTanda], az[kTanda], bx[kTanda], by[kTanda], bz[kTanda], cx[kTanda], cy[kTanda], cz[kTanda];
     double x[kTanda], y[kTanda], z[kTanda], radio2[kTanda], margen[kTanda], radio[kTanda];
-    double volumen6[kTanda], tamano[kTanda], error[kTanda];
+    double certeza[kTanda];  ///< below 0 of a sphere that has to be computed exactly
+    double exceso[kTanda];   ///< scratch of a search
   };
   static constexpr int kBitsDeVez = 8;  ///< what an address can spare: its highest byte tells nothing
   struct CCasilla {
@@ -104,20 +110,22 @@ class CEstrella {
 
   [[nodiscard]] int Decide(CTetraedro const& t, CCoor3D<int> const& p, bool& repetido);
   [[nodiscard]] unsigned Vertice(CCoor3D<int>* punto);
+  void NumeraVertices();
   void AmpliaCavidad();
   void Amplia();
   [[nodiscard]] bool Empareja();
   [[nodiscard]] bool EmparejaPorOrden();
-  static void PonTanda(CTanda& t, CCoor3D<int> const& p);
-  static void PonEsferas(CTanda& t, CCoor3D<int> const& p);
-  static void PonEsferasAncho(CTanda& t, CCoor3D<int> const& p);
+  static unsigned PonTanda(CTanda& t, CCoor3D<int> const& p);
+  static unsigned PonEsferas(CTanda& t, CCoor3D<int> const& p);
+  static unsigned PonEsferasAncho(CTanda& t, CCoor3D<int> const& p);
+  [[nodiscard]] bool Afina(std::size_t i, CCoor3D<int> const& p);
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
   std::size_t hechos = 0;  ///< places that hold tetrahedra made last: those of a growth that led to none do not count
   CTetraedro nadie;        ///< behind a face without a neighbour
-  std::vector<CTetraedro*> cavidad, sitios;
-  std::vector<CTetraedro*> libres;     ///< kept for new ones, owned; never more than was asked for
-  std::vector<std::uint32_t> numeros;  ///< of the condemned
+  std::vector<CCondenado> cavidad;
+  std::vector<CTetraedro*> sitios;
+  std::vector<CTetraedro*> libres;  ///< kept for new ones, owned; never more than was asked for
   std::vector<CBorde> bordes;
   std::vector<CVertice> vertice;
   std::vector<CCasilla> casillas;  ///< hash of the vertices, emptied by counting

@@ -24,6 +24,32 @@ std::size_t Paso(std::size_t cuantos) { return cuantos / kMuestra + 1; }
 
 }  // namespace
 
+/// Tetrahedra on their way out, a few behind one another: by its turn each has its neighbours and points at hand, which
+/// may lie anywhere. Those that stay are spared that.
+class CMallaEnFlujo::CSalida {
+ public:
+  explicit CSalida(CMallaEnFlujo& suya) : malla(suya) {}
+  CSalida(CSalida const&) = delete;
+  CSalida& operator=(CSalida const&) = delete;
+  ~CSalida() {
+    for (std::size_t i = 0; i < kPorDelante; ++i) Sale(lugar++);
+  }
+  void Anade(CTetraedro* t) {
+    for (const std::uint32_t vecino : t->vecinos) Anticipa(CNumeros::Direccion<128>(vecino));
+    for (CCoor3D<int> const* p : t->puntos) AnticipaLectura(p);
+    Sale(lugar);
+    fila[lugar++ % kPorDelante] = t;
+  }
+
+ private:
+  void Sale(std::size_t i) {
+    if (CTetraedro* t = std::exchange(fila[i % kPorDelante], nullptr)) malla.Despide(t);
+  }
+  CMallaEnFlujo& malla;
+  std::array<CTetraedro*, kPorDelante> fila{};
+  std::size_t lugar = 0;
+};
+
 void CMallaEnFlujo::Empieza(std::vector<CTetraedro> const& marco, std::vector<CPorVenir::CPunto> puntos) {
   porVenir.Prepara(std::move(puntos));
   listas.resize(std::max<std::size_t>(porVenir.Hojas(), 1));
@@ -203,6 +229,7 @@ void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
   vecindad.Pon(porVenir, hoja);
   std::vector<std::uint32_t> lista = std::exchange(listas[hoja], {});
   const std::size_t n = lista.size();
+  CSalida salida(*this);
   std::size_t i = 0;
   try {
     for (; i < n; ++i) {
@@ -211,15 +238,10 @@ void CMallaEnFlujo::Acaba(std::uint32_t hoja) {
         AnticipaLectura(luego);
         Anticipa(&luego->sig);
       }
-      if (i + kPorDelante / 2 < n) {
-        for (const std::uint32_t vecino : CTetraedro::De(lista[i + kPorDelante / 2])->vecinos) {
-          Anticipa(CNumeros::Direccion<128>(vecino));
-        }
-      }
       CTetraedro* t = CTetraedro::De(lista[i]);
       const std::uint32_t otra = vecindad.Alcanza({t->cx, t->cy, t->cz, t->radio2, t->margen});
       if (otra == CPorVenir::kNinguna) {
-        Despide(t);
+        salida.Anade(t);
       } else {
         Anota(t, lista[i], otra);
         movidos.push_back(t);

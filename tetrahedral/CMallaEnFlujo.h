@@ -47,6 +47,8 @@ class CMallaEnFlujo {
   [[nodiscard]] std::uint64_t Visitados() const { return visitados; }
 
  private:
+  class CSalida;
+
   int Entra(CCoor3D<int>* p, std::uint32_t hoja);
   [[nodiscard]] CTetraedro* BuscaSemilla(CCoor3D<int> const& p, std::uint32_t hoja);
   [[nodiscard]] CTetraedro* Baja(CCoor3D<int> const& p, CTetraedro* desde, std::size_t cuantos);

@@ -205,6 +205,7 @@ void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
   for (auto* limite : {&celdaAlta, &cercaAlta}) std::fill(std::begin(*limite), std::end(*limite), HUGE_VAL);
   abiertas.clear();
   hechas = 0;
+  ancha2 = HUGE_VAL;
   std::uint32_t nodo = arbol->nodoDeHoja[hoja];
   primeras = nullptr;
   if (nodo == 0) return;
@@ -224,6 +225,12 @@ void CPorVenir::CVecindad::Pon(CPorVenir const& elArbol, std::uint32_t hoja) {
       }
     }
   }
+  // Twice as wide as what would fit into either: rounding is no matter.
+  const auto estrecho = [](double const(&bajo)[3], double const(&alto)[3]) {
+    return std::min({alto[0] - bajo[0], alto[1] - bajo[1], alto[2] - bajo[2]});
+  };
+  const double ancho = std::max(estrecho(celdaBaja, celdaAlta), estrecho(cercaBaja, cercaAlta));
+  ancha2 = std::max(arbol->mayor2, ancho * ancho);
   Reune(0);
 }
 
@@ -325,15 +332,19 @@ unsigned CPorVenir::CVecindad::Cruza(CBola const& b, double const (&bajo)[3], do
   return cruza;
 }
 
+/// A search of the tree. Who reaches a box reaches those around it, so that for a large sphere it would end at the
+/// first.
+inline std::uint32_t CPorVenir::CVecindad::AlcanzaLejos(CBola const& bola) const {
+  const bool grande = bola.radio2 >= arbol->mayor2;
+  if (grande && primeras != nullptr && !(Falta(*primeras, primera, bola) < 0)) return hojaPrimera;
+  const std::uint32_t nodo = arbol->Alcanza(bola, std::min(bola.radio2, arbol->mayor2));
+  return nodo != kNinguna ? arbol->UltimaAbierta(nodo) : kNinguna;
+}
+
 inline std::uint32_t CPorVenir::CVecindad::AlcanzaDe(CBola const& bola) {
+  if (bola.radio2 >= ancha2) return AlcanzaLejos(bola);
   if (Cabe(bola, celdaBaja, celdaAlta)) return kNinguna;  // within the cell, all points of which have come
-  if (!Cabe(bola, cercaBaja, cercaAlta)) {
-    // Who reaches a box reaches those around it, so that a search would end there. Near a sphere most do.
-    const bool grande = bola.radio2 >= arbol->mayor2;
-    if (grande && primeras != nullptr && !(Falta(*primeras, primera, bola) < 0)) return hojaPrimera;
-    const std::uint32_t nodo = arbol->Alcanza(bola, std::min(bola.radio2, arbol->mayor2));
-    return nodo != kNinguna ? arbol->UltimaAbierta(nodo) : kNinguna;
-  }
+  if (!Cabe(bola, cercaBaja, cercaAlta)) return AlcanzaLejos(bola);
   for (CTanda const& tanda : Tras(Cruza(bola, celdaBaja, celdaAlta))) {
     const unsigned alcanzadas = Alcanzadas(tanda.cajas, bola);
     if (alcanzadas != 0) return tanda.hojas[std::countr_zero(alcanzadas)];

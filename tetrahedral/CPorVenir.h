@@ -79,6 +79,7 @@ class CPorVenir {
     void BuscaPrimera();
     void Reune(std::uint32_t nodo);
     [[nodiscard]] std::uint32_t AlcanzaDe(CBola const& bola);
+    [[nodiscard]] std::uint32_t AlcanzaLejos(CBola const& bola) const;
     [[nodiscard]] std::uint32_t AlcanzaEstrecho(CBola const& bola);
     [[nodiscard]] std::uint32_t AlcanzaAncho(CBola const& bola);
     [[nodiscard]] std::vector<CTanda> const& Tras(unsigned cruza);
@@ -88,6 +89,7 @@ class CPorVenir {
     CPorVenir const* arbol = nullptr;
     double celdaBaja[3], celdaAlta[3];  ///< where only points of the leaf lie: from the one, below the other
     double cercaBaja[3], cercaAlta[3];  ///< of all leaves that reach into this box the list tells
+    double ancha2 = 0;                  ///< square radius of a sphere that is too large for either, for certain
     CCajas const* primeras = nullptr;   ///< hold the box that a large sphere is compared with first; null without one
     unsigned primera = 0;               ///< which of them it is
     std::uint32_t hojaPrimera = kNinguna;

@@ -11,6 +11,7 @@
 #include "model/geometry/CEsfera.h"
 #include "model/geometry/CMaximas.h"
 #include "model/storage/CDeReserva.h"
+#include "platform/Vectores.h"
 #include "tetrahedral/CCara.h"
 
 class CFile;
@@ -260,11 +261,7 @@ class URDIMBRE_API CTetraedro : public CDeReserva<CTetraedro, true> {
   /// Clears the links of its neighbours to it; its own, and what they know of the faces, stay.
   void DejaDeSerVecino();
   /// Which face is shared with the tetrahedron of that number; 4 for none.
-  [[nodiscard]] unsigned CaraHacia(std::uint32_t numero) const {
-    const auto no0 = static_cast<unsigned>(vecinos[0] != numero), no1 = static_cast<unsigned>(vecinos[1] != numero);
-    const auto no2 = static_cast<unsigned>(vecinos[2] != numero), no3 = static_cast<unsigned>(vecinos[3] != numero);
-    return no0 + (no0 & no1) + (no0 & no1 & no2) + (no0 & no1 & no2 & no3);  // without a jump: it is as good as random
-  }
+  [[nodiscard]] unsigned CaraHacia(std::uint32_t numero) const { return LugarEntreCuatro(vecinos, numero); }
   bool SetPunto(unsigned i, CCoor3D<int>* p);
   void OrdenaPorNumero();
   void CambiaVertices(unsigned i, unsigned j);

@@ -13,6 +13,14 @@ TEST(BajoCero, EachNegativeNumberHasItsBit) {
   EXPECT_EQ(BajoCero({-1, 1, -2, 0, -3, 2, -4, 3}), 0b01010101U);
 }
 
+TEST(LugarEntreCuatro, TheFirstOfEqualNumbersCounts) {
+  constexpr std::uint32_t kFour[4] = {0x80000007, 7, 0xFFFFFFFF, 7};
+  EXPECT_EQ(LugarEntreCuatro(kFour, 0x80000007), 0U);
+  EXPECT_EQ(LugarEntreCuatro(kFour, 7), 1U);
+  EXPECT_EQ(LugarEntreCuatro(kFour, 0xFFFFFFFF), 2U);
+  EXPECT_EQ(LugarEntreCuatro(kFour, 0), 4U);
+}
+
 TEST(BorraDeCuatro, OnlyEqualNumbersAreErased) {
   std::uint32_t four[4] = {7, 0xFFFFFFFF, 0x80000007, 7};
   BorraDeCuatro(four, 7);
