@@ -1,13 +1,15 @@
 // The tetrahedralisation alone, ours beside CGAL's, on the same points in the same run: generated families and real
 // clouds.
 //
-//   bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--family NAME ...] [FILE.las ...]
+//   bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--keep-heap] [--family NAME ...] [FILE.las ...]
 //
 // Each cloud goes to both in turns; the table gives the median of the runs. Both are given the points in the order of
 // the file or of the generator, and both times include putting them in a spatial order: ours along a Hilbert curve in
 // space, every 32nd point first; CGAL's with its own spatial sort. Ours spills to a temporary file all tetrahedra as
 // four numbers. Without --family all are run; --family none leaves only the files. Memory is what the heap held at most
-// beyond the points, a point. --alone leaves the peer out, for a profiler.
+// beyond the points, a point. --alone leaves the peer out, for a profiler. --keep-heap has the heap hand out what was
+// freed before to both: else it depends on how its blocks lie which of the two gets new pages from the system, which
+// are dear on virtual machines.
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
@@ -19,6 +21,7 @@
 #include "host/LoadedCloud.h"
 #include "host/SpatialOrder3D.h"
 #include "host/Stopwatch.h"
+#include "platform/Proceso.h"
 #include "support/SpaceFamilies.h"
 #include "tetrahedral/CTriangulacion3D.h"
 
@@ -143,9 +146,12 @@ int main(int argc, char** argv) {
       families.emplace_back(argv[++i]);
     } else if (std::strcmp(argv[i], "--alone") == 0) {
       alone = true;
+    } else if (std::strcmp(argv[i], "--keep-heap") == 0) {
+      GuardaMemoriaLibre();
     } else if (argv[i][0] == '-') {
       fmt::print(stderr,
-                 "bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--family NAME ...] [FILE.las ...]\n");
+                 "bench_tetra [--runs K] [--points N] [--fineness F] [--alone] [--keep-heap] [--family NAME ...] "
+                 "[FILE.las ...]\n");
       return 2;
     } else {
       files.emplace_back(argv[i]);
