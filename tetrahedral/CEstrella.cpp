@@ -285,40 +285,47 @@ void CEstrella::Ordena() {
   });
 }
 
-/// Which of them have to be computed exactly, a bit each.
-inline unsigned CEstrella::PonTanda(CTanda& t, CCoor3D<int> const& p) {
+inline void CEstrella::PonTandas(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p) {
   const double px = p.x, py = p.y, pz = p.z;
-  for (std::size_t k = 0; k < kTanda; ++k) {
-    const CEsfera::CCalculo r =
-        CEsfera::Calcula({t.ax[k], t.ay[k], t.az[k], t.bx[k], t.by[k], t.bz[k], t.cx[k], t.cy[k], t.cz[k]}, px, py, pz);
-    t.x[k] = r.x;
-    t.y[k] = r.y;
-    t.z[k] = r.z;
-    t.radio2[k] = r.radio2;
-    t.margen[k] = r.margen;
-    t.radio[k] = r.radio;
-    t.certeza[k] = CEsfera::EsBuena(r.volumen6, r.tamano, r.error) ? 1 : -1;
+  for (CTanda* t = tandas; t != tandas + cuantas; ++t) {
+    for (std::size_t k = 0; k < kTanda; ++k) {
+      const CEsfera::CCalculo r = CEsfera::Calcula(
+          {t->ax[k], t->ay[k], t->az[k], t->bx[k], t->by[k], t->bz[k], t->cx[k], t->cy[k], t->cz[k]}, px, py, pz);
+      t->x[k] = r.x;
+      t->y[k] = r.y;
+      t->z[k] = r.z;
+      t->radio2[k] = r.radio2;
+      t->margen[k] = r.margen;
+      t->radio[k] = r.radio;
+      t->certeza[k] = CEsfera::EsBuena(r.volumen6, r.tamano, r.error) ? 1 : -1;
+    }
   }
-  return BajoCero(t.certeza);
 }
 
-URDIMBRE_DE_UNA_PIEZA unsigned CEstrella::PonEsferas(CTanda& t, CCoor3D<int> const& p) { return PonTanda(t, p); }
-URDIMBRE_ANCHO unsigned CEstrella::PonEsferasAncho(CTanda& t, CCoor3D<int> const& p) { return PonTanda(t, p); }
+URDIMBRE_DE_UNA_PIEZA void CEstrella::PonEsferas(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p) {
+  PonTandas(tandas, cuantas, p);
+}
+URDIMBRE_ANCHO void CEstrella::PonEsferasAncho(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p) {
+  PonTandas(tandas, cuantas, p);
+}
 
+/// All faces are laid out before the first sphere: then spheres do not wait for one another's divisions.
 bool CEstrella::Calcula(CCoor3D<int> const& p) {
   static const bool ancho = HayVectoresAnchos();
-  for (std::size_t i = 0; i < cantidad; i += kTanda) {
+  const std::size_t cuantas = (cantidad + kTanda - 1) / kTanda;
+  for (std::size_t i = 0; i < cuantas * kTanda; ++i) {
     CTanda& t = tandas[i / kTanda];
-    for (std::size_t k = 0; k < kTanda; ++k) {
-      // Beyond the last face the first comes again: batches are always full, and their loops of fixed length.
-      unsigned const* v = bordes[i + k < cantidad ? i + k : 0].v;
-      t.ax[k] = vx[v[0]], t.ay[k] = vy[v[0]], t.az[k] = vz[v[0]];
-      t.bx[k] = vx[v[1]], t.by[k] = vy[v[1]], t.bz[k] = vz[v[1]];
-      t.cx[k] = vx[v[2]], t.cy[k] = vy[v[2]], t.cz[k] = vz[v[2]];
-    }
-    for (unsigned inciertas = ancho ? PonEsferasAncho(t, p) : PonEsferas(t, p); inciertas != 0;
-         inciertas &= inciertas - 1) {
-      const std::size_t cual = i + static_cast<unsigned>(std::countr_zero(inciertas));
+    const std::size_t k = i % kTanda;
+    // Beyond the last face the first comes again: batches are always full, and their loops of fixed length.
+    unsigned const* v = bordes[i < cantidad ? i : 0].v;
+    t.ax[k] = vx[v[0]], t.ay[k] = vy[v[0]], t.az[k] = vz[v[0]];
+    t.bx[k] = vx[v[1]], t.by[k] = vy[v[1]], t.bz[k] = vz[v[1]];
+    t.cx[k] = vx[v[2]], t.cy[k] = vy[v[2]], t.cz[k] = vz[v[2]];
+  }
+  ancho ? PonEsferasAncho(tandas.data(), cuantas, p) : PonEsferas(tandas.data(), cuantas, p);
+  for (std::size_t i = 0; i < cuantas; ++i) {
+    for (unsigned dudosas = BajoCero(tandas[i].certeza); dudosas != 0; dudosas &= dudosas - 1) {
+      const std::size_t cual = i * kTanda + static_cast<unsigned>(std::countr_zero(dudosas));
       if (cual < cantidad && !Afina(cual, p)) return false;
     }
   }

@@ -115,9 +115,9 @@ class CEstrella {
   void Amplia();
   [[nodiscard]] bool Empareja();
   [[nodiscard]] bool EmparejaPorOrden();
-  static unsigned PonTanda(CTanda& t, CCoor3D<int> const& p);
-  static unsigned PonEsferas(CTanda& t, CCoor3D<int> const& p);
-  static unsigned PonEsferasAncho(CTanda& t, CCoor3D<int> const& p);
+  static void PonTandas(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p);
+  static void PonEsferas(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p);
+  static void PonEsferasAncho(CTanda* tandas, std::size_t cuantas, CCoor3D<int> const& p);
   [[nodiscard]] bool Afina(std::size_t i, CCoor3D<int> const& p);
 
   std::size_t condenados = 0, cantidad = 0, vertices = 0;
