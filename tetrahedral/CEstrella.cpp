@@ -15,7 +15,7 @@ constexpr std::size_t kComparados = 64;        // up to here all are compared wi
 constexpr std::size_t kVerticesEnTabla = 256;  // a table of all pairs takes 128 KB then
 constexpr std::size_t kCarasEnTabla = 0x3FFF;  // whose edges count to 16 bits
 
-constexpr std::size_t kCasillasPorCara = 8;  // a sixteenth in use
+constexpr std::size_t kCasillasPorCara = 8;  // a sixteenth in use; half as many for the largest star so far
 
 constexpr unsigned kDe[3] = {0, 0, 1}, kA[3] = {1, 2, 2};  // the edges of a face, by its vertices
 
@@ -37,7 +37,7 @@ void CEstrella::Amplia() {
   const std::size_t n = std::max<std::size_t>(kComparados, 2 * bordes.size());
   bordes.resize(n);
   vertice.resize(3 * n + 1);  // a closed surface has fewer by far; one that is not is refused later
-  casillas.resize(std::bit_ceil(kCasillasPorCara * n));
+  casillas.resize(std::bit_ceil(kCasillasPorCara / 2 * n));
   claves.resize(3 * n);
   orden.resize(n);
   for (auto* columna : {&vx, &vy, &vz}) columna->resize(3 * n);
@@ -176,7 +176,7 @@ inline unsigned CEstrella::Vertice(CCoor3D<int>* punto) {
 URDIMBRE_DE_UNA_PIEZA void CEstrella::NumeraVertices() {
   vertices = 0;
   // A large star leaves a large table, which would fill the nearest cache: a small one takes its beginning alone.
-  mascara = std::bit_ceil(kCasillasPorCara * cantidad) - 1;
+  mascara = std::min(std::bit_ceil(kCasillasPorCara * cantidad), casillas.size()) - 1;
   if (++vez == 1U << kBitsDeVez) {
     std::fill(casillas.begin(), casillas.end(), CCasilla{});
     vez = 1;
