@@ -8,6 +8,11 @@
 
 namespace Meseta47 {
 
+/// Passes of most searches: the first points, what two found neighbours ask for, and last what one is enough for.
+inline constexpr unsigned kPasadas = 3, kUltimaPasada = kPasadas - 1;
+/// Runs that the bar of some begins with, though there are three at least.
+inline constexpr unsigned kAnunciadas = 2;
+
 /// The passes of a search over the temporary file, and its progress in bytes of it.
 ///
 /// Pass 0 finds the first points and runs once. Each later one spreads from what has been found and runs again as long

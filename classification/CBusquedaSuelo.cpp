@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "classification/BusquedaMensajes.h"
 #include "classification/CPuntosSuelo.h"
 #include "classification/CSuperficieSuelo.h"
 #include "classification/CTinSuelo.h"
@@ -64,8 +65,6 @@ class CAparte {
   int resultado = 0;
   std::exception_ptr fallo;
 };
-
-constexpr unsigned kMensajeRellena = 19020, kMensajeBusca = 19045, kMensajeClases = 39102;
 
 /// The phases between the minima and the classes, on one grid.
 class CFases {
@@ -165,7 +164,7 @@ int CBusquedaSuelo::Busca(CDibujo<int>& dibujo, CDataSuelo const& data) {
   malla.metroZ = metroZ;
   malla.origenX = std::llround(semilla.origen[0] * semilla.Precision());
   malla.origenY = std::llround(semilla.origen[1] * semilla.Precision());
-  CAvance reune = fase(kMensajeRellena, 4);
+  CAvance reune = fase(kMensajeRegistra, 4);
   int codigo = Cronometra(resumen.segundosMinimos, [&] { return ReuneMinimos(puntos, constantes, reune, malla); });
   if (codigo != kHecho) return codigo;
   resumen.minimos = malla.Minimos();

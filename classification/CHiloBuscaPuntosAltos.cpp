@@ -4,6 +4,7 @@
 #include <new>
 #include <system_error>
 
+#include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CTrianguloBuscado.h"
 #include "platform/CSingleLock.h"
@@ -11,8 +12,6 @@
 namespace Meseta47 {
 
 namespace {
-
-constexpr unsigned kUltimaPasada = 2;  // in which one neighbour is enough
 
 /// A worker that can neither announce its end nor wait would leave its caller waiting for ever: better no process than
 /// a dead one.

@@ -3,6 +3,7 @@
 #include <new>
 #include <vector>
 
+#include "classification/BusquedaMensajes.h"
 #include "classification/CBusquedaPasadas.h"
 #include "classification/CBusquedaPuntos.h"
 #include "model/threads/IPorcentaje.h"
@@ -16,8 +17,6 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kMensajeRegistra = 19020;
-constexpr unsigned kMensajeBusca = 19045;
 constexpr unsigned kMensajeIteracion = 12104;
 
 CString TextoDeIteracion(unsigned iteracion, unsigned cantidad) {

@@ -25,12 +25,9 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kPasadas = 3;
-constexpr unsigned kUltimaPasada = 2;  // in which one neighbour is enough
-constexpr unsigned kAnunciadas = 2;    // runs that the bar begins with, though there are three at least
-constexpr int kOrdenDeContornos = 3;   // sort key of entities
-constexpr int kPasosPorContorno = 3;   // phases that a further outline adds to the bar
-constexpr std::int8_t kNinguna = -1;   // no condition has taken the point
+constexpr int kOrdenDeContornos = 3;  // sort key of entities
+constexpr int kPasosPorContorno = 3;  // phases that a further outline adds to the bar
+constexpr std::int8_t kNinguna = -1;  // no condition has taken the point
 
 /// What of a point a condition by colour looks at, and the condition that has taken it: 4 bytes.
 struct CColorTomado {

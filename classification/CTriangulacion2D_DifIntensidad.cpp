@@ -17,9 +17,6 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kPasadas = 3;
-constexpr unsigned kUltimaPasada = 2;   // in which one neighbour is enough
-constexpr unsigned kAnunciadas = 2;     // runs that the bar begins with, though there are three at least
 constexpr int kSinLimite = 2147483647;  // of the height above an outline
 constexpr double kCualquierLado = std::numeric_limits<double>::infinity();
 

@@ -21,8 +21,6 @@ namespace Meseta47 {
 
 namespace {
 
-constexpr unsigned kPasadas = 3;
-
 struct CParametros {
   int alturaMin, distanciaMax;  ///< scaled units
   unsigned pasadas;

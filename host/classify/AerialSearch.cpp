@@ -1,5 +1,6 @@
 #include "host/classify/AerialSearch.h"
 
+#include "host/AsprsClasses.h"
 #include "host/NumberCheck.h"
 #include "host/Parsing.h"
 #include "planar/CTriangulacion2D.h"
@@ -9,7 +10,6 @@ namespace Meseta47::host {
 
 namespace {
 
-constexpr unsigned char kLowNoise = 7, kHighNoise = 18;
 constexpr wchar_t kTargetKey[] = L"Tipo1";
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "host/classify/IsolatedSearch.h"
 
+#include "host/AsprsClasses.h"
 #include "host/Parsing.h"
 #include "planar/CTriangulacion2D.h"
 
@@ -7,7 +8,6 @@ namespace Meseta47::host {
 
 namespace {
 
-constexpr unsigned char kLowNoise = 7;
 constexpr int kUsualNeighbours = 1;    // two spare fewer corners of what stands alone
 constexpr int kMostNeighbours = 1000;  // no point of a cloud has so many
 

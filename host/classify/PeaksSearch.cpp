@@ -1,15 +1,10 @@
 #include "host/classify/PeaksSearch.h"
 
+#include "host/AsprsClasses.h"
 #include "host/NumberCheck.h"
 #include "planar/CTriangulacion2D.h"
 
 namespace Meseta47::host {
-
-namespace {
-
-constexpr unsigned char kLowNoise = 7;
-
-}  // namespace
 
 PeaksSearch::PeaksSearch() {
   data_.Tipo = CInfoClasificacion(kLowNoise, 0.0, L"");

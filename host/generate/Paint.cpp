@@ -6,28 +6,28 @@
 namespace Meseta47::host {
 namespace {
 
-constexpr std::array<Surface, 5> kCrops{{{198, 178, 112, 150, 0.10},    // ripe wheat
-                                         {146, 112, 80, 96, 0.10},      // ploughed
-                                         {112, 146, 70, 178, 0.10},     // young corn
-                                         {134, 150, 88, 170, 0.10},     // pasture
-                                         {170, 150, 104, 130, 0.10}}};  // stubble
-constexpr std::array<Surface, 3> kTiles{
+constexpr std::array<Material, 5> kCrops{{{198, 178, 112, 150, 0.10},    // ripe wheat
+                                          {146, 112, 80, 96, 0.10},      // ploughed
+                                          {112, 146, 70, 178, 0.10},     // young corn
+                                          {134, 150, 88, 170, 0.10},     // pasture
+                                          {170, 150, 104, 130, 0.10}}};  // stubble
+constexpr std::array<Material, 3> kTiles{
     {{176, 92, 66, 120, 0.06}, {158, 106, 82, 112, 0.06}, {122, 78, 68, 100, 0.06}}};
-constexpr std::array<Surface, 3> kFlatRoofs{
+constexpr std::array<Material, 3> kFlatRoofs{
     {{176, 174, 170, 140, 0.05}, {128, 128, 132, 84, 0.05}, {206, 202, 194, 176, 0.05}}};
 
 std::uint16_t wide(double eightBits) { return static_cast<std::uint16_t>(clampTo(eightBits * 256.0, 0.0, 65535.0)); }
 
-Surface tinted(Surface surface, double factor) {
+Material tinted(Material material, double factor) {
   const auto times = [factor](std::uint8_t value) {
     return static_cast<std::uint8_t>(clampTo(value * factor, 0.0, 255.0));
   };
-  return {times(surface.red), times(surface.green), times(surface.blue), surface.intensity, surface.spread};
+  return {times(material.red), times(material.green), times(material.blue), material.intensity, material.spread};
 }
 
 }  // namespace
 
-Surface surfaceOf(Ground const& ground) {
+Material materialOf(Ground const& ground) {
   switch (ground.cover) {
     case Cover::Field:
       return kCrops[ground.parcel % kCrops.size()];
@@ -45,11 +45,11 @@ Surface surfaceOf(Ground const& ground) {
   return {126, 144, 82, 164, 0.12};
 }
 
-Surface surfaceOf(Roof const& roof) {
+Material materialOf(Roof const& roof) {
   return roof.flat ? kFlatRoofs[roof.paint % kFlatRoofs.size()] : kTiles[roof.paint % kTiles.size()];
 }
 
-Surface surfaceOf(Crown const& crown) {
+Material materialOf(Crown const& crown) {
   const double factor = 0.85 + 0.3 * crown.tint;
   switch (crown.species) {
     case Species::Conifer:
@@ -64,10 +64,10 @@ Surface surfaceOf(Crown const& crown) {
   return tinted({112, 124, 76, 110, 0.20}, factor);
 }
 
-Surface herbSurface() { return {138, 152, 84, 140, 0.18}; }
-Surface wallSurface() { return {204, 194, 176, 96, 0.10}; }
-Surface deckSurface() { return {150, 148, 144, 78, 0.06}; }
-Surface airSurface() { return {150, 160, 170, 10, 0.60}; }
+Material herbMaterial() { return {138, 152, 84, 140, 0.18}; }
+Material wallMaterial() { return {204, 194, 176, 96, 0.10}; }
+Material deckMaterial() { return {150, 148, 144, 78, 0.06}; }
+Material airMaterial() { return {150, 160, 170, 10, 0.60}; }
 
 double shadeOf(double slopeX, double slopeY) {
   constexpr double kSunX = -0.5, kSunY = -0.5, kSunZ = 0.70710678118654752;
@@ -75,14 +75,14 @@ double shadeOf(double slopeX, double slopeY) {
   return clampTo(0.35 + 0.85 * facing, 0.35, 1.15);
 }
 
-void paint(Surface const& surface, double shade, double share, Random& random, LasPoint& point) {
-  const double grain = 1.0 + 0.5 * surface.spread * random.bell();
+void paint(Material const& material, double shade, double share, Random& random, LasPoint& point) {
+  const double grain = 1.0 + 0.5 * material.spread * random.bell();
   const double light = shade * grain;
-  point.red = wide(surface.red * light);
-  point.green = wide(surface.green * light);
-  point.blue = wide(surface.blue * light);
-  const double echo = 1.0 + surface.spread * random.bell();
-  point.intensity = wide(surface.intensity * share * clampTo(echo, 0.05, 1.6));
+  point.red = wide(material.red * light);
+  point.green = wide(material.green * light);
+  point.blue = wide(material.blue * light);
+  const double echo = 1.0 + material.spread * random.bell();
+  point.intensity = wide(material.intensity * share * clampTo(echo, 0.05, 1.6));
 }
 
 }  // namespace Meseta47::host

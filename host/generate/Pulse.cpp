@@ -14,16 +14,16 @@ Echo groundEcho(Ground const& ground, Random& random) {
   const PointClass kind = ground.cover == Cover::Water  ? PointClass::Water
                           : ground.cover == Cover::Road ? PointClass::Road
                                                         : PointClass::Ground;
-  return {ground.z + kRangeNoise * random.bell(), kind, surfaceOf(ground), shadeOf(ground.slopeX, ground.slopeY)};
+  return {ground.z + kRangeNoise * random.bell(), kind, materialOf(ground), shadeOf(ground.slopeX, ground.slopeY)};
 }
 
 Echo roofEcho(Roof const& roof, double groundZ, Random& random) {
   const double noise = kRangeNoise * random.bell();
   if (roof.edge < kWallBand && random.chance(0.35)) {
     const double z = between(groundZ + 0.5, roof.eave, random.unit());
-    return {z, PointClass::Building, wallSurface(), 0.7};
+    return {z, PointClass::Building, wallMaterial(), 0.7};
   }
-  return {roof.z + noise, PointClass::Building, surfaceOf(roof), shadeOf(roof.slopeX, roof.slopeY)};
+  return {roof.z + noise, PointClass::Building, materialOf(roof), shadeOf(roof.slopeX, roof.slopeY)};
 }
 
 PointClass vegetationAt(double height) {
@@ -35,7 +35,7 @@ PointClass vegetationAt(double height) {
 Echo floorEcho(Scene& scene, Ground const& ground, double x, double y, Random& random) {
   double deck = 0;
   if (scene.terrain.bridge(x, y, deck)) {
-    return {deck + kRangeNoise * random.bell(), PointClass::BridgeDeck, deckSurface(), 0.95};
+    return {deck + kRangeNoise * random.bell(), PointClass::BridgeDeck, deckMaterial(), 0.95};
   }
   Roof roof;
   if (scene.buildings.at(x, y, roof)) return roofEcho(roof, ground.z, random);
@@ -72,7 +72,7 @@ bool passCrown(Crown const& crown, double floorZ, double groundZ, Random& random
   double z = crown.top - 0.7 * dip * dip * (shrub ? 0.3 : 1.0);
   while (z > floorZ + (echoes.empty() ? 0.15 : kDeadRange) && echoes.size() + 1 < Echoes::kMost) {
     const double shade = 0.5 + 0.35 * crown.light + (echoes.empty() ? 0.2 : -0.1);
-    echoes.add({z, vegetationAt(z - groundZ), surfaceOf(crown), shade});
+    echoes.add({z, vegetationAt(z - groundZ), materialOf(crown), shade});
     if (!random.chance(through)) return false;
     const double step = random.unit();
     z -= kDeadRange + 4.5 * step * step;
@@ -89,9 +89,9 @@ void addNoise(double groundZ, Random& random, Echoes& echoes) {
   const double reach = random.unit();
   echoes.clear();
   if (high) {
-    echoes.add({groundZ + between(30.0, 110.0, reach), PointClass::HighNoise, airSurface(), 1.0});
+    echoes.add({groundZ + between(30.0, 110.0, reach), PointClass::HighNoise, airMaterial(), 1.0});
   } else {
-    echoes.add({groundZ - between(1.5, 25.0, reach * reach), PointClass::LowNoise, airSurface(), 0.6});
+    echoes.add({groundZ - between(1.5, 25.0, reach * reach), PointClass::LowNoise, airMaterial(), 0.6});
   }
 }
 
@@ -107,7 +107,7 @@ void echoesOf(Scene& scene, double x, double y, double lean, Random& random, Ech
   if (left && !isSwallowed(floor, lean, random)) {
     const bool herbs = floor.kind == PointClass::Ground && random.chance(herbChance(ground));
     if (herbs) {
-      floor = {floor.z + between(0.12, 0.7, random.unit()), PointClass::LowVegetation, herbSurface(), floor.shade};
+      floor = {floor.z + between(0.12, 0.7, random.unit()), PointClass::LowVegetation, herbMaterial(), floor.shade};
     }
     if (echoes.empty() || echoes[echoes.size() - 1].z > floor.z + kDeadRange) echoes.add(floor);
   }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/AsprsClasses.h"
 #include "host/generate/Noise.h"
 #include "host/generate/Paint.h"
 #include "host/generate/Scene.h"
@@ -17,18 +18,18 @@ enum class PointClass : std::uint8_t {
   MediumVegetation = 4,
   HighVegetation = 5,
   Building = 6,
-  LowNoise = 7,
+  LowNoise = kLowNoise,
   Water = 9,
   Road = 11,
   BridgeDeck = 17,
-  HighNoise = 18
+  HighNoise = kHighNoise
 };
 
 /// One return of a pulse.
 struct Echo {
   double z = 0;
   PointClass kind = PointClass::Ground;
-  Surface surface;
+  Material material;
   double shade = 1;
 };
 

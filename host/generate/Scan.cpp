@@ -127,7 +127,7 @@ void Scan::deliver(Echoes const& echoes, LasPoint const& common, std::vector<Las
     ++point.returnNumber;
     point.z = scaled(echo.z, origin_[2]);
     point.classification = static_cast<std::uint8_t>(echo.kind);
-    paint(echo.surface, echo.shade, share, random_, point);
+    paint(echo.material, echo.shade, share, random_, point);
     batch.push_back(point);
   }
   delivered_ += echoes.size();

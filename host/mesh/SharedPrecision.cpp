@@ -13,7 +13,7 @@ namespace Meseta47::host {
 
 namespace {
 
-constexpr int kMostDecimals = 9;
+constexpr int kMostTried = 9;
 constexpr double kLargestWhole = 0x1p53;  // up to here a double holds every whole number
 
 bool isFloat(double value) { return static_cast<double>(static_cast<float>(value)) == value; }
@@ -32,7 +32,7 @@ double SharedPrecision::whole(double value) const { return std::nearbyint(value 
 
 void SharedPrecision::raiseFor(double value) {
   while (!isWhole(value)) {
-    if (decimals_ == kMostDecimals || std::abs(value) * units_ * 10 > kLargestWhole) {
+    if (decimals_ == kMostTried || std::abs(value) * units_ * 10 > kLargestWhole) {
       throw FileError(file_, fmt::format("the coordinate {:.17g} has no decimals that all others share: the model "
                                          "cannot be proved exactly; write it as .urd, or in doubles",
                                          value));

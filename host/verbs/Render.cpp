@@ -37,10 +37,10 @@ void requirePng(std::string const& output) {
 
 /// A unit as maps write it; degrees and what else is no length stand beside no scale bar.
 std::string abbreviation(std::optional<PlanUnit> const& unit) {
-  constexpr double kFoot = 0.3048, kMuch = 1e-5;  // the two feet differ by 2e-6: no picture shows that
+  constexpr double kMetresOfAFoot = 0.3048, kMuch = 1e-5;  // the two feet differ by 2e-6: no picture shows that
   if (!unit || unit->metres <= 0) return {};
   if (std::abs(unit->metres - 1) < kMuch) return "m";
-  return std::abs(unit->metres / kFoot - 1) < kMuch ? "ft" : unit->name;
+  return std::abs(unit->metres / kMetresOfAFoot - 1) < kMuch ? "ft" : unit->name;
 }
 
 MappedSurface load(RenderOptions const& options, HostApp& app) {
