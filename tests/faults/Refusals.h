@@ -10,7 +10,7 @@
 /// What tests of whole roads let fail. `amiss(operation, spoil, met)` stands for a run with one thing amiss: it lets
 /// `spoil` prepare a guard, runs, judges what came out, and returns what `met` says of the guard then: whether the run
 /// came across it.
-namespace test {
+namespace Meseta47::test {
 
 /// Each kind of operation refused, by `refuse(guard, operation, nth)`, at its first, second, third time ... until there
 /// is none more to refuse. Returns how many there were; ends with the first run that a test finds fault with. Where
@@ -19,7 +19,7 @@ template <class Refuse, class Amiss>
 int MeetEachRefusal(char const* how, Refuse refuse, Amiss amiss) {
   int injected = 0;
   for (const EOperacion operation : kEveryOperation) {
-    for (int nth = 1;; nth += Meseta47::test::kFullSize || nth < 6 ? 1 : 4) {
+    for (int nth = 1;; nth += kFullSize || nth < 6 ? 1 : 4) {
       SCOPED_TRACE("operation " + std::to_string(static_cast<int>(operation)) + " " + how + " at time " +
                    std::to_string(nth));
       const bool fired = amiss(
@@ -63,4 +63,4 @@ int ShortenTransfers(Amiss amiss) {
   return injected;
 }
 
-}  // namespace test
+}  // namespace Meseta47::test

@@ -90,22 +90,20 @@ class Roads : public testing::TestWithParam<Kind> {
 
 TEST_P(Roads, WhateverIsRefusedFromItsNthTimeOnEndsWithACodeAndCanBeAskedForAgain) {
   const auto refuse = [](FaultGuard& guard, EOperacion operation, int nth) { guard.Refuse(operation, nth); };
-  Report("refused for good", ::test::MeetEachRefusal("refused for good", refuse, Amiss()));
+  Report("refused for good", test::MeetEachRefusal("refused for good", refuse, Amiss()));
   EXPECT_GT(failures, 2);
 }
 
 TEST_P(Roads, OneRefusalIsNotForgottenWhenWhatFollowsGoesWell) {
   const auto refuse = [](FaultGuard& guard, EOperacion operation, int nth) { guard.RefuseOnce(operation, nth); };
-  Report("refused once", ::test::MeetEachRefusal("refused once", refuse, Amiss()));
+  Report("refused once", test::MeetEachRefusal("refused once", refuse, Amiss()));
   EXPECT_GT(failures, 2);
 }
 
-TEST_P(Roads, ADiskThatFillsAnywhereIsToldOrHadRoomEnough) {
-  Report("no space", ::test::FillTheDisk(failures, Amiss()));
-}
+TEST_P(Roads, ADiskThatFillsAnywhereIsToldOrHadRoomEnough) { Report("no space", test::FillTheDisk(failures, Amiss())); }
 
 TEST_P(Roads, ShortTransfersChangeNothing) {
-  Report("short transfers", ::test::ShortenTransfers(Amiss()));
+  Report("short transfers", test::ShortenTransfers(Amiss()));
   EXPECT_EQ(failures, 0);
 }
 
