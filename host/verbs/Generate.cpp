@@ -1,5 +1,6 @@
 // urdimbre generate: a made-up airborne scan whose classes are the truth.
 #include <fmt/format.h>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "host/Failure.h"
@@ -23,16 +24,14 @@ struct GenerateOptions {
 /// The system that the coordinates are said to be in, as the record that LAS 1.4 asks for.
 LasVlrRecord referenceSystem() {
   static_assert(Scan::kEpsg == 25830);
-  constexpr std::string_view kWkt =
+  constexpr char kWkt[] =  // with the zero at its end, as the record has it
       R"(PROJCS["ETRS89 / UTM zone 30N",GEOGCS["ETRS89",DATUM["European_Terrestrial_Reference_System_1989",)"
       R"(SPHEROID["GRS 1980",6378137,298.257222101]],PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433],)"
       R"(AUTHORITY["EPSG","4258"]],PROJECTION["Transverse_Mercator"],PARAMETER["latitude_of_origin",0],)"
       R"(PARAMETER["central_meridian",-3],PARAMETER["scale_factor",0.9996],PARAMETER["false_easting",500000],)"
       R"(PARAMETER["false_northing",0],UNIT["metre",1],AXIS["Easting",EAST],AXIS["Northing",NORTH],)"
       R"(AUTHORITY["EPSG","25830"]])";
-  LasVlrRecord record{"LASF_Projection", 2112, "WKT", {kWkt.begin(), kWkt.end()}};
-  record.data.push_back(0);
-  return record;
+  return {"LASF_Projection", 2112, "WKT", {std::begin(kWkt), std::end(kWkt)}};
 }
 
 LasWriterOptions fileOptions(Scan const& scan) {
