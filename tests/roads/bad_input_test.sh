@@ -77,7 +77,9 @@ fi
 
 # what is no ordinary file is neither waited for nor read for ever
 mkfifo pipe.las pipe.txt pipe.ply pipe.urd pipe.gpkg
-for pipe in pipe.las pipe.txt pipe.gpkg /dev/zero /dev/full /dev/stdin; do
+pipes=(pipe.las pipe.txt /dev/zero /dev/full /dev/stdin)
+if built_with gdal; then pipes+=(pipe.gpkg); fi
+for pipe in "${pipes[@]}"; do
   refuses 1 "$pipe: is not an ordinary file" timeout 20 "$urdimbre" tin "$pipe" -o o.ply < <(cat good.las)
 done
 refuses 1 "pipe.ply: is not an ordinary file" timeout 20 "$urdimbre" check pipe.ply

@@ -24,8 +24,8 @@ for verb in "${verbs[@]}"; do
   cmp "plain-$output" "$output" || fail "$verb of scan.laz"
   pass
 done
-"$urdimbre" info scan.las --json 2>/dev/null | grep -v '"file"\|"format"\|"records"' >plain.json
-"$urdimbre" info scan.laz --json 2>/dev/null | grep -v '"file"\|"format"\|"records"' >packed.json
+"$urdimbre" info scan.las --json 2>/dev/null | grep -v '"file"\|"format"\|"records"\|"system_problem"' >plain.json
+"$urdimbre" info scan.laz --json 2>/dev/null | grep -v '"file"\|"format"\|"records"\|"system_problem"' >packed.json
 cmp plain.json packed.json || fail "info of scan.laz"
 pass
 "$urdimbre" info scan.laz 2>/dev/null | grep -q '^  compressed  in chunks of layers, 50,000 points each' || fail "info tells no compression"
