@@ -90,11 +90,13 @@ for output in folder.ply full.ply; do
   refuses 1 "$output: is " "$urdimbre" tin good.las -o "$output"
 done
 expect "the phases before an impossible name is refused" "$(grep -c '^Reading' stderr)" 0
-echo precious >behind.ply
-ln -s behind.ply link.ply
-"$urdimbre" --quiet tin good.las -o link.ply
-[ -L link.ply ] && [ ! -L behind.ply ] || fail "a link was replaced by a file"
-expect "the file behind a link" "$(fact triangles behind.ply)" "$(fact triangles link.ply)"
+if ! on_windows; then  # Wine shows its programs no links of this system
+  echo precious >behind.ply
+  ln -s behind.ply link.ply
+  "$urdimbre" --quiet tin good.las -o link.ply
+  [ -L link.ply ] && [ ! -L behind.ply ] || fail "a link was replaced by a file"
+  expect "the file behind a link" "$(fact triangles behind.ply)" "$(fact triangles link.ply)"
+fi
 
 # an existing file survives every failure
 echo precious >kept.ply

@@ -55,7 +55,7 @@ mkdir tiles
 cp scan.laz tiles/a.laz
 cp scan.las tiles/b.las
 "$urdimbre" info tiles --json >tiles.json 2>/dev/null
-grep -q '"tiles/a.laz"' tiles.json && grep -q '"tiles/b.las"' tiles.json || fail "info of a folder"
+grep -q '"tiles[/\]*a.laz"' tiles.json && grep -q '"tiles[/\]*b.las"' tiles.json || fail "info of a folder"
 "$urdimbre" --quiet tin "tiles/*.laz" -o one.ply --class 2,9,11
 cmp plain.ply one.ply || fail "tin of a pattern"
 refuses 1 "no file matches" "$urdimbre" tin "tiles/*.xyz" -o o.ply
