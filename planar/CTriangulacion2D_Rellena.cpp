@@ -89,8 +89,9 @@ int CTriangulacion2D::ColocaPuntos(short lista, CDibujo<int> const& dibujo,
                        [&](CLinea<int> const& e, unsigned entidad, unsigned k) {
                          const bool primera = seguidos.Coloca(*e.PunteroAPunto(static_cast<int>(k)),
                                                               {lista, static_cast<int>(entidad), static_cast<int>(k)});
-                         if (primera && daSemillas)
+                         if (primera && daSemillas) {
                            primerosPuntos.emplace_back(static_cast<unsigned>(lista), entidad, k);
+                         }
                          ++cantidadPuntos;
                        });
 }

@@ -86,12 +86,12 @@ int EscribeLandXML(CFile& fichero, CSuperficieExportada const& s, CDataExportarM
     destino = Pon(Pon(destino, std::uint64_t{t[1]} + 1), " ");
     return Pon(Pon(destino, std::uint64_t{t[2]} + 1), "</F>\n");
   };
-  constexpr std::size_t kAnchoCara = 64;
+  constexpr std::size_t kAnchoDeCara = 64;
   const std::size_t anchoPunto = s.x.Ancho() + s.y.Ancho() + s.z.Ancho() + 64;
   if (!EscribeTexto(fichero, Cabecera(datos))) return kFicheroInaccesible;
   if (const int c = EscribeCosas(fichero, s.Puntos(), anchoPunto, punto, avance); c != kHecho) return c;
   if (!EscribeTexto(fichero, "        </Pnts>\n        <Faces>\n")) return kFicheroInaccesible;
-  if (const int c = EscribeCosas(fichero, s.Caras(), kAnchoCara, cara, avance); c != kHecho) return c;
+  if (const int c = EscribeCosas(fichero, s.Caras(), kAnchoDeCara, cara, avance); c != kHecho) return c;
   const bool va =
       EscribeTexto(fichero, "        </Faces>\n      </Definition>\n    </Surface>\n  </Surfaces>\n</LandXML>\n");
   return va ? kHecho : kFicheroInaccesible;
