@@ -49,7 +49,7 @@ struct Point14 {
     store(bytes + 8, z);
     store(bytes + 12, intensity);
     bytes[14] = static_cast<std::uint8_t>(returnNumber | returns << 4U);
-    bytes[15] = static_cast<std::uint8_t>((flags & 15U) | channel << 4U | (flags & 0x30U) << 2U);
+    bytes[15] = static_cast<std::uint8_t>((flags & 15U) | unsigned{channel} << 4U | (flags & 0x30U) << 2U);
     bytes[16] = classification;
     bytes[17] = userData;
     store(bytes + 18, scanAngle);
