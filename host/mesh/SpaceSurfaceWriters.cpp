@@ -63,10 +63,10 @@ void writeStl(SpaceSurface const& s, BlockOutput& out) {
   out.put(head);
   out.put(static_cast<std::uint32_t>(s.faces.size()));
   for (SpaceSurface::Face const& f : s.faces) {
+    // Of the points themselves: what single precision drops would show in a normal.
     CCoor3D<int> const &a = s.vertices[f[0]], &b = s.vertices[f[1]], &c = s.vertices[f[2]];
-    const double u[3] = {double(b.x) - a.x, double(b.y) - a.y, double(b.z) - a.z};  // of the points themselves: what
-    const double v[3] = {double(c.x) - a.x, double(c.y) - a.y,
-                         double(c.z) - a.z};  // single precision drops shows in a normal
+    const double u[3] = {double(b.x) - a.x, double(b.y) - a.y, double(b.z) - a.z};
+    const double v[3] = {double(c.x) - a.x, double(c.y) - a.y, double(c.z) - a.z};
     const double n[3] = {u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
     const double length = std::hypot(n[0], n[1], n[2]);
     for (const double axis : n) out.put(static_cast<float>(length > 0 ? axis / length : 0));

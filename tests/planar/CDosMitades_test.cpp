@@ -95,7 +95,7 @@ TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
       }
     }
   }
-  EXPECT_GT(byTwo, schedules / 8) << "many clouds are made by two";
+  EXPECT_GT(byTwo, schedules / (test::kFullSize ? 4 : 8)) << "many clouds are made by two";
   EXPECT_GT(late, 0U) << "and some must begin anew";
 }
 
