@@ -89,6 +89,7 @@ void addOptions(CLI::App& program, CommonOptions& common) {
       ->capture_default_str()
       ->check(CLI::Range(0, 1024));
   program.add_option("--temp-dir", common.tempDir, "Folder for temporary files (default: the system's)");
+  refuseEmptyTexts(program);
 }
 
 void addVerbs(CLI::App& program, CommonOptions const& common, Work& chosen) {
@@ -101,17 +102,6 @@ void addVerbs(CLI::App& program, CommonOptions const& common, Work& chosen) {
   addInfo(program, common, chosen);
   addCheck(program, common, chosen);
   addGenerate(program, common, chosen);
-}
-
-/// An option that is given says something: an empty text is a variable that was never set, and the default is then not
-/// what was meant.
-void refuseEmptyTexts(CLI::App& program) {
-  const CLI::Validator saysSomething(
-      [](std::string const& text) { return text.empty() ? std::string("is empty: give a value") : std::string(); }, "");
-  for (CLI::Option* const option : program.get_options()) {
-    if (option->get_expected_min() > 0 && option->get_type_size() > 0) option->check(saysSomething);
-  }
-  for (CLI::App* const verb : program.get_subcommands([](CLI::App*) { return true; })) refuseEmptyTexts(*verb);
 }
 
 /// How many letters must be put in, left out or changed to make one word of the other.
@@ -162,7 +152,6 @@ int parseAndRun(int argc, char const* const* argv) {
   Work chosen;
   addOptions(program, common);
   addVerbs(program, common, chosen);
-  refuseEmptyTexts(program);
   try {
     program.parse(argc, argv);
   } catch (CLI::Success const& success) {

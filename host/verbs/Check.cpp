@@ -118,22 +118,23 @@ void runCheck(CheckOptions const& options, CommonOptions const& common, HostApp&
   tell(options.file, report, model.precision, common);
 }
 
-}  // namespace
-
-void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<CheckOptions>();
-  CLI::App* verb = program.add_subcommand("check", "Prove a model: orientation, sides, Delaunay, Euler, outline");
-  verb->add_option(
-          "FILE", options->file,
+void addCheckOptions(CLI::App& verb, CheckOptions& o) {
+  verb.add_option(
+          "FILE", o.file,
           "The model: PLY, or .urd as urdimbre tin writes it; or a mesh in space: .vtu, .mesh or .msh, or .tin3d, "
           "which is proved with the frame that it was grown in")
       ->required();
-  verb->add_flag(
-      "--whole", options->whole,
+  verb.add_flag(
+      "--whole", o.whole,
       "The model was made without filters: it must be one piece without a hole, use every vertex and fill their "
       "convex hull");
-  verb->callback(
-      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runCheck(*options, common, app); }; });
+}
+
+}  // namespace
+
+void addCheck(CLI::App& program, CommonOptions const& common, Work& chosen) {
+  addVerb<CheckOptions>(program, "check", "Prove a model: orientation, sides, Delaunay, Euler, outline", common, chosen,
+                        addCheckOptions, runCheck);
 }
 
 }  // namespace Meseta47::host

@@ -62,20 +62,24 @@ void runClassify(Chosen const& chosen, CommonOptions const& common, HostApp& app
   summary.print(common, app);
 }
 
+void addOptions(CLI::App& verb, Chosen& chosen) {
+  addClassifyOptions(verb, chosen.options);
+  if (chosen.search->drawsOutline()) addBorderOption(verb, chosen.options.cloud);
+  if (chosen.search->needsUnits()) {
+    verb.add_option("--a-srs", chosen.options.cloud.system,
+                    "Reference system of the input, such as EPSG:25830, for its units (default: what the file says; "
+                    "metres where it says nothing)");
+  }
+  chosen.search->addOptions(verb);
+}
+
 template <class Search>
 void addSearch(CLI::App& classify, CommonOptions const& common, Work& work) {
   auto chosen = std::make_shared<Chosen>();
   chosen->search = std::make_unique<Search>();
   CLI::App* verb = classify.add_subcommand(chosen->search->name(), chosen->search->purpose());
   if (chosen->search->alias() != nullptr) verb->alias(chosen->search->alias());
-  addClassifyOptions(*verb, chosen->options);
-  if (chosen->search->drawsOutline()) addBorderOption(*verb, chosen->options.cloud);
-  if (chosen->search->needsUnits()) {
-    verb->add_option("--a-srs", chosen->options.cloud.system,
-                     "Reference system of the input, such as EPSG:25830, for its units (default: what the file says; "
-                     "metres where it says nothing)");
-  }
-  chosen->search->addOptions(*verb);
+  addOptionsWhenNamed(*verb, [verb, chosen] { addOptions(*verb, *chosen); });
   verb->callback(
       [chosen, &common, &work] { work = [chosen, &common](HostApp& app) { runClassify(*chosen, common, app); }; });
 }

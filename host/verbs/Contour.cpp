@@ -169,41 +169,40 @@ void runContour(ContourOptions const& options, CommonOptions const& common, Host
   summary.print(common, app);
 }
 
+void addContourOptions(CLI::App& verb, ContourOptions& o) {
+  addCloudOptions(verb, o.cloud);
+  addBorderOption(verb, o.cloud);
+  verb.add_option("-o,--output", o.output, "The contours: .gpkg, .geojson, .fgb, .shp or .dxf")->required();
+  verb.add_flag("--overwrite", o.overwrite, "Replace a GeoPackage that holds other layers");
+  verb.add_option("--interval", o.interval, "Height between contours, in units of the input")
+      ->required()
+      ->check(aboveZero());
+  verb.add_option("--base", o.base, "Height that contours are counted from, in units of the input")
+      ->capture_default_str()
+      ->check(anyNumber());
+  verb.add_option("--max-side", o.maxSide,
+                  "Longest side of a triangle in plan, in units of the input; contours end where longer ones would be "
+                  "needed; 0 is any")
+      ->capture_default_str()
+      ->check(fromZeroUp());
+  verb.add_option("--flat", o.flat,
+                  "Where the ground lies flat on a level: shore (one line between it and what is higher; a vertex on "
+                  "a level counts as below it) or sides (all sides of its triangles)")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"shore", "sides"}));
+  verb.add_option("--index", o.choice.indexEvery, "Every so many levels there is an index contour; 0 is none")
+      ->capture_default_str()
+      ->check(wholeFromZeroUp());
+  verb.add_option("--min-length", o.choice.minLength, "Leave shorter contours out; in plan, in units of the input")
+      ->capture_default_str()
+      ->check(fromZeroUp());
+}
+
 }  // namespace
 
 void addContour(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<ContourOptions>();
-  CLI::App* verb = program.add_subcommand("contour", "Draw contour lines of the surface over clouds and survey lines");
-  ContourOptions& o = *options;
-  addCloudOptions(*verb, o.cloud);
-  addBorderOption(*verb, o.cloud);
-  verb->add_option("-o,--output", o.output, "The contours: .gpkg, .geojson, .fgb, .shp or .dxf")->required();
-  verb->add_flag("--overwrite", o.overwrite, "Replace a GeoPackage that holds other layers");
-  verb->add_option("--interval", o.interval, "Height between contours, in units of the input")
-      ->required()
-      ->check(aboveZero());
-  verb->add_option("--base", o.base, "Height that contours are counted from, in units of the input")
-      ->capture_default_str()
-      ->check(anyNumber());
-  verb->add_option("--max-side", o.maxSide,
-                   "Longest side of a triangle in plan, in units of the input; contours end where longer ones would be "
-                   "needed; 0 is any")
-      ->capture_default_str()
-      ->check(fromZeroUp());
-  verb->add_option("--flat", o.flat,
-                   "Where the ground lies flat on a level: shore (one line between it and what is higher; a vertex on "
-                   "a level counts as below it) or sides (all sides of its triangles)")
-      ->capture_default_str()
-      ->check(CLI::IsMember({"shore", "sides"}));
-  verb->add_option("--index", o.choice.indexEvery, "Every so many levels there is an index contour; 0 is none")
-      ->capture_default_str()
-      ->check(wholeFromZeroUp());
-  verb->add_option("--min-length", o.choice.minLength, "Leave shorter contours out; in plan, in units of the input")
-      ->capture_default_str()
-      ->check(fromZeroUp());
-  verb->callback([options, &common, &chosen] {
-    chosen = [options, &common](HostApp& app) { runContour(*options, common, app); };
-  });
+  addVerb<ContourOptions>(program, "contour", "Draw contour lines of the surface over clouds and survey lines", common,
+                          chosen, addContourOptions, runContour);
 }
 
 }  // namespace Meseta47::host

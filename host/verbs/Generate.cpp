@@ -48,11 +48,17 @@ LasWriterOptions fileOptions(Scan const& scan) {
   return options;
 }
 
+ScanOptions scanOptionsOf(GenerateOptions const& options) {
+  ScanOptions scan = options.scan;
+  scan.land = *landStyle(options.land);
+  return scan;
+}
+
 void runGenerate(GenerateOptions const& options, CommonOptions const& common, HostApp& app) {
   if (!isNamedLas(options.output)) {
     throw UsageError(fmt::format("{}: a scan is a LAS file: use .las or .laz", options.output));
   }
-  Scan scan(options.scan);
+  Scan scan(scanOptionsOf(options));
   LasWriterOptions file = fileOptions(scan);
   file.compressed = isNamedLaz(options.output);
   LasWriter writer(options.output, std::move(file));
@@ -72,31 +78,30 @@ void runGenerate(GenerateOptions const& options, CommonOptions const& common, Ho
   }
 }
 
+void addGenerateOptions(CLI::App& verb, GenerateOptions& o) {
+  verb.add_option(
+          "OUT", o.output,
+          "The scan: LAS 1.4 (.las) or the same compressed (.laz), point format 7, ASPRS classes that are the truth")
+      ->required();
+  verb.add_option("--points", o.scan.points, "How many points")
+      ->capture_default_str()
+      ->check(CLI::Range(0ULL, 100000000000ULL));
+  verb.add_option("--seed", o.scan.seed, "Which land: the same seed gives the same bytes")
+      ->capture_default_str()
+      ->check(CLI::NonNegativeNumber.description(""));
+  verb.add_option("--density", o.scan.density, "Points a square metre")
+      ->capture_default_str()
+      ->check(CLI::Range(0.01, 1000.0));
+  verb.add_option("--land", o.land, "mixed, or mostly one thing: forest, town, river (many, and wide), steep")
+      ->capture_default_str()
+      ->check(CLI::IsMember({"mixed", "forest", "town", "river", "steep"}));
+}
+
 }  // namespace
 
 void addGenerate(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<GenerateOptions>();
-  CLI::App* verb = program.add_subcommand("generate", "Make up an airborne scan, to try things on");
-  verb->add_option(
-          "OUT", options->output,
-          "The scan: LAS 1.4 (.las) or the same compressed (.laz), point format 7, ASPRS classes that are the truth")
-      ->required();
-  verb->add_option("--points", options->scan.points, "How many points")
-      ->capture_default_str()
-      ->check(CLI::Range(0ULL, 100000000000ULL));
-  verb->add_option("--seed", options->scan.seed, "Which land: the same seed gives the same bytes")
-      ->capture_default_str()
-      ->check(CLI::NonNegativeNumber.description(""));
-  verb->add_option("--density", options->scan.density, "Points a square metre")
-      ->capture_default_str()
-      ->check(CLI::Range(0.01, 1000.0));
-  verb->add_option("--land", options->land, "mixed, or mostly one thing: forest, town, river (many, and wide), steep")
-      ->capture_default_str()
-      ->check(CLI::IsMember({"mixed", "forest", "town", "river", "steep"}));
-  verb->callback([options, &common, &chosen] {
-    options->scan.land = *landStyle(options->land);
-    chosen = [options, &common](HostApp& app) { runGenerate(*options, common, app); };
-  });
+  addVerb<GenerateOptions>(program, "generate", "Make up an airborne scan, to try things on", common, chosen,
+                           addGenerateOptions, runGenerate);
 }
 
 }  // namespace Meseta47::host

@@ -321,22 +321,23 @@ void runInfo(InfoOptions const& options, CommonOptions const& common, HostApp& a
   }
 }
 
+void addInfoOptions(CLI::App& verb, InfoOptions& o) {
+  verb.add_option("IN", o.files,
+                  "LAS, LAZ or text files, native models (.urd), meshes in space (.tin3d), vector files; a folder "
+                  "stands for the clouds in it, "
+                  "a pattern such as \"tiles/*.laz\" for the files that match")
+      ->required();
+  verb.add_flag("--partial", o.partial,
+                "Take what there is of LAS and LAZ files that are cut short, up to the last whole chunk");
+  addColumnsOption(verb, o.columns);
+}
+
 }  // namespace
 
 void addInfo(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<InfoOptions>();
-  CLI::App* verb = program.add_subcommand(
-      "info", "Tell what is in the files: format, reference system, extent, classes, duplicates");
-  verb->add_option("IN", options->files,
-                   "LAS, LAZ or text files, native models (.urd), meshes in space (.tin3d), vector files; a folder "
-                   "stands for the clouds in it, "
-                   "a pattern such as \"tiles/*.laz\" for the files that match")
-      ->required();
-  verb->add_flag("--partial", options->partial,
-                 "Take what there is of LAS and LAZ files that are cut short, up to the last whole chunk");
-  addColumnsOption(*verb, options->columns);
-  verb->callback(
-      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runInfo(*options, common, app); }; });
+  addVerb<InfoOptions>(program, "info",
+                       "Tell what is in the files: format, reference system, extent, classes, duplicates", common,
+                       chosen, addInfoOptions, runInfo);
 }
 
 }  // namespace Meseta47::host

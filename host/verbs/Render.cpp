@@ -193,37 +193,36 @@ void runRender(RenderOptions const& options, CommonOptions const& common, HostAp
   summary.print(common, app);
 }
 
+void addRenderOptions(CLI::App& verb, RenderOptions& o) {
+  o.verb = &verb;
+  addCloudOptions(verb, o.cloud);
+  addBorderOption(verb, o.cloud);
+  verb.get_option("IN")->description(
+      "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it; or, with "
+      "--view, one mesh in space: .vtu, .mesh or .msh");
+  verb.get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");
+  verb.add_option("-o,--output", o.output, "The picture: .png")->required();
+  verb.add_option("--size", o.size, "Pixels as WIDTHxHEIGHT, or one number for the longer side")->capture_default_str();
+  verb.add_option("--contours", o.contours,
+                  "Draw contours at this interval, in units of the input's heights, every fifth of them thicker")
+      ->check(aboveZero());
+  verb.add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
+  verb.add_option("--view", o.view,
+                  "AZIMUTH,ELEVATION in degrees: paint no map but the surface in space as it is seen from there, lit, "
+                  "such as 210,30 from the south-south-west and above");
+  verb.add_option("--cut", o.cut,
+                  "AXIS=VALUE, such as x=12.5: leave out the tetrahedra of a mesh in space whose centre lies on the "
+                  "viewer's side of this plane, to show its inside");
+  verb.add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
+      ->capture_default_str()
+      ->check(fromZeroUp());
+}
+
 }  // namespace
 
 void addRender(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<RenderOptions>();
-  CLI::App* verb = program.add_subcommand("render", "Paint a picture of a cloud or a model: relief, tints, contours");
-  RenderOptions& o = *options;
-  o.verb = verb;
-  addCloudOptions(*verb, o.cloud);
-  addBorderOption(*verb, o.cloud);
-  verb->get_option("IN")->description(
-      "LAS, text and vector files, together one cloud; or one model: PLY, or .urd as urdimbre tin writes it; or, with "
-      "--view, one mesh in space: .vtu, .mesh or .msh");
-  verb->get_option("--bounds")->description("XMIN,YMIN,XMAX,YMAX: show only this box, in units of the input");
-  verb->add_option("-o,--output", o.output, "The picture: .png")->required();
-  verb->add_option("--size", o.size, "Pixels as WIDTHxHEIGHT, or one number for the longer side")
-      ->capture_default_str();
-  verb->add_option("--contours", o.contours,
-                   "Draw contours at this interval, in units of the input's heights, every fifth of them thicker")
-      ->check(aboveZero());
-  verb->add_flag("--classes", o.classes, "Colour the points by class, in place of tints of height");
-  verb->add_option("--view", o.view,
-                   "AZIMUTH,ELEVATION in degrees: paint no map but the surface in space as it is seen from there, lit, "
-                   "such as 210,30 from the south-south-west and above");
-  verb->add_option("--cut", o.cut,
-                   "AXIS=VALUE, such as x=12.5: leave out the tetrahedra of a mesh in space whose centre lies on the "
-                   "viewer's side of this plane, to show its inside");
-  verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
-      ->capture_default_str()
-      ->check(fromZeroUp());
-  verb->callback(
-      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runRender(*options, common, app); }; });
+  addVerb<RenderOptions>(program, "render", "Paint a picture of a cloud or a model: relief, tints, contours", common,
+                         chosen, addRenderOptions, runRender);
 }
 
 }  // namespace Meseta47::host

@@ -98,25 +98,25 @@ void runSurface(SurfaceOptions const& options, CommonOptions const& common, Host
   summary.print(common, app);
 }
 
+void addSurfaceOptions(CLI::App& verb, SurfaceOptions& o) {
+  o.verb = &verb;
+  addCloudOptions(verb, o.cloud);
+  verb.get_option("IN")->description("LAS, LAZ, text and vector files, together one cloud; or one mesh (.tin3d)");
+  verb.add_option("-o,--output", o.output,
+                  "The surface: .ply, .obj, .stl or .gltf; colours of the points go into all but .stl")
+      ->required();
+  verb.add_option("--max-side", o.maxSide,
+                  "Longest side of a face, in units of the input: three to five times the distance between points")
+      ->required()
+      ->check(aboveZero());
+}
+
 }  // namespace
 
 void addSurface(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<SurfaceOptions>();
-  CLI::App* verb =
-      program.add_subcommand("surface", "Make the surface in space of clouds: quarry faces, stockpiles, caves, rooms");
-  options->verb = verb;
-  addCloudOptions(*verb, options->cloud);
-  verb->get_option("IN")->description("LAS, LAZ, text and vector files, together one cloud; or one mesh (.tin3d)");
-  verb->add_option("-o,--output", options->output,
-                   "The surface: .ply, .obj, .stl or .gltf; colours of the points go into all but .stl")
-      ->required();
-  verb->add_option("--max-side", options->maxSide,
-                   "Longest side of a face, in units of the input: three to five times the distance between points")
-      ->required()
-      ->check(aboveZero());
-  verb->callback([options, &common, &chosen] {
-    chosen = [options, &common](HostApp& app) { runSurface(*options, common, app); };
-  });
+  addVerb<SurfaceOptions>(program, "surface",
+                          "Make the surface in space of clouds: quarry faces, stockpiles, caves, rooms", common, chosen,
+                          addSurfaceOptions, runSurface);
 }
 
 }  // namespace Meseta47::host

@@ -192,29 +192,29 @@ void runTetra(TetraOptions const& options, CommonOptions const& common, HostApp&
   summary.print(common, app);
 }
 
+void addTetraOptions(CLI::App& verb, TetraOptions& o) {
+  o.verb = &verb;
+  addCloudOptions(verb, o.cloud);
+  verb.get_option("IN")->description(
+      "LAS, LAZ, text and vector files, together one cloud; or one mesh (.tin3d), to be converted");
+  verb.add_option("-o,--output", o.output,
+                  "The mesh: .vtu (ParaView), .mesh (Medit), .msh (Gmsh 2.2); .tin3d, to be read again; or .ply, its "
+                  "convex hull alone")
+      ->required();
+  verb.add_option("--version", o.version,
+                  "Version of a TIN3D file: 1 holds bare points, without decimals and origin; 2 all of them")
+      ->check(CLI::Range(1, 2))
+      ->capture_default_str();
+  verb.add_option("--remove", o.remove,
+                  "Take out the vertices at the places of this cloud's points (text, LAS ...), and fill the mesh anew");
+  verb.add_option("--remove-class", o.removeClass, "Take out the vertices of these classes, such as 7,18");
+}
+
 }  // namespace
 
 void addTetra(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<TetraOptions>();
-  CLI::App* verb = program.add_subcommand("tetra", "Make a mesh of tetrahedra of clouds: their Delaunay mesh in space");
-  options->verb = verb;
-  addCloudOptions(*verb, options->cloud);
-  verb->get_option("IN")->description(
-      "LAS, LAZ, text and vector files, together one cloud; or one mesh (.tin3d), to be converted");
-  verb->add_option("-o,--output", options->output,
-                   "The mesh: .vtu (ParaView), .mesh (Medit), .msh (Gmsh 2.2); .tin3d, to be read again; or .ply, its "
-                   "convex hull alone")
-      ->required();
-  verb->add_option("--version", options->version,
-                   "Version of a TIN3D file: 1 holds bare points, without decimals and origin; 2 all of them")
-      ->check(CLI::Range(1, 2))
-      ->capture_default_str();
-  verb->add_option(
-      "--remove", options->remove,
-      "Take out the vertices at the places of this cloud's points (text, LAS ...), and fill the mesh anew");
-  verb->add_option("--remove-class", options->removeClass, "Take out the vertices of these classes, such as 7,18");
-  verb->callback(
-      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runTetra(*options, common, app); }; });
+  addVerb<TetraOptions>(program, "tetra", "Make a mesh of tetrahedra of clouds: their Delaunay mesh in space", common,
+                        chosen, addTetraOptions, runTetra);
 }
 
 }  // namespace Meseta47::host

@@ -246,37 +246,37 @@ void runTin(TinOptions const& options, CommonOptions const& common, HostApp& app
   summary.print(common, app);
 }
 
+void addTinOptions(CLI::App& verb, TinOptions& o) {
+  addCloudOptions(verb, o.cloud);
+  addBorderOption(verb, o.cloud);
+  verb.add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
+      ->required();
+  verb.add_option("--outline", o.outline,
+                  "Write the outline too, as polygons with holes: .gpkg, .geojson, .fgb, .shp or .dxf");
+  verb.add_flag("--overwrite", o.overwrite, "With --outline: replace a GeoPackage that holds other layers");
+  verb.add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
+      ->capture_default_str()
+      ->check(fromZeroUp());
+  verb.add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
+  verb.add_option("--height-difference", o.heightDifference,
+                  "MIN:MAX difference of height along each side, in units of the input (default: any)");
+  verb.add_option("--intensity-difference", o.intensityDifference,
+                  "MIN:MAX difference of intensity along each side (default: any)");
+  auto* tolerance =
+      verb.add_option("--tolerance", o.tolerance,
+                      "With --update: the most that an added point may lie above the surface, in units of "
+                      "the input; 0 is any")
+          ->capture_default_str()
+          ->check(fromZeroUp());
+  auto* update = verb.add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
+  tolerance->needs(update);
+}
+
 }  // namespace
 
 void addTin(CLI::App& program, CommonOptions const& common, Work& chosen) {
-  auto options = std::make_shared<TinOptions>();
-  CLI::App* verb = program.add_subcommand("tin", "Make a triangulated terrain model of clouds");
-  TinOptions& o = *options;
-  addCloudOptions(*verb, o.cloud);
-  addBorderOption(*verb, o.cloud);
-  verb->add_option("-o,--output", o.output, "The model: .ply, .obj, .2dm, .xml (LandXML 1.2) or .urd (native)")
-      ->required();
-  verb->add_option("--outline", o.outline,
-                   "Write the outline too, as polygons with holes: .gpkg, .geojson, .fgb, .shp or .dxf");
-  verb->add_flag("--overwrite", o.overwrite, "With --outline: replace a GeoPackage that holds other layers");
-  verb->add_option("--max-side", o.maxSide, "Longest side of a triangle in plan, in units of the input; 0 is any")
-      ->capture_default_str()
-      ->check(fromZeroUp());
-  verb->add_option("--slope", o.slope, "MIN:MAX slope of a triangle, degrees from 0 to 90 (default: any)");
-  verb->add_option("--height-difference", o.heightDifference,
-                   "MIN:MAX difference of height along each side, in units of the input (default: any)");
-  verb->add_option("--intensity-difference", o.intensityDifference,
-                   "MIN:MAX difference of intensity along each side (default: any)");
-  auto* tolerance =
-      verb->add_option("--tolerance", o.tolerance,
-                       "With --update: the most that an added point may lie above the surface, in units of "
-                       "the input; 0 is any")
-          ->capture_default_str()
-          ->check(fromZeroUp());
-  auto* update = verb->add_option("--update", o.update, "Add the points of this file in the end, under --tolerance");
-  tolerance->needs(update);
-  verb->callback(
-      [options, &common, &chosen] { chosen = [options, &common](HostApp& app) { runTin(*options, common, app); }; });
+  addVerb<TinOptions>(program, "tin", "Make a triangulated terrain model of clouds", common, chosen, addTinOptions,
+                      runTin);
 }
 
 }  // namespace Meseta47::host

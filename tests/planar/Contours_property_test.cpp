@@ -9,6 +9,7 @@
 #include "support/ContourRun.h"
 #include "support/PlanarFeeds.h"
 #include "support/PlanarRun.h"
+#include "support/PlanarSizes.h"
 
 namespace Meseta47 {
 namespace {
@@ -97,7 +98,8 @@ TEST_P(ContouredClouds, AreThoseOfTheFinishedModel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Small, ContouredClouds, testing::ValuesIn(Scenes({3, 4, 10, 200, 1'000})), SceneName);
-INSTANTIATE_TEST_SUITE_P(Large, ContouredClouds, testing::ValuesIn(Scenes({5'000})), SceneName);
+INSTANTIATE_TEST_SUITE_P(Large, ContouredClouds, testing::ValuesIn(Scenes({test::kFullSize ? 5'000U : 2'000U})),
+                         SceneName);
 
 /// Segments as lines of two points, level by level.
 std::vector<support::ContourLine> LinesOf(CSegmentos& segments, int interval) {
