@@ -33,7 +33,7 @@ pass
 no_debris "affinity"
 "$urdimbre" --json classify affinity out.las --grow 11 --height-difference 0.25 --side 3 --dry-run >again.json 2>/dev/null
 expect "what a second run finds" "$(number found again.json)" 0
-"$urdimbre" $growth --dry-run 2>/dev/null | grep -q "^rounds  *[0-9]" || fail "the summary tells no rounds"
+grep -q "^rounds  *[0-9]" < <("$urdimbre" $growth --dry-run 2>/dev/null) || fail "the summary tells no rounds"
 pass
 
 # --- the bytes: one differing byte a point, and that its class ---
@@ -80,7 +80,7 @@ expect "points of a class left out that changed" "$(moved 2 kept.json)" 0
 "$urdimbre" --json $growth --bounds 449950,4479950,450050,4480050 -o box.las >box.json 2>/dev/null
 cmp -l scan.las box.las >differing || true
 expect "differing bytes within bounds" "$(wc -l <differing)" "$(number reclassified box.json)"
-"$urdimbre" --json classify affinity scan.las --grow 77 --side 3 --dry-run 2>/dev/null | grep -q "nothing to grow from" ||
+grep -q "nothing to grow from" < <("$urdimbre" --json classify affinity scan.las --grow 77 --side 3 --dry-run 2>/dev/null) ||
   fail "nobody says that there is nothing to grow from"
 pass
 

@@ -80,10 +80,10 @@ mkfifo pipe.las pipe.txt pipe.ply pipe.urd pipe.gpkg
 pipes=(pipe.las pipe.txt /dev/zero /dev/full /dev/stdin)
 if built_with gdal; then pipes+=(pipe.gpkg); fi
 for pipe in "${pipes[@]}"; do
-  refuses 1 "$pipe: is not an ordinary file" timeout 20 "$urdimbre" tin "$pipe" -o o.ply < <(cat good.las)
+  refuses 1 "$pipe: is not an ordinary file" timeout 300 "$urdimbre" tin "$pipe" -o o.ply < <(cat good.las)
 done
-refuses 1 "pipe.ply: is not an ordinary file" timeout 20 "$urdimbre" check pipe.ply
-refuses 1 "pipe.urd: is not an ordinary file" timeout 20 "$urdimbre" check pipe.urd
+refuses 1 "pipe.ply: is not an ordinary file" timeout 300 "$urdimbre" check pipe.ply
+refuses 1 "pipe.urd: is not an ordinary file" timeout 300 "$urdimbre" check pipe.urd
 mkdir folder.ply
 for output in folder.ply full.ply; do
   [ -e "$output" ] || ln -s /dev/full "$output"

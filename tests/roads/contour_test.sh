@@ -216,7 +216,7 @@ if [ -d "$data" ]; then
   "$urdimbre" --json --quiet tin "$data/autzen_trim.las" -o feet.xml --outline feet.geojson >feet.json
   grep -q '<Imperial .*linearUnit="foot"' feet.xml || fail "autzen_trim is in feet"
   grep -q 'epsgCode="2994"' feet.xml || fail "autzen_trim: no code"
-  summary feet.geojson | grep -q 'Oregon GIC Lambert (ft)' || fail "autzen_trim: no system in GeoJSON"
+  grep -q 'Oregon GIC Lambert (ft)' < <(summary feet.geojson) || fail "autzen_trim: no system in GeoJSON"
   pass
 fi
 done_with

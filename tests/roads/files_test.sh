@@ -120,7 +120,7 @@ $tin scan.las -o base.ply
 mkfifo q.ply.part
 mkdir r.ply.part
 for name in p q r; do
-  timeout 60 "$urdimbre" --quiet tin scan.las -o "$name.ply" || fail "$name.ply"
+  timeout 300 "$urdimbre" --quiet tin scan.las -o "$name.ply" || fail "$name.ply"
   same base.ply "$name.ply"
 done
 expect "what a link pointed to" "$(cat precious)" precious
@@ -169,7 +169,8 @@ for pause in 0.05 0.15 0.25 0.35 0.5 0.8; do
   done
 done
 # shellcheck disable=SC2043
-for verb in "tin scan.las -o killed.ply" "contour scan.las --interval 5 -o killed.gpkg" "classify high scan.las -o killed.las"; do
+for verb in "tin scan.las -o killed.ply" "contour scan.las --interval 5 -o killed.gpkg" "classify high scan.las -o killed.las" \
+  "surface other.las -o killed.stl --max-side 6"; do
   # shellcheck disable=SC2086
   "$urdimbre" --quiet $verb || fail "$verb, after one that was killed"
 done
