@@ -18,6 +18,7 @@ using support::Point;
 using test::DrawingOf;
 using test::Feed;
 using test::InTurns;
+using test::kPatience;
 using test::LinkedBy;
 using test::ListeningApp;
 using test::Observed;
@@ -27,6 +28,10 @@ using test::Outcome;
 using test::QuietApp;
 
 constexpr std::size_t kMany = test::kFullSize ? 20'000 : 3'000;
+
+/// Clouds whose halves are taken in turns, with delays.
+constexpr Family kTurned[] = {Family::Uniform,    Family::RegularGrid, Family::Clusters,
+                              Family::Duplicates, Family::ScanLines,   Family::TwoFarClusters};
 
 void ExpectTheSame(Outcome const& one, Outcome const& other, std::string const& what) {
   EXPECT_TRUE(one.left.bytes == other.left.bytes) << what << ": bytes";
@@ -67,8 +72,7 @@ TEST_P(DosMitades, LeaveWhatOneThreadLeavesOfHalvesInTurnsWithAFrameAndWithout) 
 TEST(DosMitadesUso, TakeMostPointsWithoutATurn) {
   const std::vector<Point> points = InTurns(Feed{Family::Uniform, Order::Hilbert, 20'000}.Points(), 64);
   Outcome two = LinkedBy(2, points);
-  // A thread whose processor others want for long is late; not every time.
-  for (int again = 0; again < 9 && two.late; ++again) two = LinkedBy(2, points);
+  for (unsigned again = 0; again < kPatience && two.late; ++again) two = LinkedBy(2, points);
   EXPECT_FALSE(two.late);
   EXPECT_TRUE(two.byTwo);
   EXPECT_GT(two.inTurn, 0U);
@@ -78,26 +82,31 @@ TEST(DosMitadesUso, TakeMostPointsWithoutATurn) {
 TEST(DosMitadesDemoradas, LeaveTheSameWhoeverIsHeldUpAtACrossing) {
   const unsigned schedules = test::kFullSize ? 1'200 : 60;
   std::uint64_t late = 0, byTwo = 0;
-  for (const Family family : {Family::Uniform, Family::RegularGrid, Family::Clusters, Family::Duplicates,
-                              Family::ScanLines, Family::TwoFarClusters}) {
-    for (const std::size_t size : {250U, 900U}) {
-      const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
-      const Outcome one = LinkedBy(1, points);
-      const Observed delays(&test::Delay);
-      for (unsigned i = 0; i < schedules / 12; ++i) {
-        test::theDelays = i * 7'919;
-        test::thePace = i;
-        const Outcome two = LinkedBy(2, points);
-        ExpectTheSame(one, two,
-                      support::name(family) + std::string(", ") + std::to_string(size) + " points, schedule " +
-                          std::to_string(i));
-        ASSERT_FALSE(HasFailure());
-        late += two.late ? 1 : 0;
-        byTwo += two.byTwo ? 1 : 0;
+  const auto tryAll = [&](unsigned first) {
+    for (const Family family : kTurned) {
+      for (const std::size_t size : {250U, 900U}) {
+        const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
+        const Outcome one = LinkedBy(1, points);
+        const Observed delays(&test::Delay);
+        for (unsigned i = first; i < first + schedules / 12; ++i) {
+          test::theDelays = i * 7'919;
+          test::thePace = i;
+          const Outcome two = LinkedBy(2, points);
+          ExpectTheSame(one, two,
+                        support::name(family) + std::string(", ") + std::to_string(size) + " points, schedule " +
+                            std::to_string(i));
+          ASSERT_FALSE(HasFailure());
+          late += two.late ? 1 : 0;
+          byTwo += two.byTwo ? 1 : 0;
+        }
       }
     }
+  };
+  // How many of either kind there are is up to whoever shares out the processors.
+  for (unsigned again = 0; again < kPatience && (late == 0 || byTwo == 0); ++again) {
+    tryAll(again * schedules);
+    ASSERT_FALSE(HasFatalFailure());
   }
-  // How many is up to whoever shares out the processors.
   EXPECT_GT(byTwo, 0U) << "there are clouds made by two";
   EXPECT_GT(late, 0U) << "and such as must begin anew";
 }
@@ -135,23 +144,28 @@ CTurnos::CJuicio Meet(unsigned half, char const* step) {
 TEST(DosMitadesReunidas, LeaveTheSameWhereverTheyMeetAndHoweverOftenOneGoesOnAlone) {
   const unsigned schedules = test::kFullSize ? 540 : 36;
   std::uint64_t alone = 0, byTwo = 0;
-  for (const Family family : {Family::Uniform, Family::RegularGrid, Family::Clusters, Family::Duplicates,
-                              Family::ScanLines, Family::TwoFarClusters}) {
-    for (const std::size_t size : {250U, 900U, 2'500U}) {
-      const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
-      const Outcome one = LinkedBy(1, points);
-      for (unsigned i = 0; i < schedules / 18; ++i) {
-        const Observed meetings(&Meet, 1 << (i % 7));
-        test::theDelays = i * 7'919;
-        test::thePace = i;
-        const Outcome two = LinkedBy(2, points);
-        ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
-        alone += two.byTwo ? two.alone : 0;
-        byTwo += two.byTwo ? points.size() - two.alone : 0;
+  const auto tryAll = [&](unsigned first) {
+    for (const Family family : kTurned) {
+      for (const std::size_t size : {250U, 900U, 2'500U}) {
+        const std::vector<Point> points = InTurns(Feed{family, Order::Hilbert, size}.Points(), size / 30);
+        const Outcome one = LinkedBy(1, points);
+        for (unsigned i = first; i < first + schedules / 18; ++i) {
+          const Observed meetings(&Meet, 1 << (i % 7));
+          test::theDelays = i * 7'919;
+          test::thePace = i;
+          const Outcome two = LinkedBy(2, points);
+          ASSERT_TRUE(one.left == two.left) << support::name(family) << ", " << size << " points, schedule " << i;
+          alone += two.byTwo ? two.alone : 0;
+          byTwo += two.byTwo ? points.size() - two.alone : 0;
+        }
       }
     }
+  };
+  // How many of either kind there are is up to whoever shares out the processors.
+  for (unsigned again = 0; again < kPatience && (alone == 0 || byTwo == 0); ++again) {
+    tryAll(again * schedules);
+    ASSERT_FALSE(HasFatalFailure());
   }
-  // How many is up to whoever shares out the processors.
   EXPECT_GT(alone, 0U) << "there are points that one linked while the other stood";
   EXPECT_GT(byTwo, 0U) << "and points that were linked by two at once";
 }
@@ -168,7 +182,7 @@ TEST(DosMitadesReunidas, LeaveItToOneThreadWhileTheOtherIsLongInComing) {
   theSteps = 0;
   const Observed lag(&Lag);
   std::uint64_t alone = 0;
-  for (int again = 0; again < 10 && alone <= points.size() / 2; ++again) {  // others may want processors too
+  for (unsigned again = 0; again < kPatience && alone <= points.size() / 2; ++again) {
     const Outcome two = LinkedBy(2, points);
     ASSERT_TRUE(one.left == two.left);
     alone = two.byTwo ? two.alone : 0;
@@ -218,11 +232,21 @@ TEST(DosMitadesRotas, ThrowOnWhatEitherHalfThrowsAndLeaveADrawingThatMayBeRunAga
   t.DosDesde(0);
   for (const int half : {0, 1}) {
     for (const int countdown : {1, 2, 7, 60, 300, 900}) {
+      SCOPED_TRACE("half " + std::to_string(half) + ", " + std::to_string(countdown));
       const Observed thrower(&Throw);
-      theThrower = half;
-      theCountdown = countdown;
-      EXPECT_THROW(static_cast<void>(t.Link(drawing)), std::bad_alloc) << "half " << half << ", " << countdown;
-      t.BorraFicheroTemporal();
+      bool thrown = false;
+      for (unsigned again = 0; again < kPatience && !thrown; ++again) {
+        theThrower = half;
+        theCountdown = countdown;
+        try {
+          ASSERT_EQ(t.Link(drawing), kHecho);
+          ASSERT_TRUE(t.porDos.tarde) << "neither thrown nor begun anew";
+        } catch (std::bad_alloc const&) {
+          thrown = true;
+        }
+        t.BorraFicheroTemporal();
+      }
+      EXPECT_TRUE(thrown);
     }
   }
   ASSERT_EQ(t.Link(drawing), kHecho);
@@ -233,6 +257,7 @@ TEST(DosMitadesRotas, ThrowOnWhatEitherHalfThrowsAndLeaveADrawingThatMayBeRunAga
 
 TEST(DosMitadesAparte, LeaveWhatTheyDoNotSuitToOneThread) {
   const std::vector<Point> points = Feed{Family::Uniform, Order::Hilbert, 2'000}.Points();
+  // Begun by two, whether or not one has had to do it anew.
   const auto byTwo = [&points](auto const& prepare, unsigned mode) {
     const QuietApp app(2);
     CDibujo<int> drawing = DrawingOf(points);
@@ -241,7 +266,7 @@ TEST(DosMitadesAparte, LeaveWhatTheyDoNotSuitToOneThread) {
     prepare(t);
     EXPECT_EQ(t.Link(drawing, nullptr, nullptr, 0, mode), kHecho);
     t.BorraFicheroTemporal();
-    return t.porDos.hecho;
+    return t.porDos.hecho || t.porDos.tarde;
   };
   const auto nothing = [](OpenTriangulation&) {};
   EXPECT_TRUE(byTwo(nothing, CHiloSalvaTriangulosEnlazados::SALVA));

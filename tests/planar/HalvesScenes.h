@@ -66,6 +66,10 @@ inline Outcome LinkedBy(unsigned threads, std::vector<support::Point> const& poi
   return outcome;
 }
 
+/// How often a linking is tried again whose threads have not met as a test wants them to: that is up to whoever shares
+/// out the processors. What is left must be the same each time.
+inline constexpr unsigned kPatience = 20;
+
 /// Tells every crossing while it lives.
 class Observed {
  public:
