@@ -296,9 +296,15 @@ TEST(CHiloBuscaPuntosAltos, CanBeStoppedWhileItReads) {
 TEST(CHiloBuscaPuntosAltos, TakesNoProcessorBetweenPasses) {
   PassScene scene(Corner(200), {{1, 2, 3}});
   scene.Run(0, 4);
-  const std::clock_t before = std::clock();
-  std::this_thread::sleep_for(std::chrono::milliseconds(200));
-  EXPECT_LT(static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, 0.05);
+  constexpr double kNearlyNothing = 0.05;
+  double took = kNearlyNothing;
+  // Time for which a virtual machine stands still may count as taken, though not each time, as that of a spin does.
+  for (int again = 0; again < 10 && took >= kNearlyNothing; ++again) {
+    const std::clock_t before = std::clock();
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    took = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+  }
+  EXPECT_LT(took, kNearlyNothing);
 }
 
 TEST(CHiloBuscaPuntosAltos, TellsOfAFileThatIsNotThere) {
@@ -335,7 +341,7 @@ TEST(CHiloBuscaPuntosAltos, EndsTheProcessWhenItCannotWait) {
     scene.Make(1);
     CloseHandle(scene.Go(0));
     scene.Start(0, 1);
-    std::this_thread::sleep_for(std::chrono::seconds(10));
+    std::this_thread::sleep_for(std::chrono::minutes(5));  // ended by its thread, long before
   };
   EXPECT_EXIT(lose(), testing::ExitedWithCode(22), "");
 }

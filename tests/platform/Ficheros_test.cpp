@@ -1,5 +1,6 @@
 #include "platform/Ficheros.h"
 
+#include <cmath>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -90,9 +91,13 @@ TEST(WritableFolder, WhatTakesNoFilesIsNamedWithTheReason) {
 
 TEST(FreeSpace, IsThatOfTheDiskUnderThePath) {
   ScratchFolder folder;
-  const auto space = std::filesystem::space(folder.Path().Utf8());
-  const auto free = static_cast<double>(EspacioLibre(folder.Path()));
-  EXPECT_NEAR(free, static_cast<double>(space.available), 1e9) << "others may write meanwhile";
+  constexpr double kOfOthers = 1e9;  // who may write meanwhile; and more of it where this is held up between the two
+  double free = 0, available = 0;
+  for (int again = 0; again == 0 || (again < 10 && std::abs(free - available) > kOfOthers); ++again) {
+    available = static_cast<double>(std::filesystem::space(folder.Path().Utf8()).available);
+    free = static_cast<double>(EspacioLibre(folder.Path()));
+  }
+  EXPECT_NEAR(free, available, kOfOthers);
   EXPECT_EQ(EspacioLibre(folder.Path("none")), -1);
 }
 

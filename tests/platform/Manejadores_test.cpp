@@ -162,17 +162,22 @@ TEST(Waits, HaveNoLimitOfHandles) {
 }
 
 TEST(Waits, OutliveTheHandleThatTheyBeganWith) {
-  HANDLE const event = CreateEventW(nullptr, true, false, nullptr);
-  std::atomic<bool> waiting{false};
-  std::jthread thread([&] {
-    waiting = true;
-    EXPECT_EQ(WaitForSingleObject(event, 100), WAIT_TIMEOUT);
-  });
-  while (!waiting) {
-    std::this_thread::yield();
+  unsigned long answer = WAIT_FAILED;
+  // A thread that is held up before its wait has begun finds no handle, and shows nothing.
+  for (int again = 0; again < 50 && answer == WAIT_FAILED; ++again) {
+    HANDLE const event = CreateEventW(nullptr, true, false, nullptr);
+    std::atomic<bool> waiting{false};
+    std::jthread thread([&] {
+      waiting = true;
+      answer = WaitForSingleObject(event, 100);
+    });
+    while (!waiting) {
+      std::this_thread::yield();
+    }
+    std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(CloseHandle(event));
   }
-  std::this_thread::sleep_for(10ms);
-  EXPECT_TRUE(CloseHandle(event));
+  EXPECT_EQ(answer, WAIT_TIMEOUT);
 }
 
 TEST(Waits, WithATimeLastThatTime) {
@@ -196,7 +201,7 @@ TEST(Waits, WhoseTimeIsOverAsTheyAreWokenLoseNothing) {
     EXPECT_NE(WaitForSingleObject(event, 1), WAIT_FAILED);
   }
   goesOn = false;
-  EXPECT_EQ(WaitForSingleObject(setter, 10'000), WAIT_OBJECT_0);
+  EXPECT_EQ(WaitForSingleObject(setter, INFINITE), WAIT_OBJECT_0);
   SetEvent(event);
   EXPECT_EQ(WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
 }
@@ -329,11 +334,11 @@ struct Counter {
       std::this_thread::yield();
     }
   }
+  /// It may be on its way to one more record, however long it is held up there.
   [[nodiscard]] bool StandsStill() const {
-    std::this_thread::sleep_for(10ms);  // it may be on its way to the next record
     const long before = records;
-    std::this_thread::sleep_for(20ms);
-    return records == before;
+    std::this_thread::sleep_for(30ms);
+    return records <= before + 1;
   }
 };
 

@@ -1,7 +1,6 @@
 #include "model/threads/CEquipo.h"
 
 #include <atomic>
-#include <chrono>
 #include <gmock/gmock.h>
 #include <thread>
 
@@ -30,12 +29,12 @@ TEST(CEquipo, EventsThatTheSystemRefusedAreTold) {
 TEST(CEquipo, AWaitWithProgressEndsWhenTheWorkIsDoneAndWakesForIt) {
   CEquipo team(1, false);
   std::atomic<bool> done{false};
+  std::atomic<int> asked{0};
   std::thread worker([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    while (asked == 0) std::this_thread::yield();
     done = true;
     team[0].SetEvent();
   });
-  int asked = 0;
   EXPECT_TRUE(team.EsperaHasta([&] { return done.load(); }, [&] { return ++asked > 0; }));
   EXPECT_GE(asked, 1);
   worker.join();

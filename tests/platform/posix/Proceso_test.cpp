@@ -20,8 +20,10 @@ TEST(ProcessMemory, GrowsWithWhatIsHeldAndThePeakStays) {
     EXPECT_GE(MemoriaResidente(), before + kBytes / 2) << held.size();
   }
   EXPECT_GE(MemoriaResidenteMaxima(), before + kBytes / 2);
+  // Each processor counts pages by itself, and they are added up now and then.
+  constexpr std::size_t kUncounted = std::size_t{1} << 20;
   const auto after = MemoriaResidente();  // first: it may grow between the two
-  EXPECT_GE(MemoriaResidenteMaxima(), after);
+  EXPECT_GE(MemoriaResidenteMaxima() + kUncounted, after);
 }
 
 TEST(ProcessMemory, FreedBlocksGoBackAtOnce) {
