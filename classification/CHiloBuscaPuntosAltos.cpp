@@ -8,6 +8,7 @@
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CTrianguloBuscado.h"
 #include "platform/CSingleLock.h"
+#include "platform/Manejadores.h"
 
 namespace Meseta47 {
 

@@ -107,7 +107,7 @@ class CBuscadores {
         std::atomic_ref<bool>(cancelado).store(true);
         return;
       }
-    } while (!eventosFin.EsperaTodos(porcentaje != nullptr ? CEquipo::kMilisegundos : INFINITE));
+    } while (!eventosFin.EsperaTodos(porcentaje != nullptr ? CEquipo::kMilisegundos : CEquipo::kSinLimite));
   }
 
   int CuentaDondeQuedo() {

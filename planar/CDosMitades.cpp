@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/Manejadores.h"
+
 namespace Meseta47 {
 
 CDosMitades::CDosMitades(CSetTriangulos2D& laRaiz, CArbolDivisiones2D& divisiones, CReparto2D reparto, bool conBorde,

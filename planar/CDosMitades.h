@@ -8,7 +8,7 @@
 
 #include "planar/CMitad.h"
 #include "platform/CAviso.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 
 namespace Meseta47 {
 

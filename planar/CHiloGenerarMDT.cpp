@@ -9,6 +9,7 @@
 #include "platform/Anticipa.h"
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
+#include "platform/Manejadores.h"
 
 namespace Meseta47 {
 

@@ -8,7 +8,7 @@
 
 #include "model/terrain/CLado.h"
 #include "planar/CResumenPlano.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 #include "run/CFicheroTriples.h"
 
 class CCriticalSection;

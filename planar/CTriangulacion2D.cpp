@@ -4,6 +4,7 @@
 
 #include "model/threads/CMarcha.h"
 #include "platform/CWinApp.h"
+#include "platform/Manejadores.h"
 
 namespace Meseta47 {
 

@@ -25,7 +25,7 @@
 #include "planar/CSegmentos.h"
 #include "planar/CSetTriangulos2D.h"
 #include "platform/CString.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 #include "run/CFicheroTriples.h"
 #include "run/CFiltroPuntos.h"
 #include "run/CPosicion.h"

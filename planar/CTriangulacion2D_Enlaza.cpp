@@ -8,6 +8,7 @@
 #include "planar/CFuentes.h"
 #include "planar/CMedidasDeRun.h"
 #include "planar/CTriangulacion2D.h"
+#include "platform/Manejadores.h"
 #include "run/Fases.h"
 #include "run/Recorrido.h"
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Manejadores.h"
+
 CEvent::CEvent(bool senalado, bool manual) : m_hObject(CreateEventW(nullptr, manual, senalado, nullptr)) {}
 
 CEvent::~CEvent() { CloseHandle(m_hObject); }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/CSyncObject.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 
 /// An event that threads wait for. An automatic one lets a single wait pass and is unset by it; a manual one lets all
 /// pass until it is reset. Any thread may use it.

@@ -5,6 +5,12 @@
 #include "platform/CString.h"
 #include "platform/CWinThread.h"
 
+#if defined(_WIN32)  // macros of <windows.h>, where it came before: they would rename what is declared here
+#undef GetProfileString
+#undef GetProfileInt
+#undef WriteProfileString
+#endif
+
 /// The application object: what the library asks of the program around it, and what that program has settled for it.
 ///
 /// The last one constructed is the current one; destroying it brings back the one that it replaced, in whatever order

@@ -1,15 +1,17 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 
 #include "platform/Exporta.h"
+#include "platform/Manejador.h"
+#include "platform/Suspension.h"
 
 /// Handles of threads and events. A handle is a name that is never used twice: a closed, null or invented one is
 /// recognised and answered with the failure value of each call. Every call may come from any thread.
+///
+/// On Windows the window system has functions of these names: whoever wants both keeps them in different sources. No
+/// other header of the library includes this one.
 
-using HANDLE = void*;
-using LPTHREAD_START_ROUTINE = unsigned long (*)(void*);
 struct SECURITY_ATTRIBUTES;  ///< Only a null pointer to one is of use.
 
 inline constexpr unsigned long INFINITE = 0xFFFFFFFF;
@@ -63,17 +65,3 @@ URDIMBRE_API unsigned long WaitForMultipleObjects(unsigned long cuantos, HANDLE 
 
 /// Gives a handle up. A thread goes on without it. A wait already begun goes on too. False for what is no handle.
 URDIMBRE_API bool CloseHandle(HANDLE manejador);
-
-namespace suspension {
-/// Requests to stand still that are in force, over all threads.
-URDIMBRE_API extern std::atomic<unsigned> peticiones;
-URDIMBRE_API void Espera();
-}  // namespace suspension
-
-/// Stands still here as long as SuspendThread() wants it of this thread. Workers call it once a record, with nothing
-/// locked; it costs one relaxed load while no thread is suspended.
-inline void CompruebaSuspension() {
-  if (suspension::peticiones.load(std::memory_order_relaxed) != 0) {
-    suspension::Espera();
-  }
-}

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "model/threads/CHilo.h"
+#include "platform/Suspension.h"
 #include "run/CColaCerrados.h"
 
 namespace Meseta47 {
@@ -73,7 +74,7 @@ class URDIMBRE_API CHiloCerrados : public CHilo {
 
   void Run() {
     for (CompruebaSuspension(); TSet* set = cola->Siguiente(); CompruebaSuspension()) Hace(*set);
-    ResetEvent(*eventoSalida);
+    Apaga(*eventoSalida);
   }
 
   void Hace(TSet& set) {

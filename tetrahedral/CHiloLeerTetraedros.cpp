@@ -6,6 +6,7 @@
 
 #include "model/threads/Codigos.h"
 #include "platform/CSingleLock.h"
+#include "platform/Manejadores.h"
 #include "tetrahedral/CSetTetraedros.h"
 
 namespace Meseta47 {

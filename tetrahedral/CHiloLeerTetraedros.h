@@ -7,7 +7,7 @@
 #include "platform/CFile.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 
 namespace Meseta47 {
 

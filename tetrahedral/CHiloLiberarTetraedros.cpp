@@ -6,6 +6,7 @@
 #include "platform/CCriticalSection.h"
 #include "platform/CEvent.h"
 #include "platform/CSingleLock.h"
+#include "platform/Manejadores.h"
 #include "platform/Procesadores.h"
 #include "tetrahedral/CSetTetraedros.h"
 

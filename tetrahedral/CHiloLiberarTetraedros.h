@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/Exporta.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 
 class CCriticalSection;
 class CEvent;

@@ -4,6 +4,7 @@
 
 #include "model/threads/CMarcha.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/Manejadores.h"
 
 namespace Meseta47 {
 

@@ -9,7 +9,7 @@
 #include "model/terrain/CDataTriangulacion.h"
 #include "model/terrain/CSetPuntosMdt.h"
 #include "model/threads/Codigos.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 #include "run/CFicheroTriples.h"
 #include "run/CPosicion.h"
 #include "tetrahedral/CCascoCompleto.h"

@@ -3,6 +3,7 @@
 
 #include "model/threads/CMarcha.h"
 #include "model/threads/IPorcentaje.h"
+#include "platform/Manejadores.h"
 #include "run/Fases.h"
 #include "run/Recorrido.h"
 #include "tetrahedral/CTriangulacion3D.h"

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Manejadores.h"
+
 namespace Meseta47 {
 
 bool CEquipo::Estan() const {

@@ -14,6 +14,7 @@ class URDIMBRE_API CEquipo {
  public:
   /// Between two looks at progress while the threads work: no longer than a person takes to miss an answer to Ctrl-C.
   static constexpr unsigned long kMilisegundos = 40;
+  static constexpr unsigned long kSinLimite = 0xFFFFFFFF;
 
   /// Events that stay set until they are reset, and are set to begin with or not.
   CEquipo(unsigned cuantos, bool senalados) {
@@ -29,7 +30,7 @@ class URDIMBRE_API CEquipo {
   [[nodiscard]] bool Estan() const;
   /// True when all are set; false when one is waited for longer than that. They are waited for one after another: a
   /// wait for many at once takes memory.
-  bool EsperaTodos(unsigned long milisegundos = INFINITE);
+  bool EsperaTodos(unsigned long milisegundos = kSinLimite);
   /// Waits until `acabado()`, asking `sigue()` before each wait of up to kMilisegundos. False once `sigue` answered
   /// false.
   template <class A, class S>

@@ -1,5 +1,7 @@
 #include "model/threads/CHilo.h"
 
+#include "platform/Manejadores.h"
+
 namespace Meseta47 {
 
 CHilo& CHilo::operator=(CHilo const& otro) {
@@ -27,6 +29,8 @@ void CHilo::LevantaSuspension() {
   constexpr unsigned long kHaTerminado = 0xFFFFFFFF;
   for (unsigned long habia = 2; hilo != nullptr && habia > 1 && habia != kHaTerminado;) habia = ResumeThread(hilo);
 }
+
+void CHilo::Apaga(HANDLE evento) { ResetEvent(evento); }
 
 bool CHilo::Arranca(LPTHREAD_START_ROUTINE rutina, void* argumento) {
   if (hilo != nullptr) return false;

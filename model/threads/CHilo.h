@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Exporta.h"
-#include "platform/Manejadores.h"
+#include "platform/Manejador.h"
 
 namespace Meseta47 {
 
@@ -35,6 +35,8 @@ class URDIMBRE_API CHilo {
   void Espera();
   /// Takes all requests to stand still back: a thread that is to end must see that it is.
   void LevantaSuspension();
+  /// Unsets an event.
+  static void Apaga(HANDLE evento);
 
   HANDLE hilo = nullptr;  ///< null when there is no thread
   unsigned indice = 0;

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "classification/PassScene.h"
+#include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
 #include "support/PlanarSizes.h"
 #include "support/Random.h"

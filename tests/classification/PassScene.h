@@ -7,6 +7,7 @@
 
 #include "classification/CBusquedaPuntos.h"
 #include "classification/CHiloBuscaPuntosAltos.h"
+#include "platform/Manejadores.h"
 #include "support/PlanarRun.h"
 
 namespace Meseta47::test {

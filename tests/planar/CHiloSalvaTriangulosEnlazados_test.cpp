@@ -5,6 +5,7 @@
 #include "planar/CAlturasVecinas.h"
 #include "planar/CSetTriangulos2D.h"
 #include "planar/PhaseScenes.h"
+#include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
 
 namespace Meseta47 {

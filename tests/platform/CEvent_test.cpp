@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+#include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+#include "platform/Manejadores.h"
 #include "run/CHiloCerrados.h"
 #include "support/FaultGuard.h"
 
