@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "host/FileError.h"

@@ -1,6 +1,7 @@
 #include "planar/CBordeDelMarco.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "planar/TriangulaExacto.h"
 

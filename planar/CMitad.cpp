@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "planar/CSetTriangulos2D_Obra.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
 #endif
 
@@ -26,7 +26,7 @@
 /// A bit for each of eight numbers that lies below 0, as their differences do whose order is asked for. None of them is
 /// -0 or no number.
 [[nodiscard]] inline unsigned BajoCero(double const (&v)[8]) noexcept {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   const auto par = [&v](unsigned i) { return static_cast<unsigned>(_mm_movemask_pd(_mm_loadu_pd(v + i))); };
   return par(0) | par(2) << 2 | par(4) << 4 | par(6) << 6;
 #else
@@ -38,7 +38,7 @@
 
 /// The first place of a number among four; 4 when it is not there.
 [[nodiscard]] inline unsigned LugarEntreCuatro(std::uint32_t const (&v)[4], std::uint32_t numero) noexcept {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   const __m128i cuatro = _mm_loadu_si128(reinterpret_cast<__m128i const*>(v));
   const __m128i iguales = _mm_cmpeq_epi32(cuatro, _mm_set1_epi32(static_cast<int>(numero)));
   return static_cast<unsigned>(
@@ -52,7 +52,7 @@
 
 /// Puts 0 in place of a number among four.
 inline void BorraDeCuatro(std::uint32_t (&v)[4], std::uint32_t numero) {
-#if defined(__SSE2__)
+#if defined(__SSE2__) || defined(_M_X64)
   auto* sitio = reinterpret_cast<__m128i*>(v);
   const __m128i cuatro = _mm_loadu_si128(sitio);
   const __m128i iguales = _mm_cmpeq_epi32(cuatro, _mm_set1_epi32(static_cast<int>(numero)));

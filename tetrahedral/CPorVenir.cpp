@@ -126,10 +126,12 @@ void CPorVenir::Divide(std::uint32_t nodo, CGrupo const& grupo) {
     n.corte[eje] = static_cast<std::int32_t>((std::int64_t{grupo.minimo[eje]} + grupo.maximo[eje] + 1) >> 1);
   }
   std::array<CGrupo, 8> grupos = Reparte(grupo, n.corte);
-  auto* fin = std::remove_if(grupos.begin(), grupos.end(), [](CGrupo const& g) { return g.desde == g.hasta; });
-  std::stable_sort(grupos.begin(), fin, [](CGrupo const& a, CGrupo const& b) { return a.turno > b.turno; });
+  CGrupo* const primero = grupos.data();
+  CGrupo* const fin =
+      std::remove_if(primero, primero + grupos.size(), [](CGrupo const& g) { return g.desde == g.hasta; });
+  std::stable_sort(primero, fin, [](CGrupo const& a, CGrupo const& b) { return a.turno > b.turno; });
   n.hijos = static_cast<std::uint32_t>(nodos.size());
-  n.cuantos = static_cast<std::uint32_t>(fin - grupos.begin());
+  n.cuantos = static_cast<std::uint32_t>(fin - primero);
   n.tabla = static_cast<std::uint32_t>(tablas.size());
   CHijos& tabla = tablas.emplace_back();
   tabla.cajas.abiertas = (1U << n.cuantos) - 1;

@@ -67,7 +67,7 @@ bool Buildings::at(double x, double y, Roof& roof) {
   return building != nullptr;
 }
 
-bool Buildings::near(double x, double y, double margin) { return find(x, y, margin) != nullptr; }
+bool Buildings::isNear(double x, double y, double margin) { return find(x, y, margin) != nullptr; }
 
 Building const* Buildings::find(double x, double y, double margin) {
   Building const* building = findAlong(terrain_.mainRoad(x, y), x, y, margin);

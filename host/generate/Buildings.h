@@ -42,7 +42,7 @@ class Buildings {
   bool at(double x, double y, Roof& roof);
 
   /// True within `margin` metres (3 at the most) of a wall, inside or out.
-  bool near(double x, double y, double margin);
+  bool isNear(double x, double y, double margin);
 
  private:
   struct Lot {

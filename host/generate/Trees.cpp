@@ -99,7 +99,7 @@ double Trees::chanceAt(double x, double y) {
   const RiverFoot water = terrain_.river(x, y);
   if (water.distance < water.halfWidth + 2.0) return 0.0;
   const double road = terrain_.roadDistance(x, y);
-  if (road < Terrain::kRoadHalfWidth + 2.5 || buildings_.near(x, y, 2.5)) return 0.0;
+  if (road < Terrain::kRoadHalfWidth + 2.5 || buildings_.isNear(x, y, 2.5)) return 0.0;
   if (water.distance < water.halfWidth + 14.0) return 0.35;
   if (terrain_.isWood(x, y)) return 0.85;
   return road < 45.0 ? 0.08 : 0.008;

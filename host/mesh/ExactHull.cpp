@@ -1,6 +1,7 @@
 #include "host/mesh/ExactHull.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "host/mesh/SpaceGeometry.h"
