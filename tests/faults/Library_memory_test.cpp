@@ -16,6 +16,7 @@
 #include "platform/CFicheroParcial.h"
 #include "platform/Manejadores.h"
 #include "support/PlanarSizes.h"
+#include "support/Threads.h"
 
 namespace Meseta47 {
 namespace {
@@ -166,9 +167,9 @@ TEST(WithoutMemory, AThreadEndsWhoseTrianglesOthersHold) {
   std::vector<CTriangulo2D*> held(kThreads, nullptr);
   std::atomic<int> ready{0};
   std::atomic<bool> end{false};
-  std::vector<std::thread> threads;
+  Threads threads;
   for (CTriangulo2D*& triangle : held) {
-    threads.emplace_back([&] {
+    threads.start([&] {
       triangle = new CTriangulo2D;
       ++ready;
       while (!end) std::this_thread::yield();
@@ -177,7 +178,7 @@ TEST(WithoutMemory, AThreadEndsWhoseTrianglesOthersHold) {
   while (ready < kThreads) std::this_thread::yield();
   WithoutMemory([&] {
     end = true;
-    for (std::thread& thread : threads) thread.join();
+    threads.join();
     for (CTriangulo2D* triangle : held) delete triangle;
   });
 }

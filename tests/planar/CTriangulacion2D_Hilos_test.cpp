@@ -1,4 +1,5 @@
 // What threads must not change: the bytes of a run, whatever their number and whenever it is cancelled.
+#include <chrono>
 #include <gmock/gmock.h>
 #include <thread>
 
@@ -7,6 +8,7 @@
 #include "support/PlanarFeeds.h"
 #include "support/PlanarSizes.h"
 #include "support/Random.h"
+#include "support/Threads.h"
 
 namespace Meseta47 {
 namespace {
@@ -129,12 +131,12 @@ TEST(HilosCancelados, InAnyPhaseLeaveNoFileAndARunThatIsRight) {
 TEST(HilosVarios, ObjectsRunSideBySideOnTheirOwnDrawings) {
   const QuietApp app(2);
   std::vector<std::string> made(3), expected;
-  std::vector<std::thread> threads;
+  Threads threads;
   const auto points = [](std::size_t i) { return Feed{Family::Uniform, Order::Hilbert, kMany / 2 + 100 * i}.Points(); };
   for (std::size_t i = 0; i < 3; ++i) {
-    threads.emplace_back([&, i] { made[i] = ModelFrom(points(i)); });
+    threads.start([&, i] { made[i] = ModelFrom(points(i)); });
   }
-  for (std::thread& thread : threads) thread.join();
+  threads.join();
   for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(made[i] == ModelFrom(points(i))) << i;
   EXPECT_EQ(app.TemporaryFiles(), 0U);
 }

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <thread>
 
 #include "model/threads/Codigos.h"
 #include "support/Families.h"
@@ -15,6 +14,7 @@
 #include "support/Predicates.h"
 #include "support/Random.h"
 #include "support/ReferenceDelaunay.h"
+#include "support/Threads.h"
 
 namespace Meseta47 {
 namespace {
@@ -470,7 +470,8 @@ TEST(LimiteDibujo, TwoOutlinesOfOneDrawingCanBeDrawnAtOnce) {
   const QuietApp app;
   CDibujo<int> drawing = DrawingOf(Lattice(0, 0, 300, 300) + Lattice(400, 0, 500, 300));
   std::vector<Ring> apart, together;
-  std::thread other([&] { apart = Outline(drawing, Within(15)); });
+  Threads other;
+  other.start([&] { apart = Outline(drawing, Within(15)); });
   together = Outline(drawing, Within(150));
   other.join();
   EXPECT_THAT(TwiceAreas(apart), ElementsAre(60000, 180000));

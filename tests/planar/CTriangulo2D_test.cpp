@@ -2,9 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <memory>
-#include <thread>
 
 #include "support/PlanarScene.h"
+#include "support/Threads.h"
 
 namespace Meseta47 {
 namespace {
@@ -88,9 +88,11 @@ TEST(CTriangulo2D, MayBeDestroyedByAnotherThreadThanTheOneThatMadeIt) {
   auto p = Numbered({{0, 0}, {0, 6}, {8, 0}});
   std::vector<CTriangulo2D*> made;
   for (int i = 0; i < 1000; ++i) made.push_back(new CTriangulo2D(&p[0], &p[1], &p[2]));
-  std::thread([&made] {
+  Threads other;
+  other.start([&made] {
     for (CTriangulo2D* t : made) delete t;
-  }).join();
+  });
+  other.join();
   std::unique_ptr<CTriangulo2D> again(new CTriangulo2D(&p[0], &p[1], &p[2]));
   EXPECT_EQ(again->GetMaxX(), 8);
 }

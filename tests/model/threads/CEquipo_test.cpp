@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+#include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
 
 namespace Meseta47 {
