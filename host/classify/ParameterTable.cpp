@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <limits>
 
 #include "host/AsprsClasses.h"
