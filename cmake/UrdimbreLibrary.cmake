@@ -19,7 +19,9 @@ target_include_directories(urdimbre PUBLIC
 target_compile_features(urdimbre PUBLIC cxx_std_20)
 set_target_properties(urdimbre PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
 if(WIN32)
+  enable_language(RC)
   set_target_properties(urdimbre PROPERTIES PREFIX "")
+  urdimbre_version(urdimbre "Urdimbre: the library of terrain triangulation")
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   target_link_options(urdimbre PRIVATE
