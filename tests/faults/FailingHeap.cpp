@@ -17,9 +17,22 @@ bool Refused() {
 
 void* Ask(std::size_t bytes) noexcept { return Refused() ? nullptr : std::malloc(bytes); }
 
+// The C library of Windows gives memory of more than its usual alignment, and takes it back, by functions of its own.
 void* Ask(std::size_t bytes, std::align_val_t alignment) noexcept {
   const auto step = static_cast<std::size_t>(alignment);
+#if defined(_WIN32)
+  return Refused() ? nullptr : _aligned_malloc(bytes, step);
+#else
   return Refused() ? nullptr : std::aligned_alloc(step, (bytes + step - 1) / step * step);
+#endif
+}
+
+void FreeAligned(void* memory) noexcept {
+#if defined(_WIN32)
+  _aligned_free(memory);
+#else
+  std::free(memory);
+#endif
 }
 
 void* Given(void* memory) {
@@ -44,14 +57,14 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, size_t, align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, size_t, align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, align_val_t) noexcept { FreeAligned(memory); }
+void operator delete[](void* memory, align_val_t) noexcept { FreeAligned(memory); }
+void operator delete(void* memory, size_t, align_val_t) noexcept { FreeAligned(memory); }
+void operator delete[](void* memory, size_t, align_val_t) noexcept { FreeAligned(memory); }
 void operator delete(void* memory, nothrow_t const&) noexcept { std::free(memory); }
 void operator delete[](void* memory, nothrow_t const&) noexcept { std::free(memory); }
-void operator delete(void* memory, align_val_t, nothrow_t const&) noexcept { std::free(memory); }
-void operator delete[](void* memory, align_val_t, nothrow_t const&) noexcept { std::free(memory); }
+void operator delete(void* memory, align_val_t, nothrow_t const&) noexcept { FreeAligned(memory); }
+void operator delete[](void* memory, align_val_t, nothrow_t const&) noexcept { FreeAligned(memory); }
 
 namespace failing_heap {
 
