@@ -5,6 +5,8 @@
 #include <limits>
 #include <new>
 
+#include "AlignedMemory.h"
+
 namespace {
 
 constexpr long kNever = std::numeric_limits<long>::max();
@@ -17,22 +19,8 @@ bool Refused() {
 
 void* Ask(std::size_t bytes) noexcept { return Refused() ? nullptr : std::malloc(bytes); }
 
-// The C library of Windows gives memory of more than its usual alignment, and takes it back, by functions of its own.
 void* Ask(std::size_t bytes, std::align_val_t alignment) noexcept {
-  const auto step = static_cast<std::size_t>(alignment);
-#if defined(_WIN32)
-  return Refused() ? nullptr : _aligned_malloc(bytes, step);
-#else
-  return Refused() ? nullptr : std::aligned_alloc(step, (bytes + step - 1) / step * step);
-#endif
-}
-
-void FreeAligned(void* memory) noexcept {
-#if defined(_WIN32)
-  _aligned_free(memory);
-#else
-  std::free(memory);
-#endif
+  return Refused() ? nullptr : AlignedMemory(bytes, static_cast<std::size_t>(alignment));
 }
 
 void* Given(void* memory) {
