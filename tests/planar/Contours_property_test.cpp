@@ -97,8 +97,9 @@ TEST_P(ContouredClouds, AreThoseOfTheFinishedModel) {
   EXPECT_EQ(FaultsOf(contoured), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Small, ContouredClouds, testing::ValuesIn(Scenes({3, 4, 10, 200, 1'000})), SceneName);
-INSTANTIATE_TEST_SUITE_P(Large, ContouredClouds, testing::ValuesIn(Scenes({test::kFullSize ? 5'000U : 2'000U})),
+INSTANTIATE_TEST_SUITE_P(Small, ContouredClouds,
+                         testing::ValuesIn(Scenes({3, 4, 10, 200, test::kFullSize ? 1'000U : 400U})), SceneName);
+INSTANTIATE_TEST_SUITE_P(Large, ContouredClouds, testing::ValuesIn(Scenes({test::kFullSize ? 5'000U : 1'500U})),
                          SceneName);
 
 /// Segments as lines of two points, level by level.
