@@ -47,7 +47,7 @@ class PassScene {
       SetEvent(go_[k]);
     }
   }
-  void End() { WaitForMultipleObjects(done_.size(), done_.data(), true, INFINITE); }
+  void End() { WaitForMultipleObjects(static_cast<unsigned long>(done_.size()), done_.data(), true, INFINITE); }
 
   void Make(unsigned threads) {
     threads_ = std::vector<CHiloBuscaPuntosAltos>(threads);
