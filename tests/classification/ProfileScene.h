@@ -9,7 +9,7 @@ namespace Meseta47::test {
 /// A program whose profile lies in a folder of its own.
 struct ProfileScene {
   ScratchFolder folder;
-  Environment settings{"XDG_CONFIG_HOME", folder.Path().Utf8()};
+  Environment settings{kSettingsVariable, folder.Path().Utf8()};
   CWinApp app{L"persistence"};
 
   [[nodiscard]] CString Ini() const { return folder.Path("values.ini"); }

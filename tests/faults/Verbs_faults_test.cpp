@@ -113,7 +113,7 @@ class Verbs : public testing::TestWithParam<Verb> {
 
   ScratchFolder scratch;
   WorkingFolder here{scratch.Path()};
-  Environment settings{"XDG_CONFIG_HOME", scratch.Path("home").Utf8()};
+  Environment settings{kSettingsVariable, scratch.Path("home").Utf8()};
   Files before, after;
   int failures = 0;
 

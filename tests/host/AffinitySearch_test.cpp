@@ -129,7 +129,7 @@ TEST(AffinitySearch, OptionsAreTaken) {
 
 TEST(AffinitySearch, AProfileGivesBackWhatWasKeptAndLeavesOutWhatWasNot) {
   const Folder folder;
-  const Environment settings("XDG_CONFIG_HOME", folder.file("config"));
+  const Environment settings(kSettingsVariable, folder.file("config"));
   const HostApp app(quiet());
   Given search("--grow 6 --height-difference 0.25 --once");
   search.settle(&kWood);

@@ -21,7 +21,7 @@ namespace {
 /// A program whose settings lie in the folder of the test.
 class Session {
  public:
-  explicit Session(Folder const& folder) : settings_("XDG_CONFIG_HOME", folder.file("config")), app_(quiet()) {}
+  explicit Session(Folder const& folder) : settings_(kSettingsVariable, folder.file("config")), app_(quiet()) {}
 
   HostApp& app() { return app_; }
 

@@ -21,7 +21,7 @@ using Json = nlohmann::ordered_json;
 /// An application whose profile stands in a folder of its own.
 class Session {
  public:
-  explicit Session(Folder const& folder) : settings_("XDG_CONFIG_HOME", folder.file("config")), app_(quiet()) {}
+  explicit Session(Folder const& folder) : settings_(kSettingsVariable, folder.file("config")), app_(quiet()) {}
 
   HostApp& app() { return app_; }
 

@@ -81,7 +81,7 @@ Json everything() {
 
 class Session {
  public:
-  explicit Session(Folder const& folder) : settings_("XDG_CONFIG_HOME", folder.file("config")), app_(CommonOptions{}) {}
+  explicit Session(Folder const& folder) : settings_(kSettingsVariable, folder.file("config")), app_(CommonOptions{}) {}
   HostApp& app() { return app_; }
 
  private:

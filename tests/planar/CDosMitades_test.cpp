@@ -172,7 +172,7 @@ TEST(DosMitadesReunidas, LeaveTheSameWhereverTheyMeetAndHoweverOftenOneGoesOnAlo
 
 /// One half comes late to everything for a while, as a thread does whose processor another program has.
 CTurnos::CJuicio Lag(unsigned half, char const*) {
-  if (half == 1 && theSteps.fetch_add(1) % 16 == 0) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  if (half == 1 && theSteps.fetch_add(1) % 16 == 0) test::Dawdle(std::chrono::microseconds(100));
   return CTurnos::POR_EL_RELOJ;
 }
 

@@ -79,6 +79,13 @@ class Observed {
   ~Observed() { CTurnos::Observa(nullptr); }
 };
 
+/// Lets so much time pass, in which others may have the processor. Sleeps of less than a millisecond are none on
+/// Windows.
+inline void Dawdle(std::chrono::microseconds time) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (std::chrono::steady_clock::now() < end) std::this_thread::yield();
+}
+
 /// Delays at crossings, drawn from a seed: how often, and how long.
 inline std::atomic<std::uint64_t> theDelays{0};
 inline std::atomic<unsigned> thePace{0};
@@ -92,7 +99,7 @@ inline CTurnos::CJuicio Delay(unsigned half, char const*) {
   // The one half runs far ahead, or the other, or they take turns at random.
   if (pace % 3 != 2 && half != pace % 3) return CTurnos::VAN_BIEN;
   if (drawn % 8 == 0) std::this_thread::yield();
-  if (drawn % 64 == 1) std::this_thread::sleep_for(std::chrono::microseconds(20));
+  if (drawn % 64 == 1) Dawdle(std::chrono::microseconds(20));
   return CTurnos::VAN_BIEN;
 }
 

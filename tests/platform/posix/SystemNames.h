@@ -4,8 +4,10 @@
 #include <optional>
 #include <string>
 
-/// What tests know by another name on each system.
+/// What tests know by another name, or otherwise, on each system.
 constexpr char const* kSettingsVariable = "XDG_CONFIG_HOME";
+/// A file that is gone with its last holder has none from the beginning.
+constexpr bool kTemporaryFilesHaveNames = false;
 
 inline void SetVariable(char const* name, std::optional<std::string> const& value) {
   if (value) {

@@ -4,8 +4,10 @@
 #include <optional>
 #include <string>
 
-/// What tests know by another name on each system.
+/// What tests know by another name, or otherwise, on each system.
 constexpr char const* kSettingsVariable = "APPDATA";
+/// A file that is gone with its last holder has one until then.
+constexpr bool kTemporaryFilesHaveNames = true;
 
 inline void SetVariable(char const* name, std::optional<std::string> const& value) {
   ::_putenv_s(name, value.value_or("").c_str());  // an empty one is none
