@@ -1,10 +1,10 @@
 #include "classification/CHiloBuscaPuntosAltos.h"
 
 #include <chrono>
-#include <ctime>
 #include <gmock/gmock.h>
 #include <thread>
 
+#include "SystemNames.h"
 #include "classification/PassScene.h"
 #include "platform/Manejadores.h"
 #include "support/FaultGuard.h"
@@ -301,9 +301,9 @@ TEST(CHiloBuscaPuntosAltos, TakesNoProcessorBetweenPasses) {
   double took = kNearlyNothing;
   // Time for which a virtual machine stands still may count as taken, though not each time, as that of a spin does.
   for (int again = 0; again < 10 && took >= kNearlyNothing; ++again) {
-    const std::clock_t before = std::clock();
+    const double before = ProcessorSeconds();
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    took = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    took = ProcessorSeconds() - before;
   }
   EXPECT_LT(took, kNearlyNothing);
 }

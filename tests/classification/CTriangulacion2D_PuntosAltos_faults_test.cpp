@@ -5,6 +5,7 @@
 #include "classification/SearchScene.h"
 #include "model/threads/Codigos.h"
 #include "support/FaultGuard.h"
+#include "support/MatchesPattern.h"
 
 namespace Meseta47 {
 namespace {
@@ -167,10 +168,10 @@ TEST(RunPuntosAltos, CancelledInAPassItTellsWhereItWas) {
   EXPECT_EQ(search.Run(drawing), kCancelado);
   ASSERT_EQ(app.messages.size(), 4U);
   const auto text = [&](std::size_t i) { return std::get<1>(app.messages[i]).Utf8(); };
-  EXPECT_THAT(text(0), testing::MatchesRegex("cantidad leida [0-9]+"));
+  EXPECT_THAT(text(0), MatchesPattern("cantidad leida [0-9]+"));
   EXPECT_EQ(text(1), "cont 0 total " + std::to_string(3 * 12 * (2 * 20'000 + 2)));
-  EXPECT_THAT(text(2), testing::MatchesRegex("k=0 file=[0-9]+ limite=" + std::to_string(12 * 20'002)));
-  EXPECT_THAT(text(3), testing::MatchesRegex("k=1 file=[0-9]+ limite=" + std::to_string(12 * 40'002)));
+  EXPECT_THAT(text(2), MatchesPattern("k=0 file=[0-9]+ limite=" + std::to_string(12 * 20'002)));
+  EXPECT_THAT(text(3), MatchesPattern("k=1 file=[0-9]+ limite=" + std::to_string(12 * 40'002)));
   for (auto const& [level, message, one] : app.messages) EXPECT_EQ(level * 10 + one, 11);
 }
 

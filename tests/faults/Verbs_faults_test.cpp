@@ -9,6 +9,7 @@
 #include "faults/Refusals.h"
 #include "host/Program.h"
 #include "platform/Environment.h"
+#include "support/MatchesPattern.h"
 #include "support/ScratchFolder.h"
 #include "support/WorkingFolder.h"
 
@@ -17,7 +18,6 @@ namespace {
 
 using testing::AnyOf;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 /// A run of the program: what it takes, and the files that it makes or replaces.
 struct Verb {
@@ -151,7 +151,7 @@ class Verbs : public testing::TestWithParam<Verb> {
   }
 
   static testing::Matcher<std::string> IsOneLineThatNamesFileAndCause() {
-    return AllOf(MatchesRegex("urdimbre: [^\n]+\n"),
+    return AllOf(MatchesPattern("urdimbre: [^\n]+\n"),
                  AnyOf(HasSubstr(" in."), HasSubstr(" out."), HasSubstr(" out_temp."), HasSubstr(" more."),
                        HasSubstr("tmp"), HasSubstr("--threads")),
                  AnyOf(HasSubstr("No space left"), HasSubstr("Permission denied"), HasSubstr("Input/output error"),

@@ -5,12 +5,13 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+#include "support/MatchesPattern.h"
+
 namespace Meseta47::host {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using Json = nlohmann::ordered_json;
 
 void rest(int milliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds)); }
@@ -55,7 +56,7 @@ TEST(PhaseTimes, WhatOthersHaveMeasuredIsAdded) {
   PhaseTimes times;
   times.spent("fill", 1.5);
   times.spent("fill", 0.25);
-  EXPECT_THAT(times.text(), MatchesRegex("fill 1\\.75, total [0-9.]+"));
+  EXPECT_THAT(times.text(), MatchesPattern("fill 1\\.75, total [0-9.]+"));
 }
 
 /// What a summary of one run prints.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -16,3 +17,6 @@ inline void SetVariable(char const* name, std::optional<std::string> const& valu
     ::unsetenv(name);
   }
 }
+
+/// What all threads of the process have had of the processors.
+inline double ProcessorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
