@@ -153,21 +153,18 @@ HANDLE RegistraConCerrojo(Puntero objeto) {
 }
 
 /// The object of the thread that runs, null in threads not made here.
-struct EsteHilo {
-  Puntero objeto;
+thread_local Objeto* esteHilo = nullptr;
 
-  /// Sets the handle once the thread's own objects are gone: CorreHilo makes this one first, so it goes last.
-  ~EsteHilo() {
-    if (objeto == nullptr) {
-      return;
-    }
-    const std::scoped_lock cerrojo(LaTabla().cerrojo);
-    suspension::peticiones.fetch_sub(objeto->suspensiones.exchange(0), std::memory_order_relaxed);
-    objeto->numero = 0;
-    Senala(*objeto);
-  }
-};
-thread_local EsteHilo esteHilo;
+/// Sets the handle of the thread that runs, which holds it as long as that by what it was given.
+void AcabaHilo(void* dato) {
+  const std::unique_ptr<Puntero> recado(static_cast<Puntero*>(dato));
+  Objeto& hilo = **recado;
+  esteHilo = nullptr;
+  const std::scoped_lock cerrojo(LaTabla().cerrojo);
+  suspension::peticiones.fetch_sub(hilo.suspensiones.exchange(0), std::memory_order_relaxed);
+  hilo.numero = 0;
+  Senala(hilo);
+}
 
 void EmpiezaHilo(Objeto& hilo) {
   std::unique_lock cerrojo(LaTabla().cerrojo);
@@ -178,11 +175,16 @@ void EmpiezaHilo(Objeto& hilo) {
   QuedaQuieto(hilo, cerrojo);
 }
 
+/// The handle is set once the thread's own objects are gone; before that where there is no memory to ask for so much,
+/// as a thread that nobody is told of would be waited for without end.
 void CorreHilo(void* dato) {
-  const std::unique_ptr<Puntero> recado(static_cast<Puntero*>(dato));
-  esteHilo.objeto = *recado;
-  EmpiezaHilo(*esteHilo.objeto);
-  esteHilo.objeto->rutina(esteHilo.objeto->argumento);
+  esteHilo = static_cast<Puntero*>(dato)->get();
+  const bool avisado = sistema::AlAcabarHilo(AcabaHilo, dato);
+  EmpiezaHilo(*esteHilo);
+  esteHilo->rutina(esteHilo->argumento);
+  if (!avisado) {
+    AcabaHilo(dato);
+  }
 }
 
 Puntero BuscaHiloVivo(HANDLE manejador) {
@@ -211,7 +213,7 @@ constexpr unsigned long kFallo = 0xFFFFFFFF;
 std::atomic<unsigned> suspension::peticiones{0};
 
 void suspension::Espera() {
-  Objeto* const hilo = esteHilo.objeto.get();
+  Objeto* const hilo = esteHilo;
   if (hilo != nullptr && hilo->suspensiones.load(std::memory_order_relaxed) != 0) {
     std::unique_lock cerrojo(LaTabla().cerrojo);
     QuedaQuieto(*hilo, cerrojo);

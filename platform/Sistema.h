@@ -120,6 +120,9 @@ bool AUtf8(std::wstring_view texto, std::span<char> destino) noexcept;
 
 /// Starts a detached thread with a stack of so many bytes, 0 for the system's.
 int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento);
+/// Has a function called when the calling thread ends, after the destructors of thread-local objects that come after
+/// this call. False when the system has no memory to take note of it: then it is not called.
+bool AlAcabarHilo(void (*rutina)(void*), void* argumento);
 /// The calling thread's number in the system.
 long NumeroHilo();
 /// Sets a living thread's priority, -15 to 15.

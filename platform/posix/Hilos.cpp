@@ -23,6 +23,20 @@ void* Empieza(void* dato) {
   return nullptr;
 }
 
+struct Final {
+  void (*rutina)(void*) = nullptr;
+  void* argumento = nullptr;
+
+  Final() = default;
+  Final(Final const&) = delete;
+  Final& operator=(Final const&) = delete;
+  ~Final() {
+    if (rutina != nullptr) {
+      rutina(argumento);
+    }
+  }
+};
+
 /// The system's niceness runs the other way, from 19 to -20.
 int Cortesia(int prioridad) { return -std::clamp(prioridad, -15, 15); }
 
@@ -50,6 +64,14 @@ int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento) {
     static_cast<void>(arranque.release());  // the thread's from here on
   }
   return codigo;
+}
+
+// The C library ends the process where there is no memory for this.
+bool AlAcabarHilo(void (*rutina)(void*), void* argumento) {
+  thread_local Final final;
+  final.rutina = rutina;
+  final.argumento = argumento;
+  return true;
 }
 
 long NumeroHilo() { return ::syscall(SYS_gettid); }

@@ -57,6 +57,27 @@ int LanzaHilo(std::size_t pila, void (*rutina)(void*), void* argumento) {
   return 0;
 }
 
+#if defined(__GNUC__)
+// What GCC makes of a thread-local object forgets its destructor, and says nothing, where this finds no memory.
+bool AlAcabarHilo(void (*rutina)(void*), void* argumento) {
+  return __cxa_thread_atexit(rutina, argumento, nullptr) == 0;
+}
+#else
+bool AlAcabarHilo(void (*rutina)(void*), void* argumento) {
+  struct Final {
+    void (*rutina)(void*) = nullptr;
+    void* argumento = nullptr;
+    ~Final() {
+      if (rutina != nullptr) rutina(argumento);
+    }
+  };
+  thread_local Final final;
+  final.rutina = rutina;
+  final.argumento = argumento;
+  return true;
+}
+#endif
+
 long NumeroHilo() { return static_cast<long>(::GetCurrentThreadId()); }
 
 // The system knows seven steps: two extremes, and five in the middle.
