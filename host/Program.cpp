@@ -48,6 +48,11 @@ bool isRefusedOutput(std::exception const& error) {
   return refusal != nullptr && std::ferror(stdout) != 0;
 }
 
+/// The library may have a category of its own beside the program's, as DLLs have: the number tells.
+bool isWantOfThreads(std::error_code const& code) {
+  return code.value() == static_cast<int>(std::errc::resource_unavailable_try_again);
+}
+
 int run(Work const& work, CommonOptions const& common) {
   HostApp app(common);
   DevuelveMemoriaLibre();
@@ -70,7 +75,7 @@ int run(Work const& work, CommonOptions const& common) {
     if (memory) return complainOfMemory();
     if (isRefusedOutput(error)) return flushed();
     if (auto const* refusal = dynamic_cast<std::system_error const*>(&error);
-        refusal != nullptr && refusal->code() == std::errc::resource_unavailable_try_again) {
+        refusal != nullptr && isWantOfThreads(refusal->code())) {
       return complain(kFailed,
                       "the system gives no more threads or locks: take fewer --threads, or end other programs");
     }

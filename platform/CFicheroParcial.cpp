@@ -70,10 +70,11 @@ bool CFicheroParcial::Cierra() { return fichero_.Close(); }
 
 bool CFicheroParcial::Confirma() {
   if (!Cierra() || !pendiente_) return false;
+  const CString carpeta = reemplaza_ ? CarpetaDe(destino_) : CString();  // now: behind the renaming nothing may fail
   codigoNombre_ = sistema::Renombra(provisional_, destino_);
   if (codigoNombre_ != 0) return false;
   pendiente_ = false;
-  if (reemplaza_) sistema::SincronizaCarpeta(CarpetaDe(destino_));
+  if (reemplaza_) sistema::SincronizaCarpeta(carpeta);
   Descarta();
   return true;
 }

@@ -76,8 +76,9 @@ int Renombra(CString const& desde, CString const& hasta);
 /// Asks for no memory: it is what cleans up when memory has run out.
 int Borra(wchar_t const* path);
 int CreaCarpeta(CString const& path);
-/// Makes a rename in the folder last through a loss of power. Best effort.
-void SincronizaCarpeta(CString const& carpeta);
+/// Makes a rename in the folder last through a loss of power. Best effort; asks for no memory, as the renaming has been
+/// done.
+void SincronizaCarpeta(CString const& carpeta) noexcept;
 /// Waits until no other process has the folder's lock, ten seconds at most, and takes it; kSinFichero when it still has
 /// it then, or where folders have no locks. Suelta() gives it up.
 Descriptor BloqueaCarpeta(CString const& carpeta);

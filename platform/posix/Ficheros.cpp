@@ -325,8 +325,12 @@ int CreaCarpeta(CString const& path) {
   return codigo != 0 && ::stat(nombre.c_str(), &datos) == 0 && S_ISDIR(datos.st_mode) ? 0 : codigo;
 }
 
-void SincronizaCarpeta(CString const& carpeta) {
-  const int abierta = ::open(carpeta.Utf8().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+void SincronizaCarpeta(CString const& carpeta) noexcept {
+  std::array<char, PATH_MAX> ruta;
+  if (!AUtf8(static_cast<wchar_t const*>(carpeta), ruta)) {
+    return;
+  }
+  const int abierta = ::open(ruta.data(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (abierta != -1) {
     ::fsync(abierta);
     ::close(abierta);

@@ -430,7 +430,7 @@ int CreaCarpeta(CString const& path) {
   return codigo != 0 && EsCarpeta(ruta) ? 0 : codigo;
 }
 
-void SincronizaCarpeta(CString const&) {}  // the system writes its folders down by itself
+void SincronizaCarpeta(CString const&) noexcept {}  // the system writes its folders down by itself
 
 Descriptor BloqueaCarpeta(CString const&) { return kSinFichero; }  // folders have no locks here
 

@@ -146,6 +146,28 @@ TEST(WithoutMemory, AnUnfinishedFileIsGivenUp) {
   EXPECT_EQ(folder.Files(), 0U);
 }
 
+TEST(EachRequestRefused, AFileIsReplacedOrToldNotToBe) {
+  const ScratchFolder folder;
+  int failed = 0;
+  for (long nth = 1;; ++nth) {
+    SCOPED_TRACE("request " + std::to_string(nth));
+    PutBytes(folder.Path("f"), "old");
+    CFicheroParcial part(folder.Path("f"));
+    part.Fichero().Write("new", 3);
+    bool replaced = false;
+    failing_heap::RefuseAt(nth, Refusal::Once);
+    try {
+      replaced = part.Confirma();
+    } catch (std::bad_alloc const&) {
+    }
+    const bool fired = failing_heap::Stop() >= nth;
+    ASSERT_EQ(BytesOf(folder.Path("f")), replaced ? "new" : "old");
+    failed += replaced ? 0 : 1;
+    if (!fired) break;
+  }
+  EXPECT_GT(failed, 0);
+}
+
 TEST(WithoutMemory, AMeshIsTakenDownAndItsFileDeleted) {
   const QuietApp app(2);
   CDibujo<int> drawing = DrawingOf(Scatter(2'000));
