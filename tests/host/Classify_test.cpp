@@ -220,7 +220,7 @@ TEST(Classify, AFileCanBeClassifiedOntoItselfByAnotherOfItsNames) {
   const Folder folder;
   const std::string in = cloud(folder, 1);
   const Bytes expected = withClass(in, 6, everyPoint);
-  std::filesystem::create_symlink(in, folder.file("link.las"));
+  if (!linked(in, folder.file("link.las"))) GTEST_SKIP() << kNoLinks;
   StandIn search;
   run(optionsFor(in, folder.file("link.las")), search);
   EXPECT_EQ(bytesOf(in), expected);

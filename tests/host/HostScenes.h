@@ -56,6 +56,14 @@ class Folder {
   std::filesystem::path path_;
 };
 
+/// Whether the system makes symbolic links for whoever asks; then there is this one now.
+inline bool linked(std::string const& target, std::string const& link) {
+  std::error_code refused;
+  std::filesystem::create_symlink(target, link, refused);
+  return !refused;
+}
+inline constexpr char const* kNoLinks = "this system makes no symbolic links here";
+
 inline Bytes bytesOf(std::string const& path) {
   std::ifstream file(path, std::ios::binary);
   return Bytes(std::istreambuf_iterator<char>(file), {});

@@ -10,11 +10,13 @@ using testing::HasSubstr;
 
 namespace {
 
-/// Names below a folder.
+/// Names below a folder, with the separator that every system knows.
 std::vector<std::string> expanded(Folder const& folder, std::vector<std::string> inputs) {
   for (std::string& input : inputs) input = folder.file(input);
   std::vector<std::string> found = expandInputs(inputs);
-  for (std::string& name : found) name = name.substr(folder.path().size() + 1);
+  for (std::string& name : found) {
+    name = std::filesystem::path(name.substr(folder.path().size() + 1)).generic_string();
+  }
   return found;
 }
 

@@ -26,10 +26,12 @@ TEST(OutputCheck, AnInputUnderAnyOfItsNamesIsRefused) {
   const Folder folder;
   const std::string in = folder.make("in.gpkg", std::string("x"));
   fs::create_directory(folder.file("sub"));
-  fs::create_symlink("in.gpkg", folder.file("link.gpkg"));
-  fs::create_symlink("link.gpkg", folder.file("far.gpkg"));
   fs::create_hard_link(in, folder.file("hard.gpkg"));
-  for (char const* name : {"in.gpkg", "./in.gpkg", "sub/../in.gpkg", "link.gpkg", "far.gpkg", "hard.gpkg"}) {
+  std::vector<std::string> names{"in.gpkg", "./in.gpkg", "sub/../in.gpkg", "hard.gpkg"};
+  if (linked("in.gpkg", folder.file("link.gpkg")) && linked("link.gpkg", folder.file("far.gpkg"))) {
+    names.insert(names.end(), {"link.gpkg", "far.gpkg"});
+  }
+  for (std::string const& name : names) {
     const std::string output = folder.path() + "/" + name;
     EXPECT_THAT(complaintOf({output}, {folder.file("other.las"), in}),
                 AllOf(HasSubstr(output + ": would replace " + in), HasSubstr("reads"), HasSubstr("another name")))
@@ -39,6 +41,7 @@ TEST(OutputCheck, AnInputUnderAnyOfItsNamesIsRefused) {
 }
 
 TEST(OutputCheck, WhatBelongsToAnInputOrAnOutputCountsToo) {
+  if (!URDIMBRE_HAS_GDAL) GTEST_SKIP() << "files of several parts are GDAL's";
   const Folder folder;
   for (char const* name : {"in.shp", "in.shx", "in.dbf", "lone.dbf"}) {
     (void)folder.make(name, std::string("x"));
@@ -47,14 +50,15 @@ TEST(OutputCheck, WhatBelongsToAnInputOrAnOutputCountsToo) {
   fs::create_hard_link(folder.file("in.dbf"), folder.file("out.dbf"));
   EXPECT_THAT(complaintOf({folder.file("out.shp")}, {folder.file("in.shp")}),
               AllOf(HasSubstr("in.dbf, which belongs to "), HasSubstr("in.shp")));
-  fs::create_symlink("in.shx", folder.file("m.xml"));
+  if (!linked("in.shx", folder.file("m.xml"))) GTEST_SKIP() << kNoLinks;
   EXPECT_THAT(complaintOf({folder.file("m.xml")}, {folder.file("in.shp")}), HasSubstr("which belongs to"));
 }
 
 TEST(OutputCheck, TwoOutputsAreNotOneFileEvenBeforeThereIsAny) {
   const Folder folder;
-  fs::create_symlink("m.xml", folder.file("o.gpkg"));
-  EXPECT_THAT(complaintOf({folder.file("m.xml"), folder.file("o.gpkg")}, {}), HasSubstr("writes too"));
+  if (linked("m.xml", folder.file("o.gpkg"))) {
+    EXPECT_THAT(complaintOf({folder.file("m.xml"), folder.file("o.gpkg")}, {}), HasSubstr("writes too"));
+  }
   EXPECT_THAT(complaintOf({folder.file("m.xml"), folder.path() + "/./m.xml"}, {}), HasSubstr("writes too"));
   requireOutputs({folder.file("m.xml"), folder.file("p.gpkg")}, {});
 }

@@ -170,7 +170,7 @@ TEST(OutputFile, ADeviceIsNeverReplaced) {
 TEST(OutputFile, ALinkKeepsPointingToTheFileThatIsReplaced) {
   const Folder folder;
   const std::string target = folder.make("target.txt", std::string("old"));
-  std::filesystem::create_symlink(target, folder.file("link.txt"));
+  if (!linked(target, folder.file("link.txt"))) GTEST_SKIP() << kNoLinks;
   OutputFile file(folder.file("link.txt"));
   file.write("new");
   file.commit();
@@ -191,8 +191,7 @@ TEST(OutputFile, TwoOfOneNameDoNotMeet) {
 
 TEST(OutputFile, ARingOfLinksIsSaid) {
   const Folder folder;
-  std::filesystem::create_symlink("b", folder.file("a"));
-  std::filesystem::create_symlink("a", folder.file("b"));
+  if (!linked("b", folder.file("a")) || !linked("a", folder.file("b"))) GTEST_SKIP() << kNoLinks;
   EXPECT_THAT(errorOf([&] { OutputFile file(folder.file("a")); }),
               AllOf(HasSubstr("/a: cannot be written"), HasSubstr("symbolic links")));
 }
