@@ -1,5 +1,6 @@
 // Every verb of the program with a failure at the first, second, third ... operation of each kind, until none fires:
 // one line that names a file and the cause, exit 1, what stood there before untouched, and nothing left behind.
+#include <algorithm>
 #include <cstdio>
 #include <gmock/gmock.h>
 #include <map>
@@ -33,12 +34,23 @@ struct Outcome {
   std::string complaint;
 };
 
+/// Without what a build says of reference systems that it has no library for.
+std::string WithoutWarnings(std::string const& told) {
+  std::string kept;
+  for (std::size_t at = 0, end = 0; at < told.size(); at = end) {
+    end = std::min(told.find('\n', at), told.size() - 1) + 1;
+    const std::string line = told.substr(at, end - at);
+    if (line.find("its reference system is left out") == std::string::npos) kept += line;
+  }
+  return kept;
+}
+
 Outcome Urdimbre(std::vector<std::string> const& arguments) {
   std::vector<char const*> argv{"urdimbre", "--quiet", "--threads", "2", "--temp-dir", "tmp"};
   for (std::string const& argument : arguments) argv.push_back(argument.c_str());
   testing::internal::CaptureStderr();
   const int code = runProgram(static_cast<int>(argv.size()), argv.data());
-  return {code, testing::internal::GetCapturedStderr()};
+  return {code, WithoutWarnings(testing::internal::GetCapturedStderr())};
 }
 
 using Files = std::map<std::string, std::string>;
@@ -68,7 +80,7 @@ class Verbs : public testing::TestWithParam<Verb> {
     for (std::string const& output : GetParam().outputs) PutBytes(CString::DesdeUtf8(output), kEarlier);
     before = FilesIn(".");
     const Outcome clean = Urdimbre(GetParam().arguments);
-    notHere = clean.complaint.find("built without it") != std::string::npos;
+    notHere = clean.code != 0 && clean.complaint.find("built without it") != std::string::npos;
     if (notHere) return;
     EXPECT_EQ(clean.code, 0) << clean.complaint;
     after = FilesIn(".");
